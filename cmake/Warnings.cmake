@@ -1,0 +1,10 @@
+# The warnings that our own code is compiled with. They stay off the targets' interface, so that
+# they never reach the headers of others.
+
+option(TESSALY_WERROR "Treat warnings as errors; continuous integration does" OFF)
+
+function(tessaly_warnings target)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+        $<$<BOOL:${TESSALY_WERROR}>:-Werror>)
+endfunction()

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tessaly {
+
+/// A byte count as a text with two decimals in decimal units: "1.50 KB", "2.00 MB", "35.10 GB",
+/// "1.20 TB". The smallest unit is the kilobyte ("0.00 KB"), the largest the terabyte. Rounding
+/// happens after the unit is chosen, so 999,999 bytes are "1000.00 KB". The decimal sign is a point
+/// in every locale. A value that is not a number reads as terabytes ("nan TB").
+///
+/// This is the formatting alone: which values read as a placeholder is for each caller to say.
+[[nodiscard]] std::string sizeText(double byteCount);
+
+/// The value that an unsigned number has when it is read as a signed 32-bit one: its low 32 bits.
+[[nodiscard]] constexpr std::int32_t lowInt32(std::uint64_t number) noexcept
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
+}
+
+} // namespace tessaly
