@@ -1,0 +1,53 @@
+#pragma once
+
+#include "engine/ArchiveError.hpp"
+#include "engine/ByteSink.hpp"
+#include "engine/FileCalls.hpp"
+#include "engine/Result.hpp"
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace tessaly {
+
+/// A file that takes the place of another one all at once.
+///
+/// open() makes a temporary file in the target's folder; write() fills it; commit() flushes it to
+/// disk, renames it over the target and flushes the folder. Whatever fails or ends the process on
+/// the way, the target is the old file or the new one, whole. Without commit() the temporary file
+/// goes again; one whose process was killed is found by removeLeftovers() at the next start.
+///
+/// Mode:    0600.
+/// Threads: one at a time for each file. Several processes may write the same target: the last
+///          commit stays.
+class AtomicFile final : public ByteSink {
+public:
+    /// `path`: bytes as the system takes them. `calls` must outlive the file.
+    explicit AtomicFile(std::string path, FileCalls &calls = FileCalls::system());
+    ~AtomicFile() override;
+
+    Result<Done, ArchiveError> open();
+    Result<Done, ArchiveError> write(std::span<const std::byte> bytes) override;
+    /// After a failure the target is the old file; only when it was the flush of the folder that
+    /// failed, the new file is in place but might not survive a power cut.
+    Result<Done, ArchiveError> commit();
+
+    /// Removes the temporary files in `folder` whose writers are gone. Those of writers at work, in
+    /// this process or another, stay: each holds a lock on its file.
+    static void removeLeftovers(const std::string &folder, FileCalls &calls = FileCalls::system());
+
+private:
+    [[nodiscard]] ArchiveError failure(const std::string &what, int errorNumber) const;
+    [[nodiscard]] Result<Done, ArchiveError> flushFolder();
+    [[nodiscard]] bool lockNewFile();
+    void discard() noexcept;
+
+    std::string m_path;
+    std::string m_folder;
+    std::string m_temporary; ///< empty while there is none
+    FileCalls &m_calls;
+    int m_descriptor = -1;
+};
+
+} // namespace tessaly

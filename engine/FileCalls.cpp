@@ -1,0 +1,58 @@
+#include "engine/FileCalls.hpp"
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessaly {
+
+FileCalls &FileCalls::system() noexcept
+{
+    static FileCalls calls;
+    return calls;
+}
+
+int FileCalls::open(const char *path, int flags, mode_t mode)
+{
+    return ::open(path, flags, mode);
+}
+
+ssize_t FileCalls::write(int descriptor, const void *bytes, std::size_t count)
+{
+    return ::write(descriptor, bytes, count);
+}
+
+int FileCalls::fsync(int descriptor)
+{
+    return ::fsync(descriptor);
+}
+
+int FileCalls::flock(int descriptor, int operation)
+{
+    return ::flock(descriptor, operation);
+}
+
+int FileCalls::fstat(int descriptor, struct stat *status)
+{
+    return ::fstat(descriptor, status);
+}
+
+int FileCalls::rename(const char *from, const char *to)
+{
+    return ::rename(from, to);
+}
+
+int FileCalls::unlink(const char *path)
+{
+    return ::unlink(path);
+}
+
+int FileCalls::close(int descriptor)
+{
+    return ::close(descriptor);
+}
+
+} // namespace tessaly

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+
+#include <sys/types.h>
+
+struct stat;
+
+namespace tessaly {
+
+/// The system calls by which files are replaced: the one seam at which tests make them fail. Each
+/// answers like the call of its name, errno included.
+class FileCalls {
+public:
+    FileCalls() = default;
+    virtual ~FileCalls() = default;
+    FileCalls(const FileCalls &) = delete;
+    FileCalls &operator=(const FileCalls &) = delete;
+    FileCalls(FileCalls &&) = delete;
+    FileCalls &operator=(FileCalls &&) = delete;
+
+    /// The real calls. Threads: any.
+    static FileCalls &system() noexcept;
+
+    virtual int open(const char *path, int flags, mode_t mode);
+    virtual ssize_t write(int descriptor, const void *bytes, std::size_t count);
+    virtual int fsync(int descriptor);
+    virtual int flock(int descriptor, int operation);
+    virtual int fstat(int descriptor, struct stat *status);
+    virtual int rename(const char *from, const char *to);
+    virtual int unlink(const char *path);
+    virtual int close(int descriptor);
+};
+
+} // namespace tessaly

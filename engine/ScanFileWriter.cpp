@@ -1,0 +1,441 @@
+#include "engine/ScanFileWriter.hpp"
+
+#include "engine/AtomicFile.hpp"
+#include "engine/BinaryPlistWriter.hpp"
+#include "engine/TreeWalk.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <limits>
+#include <new>
+#include <string_view>
+#include <vector>
+
+namespace tessaly {
+
+namespace {
+
+using Kind = ArchiveError::Kind;
+
+/// A place in "$objects". 0, "$null", stands for none.
+using Uid = std::uint32_t;
+
+constexpr std::string_view nullMarker = "$null";
+
+/// The property list's objects are numbered in four runs: the fixed ones below, the archived
+/// objects in the order of "$objects", the UIDs by value (every reference to an object shares its
+/// one UID), and the child lists of the folders. So the number of everything is a sum, and a
+/// file's only tables are those of the offsets.
+enum FixedObject : std::uint64_t {
+    topDictionary,
+    archiveVersion,
+    roots,
+    itemChain,
+    containerChain,
+    arrayChain,
+    stringChain,
+    objectList,
+    // The rest are the strings below, in the same order.
+    versionKey,
+    archiverKey,
+    topKey,
+    objectsKey,
+    archiverName,
+    rootKey,
+    classKey,
+    itemNameKey,
+    itemSizeKey,
+    subitemsKey,
+    parentKey,
+    elementsKey,
+    stringKey,
+    classNameKey,
+    classChainKey,
+    itemClassName,
+    containerClassName,
+    objectClassName,
+    mutableArrayClassName,
+    arrayClassName,
+    mutableStringClassName,
+    stringClassName,
+    fixedObjectCount,
+};
+constexpr std::uint64_t firstString = versionKey;
+
+constexpr std::array<std::string_view, fixedObjectCount - firstString> fixedStrings{
+    "$version",        "$archiver",        "$top",      "$objects",       "NSKeyedArchiver",
+    "root",            "$class",           "itemName",  "itemSize",       "subitems",
+    "parentContainer", "NS.objects",       "NS.string", "$classname",     "$classes",
+    "LUMFileItem",     "LUMFileContainer", "NSObject",  "NSMutableArray", "NSArray",
+    "NSMutableString", "NSString"};
+static_assert(!fixedStrings.back().empty());
+
+/// The places in "$objects" of one node and what it holds.
+struct NodePlaces {
+    Uid node = 0;
+    Uid name = 0; ///< 0: no name
+    Uid size = 0;
+    Uid subitems = 0;
+    bool wrapsName = false; ///< the name is an NSMutableString, not a plain string
+    bool addsSize = false;  ///< the size is an object of its own, not one met before
+    bool addsStringClass = false;
+    bool addsItemClass = false;
+};
+
+/// Gives out the places in "$objects", in the order in which a keyed archiver meets the objects: a
+/// node, its name, its size, its child list, its children; a class after the contents of its first
+/// instance. Told of the same nodes again, it gives the same places again.
+class PlaceOrder {
+public:
+    Uid stringClass = 0; // of each class: 0 until it has been met
+    Uid itemClass = 0;
+    Uid arrayClass = 0;
+    Uid containerClass = 0;
+
+    [[nodiscard]] Uid count() const noexcept { return m_next; }
+
+    NodePlaces file(const LUMFileItem &item)
+    {
+        NodePlaces places = nodeAndValues(item);
+        places.addsItemClass = takeIfNew(itemClass);
+        return places;
+    }
+    NodePlaces enter(const LUMFileContainer &folder)
+    {
+        NodePlaces places = nodeAndValues(folder);
+        places.subitems = take();
+        return places;
+    }
+    /// Whether the two classes follow, of arrays and of folders: after the first folder to end.
+    bool leave()
+    {
+        const bool isFirst = takeIfNew(arrayClass);
+        takeIfNew(containerClass);
+        return isFirst;
+    }
+
+private:
+    NodePlaces nodeAndValues(const LUMFileItem &node)
+    {
+        NodePlaces places;
+        places.node = take();
+        if (node.hasItemName()) {
+            places.name = take();
+            // A plain "$null" would read as no name.
+            places.wrapsName = node.itemName() == nullMarker;
+            places.addsStringClass = places.wrapsName && takeIfNew(stringClass);
+        }
+        // Folders are of size 0: all zeros share one object.
+        places.addsSize = node.itemSize() != 0 || m_zero == 0;
+        places.size = places.addsSize ? take() : m_zero;
+        if (node.itemSize() == 0) {
+            m_zero = places.size;
+        }
+        return places;
+    }
+
+    Uid take()
+    {
+        if (m_next == std::numeric_limits<Uid>::max()) {
+            throw ArchiveFailure(Kind::unsupported, "the scan has too many items for a scan file");
+        }
+        return m_next++;
+    }
+    bool takeIfNew(Uid &place)
+    {
+        if (place != 0) {
+            return false;
+        }
+        place = take();
+        return true;
+    }
+
+    Uid m_next = 1;
+    Uid m_zero = 0;
+};
+
+/// The first of two walks: what has to be known before the first byte is written.
+struct Counter {
+    PlaceOrder order;
+    std::uint64_t folderCount = 0;
+    std::uint64_t nameByteCount = 0;
+    std::uint64_t nodeCount = 0;
+
+    void file(const LUMFileItem &item)
+    {
+        count(item);
+        order.file(item);
+    }
+    void enter(const LUMFileContainer &folder)
+    {
+        count(folder);
+        ++folderCount;
+        order.enter(folder);
+    }
+    void leave(const LUMFileContainer & /*folder*/) { order.leave(); }
+
+    [[nodiscard]] std::uint64_t objectCount() const noexcept
+    {
+        return fixedObjectCount + 2 * std::uint64_t{order.count()} + folderCount;
+    }
+
+    /// At least the size of the file up to its offset table.
+    [[nodiscard]] std::uint64_t largestSize(unsigned referenceWidth) const noexcept
+    {
+        constexpr std::uint64_t fixed = 1024;
+        constexpr std::uint64_t largestCounter = 9;
+        constexpr std::uint64_t largestSizeObject = 17;
+        constexpr std::uint64_t largestUid = 5;
+        const std::uint64_t node = 1 + 6 * referenceWidth + 2 * largestCounter + largestSizeObject
+                                   + referenceWidth;
+        const std::uint64_t folder = 4 * referenceWidth + 2 + 4 * referenceWidth + largestCounter;
+        return fixed + nodeCount * node + folderCount * folder + 2 * nameByteCount
+               + order.count() * (largestUid + referenceWidth);
+    }
+
+private:
+    void count(const LUMFileItem &node)
+    {
+        ++nodeCount;
+        nameByteCount += node.itemName().size();
+    }
+};
+
+/// The second walk: writes each object as it is met.
+class Emitter {
+public:
+    Emitter(const Counter &counted, ByteSink &sink)
+        : m_classes(counted.order), m_uidCount(counted.order.count()),
+          m_firstUid(firstObject + m_uidCount), m_firstList(m_firstUid + m_uidCount),
+          m_objectCount(counted.objectCount()),
+          m_offsetWidth(BinaryPlistWriter::widthFor(
+              counted.largestSize(BinaryPlistWriter::widthFor(m_objectCount)))),
+          m_fixedOffsets(fixedObjectCount, m_offsetWidth),
+          m_objectOffsets(m_uidCount, m_offsetWidth),
+          m_listOffsets(counted.folderCount, m_offsetWidth),
+          m_plist(sink, BinaryPlistWriter::widthFor(m_objectCount))
+    {
+    }
+
+    void begin()
+    {
+        writeFixedObjects();
+        beginObject(0);
+        m_plist.name(nullMarker);
+    }
+
+    void file(const LUMFileItem &item)
+    {
+        const NodePlaces places = m_order.file(item);
+        m_children.push_back(places.node);
+        beginObject(places.node);
+        m_plist.dictionary(3);
+        m_plist.reference(itemNameKey);
+        m_plist.reference(itemSizeKey);
+        m_plist.reference(classKey);
+        uidReference(places.name);
+        uidReference(places.size);
+        uidReference(m_classes.itemClass);
+        writeValues(item, places);
+        if (places.addsItemClass) {
+            writeClass(m_classes.itemClass, itemClassName, itemChain);
+        }
+    }
+
+    void enter(const LUMFileContainer &folder)
+    {
+        const NodePlaces places = m_order.enter(folder);
+        const Uid parent = m_open.empty() ? 0 : m_open.back().node;
+        m_children.push_back(places.node);
+        beginObject(places.node);
+        m_plist.dictionary(5);
+        m_plist.reference(itemNameKey);
+        m_plist.reference(itemSizeKey);
+        m_plist.reference(subitemsKey);
+        m_plist.reference(parentKey);
+        m_plist.reference(classKey);
+        uidReference(places.name);
+        uidReference(places.size);
+        uidReference(places.subitems);
+        uidReference(parent);
+        uidReference(m_classes.containerClass);
+        writeValues(folder, places);
+
+        beginObject(places.subitems);
+        m_plist.dictionary(2);
+        m_plist.reference(elementsKey);
+        m_plist.reference(classKey);
+        m_plist.reference(m_firstList + m_listCount);
+        uidReference(m_classes.arrayClass);
+        m_open.push_back({places.node, m_listCount++, m_children.size()});
+    }
+
+    void leave(const LUMFileContainer & /*folder*/)
+    {
+        const OpenFolder folder = m_open.back();
+        m_open.pop_back();
+        m_listOffsets.set(folder.list, m_plist.position());
+        m_plist.array(m_children.size() - folder.firstChild);
+        for (std::size_t i = folder.firstChild; i < m_children.size(); ++i) {
+            uidReference(m_children[i]);
+        }
+        m_children.resize(folder.firstChild);
+        if (m_order.leave()) {
+            writeClass(m_classes.arrayClass, mutableArrayClassName, arrayChain);
+            writeClass(m_classes.containerClass, containerClassName, containerChain);
+        }
+    }
+
+    void end()
+    {
+        const std::uint64_t firstUidOffset = m_plist.position();
+        for (Uid uid = 0; uid < m_uidCount; ++uid) {
+            m_plist.uid(uid);
+        }
+        m_fixedOffsets.set(objectList, m_plist.position());
+        m_plist.array(m_uidCount);
+        for (Uid uid = 0; uid < m_uidCount; ++uid) {
+            m_plist.reference(firstObject + uid);
+        }
+
+        const std::uint64_t tableOffset = m_plist.position();
+        m_plist.offsets(m_fixedOffsets.packed());
+        m_plist.offsets(m_objectOffsets.packed());
+        std::uint64_t uidOffset = firstUidOffset;
+        for (Uid uid = 0; uid < m_uidCount; ++uid) {
+            m_plist.offset(uidOffset, m_offsetWidth);
+            uidOffset += BinaryPlistWriter::uidByteCount(uid);
+        }
+        m_plist.offsets(m_listOffsets.packed());
+        m_plist.finish(m_objectCount, topDictionary, tableOffset, m_offsetWidth);
+    }
+
+private:
+    static constexpr std::uint64_t firstObject = fixedObjectCount;
+
+    struct OpenFolder {
+        Uid node;
+        std::uint64_t list;
+        std::size_t firstChild; ///< in m_children
+    };
+
+    void beginObject(Uid place) { m_objectOffsets.set(place, m_plist.position()); }
+    void beginFixed(std::uint64_t object) { m_fixedOffsets.set(object, m_plist.position()); }
+    void uidReference(Uid uid) { m_plist.reference(m_firstUid + uid); }
+
+    void writeValues(const LUMFileItem &node, const NodePlaces &places)
+    {
+        if (places.wrapsName) {
+            beginObject(places.name);
+            m_plist.dictionary(2);
+            m_plist.reference(stringKey);
+            m_plist.reference(classKey);
+            m_plist.reference(firstObject + 0); // the very string "$null"
+            uidReference(m_classes.stringClass);
+        } else if (places.name != 0) {
+            beginObject(places.name);
+            m_plist.name(node.itemName());
+        }
+        if (places.addsStringClass) {
+            writeClass(m_classes.stringClass, mutableStringClassName, stringChain);
+        }
+        if (places.addsSize) {
+            beginObject(places.size);
+            m_plist.integer(node.itemSize());
+        }
+    }
+
+    void writeClass(Uid place, std::uint64_t name, std::uint64_t chain)
+    {
+        beginObject(place);
+        m_plist.dictionary(2);
+        m_plist.reference(classNameKey);
+        m_plist.reference(classChainKey);
+        m_plist.reference(name);
+        m_plist.reference(chain);
+    }
+
+    void writeFixedObjects()
+    {
+        beginFixed(topDictionary);
+        m_plist.dictionary(4);
+        for (const FixedObject object : {versionKey, archiverKey, topKey, objectsKey,
+                                         archiveVersion, archiverName, roots, objectList}) {
+            m_plist.reference(object);
+        }
+        beginFixed(archiveVersion);
+        m_plist.integer(100000);
+        beginFixed(roots);
+        m_plist.dictionary(1);
+        m_plist.reference(rootKey);
+        uidReference(1);
+        writeChain(itemChain, {itemClassName, objectClassName});
+        writeChain(containerChain, {containerClassName, itemClassName, objectClassName});
+        writeChain(arrayChain, {mutableArrayClassName, arrayClassName, objectClassName});
+        writeChain(stringChain, {mutableStringClassName, stringClassName, objectClassName});
+        for (std::size_t i = 0; i < fixedStrings.size(); ++i) {
+            beginFixed(firstString + i);
+            m_plist.name(fixedStrings[i]);
+        }
+    }
+
+    void writeChain(std::uint64_t chain, std::initializer_list<FixedObject> names)
+    {
+        beginFixed(chain);
+        m_plist.array(names.size());
+        for (const FixedObject name : names) {
+            m_plist.reference(name);
+        }
+    }
+
+    PlaceOrder m_order;
+    PlaceOrder m_classes; ///< as the first walk left it: where the classes are going to be
+    std::uint64_t m_uidCount;
+    std::uint64_t m_firstUid;
+    std::uint64_t m_firstList;
+    std::uint64_t m_objectCount;
+    unsigned m_offsetWidth;
+    PlistOffsets m_fixedOffsets;
+    PlistOffsets m_objectOffsets;
+    PlistOffsets m_listOffsets;
+    BinaryPlistWriter m_plist;
+    std::uint64_t m_listCount = 0;
+    std::vector<OpenFolder> m_open;
+    std::vector<Uid> m_children; ///< of the open folders, so far
+};
+
+} // namespace
+
+Result<Done, ArchiveError> writeScanArchive(const LUMFileContainer &root, ByteSink &sink)
+{
+    try {
+        Counter counter;
+        walkTree(root, counter);
+        Emitter emitter(counter, sink);
+        emitter.begin();
+        walkTree(root, emitter);
+        emitter.end();
+        return Done{};
+    } catch (const ArchiveFailure &failure) {
+        return failure.error();
+    } catch (const std::bad_alloc &) {
+        return ArchiveError{Kind::outOfMemory, "not enough memory to write the scan", {}};
+    }
+}
+
+Result<Done, ArchiveError> writeScanFile(const LUMFileContainer &root, const std::string &path,
+                                         FileCalls &calls)
+{
+    AtomicFile file(path, calls);
+    if (auto opened = file.open(); !opened) {
+        return opened;
+    }
+    if (auto written = writeScanArchive(root, file); !written) {
+        return written;
+    }
+    return file.commit();
+}
+
+} // namespace tessaly

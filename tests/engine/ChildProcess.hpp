@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+
+namespace tessaly {
+
+/// Runs a piece of a test in a process of its own, which may change its user, its limits or its
+/// mounts. Failed expectations in there fail the test; so does a child that does not end within two
+/// minutes or that dies.
+void runInChild(const std::function<void()> &body);
+
+/// The same as a user without rights.
+/// Requires: the tests run as root.
+void runUnprivileged(const std::function<void()> &body);
+
+/// The same with mounts of its own, which nobody else sees.
+/// Requires: canMount().
+void runWithPrivateMounts(const std::function<void()> &body);
+
+/// Whether this process is root, so that it can become somebody else.
+[[nodiscard]] bool isRoot();
+
+/// Whether this process may mount things, as runWithPrivateMounts() has to.
+[[nodiscard]] bool canMount();
+
+/// The number of descriptors that this process has open.
+[[nodiscard]] int openDescriptorCount();
+
+/// Allows this process so many descriptors for as long as this lives.
+class DescriptorLimit {
+public:
+    explicit DescriptorLimit(unsigned count);
+    ~DescriptorLimit();
+    DescriptorLimit(const DescriptorLimit &) = delete;
+    DescriptorLimit &operator=(const DescriptorLimit &) = delete;
+    DescriptorLimit(DescriptorLimit &&) = delete;
+    DescriptorLimit &operator=(DescriptorLimit &&) = delete;
+
+private:
+    unsigned long m_before;
+};
+
+} // namespace tessaly

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "engine/FileCalls.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <sys/stat.h>
+
+namespace tessaly {
+
+/// The real calls, counted from 0, one of which goes wrong.
+class FailingFileCalls final : public FileCalls {
+public:
+    static constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
+
+    std::size_t failingCall = never; ///< this one fails, once, …
+    int errorNumber = EIO;           ///< … with that errno
+    std::size_t fatalCall = never;   ///< before this one the process is killed
+    std::size_t longestWrite = never;
+    std::function<void()> beforeEach = [] {};
+
+    /// The names of the calls so far. A failed one ends in "!".
+    [[nodiscard]] const std::vector<std::string> &log() const { return m_log; }
+    [[nodiscard]] bool hasCalled(const std::string &call) const
+    {
+        return std::find(m_log.begin(), m_log.end(), call) != m_log.end();
+    }
+
+    int open(const char *path, int flags, mode_t mode) override
+    {
+        return fails("open") ? -1 : FileCalls::open(path, flags, mode);
+    }
+    ssize_t write(int descriptor, const void *bytes, std::size_t count) override
+    {
+        return fails("write") ? -1
+                              : FileCalls::write(descriptor, bytes, std::min(count, longestWrite));
+    }
+    int fsync(int descriptor) override
+    {
+        return fails("fsync") ? -1 : FileCalls::fsync(descriptor);
+    }
+    int flock(int descriptor, int operation) override
+    {
+        return fails("flock") ? -1 : FileCalls::flock(descriptor, operation);
+    }
+    int fstat(int descriptor, struct stat *status) override
+    {
+        return fails("fstat") ? -1 : FileCalls::fstat(descriptor, status);
+    }
+    int rename(const char *from, const char *to) override
+    {
+        return fails("rename") ? -1 : FileCalls::rename(from, to);
+    }
+    int unlink(const char *path) override { return fails("unlink") ? -1 : FileCalls::unlink(path); }
+    /// A close() that fails has closed all the same.
+    int close(int descriptor) override
+    {
+        const int answer = FileCalls::close(descriptor);
+        return fails("close") ? -1 : answer;
+    }
+
+private:
+    bool fails(std::string call)
+    {
+        beforeEach();
+        const std::size_t number = m_log.size();
+        if (number == fatalCall) {
+            std::raise(SIGKILL);
+        }
+        const bool isFailing = number == failingCall;
+        m_log.push_back(isFailing ? call + '!' : call);
+        errno = isFailing ? errorNumber : errno;
+        return isFailing;
+    }
+
+    std::vector<std::string> m_log;
+};
+
+} // namespace tessaly
