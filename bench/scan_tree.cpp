@@ -1,0 +1,134 @@
+// Shows what a scan finds.
+//
+//     scan_tree FOLDER          the folder's children by size, the largest first, and the total
+//     scan_tree --dump FOLDER   the whole tree, a line for each node
+//
+// A folder that cannot be listed is told on the error output, with exit status 1.
+
+#include "bench/TreeDump.hpp"
+#include "engine/LUMThreadedScanner.hpp"
+#include "engine/TreeWalk.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+using tessaly::LUMFileContainer;
+using tessaly::LUMFileItem;
+
+constexpr std::size_t mostRows = 40;
+
+struct EntryCount {
+    std::size_t entries = 0;
+
+    void file(const LUMFileItem & /*item*/) { ++entries; }
+    void enter(const LUMFileContainer & /*folder*/) { ++entries; }
+    void leave(const LUMFileContainer & /*folder*/) {}
+};
+
+struct Row {
+    std::string name;
+    std::uint64_t byteCount;
+};
+
+/// A name with nothing in it that would break a line or drive a terminal.
+std::string printable(std::string_view name)
+{
+    std::string text(name);
+    std::replace_if(
+        text.begin(), text.end(),
+        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; }, '?');
+    return text;
+}
+
+std::vector<Row> rowsBySize(const LUMFileContainer &root)
+{
+    std::vector<Row> rows;
+    for (const LUMFileItem &child : root.subitems()) {
+        const LUMFileContainer *folder = child.asContainer();
+        rows.push_back({printable(child.itemName()) + (folder != nullptr ? "/" : ""),
+                        folder != nullptr ? folder->valueOfSubitems() : child.itemSize()});
+    }
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const Row &a, const Row &b) { return a.byteCount > b.byteCount; });
+    return rows;
+}
+
+void show(const LUMFileContainer &root)
+{
+    const std::vector<Row> rows = rowsBySize(root);
+    const std::string total = LUMFileItem::buildString(root.valueOfSubitems());
+    EntryCount count;
+    walkTree(root, count);
+
+    const std::size_t shown = std::min(rows.size(), mostRows);
+    std::size_t width = total.size();
+    for (std::size_t i = 0; i < shown; ++i) {
+        width = std::max(width, LUMFileItem::buildString(rows[i].byteCount).size());
+    }
+    const auto line = [width](std::string_view size, std::string_view text) {
+        std::cout << std::setw(static_cast<int>(width)) << size << "  " << text << '\n';
+    };
+    for (std::size_t i = 0; i < shown; ++i) {
+        line(LUMFileItem::buildString(rows[i].byteCount), rows[i].name);
+    }
+    if (shown < rows.size()) {
+        line("", "and " + std::to_string(rows.size() - shown) + " smaller ones");
+    }
+    line(total, "in " + std::to_string(count.entries - 1) + " entries");
+}
+
+enum class Output : std::uint8_t { table, dump };
+
+/// The errno value that keeps a folder from being listed, or 0.
+int listingError(const std::string &path)
+{
+    const tessaly::OpenedFolder folder = tessaly::openFolderPath(path);
+    return folder.descriptor.isOpen() ? 0 : errno;
+}
+
+int run(const std::string &path, Output output)
+{
+    if (const int error = listingError(path)) {
+        std::cerr << "scan_tree: " << printable(path) << ": "
+                  << std::generic_category().message(error) << '\n';
+        return 1;
+    }
+    tessaly::LUMThreadedScanner scanner;
+    scanner.scanRootFolder(path);
+    scanner.waitUntilFinished();
+    const std::shared_ptr<const LUMFileContainer> root = scanner.rootContainer();
+    if (output == Output::dump) {
+        tessaly::dumpTree(std::cout, *root);
+    } else {
+        show(*root);
+    }
+    std::cout.flush();
+    return std::cout.good() ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argumentCount, char **arguments)
+{
+    std::ios::sync_with_stdio(false);
+    const std::vector<std::string> given(arguments + 1, arguments + argumentCount);
+    if (given.size() == 1 && given[0] != "--dump") {
+        return run(given[0], Output::table);
+    }
+    if (given.size() == 2 && given[0] == "--dump") {
+        return run(given[1], Output::dump);
+    }
+    std::cerr << "usage: scan_tree [--dump] FOLDER\n";
+    return 2;
+}

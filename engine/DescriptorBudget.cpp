@@ -1,0 +1,118 @@
+#include "engine/DescriptorBudget.hpp"
+
+#include "engine/DirectoryListing.hpp"
+#include "engine/FileDescriptor.hpp"
+
+#include <algorithm>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::chrono::milliseconds reliefWait(5);
+constexpr rlim_t mostDescriptors = 65536;
+
+int openDescriptorCount()
+{
+    const FileDescriptor folder(::open("/proc/self/fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.isOpen()) {
+        return 0;
+    }
+    DirectoryListing listing;
+    listing.open(folder.number());
+    int count = 0;
+    while (listing.next() != nullptr) {
+        ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+int DescriptorBudget::halfOfFreeDescriptors()
+{
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        return smallestShare;
+    }
+    const int allowed = static_cast<int>(std::min(limit.rlim_cur, mostDescriptors));
+    return (allowed - openDescriptorCount()) / 2;
+}
+
+void DescriptorBudget::provide(int count)
+{
+    const std::lock_guard lock(m_mutex);
+    m_free = std::max(count, smallestShare);
+}
+
+bool DescriptorBudget::takeSmallestShare(const std::atomic<std::int32_t> &cancelScanFlag)
+{
+    std::unique_lock lock(m_mutex);
+    m_shareFree.wait(lock, [&] {
+        return m_free >= smallestShare || cancelScanFlag.load(std::memory_order_relaxed) != 0;
+    });
+    if (m_free < smallestShare) {
+        return false;
+    }
+    m_free -= smallestShare;
+    ++m_shares;
+    return true;
+}
+
+bool DescriptorBudget::tryTake(int count)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_free < count) {
+        return false;
+    }
+    m_free -= count;
+    return true;
+}
+
+void DescriptorBudget::giveBack(int count)
+{
+    const std::lock_guard lock(m_mutex);
+    m_free += count;
+    --m_shares;
+    // One by one: of ten thousand waiting threads few can go on.
+    for (int share = smallestShare; share <= m_free; share += smallestShare) {
+        m_shareFree.notify_one();
+    }
+    m_relief.notify_all();
+}
+
+void DescriptorBudget::wakeWaiting()
+{
+    const std::lock_guard lock(m_mutex);
+    m_shareFree.notify_all();
+}
+
+bool DescriptorBudget::waitForRelief(Caller caller)
+{
+    const int own = caller == Caller::holdsShare ? 1 : 0;
+    std::unique_lock lock(m_mutex);
+    m_stuck += own;
+    const bool othersGetOn = m_stuck < m_shares;
+    const bool isWorthTrying = othersGetOn || isPatienceLeft();
+    if (isWorthTrying) {
+        m_relief.wait_for(lock, reliefWait);
+    }
+    m_stuck -= own;
+    return isWorthTrying;
+}
+
+bool DescriptorBudget::isPatienceLeft() noexcept
+{
+    const Clock::time_point now = Clock::now();
+    const Clock::time_point since = m_stuckSince.load(std::memory_order_relaxed);
+    if (since == Clock::time_point()) {
+        m_stuckSince.store(now, std::memory_order_relaxed);
+        return true;
+    }
+    return now - since < m_patience;
+}
+
+} // namespace tessaly

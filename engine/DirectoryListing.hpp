@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace tessaly {
+
+/// One entry of a directory, as the file system gives it.
+struct DirectoryEntry {
+    std::string_view name; ///< one path component, any bytes; a zero byte follows the last one
+    unsigned char type;    ///< DT_REG, DT_DIR, ...; DT_UNKNOWN where the file system does not tell
+};
+
+/// Reads the entries of open directories, one directory after the other, in the file system's own
+/// order and without "." and "..".
+///
+/// The entries come straight from the kernel in large pieces; nothing is allocated for an entry or
+/// for a directory.
+///
+/// Ownership: the descriptor stays the caller's; it must stay open while it is read.
+/// Threads:   one at a time. Each thread has a listing of its own.
+/// Errors:    a directory that fails ends there; error() tells. std::bad_alloc when made.
+class DirectoryListing {
+public:
+    static constexpr std::size_t bufferByteCount = std::size_t{64} << 10U;
+
+    DirectoryListing();
+
+    /// Turns to a directory, from the place where its descriptor stands (a fresh one: the start).
+    void open(int descriptor) noexcept;
+
+    /// The next entry, or nullptr at the end. It stays valid until the next call.
+    [[nodiscard]] const DirectoryEntry *next() noexcept;
+
+    /// The errno value with which the last directory ended; 0 when it was read to its end.
+    [[nodiscard]] int error() const noexcept { return m_error; }
+
+private:
+    [[nodiscard]] bool fill() noexcept;
+
+    std::unique_ptr<std::byte[]> m_buffer;
+    std::size_t m_position = 0;
+    std::size_t m_filled = 0;
+    std::int64_t m_nextOffset = 0; ///< where the directory goes on after the entry at hand
+    int m_descriptor = -1;
+    int m_error = 0;
+    DirectoryEntry m_entry{};
+};
+
+} // namespace tessaly
