@@ -90,8 +90,7 @@ std::shared_ptr<ScanTree> makeScanTree(std::size_t nodeCount)
                 folder.subitems().append(subfolder);
                 folders.push_back(&subfolder);
             } else {
-                folder.subitems().append(
-                    arena->make<LUMFileItem>(content.name(), content.size()));
+                folder.subitems().append(arena->make<LUMFileItem>(content.name(), content.size()));
             }
         }
     }

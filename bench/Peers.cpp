@@ -28,8 +28,8 @@ void runPeer(const Peer &peer)
         posix_spawnp(&child, arguments.front(), &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     int status = 0;
-    if (error != 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)
-        || WEXITSTATUS(status) == 127) {
+    if (error != 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status) ||
+        WEXITSTATUS(status) == 127) {
         throw std::runtime_error("cannot run " + peer.name);
     }
 }

@@ -198,7 +198,8 @@ private:
 /// A scan file of a million nodes, the tree that it was written from, and its bytes.
 class MillionNodes {
 public:
-    explicit MillionNodes(std::string path) : m_path(std::move(path)), m_tree(makeScanTree(nodeCount))
+    explicit MillionNodes(std::string path)
+        : m_path(std::move(path)), m_tree(makeScanTree(nodeCount))
     {
         write(m_path);
         const auto file = MappedFile::open(m_path);
@@ -212,9 +213,8 @@ public:
 
     void addWorkloads(int repetitions)
     {
-        addPlainWorkload("total of 1M nodes", repetitions, [this] {
-            benchmark::DoNotOptimize(m_tree->root().valueOfSubitems());
-        });
+        addPlainWorkload("total of 1M nodes", repetitions,
+                         [this] { benchmark::DoNotOptimize(m_tree->root().valueOfSubitems()); });
         // What the nodes take, names aside: a total has no need of those.
         m_memory.assign(nodeCount * sizeof(LUMFileItem) / sizeof(std::uint64_t), 1);
         addPlainWorkload("reading the memory of 1M nodes", repetitions, [this] {
@@ -281,7 +281,8 @@ private:
 
 void printFigures(Table &table, const MillionNodes &million)
 {
-    for (const char *tree : {"/usr", "300k files", "300k files below one folder", "200k files flat"}) {
+    for (const char *tree :
+         {"/usr", "300k files", "300k files below one folder", "200k files flat"}) {
         table.ratioAtMost(std::string("scan ") + tree, std::string("bare walk ") + tree, 1.15);
         table.time(std::string("scan ") + tree);
     }
@@ -302,8 +303,8 @@ void printFigures(Table &table, const MillionNodes &million)
     table.time("writing 1M nodes");
     table.ratioAtMost("reading 1M nodes", "memcpy of the file of 1M nodes", 12);
     table.time("reading 1M nodes");
-    table.atMost("bytes of scan file per node",
-                 static_cast<double>(million.fileSize()) / nodeCount, 106);
+    table.atMost("bytes of scan file per node", static_cast<double>(million.fileSize()) / nodeCount,
+                 106);
     table.atMost("memory beyond the tree while reading 1M nodes, MB",
                  measureReadingMemory(million.path()) / 1e6, 60);
 }
@@ -333,12 +334,13 @@ int main(int argumentCount, char **arguments)
         addScans("300k files", scratch.path("deep/one"), repetitions);
         addScans("300k files below one folder", scratch.path("deep"), repetitions);
         addScans("200k files flat", scratch.path("flat"), repetitions);
-        const auto ownTool = std::filesystem::canonical("/proc/self/exe").parent_path() / "scan_tree";
-        for (const Peer &peer : {Peer{"scan_tree /usr", {ownTool.native(), "/usr"}},
-                                 Peer{"du -sb /usr", {"du", "-sb", "/usr"}},
-                                 Peer{"ncdu -0 -x -o /dev/null /usr",
-                                      {"ncdu", "-0", "-x", "-o", "/dev/null", "/usr"}},
-                                 Peer{"gdu -n -p -a /usr", {"gdu", "-n", "-p", "-a", "/usr"}}}) {
+        const auto ownTool =
+            std::filesystem::canonical("/proc/self/exe").parent_path() / "scan_tree";
+        for (const Peer &peer :
+             {Peer{"scan_tree /usr", {ownTool.native(), "/usr"}},
+              Peer{"du -sb /usr", {"du", "-sb", "/usr"}},
+              Peer{"ncdu -0 -x -o /dev/null /usr", {"ncdu", "-0", "-x", "-o", "/dev/null", "/usr"}},
+              Peer{"gdu -n -p -a /usr", {"gdu", "-n", "-p", "-a", "/usr"}}}) {
             addPlainWorkload(peer.name, repetitions, [peer] { runPeer(peer); });
         }
         million.addWorkloads(repetitions);

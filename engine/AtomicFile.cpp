@@ -1,15 +1,16 @@
 #include "engine/AtomicFile.hpp"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <random>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 
 namespace tessaly {
@@ -27,8 +28,12 @@ constexpr int nameAttempts = 100;
 
 std::string temporaryName()
 {
-    std::random_device device;
-    std::uint64_t number = std::uint64_t{device()} << 32U | device();
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, GRND_NONBLOCK) != sizeof number) {
+        // Nothing hangs on it: a name that is taken is only tried again.
+        number =
+            static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+    }
     std::string name(temporaryPrefix);
     for (std::size_t i = 0; i < temporaryDigits; ++i, number >>= 4U) {
         name += digits[number & 0xFU];
@@ -39,10 +44,10 @@ std::string temporaryName()
 
 bool isTemporaryName(std::string_view name)
 {
-    return name.size() == temporaryPrefix.size() + temporaryDigits + temporarySuffix.size()
-           && name.starts_with(temporaryPrefix) && name.ends_with(temporarySuffix)
-           && name.find_first_not_of(digits, temporaryPrefix.size())
-                  == name.size() - temporarySuffix.size();
+    return name.size() == temporaryPrefix.size() + temporaryDigits + temporarySuffix.size() &&
+           name.starts_with(temporaryPrefix) && name.ends_with(temporarySuffix) &&
+           name.find_first_not_of(digits, temporaryPrefix.size()) ==
+               name.size() - temporarySuffix.size();
 }
 
 std::string folderOf(const std::string &path)
@@ -105,8 +110,8 @@ Result<Done, ArchiveError> AtomicFile::open()
 /// was quicker and took it for a leftover.
 bool AtomicFile::lockNewFile()
 {
-    if (retried([&] { return m_calls.flock(m_descriptor, LOCK_EX | LOCK_NB); }) != 0
-        && errno == EWOULDBLOCK) {
+    if (retried([&] { return m_calls.flock(m_descriptor, LOCK_EX | LOCK_NB); }) != 0 &&
+        errno == EWOULDBLOCK) {
         return false;
     }
     // A file system without locks is no reason to fail: the lock only protects from the sweep.
@@ -147,11 +152,12 @@ Result<Done, ArchiveError> AtomicFile::commit()
 
 Result<Done, ArchiveError> AtomicFile::flushFolder()
 {
-    const int folder = retried([&] {
-        return m_calls.open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
-    });
+    const int folder = retried(
+        [&] { return m_calls.open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0); });
     if (folder < 0) {
-        return failure("cannot flush the folder of", errno);
+        // A folder that may be written in but not listed cannot be flushed by us.
+        return errno == EACCES ? Result<Done, ArchiveError>(Done{})
+                               : failure("cannot flush the folder of", errno);
     }
     const int answer = retried([&] { return m_calls.fsync(folder); });
     const int errorNumber = errno;

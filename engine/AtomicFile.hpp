@@ -26,6 +26,10 @@ public:
     /// `path`: bytes as the system takes them. `calls` must outlive the file.
     explicit AtomicFile(std::string path, FileCalls &calls = FileCalls::system());
     ~AtomicFile() override;
+    AtomicFile(const AtomicFile &) = delete;
+    AtomicFile &operator=(const AtomicFile &) = delete;
+    AtomicFile(AtomicFile &&) = delete;
+    AtomicFile &operator=(AtomicFile &&) = delete;
 
     Result<Done, ArchiveError> open();
     Result<Done, ArchiveError> write(std::span<const std::byte> bytes) override;

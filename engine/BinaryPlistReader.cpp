@@ -44,11 +44,12 @@ BinaryPlistReader::BinaryPlistReader(std::span<const std::byte> file)
     m_tableOffset = readBigEndian(trailer + 24, 8);
 
     const auto isWidth = [](std::uint64_t width) { return width >= 1 && width <= 8; };
-    if (!isWidth(m_offsetWidth) || !isWidth(m_referenceWidth) || m_tableOffset <= headerSize
-        || m_tableOffset >= trailerOffset || m_objectCount == 0
-        || m_objectCount > (trailerOffset - m_tableOffset) / m_offsetWidth
-        || m_objectCount * m_offsetWidth != trailerOffset - m_tableOffset) {
-        throw ArchiveFailure(Kind::truncated, "the file is truncated: it does not end in a trailer",
+    if (!isWidth(m_offsetWidth) || !isWidth(m_referenceWidth) || m_tableOffset <= headerSize ||
+        m_tableOffset >= trailerOffset || m_objectCount == 0 ||
+        m_objectCount > (trailerOffset - m_tableOffset) / m_offsetWidth ||
+        m_objectCount * m_offsetWidth != trailerOffset - m_tableOffset) {
+        throw ArchiveFailure(Kind::truncated,
+                             "the file is truncated or damaged: it does not end in a trailer",
                              trailerOffset);
     }
     if (m_topObject >= m_objectCount) {
@@ -71,9 +72,8 @@ BinaryPlistReader::Object BinaryPlistReader::objectOutOfLine(const unsigned char
     std::uint64_t count = marker & 0x0FU;
     if (count == 0x0FU) {
         // A count of 15 and more follows as an integer object.
-        const Object counter = content < m_offsetTable && (*content >> 4U) == 0x1
-                                   ? singleObject(content)
-                                   : Object{};
+        const Object counter =
+            content < m_offsetTable && (*content >> 4U) == 0x1 ? singleObject(content) : Object{};
         if (counter.type != Type::integer || integer(counter).negative) {
             throw ArchiveFailure(Kind::damaged, "a count is not a number",
                                  static_cast<std::uint64_t>(content - m_file));
@@ -176,8 +176,7 @@ BinaryPlistReader::Integer BinaryPlistReader::largeInteger(const Object &object)
 
 double BinaryPlistReader::real(const Object &object) const
 {
-    const std::uint64_t bits =
-        readBigEndian(object.content, static_cast<unsigned>(object.count));
+    const std::uint64_t bits = readBigEndian(object.content, static_cast<unsigned>(object.count));
     if (object.count == 4) {
         return std::bit_cast<float>(static_cast<std::uint32_t>(bits));
     }
@@ -207,8 +206,8 @@ bool BinaryPlistReader::isString(const Object &object, std::string_view ascii) c
         return false;
     }
     for (std::size_t i = 0; i < ascii.size(); ++i) {
-        if (object.content[2 * i] != 0
-            || object.content[2 * i + 1] != static_cast<unsigned char>(ascii[i])) {
+        if (object.content[2 * i] != 0 ||
+            object.content[2 * i + 1] != static_cast<unsigned char>(ascii[i])) {
             return false;
         }
     }
@@ -217,9 +216,9 @@ bool BinaryPlistReader::isString(const Object &object, std::string_view ascii) c
 
 void BinaryPlistReader::failReference(Reference reference) const
 {
-    throw ArchiveFailure(Kind::damaged, "object " + std::to_string(reference) + " of "
-                                            + std::to_string(m_objectCount)
-                                            + " is referred to but does not exist");
+    throw ArchiveFailure(Kind::damaged, "object " + std::to_string(reference) + " of " +
+                                            std::to_string(m_objectCount) +
+                                            " is referred to but does not exist");
 }
 
 void BinaryPlistReader::failOffset(Reference reference, std::uint64_t offset) const

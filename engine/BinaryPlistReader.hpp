@@ -18,7 +18,6 @@ namespace tessaly {
 /// Format: the eight bytes "bplist00"; objects, each a marker byte (type and small count) and its
 /// content; a table of the objects' offsets; 32 bytes of trailer with the widths of offsets and
 /// references, the number of objects, the top object and the place of the table, all big-endian.
-/// Published with the CFBinaryPList.c of Apple's open-source CoreFoundation.
 ///
 /// The file is taken as hostile. Every offset, count and reference is checked before it is used;
 /// nothing is allocated by a count, nothing is expanded, nothing recurses. Objects are looked at
@@ -152,8 +151,7 @@ public:
     /// Where an object's content lies in the file, for messages.
     [[nodiscard]] std::uint64_t offsetOf(const Object &object) const noexcept
     {
-        return object.content == nullptr ? 0
-                                         : static_cast<std::uint64_t>(object.content - m_file);
+        return object.content == nullptr ? 0 : static_cast<std::uint64_t>(object.content - m_file);
     }
 
 private:

@@ -69,6 +69,7 @@ KeyedArchiveReader::Fields KeyedArchiveReader::unusualFields(const Object &insta
     if (instance.type != Type::dictionary || instance.count >= Fields::missing) {
         fail(Kind::damaged, "an instance is not a dictionary", instance);
     }
+    spend(instance.count);
     return {m_plist, instance, positions(instance, keys)};
 }
 
@@ -126,8 +127,8 @@ std::size_t KeyedArchiveReader::classIndexOf(Uid classUid, NameMatcher &classes)
 std::string KeyedArchiveReader::className(Reference classValue) const
 {
     constexpr std::size_t longest = 100; // of a name that has no business being longer
-    const Object name =
-        m_plist.object(find(classDescription(uid(classValue, "\"$class\"")), "$classname").value_or(0));
+    const Object name = m_plist.object(
+        find(classDescription(uid(classValue, "\"$class\"")), "$classname").value_or(0));
     std::string text = isString(name.type) ? this->name(name).substr(0, longest) : "";
     std::replace_if(
         text.begin(), text.end(),
@@ -167,8 +168,8 @@ KeyedArchiveReader::Object KeyedArchiveReader::elementsOf(const Object &instance
     }
     const Fields wrapper = fields(instance, m_wrapperKeys);
     const std::optional<Reference> classValue = wrapper[classKey];
-    const std::size_t index = classValue ? classIndex(*classValue, m_wrapperClasses)
-                                         : m_wrapperClasses.none();
+    const std::size_t index =
+        classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
     if (index != arrayClass && index != mutableArrayClass) {
         fail(Kind::damaged, std::string(what) + " is not an array", instance);
     }
@@ -186,8 +187,8 @@ KeyedArchiveReader::Object KeyedArchiveReader::unwrapped(const Object &wrapper,
     if (wrapper.type == Type::dictionary) {
         const Fields fields = this->fields(wrapper, m_wrapperKeys);
         const std::optional<Reference> classValue = fields[classKey];
-        const std::size_t index = classValue ? classIndex(*classValue, m_wrapperClasses)
-                                             : m_wrapperClasses.none();
+        const std::size_t index =
+            classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
         if ((index == stringClass || index == mutableStringClass) && fields[stringKey]) {
             const Object string = m_plist.object(*fields[stringKey]);
             if (isString(string.type)) {
@@ -252,13 +253,14 @@ std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view
     if (object.type == Type::dictionary) {
         const Fields wrapper = fields(object, m_wrapperKeys);
         const std::optional<Reference> classValue = wrapper[classKey];
-        if (classValue && classIndex(*classValue, m_wrapperClasses) == dateClass
-            && wrapper[timeKey]) {
+        if (classValue && classIndex(*classValue, m_wrapperClasses) == dateClass &&
+            wrapper[timeKey]) {
             object = resolved(*wrapper[timeKey]);
             if (object.type == Type::integer) {
                 const BinaryPlistReader::Integer seconds = m_plist.integer(object);
-                return seconds.negative ? static_cast<double>(static_cast<std::int64_t>(seconds.bits))
-                                        : static_cast<double>(seconds.bits);
+                return seconds.negative
+                           ? static_cast<double>(static_cast<std::int64_t>(seconds.bits))
+                           : static_cast<double>(seconds.bits);
             }
             object.type = object.type == Type::real ? Type::date : object.type;
         }
@@ -273,8 +275,8 @@ std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view
     return seconds;
 }
 
-std::optional<KeyedArchiveReader::Reference>
-KeyedArchiveReader::find(const Object &dictionary, std::string_view key) const
+std::optional<KeyedArchiveReader::Reference> KeyedArchiveReader::find(const Object &dictionary,
+                                                                      std::string_view key) const
 {
     spend(dictionary.count);
     for (std::uint64_t i = 0; i < dictionary.count; ++i) {
@@ -317,8 +319,8 @@ void KeyedArchiveReader::checkAscii(const Object &string) const
 
 void KeyedArchiveReader::failUid(std::uint64_t number)
 {
-    throw ArchiveFailure(Kind::damaged, "UID " + std::to_string(number)
-                                            + " is referred to but does not exist");
+    throw ArchiveFailure(Kind::damaged,
+                         "UID " + std::to_string(number) + " is referred to but does not exist");
 }
 
 void KeyedArchiveReader::failNoUid(Reference value, std::string_view what) const

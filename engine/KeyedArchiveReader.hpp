@@ -3,6 +3,7 @@
 #include "engine/BinaryPlistReader.hpp"
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -44,7 +45,11 @@ public:
         static constexpr std::size_t mostNames = 8;
 
     public:
-        NameMatcher(std::initializer_list<std::string_view> names) : m_names(names) {}
+        /// Eight names at most.
+        NameMatcher(std::initializer_list<std::string_view> names) : m_names(names)
+        {
+            assert(names.size() <= mostNames);
+        }
 
         /// Number of names, which is also the answer "none of them".
         [[nodiscard]] std::size_t none() const noexcept { return m_names.size(); }
@@ -72,7 +77,7 @@ public:
 
         std::vector<std::string_view> m_names;
         Answer m_last; ///< by reference; where references to one object are not shared, no help
-        std::array<Answer, recentCount> m_recent{}; ///< by key reference or class UID
+        std::array<Answer, recentCount> m_recent{};     ///< by key reference or class UID
         std::array<Shape, largestShape + 1> m_shapes{}; ///< the last one of each size
     };
 
@@ -141,14 +146,13 @@ public:
         failNoUid(value, what);
     }
 
-    /// The values of an instance's keys. At most eight keys. Of a key that stands twice the first
-    /// counts.
+    /// The values of an instance's keys. Of a key that stands twice the first counts.
     [[nodiscard]] Fields fields(const Object &instance, NameMatcher &keys) const
     {
-        spend(instance.count);
         if (instance.type != Type::dictionary || instance.count > NameMatcher::largestShape) {
             return unusualFields(instance, keys);
         }
+        spend(instance.count);
         // Most instances look like the last one of their size.
         NameMatcher::Shape &shape = keys.m_shapes[static_cast<std::size_t>(instance.count)];
         const std::string_view references = m_plist.keyReferences(instance);
@@ -257,8 +261,8 @@ private:
     Uid m_root = 0;
     mutable std::uint64_t m_budget; ///< dictionary pairs and class names left to be looked at
     mutable NameMatcher m_wrapperKeys{"$class", "NS.objects", "NS.string", "NS.time"};
-    mutable NameMatcher m_wrapperClasses{"NSArray", "NSMutableArray", "NSString",
-                                         "NSMutableString", "NSDate"};
+    mutable NameMatcher m_wrapperClasses{"NSArray", "NSMutableArray", "NSString", "NSMutableString",
+                                         "NSDate"};
 };
 
 } // namespace tessaly

@@ -79,8 +79,7 @@ struct Describer {
 
 } // namespace
 
-LUMFileContainer::LUMFileContainer(NodeArena &arena)
-    : LUMFileContainer(arena, defaultItemName, 0)
+LUMFileContainer::LUMFileContainer(NodeArena &arena) : LUMFileContainer(arena, defaultItemName, 0)
 {
 }
 

@@ -16,7 +16,7 @@ namespace tessaly {
 ///
 /// Units:     sizes are logical bytes; a scanned folder's own size is 0, its total is computed on
 ///            demand.
-/// Ownership: nothing is owned (see LUMFileItem); children and parent lie in arenas of one ScanTree.
+/// Ownership: nothing is owned (see LUMFileItem); children and parent lie in one ScanTree's arenas.
 /// Threads:   while a scan runs, one thread writes a given folder. A finished tree is read by any.
 /// Depth:     nothing here recurses: a tree may be as deep as memory allows.
 class LUMFileContainer final : public LUMFileItem {
@@ -117,7 +117,8 @@ public:
     }
 
 protected:
-    using Folder = std::conditional_t<std::is_const_v<Node>, const LUMFileContainer, LUMFileContainer>;
+    using Folder =
+        std::conditional_t<std::is_const_v<Node>, const LUMFileContainer, LUMFileContainer>;
 
     friend class LUMFileContainer;
     explicit View(Folder &folder) noexcept : m_folder(&folder) {}

@@ -71,7 +71,7 @@ private:
 
     [[nodiscard]] LUMFileItem *next() const noexcept
     {
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): the bit beside the pointer saves 8 bytes a node
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the bit saves 8 bytes a node
         return reinterpret_cast<LUMFileItem *>(m_nextAndKind & ~containerBit);
     }
     void setNext(const LUMFileItem *next) noexcept

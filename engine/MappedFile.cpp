@@ -49,8 +49,8 @@ void onBusError(int /*signal*/, siginfo_t *info, void * /*context*/)
         const unsigned useCount = guard.useCount.load();
         const std::uintptr_t start = guard.start.load();
         const std::uintptr_t end = guard.end.load();
-        if (!isFault || start == 0 || address < start || address >= end
-            || guard.useCount.load() != useCount) {
+        if (!isFault || start == 0 || address < start || address >= end ||
+            guard.useCount.load() != useCount) {
             continue;
         }
         // NOLINTNEXTLINE(performance-no-int-to-ptr): the address came as a number
@@ -145,7 +145,8 @@ Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
     const std::size_t guard = takeGuard(memory, bytes.size());
     if (guard == noGuard) {
         munmap(memory, bytes.size());
-        return ArchiveError{Kind::unreadable, "cannot read " + path + ": too many files at once", {}};
+        return ArchiveError{
+            Kind::unreadable, "cannot read " + path + ": too many files at once", {}};
     }
     return MappedFile(bytes, guard);
 }

@@ -147,17 +147,18 @@ private:
     /// that a small file cannot ask for much memory.
     NodeArena::StoredName readLongName(const KeyedArchiveReader::Object &string)
     {
-        NodeArena::StoredName &stored = m_longNames[string.content];
-        if (stored == nullptr) {
-            const std::uint64_t byteCount = string.count * (string.type == Type::utf16String ? 2 : 1);
+        LongName &known = m_longNames[string.content];
+        if (known.stored == nullptr || known.count != string.count) {
+            const std::uint64_t byteCount =
+                string.count * (string.type == Type::utf16String ? 2 : 1);
             if (byteCount > m_longNameBudget) {
                 throw ArchiveFailure(Kind::damaged, "the archive's names overlap",
                                      m_archive.propertyList().offsetOf(string));
             }
             m_longNameBudget -= byteCount;
-            stored = m_arena->storeName(m_archive.name(string));
+            known = {string.count, m_arena->storeName(m_archive.name(string))};
         }
-        return stored;
+        return known.stored;
     }
 
     std::uint64_t readSize(const Instance &instance)
@@ -218,6 +219,11 @@ private:
 
     static constexpr std::uint64_t longName = 64; ///< bytes, or UTF-16 code units
 
+    struct LongName {
+        std::uint64_t count = 0;
+        NodeArena::StoredName stored = nullptr;
+    };
+
     KeyedArchiveReader m_archive;
     KeyedArchiveReader::NameMatcher m_keys{"$class", "itemName", "itemSize", "subitems",
                                            "parentContainer"};
@@ -225,8 +231,8 @@ private:
     ScanFileDetails *m_details;
     NodeArena *m_arena = nullptr;
     std::uint64_t m_longNameBudget;
-    std::vector<bool> m_isListed; ///< by UID
-    std::unordered_map<const unsigned char *, NodeArena::StoredName> m_longNames;
+    std::vector<bool> m_isListed;                                    ///< by UID
+    std::unordered_map<const unsigned char *, LongName> m_longNames; ///< by place in the file
     std::vector<Level> m_levels;
 };
 
@@ -254,8 +260,8 @@ void ScanFileDetails::record(const LUMFileItem &node, Node said)
     }
 }
 
-Result<std::shared_ptr<ScanTree>, ArchiveError>
-readScanArchive(std::span<const std::byte> archive, ScanFileDetails *details)
+Result<std::shared_ptr<ScanTree>, ArchiveError> readScanArchive(std::span<const std::byte> archive,
+                                                                ScanFileDetails *details)
 {
     try {
         return ScanArchiveReader(archive, details).read();

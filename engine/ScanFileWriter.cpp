@@ -65,11 +65,14 @@ enum FixedObject : std::uint64_t {
 constexpr std::uint64_t firstString = versionKey;
 
 constexpr std::array<std::string_view, fixedObjectCount - firstString> fixedStrings{
-    "$version",        "$archiver",        "$top",      "$objects",       "NSKeyedArchiver",
-    "root",            "$class",           "itemName",  "itemSize",       "subitems",
-    "parentContainer", "NS.objects",       "NS.string", "$classname",     "$classes",
-    "LUMFileItem",     "LUMFileContainer", "NSObject",  "NSMutableArray", "NSArray",
-    "NSMutableString", "NSString"};
+    "$version",       "$archiver",        "$top",
+    "$objects",       "NSKeyedArchiver",  "root",
+    "$class",         "itemName",         "itemSize",
+    "subitems",       "parentContainer",  "NS.objects",
+    "NS.string",      "$classname",       "$classes",
+    "LUMFileItem",    "LUMFileContainer", "NSObject",
+    "NSMutableArray", "NSArray",          "NSMutableString",
+    "NSString"};
 static_assert(!fixedStrings.back().empty());
 
 /// The places in "$objects" of one node and what it holds.
@@ -188,11 +191,11 @@ struct Counter {
         constexpr std::uint64_t largestCounter = 9;
         constexpr std::uint64_t largestSizeObject = 17;
         constexpr std::uint64_t largestUid = 5;
-        const std::uint64_t node = 1 + 6 * referenceWidth + 2 * largestCounter + largestSizeObject
-                                   + referenceWidth;
+        const std::uint64_t node =
+            1 + 6 * referenceWidth + 2 * largestCounter + largestSizeObject + referenceWidth;
         const std::uint64_t folder = 4 * referenceWidth + 2 + 4 * referenceWidth + largestCounter;
-        return fixed + nodeCount * node + folderCount * folder + 2 * nameByteCount
-               + order.count() * (largestUid + referenceWidth);
+        return fixed + nodeCount * node + folderCount * folder + 2 * nameByteCount +
+               order.count() * (largestUid + referenceWidth);
     }
 
 private:

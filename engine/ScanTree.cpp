@@ -24,9 +24,14 @@ ScanTree::ArenaLease ScanTree::leaseArena()
 
 void ScanTree::returnArena(NodeArena *arena) noexcept
 {
-    arena->forgetRecentNames();
     const std::lock_guard lock(m_mutex);
     m_free.push_back(arena);
+    if (m_free.size() == m_arenas.size()) {
+        // Nobody is building any more. Until then the next thread may have use for them.
+        for (NodeArena &idle : m_arenas) {
+            idle.forgetRecentNames();
+        }
+    }
 }
 
 } // namespace tessaly

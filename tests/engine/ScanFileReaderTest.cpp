@@ -186,7 +186,7 @@ TEST(ScanFileReader, messagesSayWhatIsWrongAndWhere)
     EXPECT_EQ(message("zero_length.bplist"), "not an archive: the file is empty");
     EXPECT_EQ(message("trunc_header.bplist"), "byte 8: the file is truncated");
     EXPECT_EQ(message("trunc_last_byte.bplist"),
-              "byte 554: the file is truncated: it does not end in a trailer");
+              "byte 554: the file is truncated or damaged: it does not end in a trailer");
     EXPECT_EQ(message("class_unknown.bplist"), "byte 199: unknown class LUMFileWeird");
     EXPECT_EQ(message("cycle_self.bplist"), "byte 113: a node is listed twice");
     EXPECT_EQ(message("top_is_array.bplist"), "byte 9: a property list, but not an archive");
