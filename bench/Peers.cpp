@@ -13,6 +13,7 @@ void runPeer(const Peer &peer)
 {
     std::vector<std::string> words = peer.command;
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string &word : words) {
         arguments.push_back(word.data());
     }

@@ -29,7 +29,7 @@ struct Dumper {
     const ScanFileDetails &details;
     std::size_t depth = 0;
 
-    void file(const LUMFileItem &item) { line(item, 'F'); }
+    void file(const LUMFileItem &item) const { line(item, 'F'); }
     void enter(const LUMFileContainer &folder)
     {
         line(folder, 'C');

@@ -30,6 +30,7 @@ public:
     /// A node whose name the arena, or another one of the tree, holds already; nullptr: no name.
     LUMFileItem(NodeArena &arena, NodeArena::StoredName itemName, std::uint64_t itemSize) noexcept;
 
+    ~LUMFileItem() = default;
     LUMFileItem(const LUMFileItem &) = delete;
     LUMFileItem &operator=(const LUMFileItem &) = delete;
     LUMFileItem(LUMFileItem &&) = delete;

@@ -111,7 +111,7 @@ public:
     }
 
 private:
-    void end()
+    void end() const
     {
         if (m_process > 0) {
             kill();

@@ -112,7 +112,7 @@ void PlistBuilder::setArray(Reference array, std::vector<Reference> elements)
     m_objects[array].references = std::move(elements);
 }
 
-PlistBuilder::Reference PlistBuilder::dictionary(Pairs pairs)
+PlistBuilder::Reference PlistBuilder::dictionary(const Pairs &pairs)
 {
     std::vector<Reference> references;
     for (const auto &[key, value] : pairs) {
@@ -199,7 +199,7 @@ ArchiveBuilder::Reference ArchiveBuilder::dictionary(const Fields &fields)
     for (const auto &[key, value] : fields) {
         pairs.emplace_back(m_plist.ascii(key), value);
     }
-    return m_plist.dictionary(std::move(pairs));
+    return m_plist.dictionary(pairs);
 }
 
 ArchiveBuilder::Reference ArchiveBuilder::list(const std::vector<Reference> &uids,

@@ -31,7 +31,7 @@ public:
     Reference boolean(bool value);
     Reference uid(std::uint64_t number, unsigned width = 1);
     Reference array(std::vector<Reference> elements);
-    Reference dictionary(Pairs pairs);
+    Reference dictionary(const Pairs &pairs);
 
     /// Objects that refer to one another need to be known before they are complete.
     void setArray(Reference array, std::vector<Reference> elements);
@@ -82,7 +82,7 @@ public:
     Reference archived(Reference object);
     /// The place in "$objects" that the next archived object gets, as a reference to its UID.
     [[nodiscard]] Reference nextUid();
-    Reference null() { return m_nullUid; }
+    [[nodiscard]] Reference null() const { return m_nullUid; }
 
     /// A class description: its name, and the names in its "$classes".
     Reference classNamed(const std::string &name, const std::vector<std::string> &chain = {});

@@ -46,6 +46,7 @@ std::string fullDumpOf(std::span<const std::byte> archive)
 /// Reads hostile bytes and does with the tree, if there is one, what a program would.
 void useArchive(const Bytes &bytes)
 {
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): so that it has no spare room
     const Bytes exactly(bytes); // in memory of just this size: the sanitizer sees a step past it
     const auto tree = readScanArchive(exactly);
     if (tree) {

@@ -22,7 +22,7 @@ struct CommaDecimals final : std::numpunct<char> {
 /// Sets the locale of the C library back when it goes.
 class LocaleGuard {
 public:
-    LocaleGuard() : m_before(std::setlocale(LC_ALL, nullptr)), m_beforeCpp(std::locale()) {}
+    LocaleGuard() : m_before(std::setlocale(LC_ALL, nullptr)) {}
     ~LocaleGuard()
     {
         std::locale::global(m_beforeCpp);

@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    bool fails(std::string call)
+    bool fails(const std::string &call)
     {
         beforeEach();
         const std::size_t number = m_log.size();
