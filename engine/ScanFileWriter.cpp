@@ -1,5 +1,6 @@
 #include "engine/ScanFileWriter.hpp"
 
+#include "engine/ArchivePlaces.hpp"
 #include "engine/AtomicFile.hpp"
 #include "engine/BinaryPlistWriter.hpp"
 #include "engine/TreeWalk.hpp"
@@ -8,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <limits>
 #include <new>
 #include <string_view>
 #include <vector>
@@ -19,10 +19,7 @@ namespace {
 
 using Kind = ArchiveError::Kind;
 
-/// A place in "$objects". 0, "$null", stands for none.
-using Uid = std::uint32_t;
-
-constexpr std::string_view nullMarker = "$null";
+using Uid = ArchivePlaces::Uid;
 
 /// The property list's objects are numbered in four runs: the fixed ones below, the archived
 /// objects in the order of "$objects", the UIDs by value (every reference to an object shares its
@@ -75,93 +72,9 @@ constexpr std::array<std::string_view, fixedObjectCount - firstString> fixedStri
     "NSString"};
 static_assert(!fixedStrings.back().empty());
 
-/// The places in "$objects" of one node and what it holds.
-struct NodePlaces {
-    Uid node = 0;
-    Uid name = 0; ///< 0: no name
-    Uid size = 0;
-    Uid subitems = 0;
-    bool wrapsName = false; ///< the name is an NSMutableString, not a plain string
-    bool addsSize = false;  ///< the size is an object of its own, not one met before
-    bool addsStringClass = false;
-    bool addsItemClass = false;
-};
-
-/// Gives out the places in "$objects", in the order in which a keyed archiver meets the objects: a
-/// node, its name, its size, its child list, its children; a class after the contents of its first
-/// instance. Told of the same nodes again, it gives the same places again.
-class PlaceOrder {
-public:
-    Uid stringClass = 0; // of each class: 0 until it has been met
-    Uid itemClass = 0;
-    Uid arrayClass = 0;
-    Uid containerClass = 0;
-
-    [[nodiscard]] Uid count() const noexcept { return m_next; }
-
-    NodePlaces file(const LUMFileItem &item)
-    {
-        NodePlaces places = nodeAndValues(item);
-        places.addsItemClass = takeIfNew(itemClass);
-        return places;
-    }
-    NodePlaces enter(const LUMFileContainer &folder)
-    {
-        NodePlaces places = nodeAndValues(folder);
-        places.subitems = take();
-        return places;
-    }
-    /// Whether the two classes follow, of arrays and of folders: after the first folder to end.
-    bool leave()
-    {
-        const bool isFirst = takeIfNew(arrayClass);
-        takeIfNew(containerClass);
-        return isFirst;
-    }
-
-private:
-    NodePlaces nodeAndValues(const LUMFileItem &node)
-    {
-        NodePlaces places;
-        places.node = take();
-        if (node.hasItemName()) {
-            places.name = take();
-            // A plain "$null" would read as no name.
-            places.wrapsName = node.itemName() == nullMarker;
-            places.addsStringClass = places.wrapsName && takeIfNew(stringClass);
-        }
-        // Folders are of size 0: all zeros share one object.
-        places.addsSize = node.itemSize() != 0 || m_zero == 0;
-        places.size = places.addsSize ? take() : m_zero;
-        if (node.itemSize() == 0) {
-            m_zero = places.size;
-        }
-        return places;
-    }
-
-    Uid take()
-    {
-        if (m_next == std::numeric_limits<Uid>::max()) {
-            throw ArchiveFailure(Kind::unsupported, "the scan has too many items for a scan file");
-        }
-        return m_next++;
-    }
-    bool takeIfNew(Uid &place)
-    {
-        if (place != 0) {
-            return false;
-        }
-        place = take();
-        return true;
-    }
-
-    Uid m_next = 1;
-    Uid m_zero = 0;
-};
-
 /// The first of two walks: what has to be known before the first byte is written.
 struct Counter {
-    PlaceOrder order;
+    ArchivePlaces order;
     std::uint64_t folderCount = 0;
     std::uint64_t nameByteCount = 0;
     std::uint64_t nodeCount = 0;
@@ -226,12 +139,12 @@ public:
     {
         writeFixedObjects();
         beginObject(0);
-        m_plist.name(nullMarker);
+        m_plist.name(ArchivePlaces::nullMarker);
     }
 
     void file(const LUMFileItem &item)
     {
-        const NodePlaces places = m_order.file(item);
+        const ArchivePlaces::OfNode places = m_order.file(item);
         m_children.push_back(places.node);
         beginObject(places.node);
         m_plist.dictionary(3);
@@ -240,16 +153,16 @@ public:
         m_plist.reference(classKey);
         uidReference(places.name);
         uidReference(places.size);
-        uidReference(m_classes.itemClass);
+        uidReference(m_classes.itemClass());
         writeValues(item, places);
         if (places.addsItemClass) {
-            writeClass(m_classes.itemClass, itemClassName, itemChain);
+            writeClass(m_classes.itemClass(), itemClassName, itemChain);
         }
     }
 
     void enter(const LUMFileContainer &folder)
     {
-        const NodePlaces places = m_order.enter(folder);
+        const ArchivePlaces::OfNode places = m_order.enter(folder);
         const Uid parent = m_open.empty() ? 0 : m_open.back().node;
         m_children.push_back(places.node);
         beginObject(places.node);
@@ -263,7 +176,7 @@ public:
         uidReference(places.size);
         uidReference(places.subitems);
         uidReference(parent);
-        uidReference(m_classes.containerClass);
+        uidReference(m_classes.containerClass());
         writeValues(folder, places);
 
         beginObject(places.subitems);
@@ -271,7 +184,7 @@ public:
         m_plist.reference(elementsKey);
         m_plist.reference(classKey);
         m_plist.reference(m_firstList + m_listCount);
-        uidReference(m_classes.arrayClass);
+        uidReference(m_classes.arrayClass());
         m_open.push_back({places.node, m_listCount++, m_children.size()});
     }
 
@@ -286,8 +199,8 @@ public:
         }
         m_children.resize(folder.firstChild);
         if (m_order.leave()) {
-            writeClass(m_classes.arrayClass, mutableArrayClassName, arrayChain);
-            writeClass(m_classes.containerClass, containerClassName, containerChain);
+            writeClass(m_classes.arrayClass(), mutableArrayClassName, arrayChain);
+            writeClass(m_classes.containerClass(), containerClassName, containerChain);
         }
     }
 
@@ -328,7 +241,7 @@ private:
     void beginFixed(std::uint64_t object) { m_fixedOffsets.set(object, m_plist.position()); }
     void uidReference(Uid uid) { m_plist.reference(m_firstUid + uid); }
 
-    void writeValues(const LUMFileItem &node, const NodePlaces &places)
+    void writeValues(const LUMFileItem &node, const ArchivePlaces::OfNode &places)
     {
         if (places.wrapsName) {
             beginObject(places.name);
@@ -336,13 +249,13 @@ private:
             m_plist.reference(stringKey);
             m_plist.reference(classKey);
             m_plist.reference(firstObject + 0); // the very string "$null"
-            uidReference(m_classes.stringClass);
+            uidReference(m_classes.stringClass());
         } else if (places.name != 0) {
             beginObject(places.name);
             m_plist.name(node.itemName());
         }
         if (places.addsStringClass) {
-            writeClass(m_classes.stringClass, mutableStringClassName, stringChain);
+            writeClass(m_classes.stringClass(), mutableStringClassName, stringChain);
         }
         if (places.addsSize) {
             beginObject(places.size);
@@ -393,8 +306,8 @@ private:
         }
     }
 
-    PlaceOrder m_order;
-    PlaceOrder m_classes; ///< as the first walk left it: where the classes are going to be
+    ArchivePlaces m_order;
+    ArchivePlaces m_classes; ///< as the first walk left it: where the classes are going to be
     std::uint64_t m_uidCount;
     std::uint64_t m_firstUid;
     std::uint64_t m_firstList;
