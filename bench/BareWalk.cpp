@@ -38,7 +38,7 @@ bool countEntry(int folder, const DirectoryEntry &entry, BareCount &count)
     }
     struct statx facts = {};
     if (statx(folder, entry.name.data(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-              STATX_TYPE | STATX_SIZE, &facts) == 0) {
+              type == DT_UNKNOWN ? STATX_TYPE | STATX_SIZE : STATX_SIZE, &facts) == 0) {
         count.byteCount += facts.stx_size;
     }
     ++count.files;

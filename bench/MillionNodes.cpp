@@ -110,7 +110,7 @@ void MillionNodes::addFileWorkloads(int repetitions)
         require(tree.hasValue());
     });
     m_copy.resize(m_bytes.size());
-    addPlainWorkload("memcpy of the file of 1M nodes", repetitions, [this] { copyFile(); });
+    addPlainWorkload("memcpy of the mapped file of 1M nodes", repetitions, [this] { copyFile(); });
 }
 
 void MillionNodes::write(const std::string &path) const

@@ -1,9 +1,14 @@
 // archive_tree FOLDER FILE  scans FOLDER and writes the tree to FILE as a scan file
+//
+// What cannot be done is told in one line on standard error, with exit status 1; FILE is then as it
+// was before.
 
-#include "engine/LUMThreadedScanner.hpp"
+#include "bench/ScannedFolder.hpp"
+#include "engine/AtomicFile.hpp"
 #include "engine/ScanFileWriter.hpp"
 
 #include <exception>
+#include <filesystem>
 #include <iostream>
 
 int main(int argumentCount, char **arguments)
@@ -13,10 +18,11 @@ int main(int argumentCount, char **arguments)
         return 2;
     }
     try {
-        tessaly::LUMThreadedScanner scanner;
-        const tessaly::LUMFileContainer &root = scanner.scanRootFolder(arguments[1]);
-        scanner.waitUntilFinished();
-        const auto written = tessaly::writeScanFile(root, arguments[2]);
+        const std::filesystem::path file = arguments[2];
+        tessaly::AtomicFile::removeLeftovers(file.has_parent_path() ? file.parent_path().native()
+                                                                    : ".");
+        const auto tree = tessaly::scannedFolder(arguments[1]);
+        const auto written = tessaly::writeScanFile(tree->root(), file.native());
         if (!written) {
             std::cerr << written.error().text() << '\n';
             return 1;

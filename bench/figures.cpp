@@ -103,7 +103,7 @@ void printFigures(FigureTable &table, const MillionNodes &million)
     table.time("freeing 1M nodes");
     table.ratioAtMost("writing 1M nodes", "plain write of the file of 1M nodes", 10);
     table.time("writing 1M nodes");
-    table.ratioAtMost("reading 1M nodes", "memcpy of the file of 1M nodes", 12);
+    table.ratioAtMost("reading 1M nodes", "memcpy of the mapped file of 1M nodes", 12);
     table.time("reading 1M nodes");
     table.atMost("bytes of scan file per node",
                  static_cast<double>(million.fileSize()) / MillionNodes::nodeCount, 106);

@@ -5,20 +5,19 @@
 //
 // A folder that cannot be listed is told on the error output, with exit status 1.
 
+#include "bench/ScannedFolder.hpp"
 #include "bench/TreeDump.hpp"
-#include "engine/LUMThreadedScanner.hpp"
+#include "engine/PrintableText.hpp"
 #include "engine/TreeWalk.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <iomanip>
 #include <iostream>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 namespace {
@@ -41,22 +40,12 @@ struct Row {
     std::uint64_t byteCount;
 };
 
-/// A name with nothing in it that would break a line or drive a terminal.
-std::string printable(std::string_view name)
-{
-    std::string text(name);
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; }, '?');
-    return text;
-}
-
 std::vector<Row> rowsBySize(const LUMFileContainer &root)
 {
     std::vector<Row> rows;
     for (const LUMFileItem &child : root.subitems()) {
         const LUMFileContainer *folder = child.asContainer();
-        rows.push_back({printable(child.itemName()) + (folder != nullptr ? "/" : ""),
+        rows.push_back({tessaly::printableText(child.itemName()) + (folder != nullptr ? "/" : ""),
                         folder != nullptr ? folder->valueOfSubitems() : child.itemSize()});
     }
     std::stable_sort(rows.begin(), rows.end(),
@@ -90,28 +79,13 @@ void show(const LUMFileContainer &root)
 
 enum class Output : std::uint8_t { table, dump };
 
-/// The errno value that keeps a folder from being listed, or 0.
-int listingError(const std::string &path)
-{
-    const tessaly::OpenedFolder folder = tessaly::openFolderPath(path);
-    return folder.descriptor.isOpen() ? 0 : errno;
-}
-
 int run(const std::string &path, Output output)
 {
-    if (const int error = listingError(path)) {
-        std::cerr << "scan_tree: " << printable(path) << ": "
-                  << std::generic_category().message(error) << '\n';
-        return 1;
-    }
-    tessaly::LUMThreadedScanner scanner;
-    scanner.scanRootFolder(path);
-    scanner.waitUntilFinished();
-    const std::shared_ptr<const LUMFileContainer> root = scanner.rootContainer();
+    const auto tree = tessaly::scannedFolder(path);
     if (output == Output::dump) {
-        tessaly::dumpTree(std::cout, *root);
+        tessaly::dumpTree(std::cout, tree->root());
     } else {
-        show(*root);
+        show(tree->root());
     }
     std::cout.flush();
     return std::cout.good() ? 0 : 1;
@@ -123,12 +97,17 @@ int main(int argumentCount, char **arguments)
 {
     std::ios::sync_with_stdio(false);
     const std::vector<std::string> given(arguments + 1, arguments + argumentCount);
-    if (given.size() == 1 && given[0] != "--dump") {
-        return run(given[0], Output::table);
+    try {
+        if (given.size() == 1 && given[0] != "--dump") {
+            return run(given[0], Output::table);
+        }
+        if (given.size() == 2 && given[0] == "--dump") {
+            return run(given[1], Output::dump);
+        }
+        std::cerr << "usage: scan_tree [--dump] FOLDER\n";
+        return 2;
+    } catch (const std::exception &failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
     }
-    if (given.size() == 2 && given[0] == "--dump") {
-        return run(given[1], Output::dump);
-    }
-    std::cerr << "usage: scan_tree [--dump] FOLDER\n";
-    return 2;
 }

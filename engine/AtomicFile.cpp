@@ -1,5 +1,7 @@
 #include "engine/AtomicFile.hpp"
 
+#include "engine/PrintableText.hpp"
+
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
@@ -86,6 +88,13 @@ AtomicFile::~AtomicFile()
 
 Result<Done, ArchiveError> AtomicFile::open()
 {
+    struct stat target = {};
+    if (m_calls.lstat(m_path.c_str(), &target) == 0 && !S_ISREG(target.st_mode) &&
+        !S_ISLNK(target.st_mode)) {
+        return ArchiveError{Kind::unwritable,
+                            "cannot replace " + printableText(m_path) + ": not a regular file",
+                            {}};
+    }
     for (int attempt = 0; attempt < nameAttempts; ++attempt) {
         std::string name = inFolder(m_folder, temporaryName());
         m_descriptor = retried([&] {
@@ -182,7 +191,7 @@ void AtomicFile::discard() noexcept
 
 ArchiveError AtomicFile::failure(const std::string &what, int errorNumber) const
 {
-    return systemError(Kind::unwritable, what + ' ' + m_path, errorNumber);
+    return systemError(Kind::unwritable, what + ' ' + printableText(m_path), errorNumber);
 }
 
 void AtomicFile::removeLeftovers(const std::string &folder, FileCalls &calls)
@@ -196,7 +205,7 @@ void AtomicFile::removeLeftovers(const std::string &folder, FileCalls &calls)
         }
         const std::string path = inFolder(folder, name);
         const int descriptor =
-            calls.open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0);
+            calls.open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0);
         if (descriptor < 0) {
             continue;
         }

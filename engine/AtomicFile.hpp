@@ -18,6 +18,8 @@ namespace tessaly {
 /// the way, the target is the old file or the new one, whole. Without commit() the temporary file
 /// goes again; one whose process was killed is found by removeLeftovers() at the next start.
 ///
+/// Target:  a regular file or none. A symbolic link is replaced itself; a folder, a device or the
+///          like is refused.
 /// Mode:    0600.
 /// Threads: one at a time for each file. Several processes may write the same target: the last
 ///          commit stays.
@@ -38,7 +40,8 @@ public:
     Result<Done, ArchiveError> commit();
 
     /// Removes the temporary files in `folder` whose writers are gone. Those of writers at work, in
-    /// this process or another, stay: each holds a lock on its file.
+    /// this process or another, stay: each holds a lock on its file. On file systems without locks
+    /// all stay.
     static void removeLeftovers(const std::string &folder, FileCalls &calls = FileCalls::system());
 
 private:

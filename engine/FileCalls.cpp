@@ -40,6 +40,11 @@ int FileCalls::fstat(int descriptor, struct stat *status)
     return ::fstat(descriptor, status);
 }
 
+int FileCalls::lstat(const char *path, struct stat *status)
+{
+    return ::lstat(path, status);
+}
+
 int FileCalls::rename(const char *from, const char *to)
 {
     return ::rename(from, to);

@@ -27,6 +27,7 @@ public:
     virtual int fsync(int descriptor);
     virtual int flock(int descriptor, int operation);
     virtual int fstat(int descriptor, struct stat *status);
+    virtual int lstat(const char *path, struct stat *status);
     virtual int rename(const char *from, const char *to);
     virtual int unlink(const char *path);
     virtual int close(int descriptor);

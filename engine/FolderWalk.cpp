@@ -16,6 +16,7 @@ constexpr int placeFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
 // Beside the folders with subfolders left: the folder being read, and two for following a link.
 constexpr std::size_t furtherDescriptors = 3;
+static_assert(1 + furtherDescriptors == DescriptorBudget::smallestShare);
 
 constexpr std::size_t stepsAtOnce = 1024; // "../" so many times is a path the system takes
 
@@ -200,7 +201,7 @@ void FolderWalk::popLevel() noexcept
 /// descriptors the level is left as it is: whoever needs it will wait.
 void FolderWalk::climb(const FileDescriptor &here, std::size_t depth)
 {
-    while (!m_levels.empty() && !isOpen(m_levels.back())) {
+    while (!m_levels.empty() && !isOpen(m_levels.back()) && !m_scan.isCancelled()) {
         const Level &level = m_levels.back();
         if ((here.isOpen() && reopenFromBelow(here, depth - level.depth)) || reopenByNames() ||
             isDescriptorShortage(errno)) {

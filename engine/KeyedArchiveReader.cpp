@@ -1,6 +1,7 @@
 #include "engine/KeyedArchiveReader.hpp"
 
 #include "engine/ArchivedName.hpp"
+#include "engine/PrintableText.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -31,7 +32,7 @@ std::string quoted(std::string_view text)
 } // namespace
 
 KeyedArchiveReader::KeyedArchiveReader(std::span<const std::byte> file)
-    : m_plist(file), m_budget(file.size())
+    : m_plist(file), m_budget(file.size()), m_textBudget(textFactor * file.size())
 {
     const Object top = m_plist.object(m_plist.topObject());
     if (top.type != Type::dictionary) {
@@ -129,11 +130,7 @@ std::string KeyedArchiveReader::className(Reference classValue) const
     constexpr std::size_t longest = 100; // of a name that has no business being longer
     const Object name = m_plist.object(
         find(classDescription(uid(classValue, "\"$class\"")), "$classname").value_or(0));
-    std::string text = isString(name.type) ? this->name(name).substr(0, longest) : "";
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
-    return text;
+    return isString(name.type) ? printableText(this->name(name).substr(0, longest)) : "";
 }
 
 KeyedArchiveReader::Object KeyedArchiveReader::classDescription(Uid classUid) const
@@ -201,6 +198,7 @@ KeyedArchiveReader::Object KeyedArchiveReader::unwrapped(const Object &wrapper,
 
 std::string KeyedArchiveReader::name(const Object &string) const
 {
+    spendText(string);
     if (string.type == Type::utf16String) {
         return nameFromArchived(m_plist.utf16(string));
     }
@@ -210,6 +208,7 @@ std::string KeyedArchiveReader::name(const Object &string) const
 
 std::u16string KeyedArchiveReader::text(const Object &string) const
 {
+    spendText(string);
     if (string.type == Type::utf16String) {
         return m_plist.utf16(string);
     }
@@ -326,6 +325,14 @@ void KeyedArchiveReader::failUid(std::uint64_t number)
 void KeyedArchiveReader::failNoUid(Reference value, std::string_view what) const
 {
     fail(Kind::damaged, std::string(what) + " is not a UID", m_plist.object(value));
+}
+
+void KeyedArchiveReader::spendText(const Object &string) const
+{
+    if (string.count > m_textBudget) {
+        fail(Kind::damaged, "the archive's texts are shared beyond measure", string);
+    }
+    m_textBudget -= string.count;
 }
 
 void KeyedArchiveReader::failBudget()

@@ -25,7 +25,8 @@ namespace tessaly {
 /// are read with fields(), which looks keys up by a NameMatcher and ignores keys that it lacks.
 ///
 /// A hostile file cannot make it work without end: objects may overlap in the file and so be larger
-/// together than the file itself, and what is spent on them is limited to the file's size.
+/// together than the file itself, and may be referred to many times. What is looked at is limited
+/// to the file's size, and what is given out as text to 64 times that.
 ///
 /// Errors:  ArchiveFailure.
 /// Threads: one at a time for each reader.
@@ -254,12 +255,17 @@ private:
         m_budget -= pairs;
     }
     [[noreturn]] static void failBudget();
+    void spendText(const Object &string) const;
     [[noreturn]] void fail(ArchiveError::Kind kind, std::string message, const Object &at) const;
 
     BinaryPlistReader m_plist;
     Object m_objects;
     Uid m_root = 0;
-    mutable std::uint64_t m_budget; ///< dictionary pairs and class names left to be looked at
+    /// An archive may use one text in many places, but not to no end.
+    static constexpr std::uint64_t textFactor = 64;
+
+    mutable std::uint64_t m_budget;     ///< dictionary pairs and class names left to be looked at
+    mutable std::uint64_t m_textBudget; ///< characters of texts left to be given out
     mutable NameMatcher m_wrapperKeys{"$class", "NS.objects", "NS.string", "NS.time"};
     mutable NameMatcher m_wrapperClasses{"NSArray", "NSMutableArray", "NSString", "NSMutableString",
                                          "NSDate"};

@@ -27,6 +27,12 @@ mode_t fileType(int folder, const char *name, int flags) noexcept
     return facts.stx_mode & static_cast<mode_t>(S_IFMT);
 }
 
+/// Whether a link's text names something in the link's own folder.
+bool isPlainName(const std::string &text)
+{
+    return text.find('/') == std::string::npos && text != "." && text != "..";
+}
+
 std::optional<std::string> linkText(int folder, const char *name)
 {
     std::array<char, 4096> text; // no link is longer than a page
@@ -124,6 +130,14 @@ bool linkLeadsToFolder(int folder, const char *name) noexcept
 bool linkLeadsToFolderWithoutAutomount(int folder, const char *name, DescriptorShare &share)
 {
     const std::optional<std::string> text = linkText(folder, name);
+    if (text && isPlainName(*text)) {
+        // Beside the link, so nothing is passed on the way: one look is enough, unless it is a
+        // link again.
+        const mode_t type = fileType(folder, text->c_str(), AT_SYMLINK_NOFOLLOW);
+        if (type != S_IFLNK) {
+            return type == S_IFDIR;
+        }
+    }
     return text && CarefulSteps(folder, share).leadToFolder(*text);
 }
 

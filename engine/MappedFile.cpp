@@ -1,5 +1,7 @@
 #include "engine/MappedFile.hpp"
 
+#include "engine/PrintableText.hpp"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -37,9 +39,23 @@ std::uintptr_t pageSize; // set before the handler is installed
 
 static_assert(std::atomic<std::uintptr_t>::is_always_lock_free);
 
+/// Has a signal that is not ours handled as if we were not there.
+void passOn(int signal, siginfo_t *info, void *context, bool isFault)
+{
+    if ((previousAction.sa_flags & SA_SIGINFO) != 0) {
+        previousAction.sa_sigaction(signal, info, context);
+    } else if (previousAction.sa_handler != SIG_DFL && previousAction.sa_handler != SIG_IGN) {
+        previousAction.sa_handler(signal);
+    } else if (isFault || previousAction.sa_handler == SIG_DFL) {
+        // This ends the process: when the instruction faults again, or at once.
+        sigaction(SIGBUS, &previousAction, nullptr);
+        raise(SIGBUS);
+    }
+}
+
 /// Lays zeros over the missing rest of a guarded mapping and goes on. Uses nothing but atomics and
 /// plain system calls.
-void onBusError(int /*signal*/, siginfo_t *info, void * /*context*/)
+void onBusError(int signal, siginfo_t *info, void *context)
 {
     const int savedErrno = errno;
     const auto address = reinterpret_cast<std::uintptr_t>(info->si_addr);
@@ -62,11 +78,7 @@ void onBusError(int /*signal*/, siginfo_t *info, void * /*context*/)
             return;
         }
     }
-    // Not ours: the one before us gets it, when the instruction faults again or at once.
-    sigaction(SIGBUS, &previousAction, nullptr);
-    if (!isFault) {
-        raise(SIGBUS);
-    }
+    passOn(signal, info, context, isFault);
     errno = savedErrno;
 }
 
@@ -110,7 +122,7 @@ void giveGuardBack(std::size_t guard)
 Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
 {
     const auto failure = [&](int errorNumber) {
-        return systemError(Kind::unreadable, "cannot read " + path, errorNumber);
+        return systemError(Kind::unreadable, "cannot read " + printableText(path), errorNumber);
     };
 
     // A FIFO must not keep us waiting for its writer.
@@ -133,7 +145,8 @@ Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
         return failure(errorNumber);
     }
     if (!S_ISREG(status.st_mode)) {
-        return ArchiveError{Kind::unreadable, "cannot read " + path + ": not a regular file", {}};
+        return ArchiveError{
+            Kind::unreadable, "cannot read " + printableText(path) + ": not a regular file", {}};
     }
     if (memory == nullptr) {
         return MappedFile({}, noGuard);
@@ -145,8 +158,9 @@ Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
     const std::size_t guard = takeGuard(memory, bytes.size());
     if (guard == noGuard) {
         munmap(memory, bytes.size());
-        return ArchiveError{
-            Kind::unreadable, "cannot read " + path + ": too many files at once", {}};
+        return ArchiveError{Kind::unreadable,
+                            "cannot read " + printableText(path) + ": too many files at once",
+                            {}};
     }
     return MappedFile(bytes, guard);
 }

@@ -19,7 +19,7 @@ namespace tessaly {
 class MappedFile {
 public:
     /// Maps the file at `path` (bytes as the system takes them). FIFOs, devices and folders are
-    /// refused without waiting for anything.
+    /// refused without waiting for anything, and so is the 65th file of a process at a time.
     static Result<MappedFile, ArchiveError> open(const std::string &path);
 
     ~MappedFile();

@@ -300,6 +300,40 @@ TEST_F(AtomicFileTest, aFolderIsNotReplaced)
     EXPECT_EQ(sortedNames(m_folder), (Names{"folder", "target"}));
 }
 
+TEST_F(AtomicFileTest, whatIsNoFileIsNotReplaced)
+{
+    const std::string path = m_folder.path("fifo");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const auto written = writeText(path, "new");
+
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().message, "cannot replace " + path + ": not a regular file");
+    struct stat status = {};
+    ASSERT_EQ(lstat(path.c_str(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+    EXPECT_EQ(sortedNames(m_folder), (Names{"fifo", "target"}));
+}
+
+TEST_F(AtomicFileTest, aLinkIsReplacedAndNotWhatItLeadsTo)
+{
+    const std::string path = m_folder.path("link");
+    ASSERT_EQ(symlink("target", path.c_str()), 0);
+
+    EXPECT_TRUE(writeText(path, "new"));
+    EXPECT_EQ(fileText(path), "new");
+    EXPECT_EQ(fileText(m_target), "old");
+}
+
+TEST_F(AtomicFileTest, messagesStayOnOneLine)
+{
+    const auto written = writeText(m_folder.path("missing/a\nb"), "new");
+
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().message, "cannot write in the folder of " +
+                                           m_folder.path("missing/a?b") +
+                                           ": No such file or directory");
+}
+
 TEST_F(AtomicFileTest, aReadOnlyFolderIsAnError)
 {
     if (!isRoot()) {

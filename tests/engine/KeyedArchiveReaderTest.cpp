@@ -490,6 +490,21 @@ TEST(KeyedArchiveReader, largeObjectsMetAgainAndAgainAreRefused)
               Kind::damaged);
 }
 
+TEST(KeyedArchiveReader, aTextMayBeSharedButNotToNoEnd)
+{
+    const Thing thing =
+        thingWithArchived([](auto &plist) { return plist.ascii(std::string(100'000, 'x')); });
+
+    EXPECT_EQ(thing.text(), std::u16string(100'000, u'x'));
+    EXPECT_EQ(failureOf([&] {
+                  for (int i = 0; i < 100; ++i) {
+                      (void)thing.text();
+                  }
+                  return 0;
+              }),
+              Kind::damaged);
+}
+
 TEST(KeyedArchiveReader, damagedHistoriesAreFoundAtTheirDates)
 {
     for (const ArchiveVector &vector : archiveVectors("history")) {

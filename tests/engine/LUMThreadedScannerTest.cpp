@@ -60,6 +60,39 @@ Lines referenceLines(const std::filesystem::path &root)
     return lines;
 }
 
+/// Makes a folder "Volumes" with folders before and after it in the listing, whatever the file
+/// system's order is, and a file in each of them. `where` is "" or ends in a slash. Gives the names
+/// that are listed before it.
+Lines makeVolumesAmongFolders(const TemporaryFolder &folder, const std::string &where)
+{
+    constexpr int mostFolders = 1000;
+    const auto makeFolder = [&](const std::string &name) {
+        folder.folder(where + name);
+        folder.file(where + name + "/inside", 1);
+    };
+    makeFolder("0");
+    makeFolder("Volumes");
+    for (int count = 1; count <= mostFolders; ++count) {
+        makeFolder(std::to_string(count));
+        Lines names = listedNames(folder.path(where));
+        const auto volumes = std::find(names.begin(), names.end(), "Volumes");
+        if (volumes != names.begin() && names.end() - volumes > 1) {
+            names.erase(volumes, names.end());
+            return names;
+        }
+    }
+    ADD_FAILURE() << "Volumes is always the first or the last entry";
+    return {};
+}
+
+void expectEachToHoldOneFile(const LUMFileContainer &folder)
+{
+    for (const LUMFileItem &child : folder.subitems()) {
+        ASSERT_TRUE(child.isContainer());
+        EXPECT_EQ(childNames(*child.asContainer()), Lines{"inside"}) << child.itemName();
+    }
+}
+
 } // namespace
 
 TEST(LUMThreadedScanner, isIdleWithAnEmptyRootBeforeItsScan)
@@ -133,28 +166,38 @@ TEST(LUMThreadedScanner, namesTheRootWithThePathExactlyAsGiven)
     }
 }
 
-TEST(LUMThreadedScanner, stopsListingAFolderAtAnEntryNamedVolumes)
+TEST(LUMThreadedScanner, stopsListingTheScannedFolderAtAnEntryNamedVolumes)
 {
     const TemporaryFolder folder;
-    folder.folder("s");
-    for (const std::string where : {"", "s/"}) {
-        for (int i = 0; i < 20; ++i) {
-            folder.file(where + "file" + std::to_string(i));
-        }
-        folder.folder(where + "Volumes");
-        folder.file(where + "Volumes/inside");
-    }
+    const Lines beforeVolumes = makeVolumesAmongFolders(folder, "");
+    ASSERT_FALSE(beforeVolumes.empty());
 
     const auto root = scanned(folder.path());
 
-    const auto beforeVolumes = [](Lines names) {
-        names.erase(std::find(names.begin(), names.end(), "Volumes"), names.end());
-        return names;
-    };
-    EXPECT_EQ(childNames(*root), beforeVolumes(listedNames(folder.path())));
-    if (const LUMFileItem *s = childNamed(*root, "s")) {
-        EXPECT_EQ(childNames(*s->asContainer()), beforeVolumes(listedNames(folder.path("s"))));
+    EXPECT_EQ(childNames(*root), beforeVolumes);
+    expectEachToHoldOneFile(*root);
+}
+
+TEST(LUMThreadedScanner, stopsListingADeeperFolderAtAnEntryNamedVolumes)
+{
+    const TemporaryFolder folder;
+    for (const std::string path : {"one", "one/more", "three", "three/more", "three/more/deep"}) {
+        folder.folder(path);
     }
+    const Lines inDeep = makeVolumesAmongFolders(folder, "three/more/deep/");
+    const Lines inOne = makeVolumesAmongFolders(folder, "one/");
+    ASSERT_FALSE(inDeep.empty());
+    ASSERT_FALSE(inOne.empty());
+
+    const auto root = scanned(folder.path());
+
+    const LUMFileContainer &one = *childNamed(*root, "one")->asContainer();
+    EXPECT_EQ(childNames(one), inOne);
+    const LUMFileContainer &three = *childNamed(*root, "three")->asContainer();
+    const LUMFileContainer &more = *childNamed(three, "more")->asContainer();
+    const LUMFileContainer &deep = *childNamed(more, "deep")->asContainer();
+    EXPECT_EQ(childNames(deep), inDeep);
+    expectEachToHoldOneFile(deep);
 }
 
 TEST(LUMThreadedScanner, stopsAtVolumesWhateverItIs)
@@ -170,11 +213,14 @@ TEST(LUMThreadedScanner, takesNamesLikeVolumesForOrdinary)
     const TemporaryFolder folder;
     folder.folder("volumes");
     folder.file("volumes/a", 1);
+    folder.folder("volumes/volumes");
+    folder.file("volumes/volumes/b", 3);
     folder.folder("Volumes2");
     folder.file("Volume", 2);
 
     EXPECT_EQ(scannedLines(folder.path()),
-              (Lines{"Volume 2", "Volumes2/", "volumes/", "volumes/a 1"}));
+              (Lines{"Volume 2", "Volumes2/", "volumes/", "volumes/a 1", "volumes/volumes/",
+                     "volumes/volumes/b 3"}));
 }
 
 TEST(LUMThreadedScanner, recordsALinkToAFolderAsAnEmptyFolderAndNoOtherLink)

@@ -298,4 +298,18 @@ TEST_F(MappedFileDeathTest, aSignalThatAProcessSendsIsNotTakenForAFault)
         testing::KilledBySignal(SIGBUS), "");
 }
 
+TEST_F(MappedFileDeathTest, aSignalThatIsSurvivedDoesNotSwitchTheGuardOff)
+{
+    EXPECT_EXIT(
+        {
+            std::signal(SIGBUS, [](int) {});
+            const std::string path = filled("f", 64 * pageSize);
+            const MappedFile file = mapped(path);
+            std::raise(SIGBUS);
+            cut(path, 0);
+            _exit(countOf(file, '\0') == 64 * pageSize ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 } // namespace tessaly
