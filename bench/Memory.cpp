@@ -1,8 +1,8 @@
 #include "bench/Memory.hpp"
 
+#include "bench/NodeCount.hpp"
 #include "engine/LUMThreadedScanner.hpp"
 #include "engine/ScanFileReader.hpp"
-#include "engine/TreeWalk.hpp"
 
 #include <algorithm>
 #include <array>
@@ -19,14 +19,6 @@
 namespace tessaly {
 
 namespace {
-
-struct NodeCount {
-    std::size_t nodes = 0;
-
-    void file(const LUMFileItem & /*item*/) { ++nodes; }
-    void enter(const LUMFileContainer & /*folder*/) { ++nodes; }
-    void leave(const LUMFileContainer & /*folder*/) {}
-};
 
 /// The anonymous memory of this process that is resident, in bytes. The kernel counts pages for
 /// each thread and adds them up now and then; this file is exact.
@@ -86,9 +78,7 @@ TreeMemory measureTreeMemory(const std::string &path)
         const auto tree = scan();
         malloc_trim(0);
         const double after = anonymousBytes();
-        NodeCount count;
-        walkTree(tree->root(), count);
-        return {static_cast<double>(count.nodes), after - before};
+        return {static_cast<double>(nodeCount(tree->root())), after - before};
     });
     return {static_cast<std::size_t>(answer[0]), answer[1] / answer[0]};
 }

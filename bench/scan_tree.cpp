@@ -5,10 +5,10 @@
 //
 // A folder that cannot be listed is told on the error output, with exit status 1.
 
+#include "bench/NodeCount.hpp"
 #include "bench/ScannedFolder.hpp"
 #include "bench/TreeDump.hpp"
 #include "engine/PrintableText.hpp"
-#include "engine/TreeWalk.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -26,14 +26,6 @@ using tessaly::LUMFileContainer;
 using tessaly::LUMFileItem;
 
 constexpr std::size_t mostRows = 40;
-
-struct EntryCount {
-    std::size_t entries = 0;
-
-    void file(const LUMFileItem & /*item*/) { ++entries; }
-    void enter(const LUMFileContainer & /*folder*/) { ++entries; }
-    void leave(const LUMFileContainer & /*folder*/) {}
-};
 
 struct Row {
     std::string name;
@@ -57,8 +49,6 @@ void show(const LUMFileContainer &root)
 {
     const std::vector<Row> rows = rowsBySize(root);
     const std::string total = LUMFileItem::buildString(root.valueOfSubitems());
-    EntryCount count;
-    walkTree(root, count);
 
     const std::size_t shown = std::min(rows.size(), mostRows);
     std::size_t width = total.size();
@@ -74,7 +64,7 @@ void show(const LUMFileContainer &root)
     if (shown < rows.size()) {
         line("", "and " + std::to_string(rows.size() - shown) + " smaller ones");
     }
-    line(total, "in " + std::to_string(count.entries - 1) + " entries");
+    line(total, "in " + std::to_string(tessaly::nodeCount(root) - 1) + " entries");
 }
 
 enum class Output : std::uint8_t { table, dump };
