@@ -35,9 +35,9 @@ public:
         : m_folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
           m_whenRead(std::move(whenRead))
     {
-        s_trap = this;
+        current = this;
         struct sigaction action = {};
-        action.sa_handler = [](int /*signal*/) { s_trap->m_whenRead(); };
+        action.sa_handler = [](int /*signal*/) { current->m_whenRead(); };
         action.sa_flags = SA_RESTART;
         EXPECT_EQ(sigaction(SIGUSR1, &action, &m_before), 0);
         const f_owner_ex thisThread = {F_OWNER_TID, gettid()};
@@ -49,6 +49,7 @@ public:
     {
         m_folder.close();
         sigaction(SIGUSR1, &m_before, nullptr);
+        current = nullptr;
     }
     ListingTrap(const ListingTrap &) = delete;
     ListingTrap &operator=(const ListingTrap &) = delete;
@@ -59,7 +60,7 @@ public:
     [[nodiscard]] bool isSet() const { return m_isSet; }
 
 private:
-    inline static ListingTrap *s_trap = nullptr;
+    inline static ListingTrap *current = nullptr;
 
     FileDescriptor m_folder;
     std::function<void()> m_whenRead;
@@ -69,7 +70,8 @@ private:
 
 bool canTrapListings()
 {
-    return ListingTrap("/", [] {}).isSet();
+    const TemporaryFolder folder; // one that nobody else reads
+    return ListingTrap(folder.path(), [] {}).isSet();
 }
 
 /// Carries single letters from one thread to another; the reader waits for them.
