@@ -22,6 +22,7 @@ TEST(PrintableText, keepsALineALineAndATerminalQuiet)
 
 TEST(PrintableText, doesNotTurnTheDirection)
 {
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): it is what is meant
     EXPECT_EQ(printableText("a\u202etxt.exe\u2066b\u200f"), "a?txt.exe?b?");
 }
 
