@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <thread>
 #include <vector>
@@ -82,6 +83,9 @@ class MappedFileDeathTest : public MappedFileTest {
 protected:
     // Each statement runs in a program started anew, in which nothing has been mapped yet.
     MappedFileDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    /// For a process that is about to end without ado. What is mapped stays.
+    void leaveNothingBehind() const { std::filesystem::remove_all(m_folder.path()); }
 };
 
 } // namespace
@@ -270,6 +274,7 @@ TEST_F(MappedFileDeathTest, aFaultElsewhereReachesTheHandlerBefore)
         {
             std::signal(SIGBUS, [](int) { _exit(42); });
             const MappedFile file = mapped(filled("f", 1));
+            leaveNothingBehind();
             faultElsewhere();
         },
         testing::ExitedWithCode(42), "");
@@ -281,6 +286,7 @@ TEST_F(MappedFileDeathTest, aFaultElsewhereEndsTheProcessWhenThereIsNoHandler)
         {
             std::signal(SIGBUS, SIG_DFL);
             const MappedFile file = mapped(filled("f", 1));
+            leaveNothingBehind();
             faultElsewhere();
         },
         testing::KilledBySignal(SIGBUS), "");
@@ -292,6 +298,7 @@ TEST_F(MappedFileDeathTest, aSignalThatAProcessSendsIsNotTakenForAFault)
         {
             std::signal(SIGBUS, SIG_DFL);
             const MappedFile file = mapped(filled("f", 1));
+            leaveNothingBehind();
             std::raise(SIGBUS);
             _exit(0);
         },
@@ -307,6 +314,7 @@ TEST_F(MappedFileDeathTest, aSignalThatIsSurvivedDoesNotSwitchTheGuardOff)
             const MappedFile file = mapped(path);
             std::raise(SIGBUS);
             cut(path, 0);
+            leaveNothingBehind();
             _exit(countOf(file, '\0') == 64 * pageSize ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
