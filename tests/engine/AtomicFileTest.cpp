@@ -20,7 +20,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tessaly {
@@ -81,45 +80,6 @@ protected:
     std::string m_target = m_folder.path("target");
     std::shared_ptr<ScanTree> m_old = makeTree("old", {file("a", 1)});
     std::shared_ptr<ScanTree> m_new = makeTree("new", {file("b", 2), folder("s", {file("c", 3)})});
-};
-
-/// A process of its own; killed and collected when this goes.
-class Child {
-public:
-    explicit Child(const std::function<void()> &body) : m_process(fork())
-    {
-        if (m_process == 0) {
-            body();
-            _exit(0);
-        }
-    }
-    ~Child() { end(); }
-    Child(const Child &) = delete;
-    Child &operator=(const Child &) = delete;
-    Child(Child &&) = delete;
-    Child &operator=(Child &&) = delete;
-
-    void kill() const { ::kill(m_process, SIGKILL); }
-
-    /// Waits for the end; true when it was killed.
-    bool wasKilled()
-    {
-        int status = 0;
-        EXPECT_EQ(waitpid(m_process, &status, 0), m_process);
-        m_process = -1;
-        return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
-    }
-
-private:
-    void end() const
-    {
-        if (m_process > 0) {
-            kill();
-            waitpid(m_process, nullptr, 0);
-        }
-    }
-
-    pid_t m_process;
 };
 
 /// How many calls one replacement makes.
@@ -362,7 +322,7 @@ TEST_F(AtomicFileTest, writersOfTheSameTargetDoNotMix)
 
 TEST_F(AtomicFileTest, leftoversOfTheDeadAreRemoved)
 {
-    Child writer([&] {
+    KillableChild writer([&] {
         FailingFileCalls calls;
         calls.fatalCall = 5;
         (void)writeText(m_target, "new", calls);
@@ -446,7 +406,7 @@ TEST_F(ScanFileReplacementTest, killedBeforeAnyCallTheTargetIsOldOrNew)
     const std::size_t count = callCount(m_new->root(), m_target, 100);
     for (std::size_t call = 0; call < count; ++call) {
         ASSERT_TRUE(writeScanFile(m_old->root(), m_target));
-        Child writer([&] {
+        KillableChild writer([&] {
             FailingFileCalls calls;
             calls.fatalCall = call;
             calls.longestWrite = 100;
@@ -465,7 +425,7 @@ TEST_F(ScanFileReplacementTest, killedAtAnyMomentTheTargetIsOldOrNew)
     for (int round = 0; round < 100; ++round) {
         std::array<int, 2> progress{};
         ASSERT_EQ(pipe2(progress.data(), O_CLOEXEC), 0);
-        Child writer([&] {
+        KillableChild writer([&] {
             FailingFileCalls calls;
             calls.longestWrite = 50;
             calls.beforeEach = [&] { (void)!write(progress[1], ".", 1); };

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -111,6 +112,35 @@ DescriptorLimit::~DescriptorLimit()
     getrlimit(RLIMIT_NOFILE, &limit);
     limit.rlim_cur = m_before;
     setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+KillableChild::KillableChild(const std::function<void()> &body) : m_process(fork())
+{
+    if (m_process == 0) {
+        body();
+        _exit(0);
+    }
+}
+
+KillableChild::~KillableChild()
+{
+    if (m_process > 0) {
+        kill();
+        waitpid(m_process, nullptr, 0);
+    }
+}
+
+void KillableChild::kill() const
+{
+    ::kill(m_process, SIGKILL);
+}
+
+bool KillableChild::wasKilled()
+{
+    int status = 0;
+    EXPECT_EQ(waitpid(m_process, &status, 0), m_process);
+    m_process = -1;
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
 }
 
 } // namespace tessaly

@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include <sys/types.h>
+
 namespace tessaly {
 
 /// Runs a piece of a test in a process of its own, which may change its user, its limits or its
@@ -22,6 +24,27 @@ void runWithPrivateMounts(const std::function<void()> &body);
 
 /// Whether this process may mount things, as runWithPrivateMounts() has to.
 [[nodiscard]] bool canMount();
+
+/// A process of its own that runs a piece of a test until it ends or is killed. Expectations in
+/// there count for nothing.
+class KillableChild {
+public:
+    explicit KillableChild(const std::function<void()> &body);
+    /// Kills it, if wasKilled() has not seen its end.
+    ~KillableChild();
+    KillableChild(const KillableChild &) = delete;
+    KillableChild &operator=(const KillableChild &) = delete;
+    KillableChild(KillableChild &&) = delete;
+    KillableChild &operator=(KillableChild &&) = delete;
+
+    void kill() const;
+
+    /// Waits for the end; true when it was killed.
+    [[nodiscard]] bool wasKilled();
+
+private:
+    pid_t m_process;
+};
 
 /// The number of descriptors that this process has open.
 [[nodiscard]] int openDescriptorCount();

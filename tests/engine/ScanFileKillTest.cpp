@@ -4,6 +4,7 @@
 #include "engine/ScanFileReader.hpp"
 #include "engine/ScanFileWriter.hpp"
 #include "tests/engine/ArchiveVectors.hpp"
+#include "tests/engine/ChildProcess.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/engine/TreeBuilder.hpp"
 #include "tests/engine/TreeLines.hpp"
@@ -18,7 +19,6 @@
 #include <string>
 
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tessaly {
@@ -26,43 +26,6 @@ namespace tessaly {
 namespace {
 
 using Names = std::vector<std::string>;
-
-/// A process that runs the body; killed at the latest when this goes.
-class Writer {
-public:
-    explicit Writer(const std::function<void()> &body) : m_process(fork())
-    {
-        if (m_process == 0) {
-            body();
-            _exit(0);
-        }
-    }
-    ~Writer()
-    {
-        if (m_process > 0) {
-            kill(m_process, SIGKILL);
-            waitpid(m_process, nullptr, 0);
-        }
-    }
-    Writer(const Writer &) = delete;
-    Writer &operator=(const Writer &) = delete;
-    Writer(Writer &&) = delete;
-    Writer &operator=(Writer &&) = delete;
-
-    void killNow() const { EXPECT_EQ(kill(m_process, SIGKILL), 0); }
-
-    /// Waits for the end; true when it was killed.
-    [[nodiscard]] bool wasKilled()
-    {
-        int status = 0;
-        EXPECT_EQ(waitpid(m_process, &status, 0), m_process);
-        m_process = -1;
-        return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
-    }
-
-private:
-    pid_t m_process;
-};
 
 /// Folders of a thousand files each, a hundred thousand files in all.
 std::shared_ptr<ScanTree> largeTree(const std::string &prefix)
@@ -138,7 +101,7 @@ TEST_F(ScanFileKillTest, killedBeforeAnyCallTheTargetIsOldOrNew)
     bool hasLeftOld = false;
     bool hasLeftNew = false;
     for (std::size_t call = 0; call <= count; ++call) {
-        Writer writer([&] {
+        KillableChild writer([&] {
             FailingFileCalls calls;
             calls.fatalCall = call;
             replaceForever(calls);
@@ -161,7 +124,7 @@ TEST_F(ScanFileKillTest, killedAtAnyMomentTheTargetIsOldOrNew)
     for (std::size_t seen = 1; seen <= 4 * count; seen += 5) {
         std::array<int, 2> progress{};
         ASSERT_EQ(pipe2(progress.data(), O_CLOEXEC), 0);
-        Writer writer([&] {
+        KillableChild writer([&] {
             FailingFileCalls calls;
             calls.beforeEach = [&] { (void)!write(progress[1], ".", 1); };
             replaceForever(calls);
@@ -172,7 +135,7 @@ TEST_F(ScanFileKillTest, killedAtAnyMomentTheTargetIsOldOrNew)
             ASSERT_EQ(read(progress[0], &event, 1), 1);
         }
         // Meanwhile the writer goes on, and so this hits it anywhere, inside calls as well.
-        writer.killNow();
+        writer.kill();
         EXPECT_TRUE(writer.wasKilled());
         close(progress[0]);
 
