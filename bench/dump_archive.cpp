@@ -6,19 +6,17 @@
 // A file that cannot be read gives one line of reason on standard error and exit status 1.
 
 #include "bench/TreeDump.hpp"
-#include "engine/KeyedArchiveReader.hpp"
-#include "engine/MappedFile.hpp"
+#include "engine/ArchivedName.hpp"
 #include "engine/ScanFileReader.hpp"
+#include "history/HistoryFile.hpp"
 
 #include <array>
-#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 #include <iostream>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace {
 
@@ -50,59 +48,27 @@ int dumpScan(const std::string &path)
     return finish();
 }
 
-enum RecordKey : std::size_t { classKey, pathKey, totalKey, scanKey, dateKey };
-
-/// All lines or none: a damaged record must not leave half a dump.
-std::string historyLines(const KeyedArchiveReader &archive)
+std::string textOrDash(const std::optional<std::string> &text)
 {
-    KeyedArchiveReader::NameMatcher keys{"$class", "scanPath", "scanTotal", "scanKey", "scanDate"};
-    KeyedArchiveReader::NameMatcher classes{"KORVENHistoryItem"};
-    std::string lines;
-    const auto records = archive.rootArray();
-    for (std::uint64_t i = 0; i < records.count; ++i) {
-        const auto record = archive.fields(archive.object(archive.elementUid(records, i)), keys);
-        if (!record[classKey] || archive.classIndex(*record[classKey], classes) != 0) {
-            throw ArchiveFailure(ArchiveError::Kind::unsupported, "a record of an unknown class");
-        }
-        lines += 'H';
-        for (const RecordKey key : {pathKey, totalKey, scanKey}) {
-            const auto value = record[key];
-            const auto string =
-                value ? archive.string(*value, "a text") : KeyedArchiveReader::Object{};
-            const bool isMissing = string.type == KeyedArchiveReader::Type::null;
-            lines += '\t';
-            lines += isMissing ? "-" : jsonString(archive.text(string));
-        }
-        const auto value = record[dateKey];
-        const auto date = value ? archive.date(*value, "\"scanDate\"") : std::nullopt;
-        std::array<char, 400> seconds{'-', '\0'};
-        if (date) {
-            std::snprintf(seconds.data(), seconds.size(), "%.3f", *date);
-        }
-        lines += '\t';
-        lines += seconds.data();
-        lines += '\n';
-    }
-    return lines;
+    return text ? jsonString(archivedName(*text)) : "-";
 }
 
 int dumpHistory(const std::string &path)
 {
-    const auto file = MappedFile::open(path);
-    if (!file) {
-        return complain(file.error());
+    const auto records = readHistoryFile(path);
+    if (!records) {
+        return complain(records.error());
     }
-    try {
-        const std::string lines = historyLines(KeyedArchiveReader(file.value().bytes()));
-        if (file.value().wasCut()) {
-            return complain(
-                {ArchiveError::Kind::truncated, "the file was cut while it was read", {}});
+    for (const auto &record : records.value()) {
+        std::array<char, 400> seconds{'-', '\0'};
+        if (const auto date = record->scanDate()) {
+            std::snprintf(seconds.data(), seconds.size(), "%.3f", date->secondsSince2001);
         }
-        std::cout << lines;
-        return finish();
-    } catch (const ArchiveFailure &failure) {
-        return complain(failure.error());
+        std::cout << "H\t" << textOrDash(record->scanPath()) << '\t'
+                  << textOrDash(record->scanTotal()) << '\t' << textOrDash(record->scanKey())
+                  << '\t' << seconds.data() << '\n';
     }
+    return finish();
 }
 
 } // namespace

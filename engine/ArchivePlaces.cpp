@@ -1,6 +1,7 @@
 #include "engine/ArchivePlaces.hpp"
 
 #include "engine/ArchiveError.hpp"
+#include "engine/ArchiveFrame.hpp"
 
 #include <limits>
 
@@ -34,7 +35,7 @@ ArchivePlaces::OfNode ArchivePlaces::nodeAndValues(const LUMFileItem &node)
     if (node.hasItemName()) {
         places.name = take();
         // A plain "$null" would read as no name.
-        places.wrapsName = node.itemName() == nullMarker;
+        places.wrapsName = node.itemName() == ArchiveFrame::nullMarker;
         places.addsStringClass = places.wrapsName && takeIfNew(m_stringClass);
     }
     // Folders are of size 0: all zeros share one object.

@@ -3,7 +3,6 @@
 #include "engine/LUMFileContainer.hpp"
 
 #include <cstdint>
-#include <string_view>
 
 namespace tessaly {
 
@@ -17,8 +16,6 @@ class ArchivePlaces {
 public:
     /// A place in "$objects". 0, "$null", stands for none.
     using Uid = std::uint32_t;
-
-    static constexpr std::string_view nullMarker = "$null";
 
     /// The places of one node and of what it holds.
     struct OfNode {

@@ -63,17 +63,6 @@ std::string inFolder(const std::string &folder, const std::string &name)
     return folder.ends_with('/') ? folder + name : folder + '/' + name;
 }
 
-/// Runs a system call again for as long as signals interrupt it.
-template <typename Call>
-auto retried(Call call)
-{
-    auto answer = call();
-    while (answer < 0 && errno == EINTR) {
-        answer = call();
-    }
-    return answer;
-}
-
 } // namespace
 
 AtomicFile::AtomicFile(std::string path, FileCalls &calls)

@@ -42,6 +42,15 @@ void BinaryPlistWriter::integer(std::uint64_t number)
     bigEndian(number, width);
 }
 
+void BinaryPlistWriter::signedInteger(std::int64_t number)
+{
+    if (number < 0) {
+        eightBytes(0x13, static_cast<std::uint64_t>(number));
+    } else {
+        integer(static_cast<std::uint64_t>(number));
+    }
+}
+
 void BinaryPlistWriter::finish(std::uint64_t objectCount, std::uint64_t topObject,
                                std::uint64_t tableOffset, unsigned offsetWidth)
 {

@@ -46,10 +46,22 @@ public:
     void dictionary(std::uint64_t pairs) { counted(0xD0, pairs); }
     void reference(std::uint64_t reference) { bigEndian(reference, m_referenceWidth); }
 
+    void null() { bigEndian(0x00, 1); }
+    void boolean(bool value) { bigEndian(value ? 0x09 : 0x08, 1); }
     /// A string: ASCII if it can be, else UTF-16 of its archived text (see archivedName()).
     void name(std::string_view name);
     /// 1, 2, 4 or 8 bytes; 16 from 2^63 on, since 8 bytes are signed.
     void integer(std::uint64_t number);
+    /// The same for a number that may be negative, which takes 8 bytes then.
+    void signedInteger(std::int64_t number);
+    /// Both take 8 bytes; a date is in seconds since 2001-01-01 00:00 UTC.
+    void real(double number) { eightBytes(0x23, std::bit_cast<std::uint64_t>(number)); }
+    void date(double seconds) { eightBytes(0x33, std::bit_cast<std::uint64_t>(seconds)); }
+    void data(std::span<const std::byte> bytes)
+    {
+        counted(0x40, bytes.size());
+        copy(bytes);
+    }
     void uid(std::uint32_t uid)
     {
         const unsigned width = widthFor(uid);
@@ -84,6 +96,11 @@ private:
             bigEndian(marker | 0x0FU, 1);
             integer(count);
         }
+    }
+    void eightBytes(unsigned marker, std::uint64_t number)
+    {
+        bigEndian(marker, 1);
+        bigEndian(number, 8);
     }
     void copy(std::span<const std::byte> bytes);
     void flush();

@@ -20,6 +20,11 @@ int FileCalls::open(const char *path, int flags, mode_t mode)
     return ::open(path, flags, mode);
 }
 
+ssize_t FileCalls::read(int descriptor, void *bytes, std::size_t count)
+{
+    return ::read(descriptor, bytes, count);
+}
+
 ssize_t FileCalls::write(int descriptor, const void *bytes, std::size_t count)
 {
     return ::write(descriptor, bytes, count);

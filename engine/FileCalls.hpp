@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <cstddef>
 
 #include <sys/types.h>
@@ -8,7 +9,7 @@ struct stat;
 
 namespace tessaly {
 
-/// The system calls by which files are replaced: the one seam at which tests make them fail. Each
+/// The system calls that read and replace files: the one seam at which tests make them fail. Each
 /// answers like the call of its name, errno included.
 class FileCalls {
 public:
@@ -23,6 +24,7 @@ public:
     static FileCalls &system() noexcept;
 
     virtual int open(const char *path, int flags, mode_t mode);
+    virtual ssize_t read(int descriptor, void *bytes, std::size_t count);
     virtual ssize_t write(int descriptor, const void *bytes, std::size_t count);
     virtual int fsync(int descriptor);
     virtual int flock(int descriptor, int operation);
@@ -32,5 +34,16 @@ public:
     virtual int unlink(const char *path);
     virtual int close(int descriptor);
 };
+
+/// Makes a system call again for as long as signals interrupt it.
+template <typename Call>
+auto retried(Call call)
+{
+    auto answer = call();
+    while (answer < 0 && errno == EINTR) {
+        answer = call();
+    }
+    return answer;
+}
 
 } // namespace tessaly

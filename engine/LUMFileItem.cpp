@@ -29,12 +29,9 @@ void LUMFileItem::setItemName(NodeArena &arena, std::string_view itemName)
     m_itemName = arena.storeName(itemName);
 }
 
-std::string LUMFileItem::buildString(std::uint64_t byteCount)
+std::string LUMFileItem::buildString(SizeNumber byteCount)
 {
-    if (lowInt32(byteCount) == -1) {
-        return "--";
-    }
-    return sizeText(static_cast<double>(byteCount));
+    return byteCount.asInt32() == -1 ? "--" : sizeText(byteCount.value());
 }
 
 std::string LUMFileItem::description() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/NodeArena.hpp"
+#include "engine/SizeNumber.hpp"
 
 #include <cstdint>
 #include <string>
@@ -55,8 +56,8 @@ public:
     [[nodiscard]] LUMFileContainer *asContainer() noexcept;
     [[nodiscard]] bool isContainer() const noexcept { return (m_nextAndKind & containerBit) != 0; }
 
-    /// A size text ("1.50 KB"), or "--" when the low 32 bits of the size are all ones.
-    [[nodiscard]] static std::string buildString(std::uint64_t byteCount);
+    /// A size text ("1.50 KB"); "--" for a number that reads as -1.
+    [[nodiscard]] static std::string buildString(SizeNumber byteCount);
 
     /// "ITEM name size:1.50 KB". Diagnostic; on a folder it is LUMFileContainer::description().
     [[nodiscard]] std::string description() const;

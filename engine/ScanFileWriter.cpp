@@ -1,5 +1,6 @@
 #include "engine/ScanFileWriter.hpp"
 
+#include "engine/ArchiveFrame.hpp"
 #include "engine/ArchivePlaces.hpp"
 #include "engine/AtomicFile.hpp"
 #include "engine/BinaryPlistWriter.hpp"
@@ -21,35 +22,20 @@ using Kind = ArchiveError::Kind;
 
 using Uid = ArchivePlaces::Uid;
 
-/// The property list's objects are numbered in four runs: the fixed ones below, the archived
-/// objects in the order of "$objects", the UIDs by value (every reference to an object shares its
-/// one UID), and the child lists of the folders. So the number of everything is a sum, and a
-/// file's only tables are those of the offsets.
+/// The property list's objects are numbered in four runs: the fixed ones, which are the frame's and
+/// those below, the archived objects in the order of "$objects", the UIDs by value (every reference
+/// to an object shares its one UID), and the child lists of the folders. So the number of
+/// everything is a sum, and a file's only tables are those of the offsets.
 enum FixedObject : std::uint64_t {
-    topDictionary,
-    archiveVersion,
-    roots,
-    itemChain,
+    itemChain = ArchiveFrame::objectCount,
     containerChain,
     arrayChain,
     stringChain,
-    objectList,
     // The rest are the strings below, in the same order.
-    versionKey,
-    archiverKey,
-    topKey,
-    objectsKey,
-    archiverName,
-    rootKey,
-    classKey,
     itemNameKey,
     itemSizeKey,
     subitemsKey,
     parentKey,
-    elementsKey,
-    stringKey,
-    classNameKey,
-    classChainKey,
     itemClassName,
     containerClassName,
     objectClassName,
@@ -59,17 +45,11 @@ enum FixedObject : std::uint64_t {
     stringClassName,
     fixedObjectCount,
 };
-constexpr std::uint64_t firstString = versionKey;
+constexpr std::uint64_t firstString = itemNameKey;
 
 constexpr std::array<std::string_view, fixedObjectCount - firstString> fixedStrings{
-    "$version",       "$archiver",        "$top",
-    "$objects",       "NSKeyedArchiver",  "root",
-    "$class",         "itemName",         "itemSize",
-    "subitems",       "parentContainer",  "NS.objects",
-    "NS.string",      "$classname",       "$classes",
-    "LUMFileItem",    "LUMFileContainer", "NSObject",
-    "NSMutableArray", "NSArray",          "NSMutableString",
-    "NSString"};
+    "itemName", "itemSize",       "subitems", "parentContainer", "LUMFileItem", "LUMFileContainer",
+    "NSObject", "NSMutableArray", "NSArray",  "NSMutableString", "NSString"};
 static_assert(!fixedStrings.back().empty());
 
 /// The first of two walks: what has to be known before the first byte is written.
@@ -139,7 +119,7 @@ public:
     {
         writeFixedObjects();
         beginObject(0);
-        m_plist.name(ArchivePlaces::nullMarker);
+        m_plist.name(ArchiveFrame::nullMarker);
     }
 
     void file(const LUMFileItem &item)
@@ -150,7 +130,7 @@ public:
         m_plist.dictionary(3);
         m_plist.reference(itemNameKey);
         m_plist.reference(itemSizeKey);
-        m_plist.reference(classKey);
+        m_plist.reference(ArchiveFrame::classKey);
         uidReference(places.name);
         uidReference(places.size);
         uidReference(m_classes.itemClass());
@@ -171,7 +151,7 @@ public:
         m_plist.reference(itemSizeKey);
         m_plist.reference(subitemsKey);
         m_plist.reference(parentKey);
-        m_plist.reference(classKey);
+        m_plist.reference(ArchiveFrame::classKey);
         uidReference(places.name);
         uidReference(places.size);
         uidReference(places.subitems);
@@ -181,8 +161,8 @@ public:
 
         beginObject(places.subitems);
         m_plist.dictionary(2);
-        m_plist.reference(elementsKey);
-        m_plist.reference(classKey);
+        m_plist.reference(ArchiveFrame::elementsKey);
+        m_plist.reference(ArchiveFrame::classKey);
         m_plist.reference(m_firstList + m_listCount);
         uidReference(m_classes.arrayClass());
         m_open.push_back({places.node, m_listCount++, m_children.size()});
@@ -210,11 +190,8 @@ public:
         for (Uid uid = 0; uid < m_uidCount; ++uid) {
             m_plist.uid(uid);
         }
-        m_fixedOffsets.set(objectList, m_plist.position());
-        m_plist.array(m_uidCount);
-        for (Uid uid = 0; uid < m_uidCount; ++uid) {
-            m_plist.reference(firstObject + uid);
-        }
+        m_fixedOffsets.set(ArchiveFrame::objectList, m_plist.position());
+        ArchiveFrame::writeObjectList(m_plist, firstObject, m_uidCount);
 
         const std::uint64_t tableOffset = m_plist.position();
         m_plist.offsets(m_fixedOffsets.packed());
@@ -225,7 +202,7 @@ public:
             uidOffset += BinaryPlistWriter::uidByteCount(uid);
         }
         m_plist.offsets(m_listOffsets.packed());
-        m_plist.finish(m_objectCount, topDictionary, tableOffset, m_offsetWidth);
+        m_plist.finish(m_objectCount, ArchiveFrame::topDictionary, tableOffset, m_offsetWidth);
     }
 
 private:
@@ -246,8 +223,8 @@ private:
         if (places.wrapsName) {
             beginObject(places.name);
             m_plist.dictionary(2);
-            m_plist.reference(stringKey);
-            m_plist.reference(classKey);
+            m_plist.reference(ArchiveFrame::stringKey);
+            m_plist.reference(ArchiveFrame::classKey);
             m_plist.reference(firstObject + 0); // the very string "$null"
             uidReference(m_classes.stringClass());
         } else if (places.name != 0) {
@@ -266,27 +243,16 @@ private:
     void writeClass(Uid place, std::uint64_t name, std::uint64_t chain)
     {
         beginObject(place);
-        m_plist.dictionary(2);
-        m_plist.reference(classNameKey);
-        m_plist.reference(classChainKey);
-        m_plist.reference(name);
-        m_plist.reference(chain);
+        ArchiveFrame::writeClass(m_plist, name, chain);
     }
 
     void writeFixedObjects()
     {
-        beginFixed(topDictionary);
-        m_plist.dictionary(4);
-        for (const FixedObject object : {versionKey, archiverKey, topKey, objectsKey,
-                                         archiveVersion, archiverName, roots, objectList}) {
-            m_plist.reference(object);
+        constexpr Uid rootPlace = 1;
+        const ArchiveFrame::Offsets offsets = ArchiveFrame::write(m_plist, m_firstUid + rootPlace);
+        for (std::size_t i = 0; i < offsets.size(); ++i) {
+            m_fixedOffsets.set(i, offsets[i]);
         }
-        beginFixed(archiveVersion);
-        m_plist.integer(100000);
-        beginFixed(roots);
-        m_plist.dictionary(1);
-        m_plist.reference(rootKey);
-        uidReference(1);
         writeChain(itemChain, {itemClassName, objectClassName});
         writeChain(containerChain, {containerClassName, itemClassName, objectClassName});
         writeChain(arrayChain, {mutableArrayClassName, arrayClassName, objectClassName});

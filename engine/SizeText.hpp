@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace tessaly {
@@ -10,13 +9,8 @@ namespace tessaly {
 /// happens after the unit is chosen, so 999,999 bytes are "1000.00 KB". The decimal sign is a point
 /// in every locale. A value that is not a number reads as terabytes ("nan TB").
 ///
-/// This is the formatting alone: which values read as a placeholder is for each caller to say.
+/// This is the formatting alone: which numbers read as a placeholder (see SizeNumber) is for each
+/// caller to say.
 [[nodiscard]] std::string sizeText(double byteCount);
-
-/// The value that an unsigned number has when it is read as a signed 32-bit one: its low 32 bits.
-[[nodiscard]] constexpr std::int32_t lowInt32(std::uint64_t number) noexcept
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
-}
 
 } // namespace tessaly

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
 
 namespace tessaly {
 
@@ -33,6 +34,21 @@ Bytes literal(const char (&text)[size])
 Bytes integerBytes(std::uint64_t number)
 {
     return written([=](BinaryPlistWriter &writer) { writer.integer(number); });
+}
+
+Bytes signedBytes(std::int64_t number)
+{
+    return written([=](BinaryPlistWriter &writer) { writer.signedInteger(number); });
+}
+
+Bytes realBytes(double number)
+{
+    return written([=](BinaryPlistWriter &writer) { writer.real(number); });
+}
+
+Bytes dataBytes(const Bytes &bytes)
+{
+    return written([&](BinaryPlistWriter &writer) { writer.data(bytes); });
 }
 
 Bytes uidBytes(std::uint32_t uid)
@@ -65,6 +81,47 @@ TEST(BinaryPlistWriter, integersPastTheSignedOnesTakeSixteenBytes)
               literal("\x14\0\0\0\0\0\0\0\0\x80\0\0\0\0\0\0\0"));
     EXPECT_EQ(integerBytes(UINT64_MAX),
               literal("\x14\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"));
+}
+
+TEST(BinaryPlistWriter, negativeIntegersTakeEightBytes)
+{
+    EXPECT_EQ(signedBytes(-1), literal("\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"));
+    EXPECT_EQ(signedBytes(-256), literal("\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\0"));
+    EXPECT_EQ(signedBytes(INT64_MIN), literal("\x13\x80\0\0\0\0\0\0\0"));
+}
+
+TEST(BinaryPlistWriter, signedIntegersThatAreNotNegativeAreAsTheOthers)
+{
+    for (const std::int64_t number : {std::int64_t{0}, std::int64_t{255}, INT64_MAX}) {
+        EXPECT_EQ(signedBytes(number), integerBytes(static_cast<std::uint64_t>(number)));
+    }
+}
+
+TEST(BinaryPlistWriter, realsAndDatesTakeEightBytes)
+{
+    EXPECT_EQ(realBytes(-1.5), literal("\x23\xBF\xF8\0\0\0\0\0\0"));
+    EXPECT_EQ(realBytes(std::numeric_limits<double>::infinity()),
+              literal("\x23\x7F\xF0\0\0\0\0\0\0"));
+    EXPECT_EQ(written([](BinaryPlistWriter &writer) { writer.date(42); }),
+              literal("\x33\x40\x45\0\0\0\0\0\0"));
+}
+
+TEST(BinaryPlistWriter, nullAndBooleansAreTheirMarkers)
+{
+    EXPECT_EQ(written([](BinaryPlistWriter &writer) { writer.null(); }), literal("\0"));
+    EXPECT_EQ(written([](BinaryPlistWriter &writer) { writer.boolean(false); }), literal("\x08"));
+    EXPECT_EQ(written([](BinaryPlistWriter &writer) { writer.boolean(true); }), literal("\x09"));
+}
+
+TEST(BinaryPlistWriter, dataIsCountedInBytes)
+{
+    EXPECT_EQ(dataBytes({}), literal("\x40"));
+    EXPECT_EQ(dataBytes(literal("\0\xFF")), literal("\x42\0\xFF"));
+
+    const Bytes large(300'000, std::byte{7});
+    Bytes expected = literal("\x4F\x12\0\4\x93\xE0");
+    expected.insert(expected.end(), large.begin(), large.end());
+    EXPECT_TRUE(dataBytes(large) == expected);
 }
 
 TEST(BinaryPlistWriter, uidsTakeTheLeastWidth)

@@ -11,6 +11,7 @@
 #include <grp.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -44,6 +45,23 @@ int statusOfChild(const std::function<int()> &body)
         return -1;
     }
     return WEXITSTATUS(status);
+}
+
+/// The number of a process that runs the body.
+pid_t startedChild(const std::function<void()> &body)
+{
+    const pid_t parent = getpid();
+    const pid_t child = fork();
+    if (child == 0) {
+        // Many bodies never end: none of them is to outlive the test, however that ends.
+        alarm(childTimeLimitSeconds);
+        if (prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || getppid() != parent) {
+            _exit(1);
+        }
+        body();
+        _exit(0);
+    }
+    return child;
 }
 
 int statusOf(const std::function<void()> &body)
@@ -114,13 +132,7 @@ DescriptorLimit::~DescriptorLimit()
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-KillableChild::KillableChild(const std::function<void()> &body) : m_process(fork())
-{
-    if (m_process == 0) {
-        body();
-        _exit(0);
-    }
-}
+KillableChild::KillableChild(const std::function<void()> &body) : m_process(startedChild(body)) {}
 
 KillableChild::~KillableChild()
 {

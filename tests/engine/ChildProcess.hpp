@@ -25,8 +25,8 @@ void runWithPrivateMounts(const std::function<void()> &body);
 /// Whether this process may mount things, as runWithPrivateMounts() has to.
 [[nodiscard]] bool canMount();
 
-/// A process of its own that runs a piece of a test until it ends or is killed. Expectations in
-/// there count for nothing.
+/// A process of its own that runs a piece of a test until it ends or is killed, at the latest when
+/// the thread that made it ends or after two minutes. Expectations in there count for nothing.
 class KillableChild {
 public:
     explicit KillableChild(const std::function<void()> &body);

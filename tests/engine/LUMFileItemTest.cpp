@@ -100,4 +100,10 @@ TEST_F(LUMFileItemTest, describesAFolderAsTheFolderDoes)
     EXPECT_EQ(item.description(), "ITEM f size:0, total: 0.00 KB\n");
 }
 
+TEST_F(LUMFileItemTest, minus1AloneIsAPlaceholder)
+{
+    EXPECT_EQ(LUMFileItem::buildString(-1), "--");
+    EXPECT_EQ(LUMFileItem::buildString(-2), "-0.00 KB");
+}
+
 } // namespace tessaly

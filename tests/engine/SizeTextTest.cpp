@@ -79,6 +79,8 @@ TEST(SizeText, theEdgeOfAUnitIsExact)
 {
     EXPECT_EQ(sizeText(std::nextafter(1e6, 0)), "1000.00 KB");
     EXPECT_EQ(sizeText(std::nextafter(1e6, 2e6)), "1.00 MB");
+    EXPECT_EQ(sizeText(std::nextafter(1e9, 0)), "1000.00 MB");
+    EXPECT_EQ(sizeText(std::nextafter(1e12, 0)), "1000.00 GB");
 }
 
 TEST(SizeText, halvesFollowTheBinaryValue)
@@ -125,14 +127,6 @@ TEST(SizeText, theDecimalSignIsAPointInEveryCLocale)
     }
 
     EXPECT_EQ(sizeText(1'234'567), "1.23 MB");
-}
-
-TEST(SizeText, lowInt32TakesTheLowBitsAsSigned)
-{
-    EXPECT_EQ(lowInt32(0), 0);
-    EXPECT_EQ(lowInt32(0x7FFFFFFF), 2147483647);
-    EXPECT_EQ(lowInt32(0xFFFFFFFF), -1);
-    EXPECT_EQ(lowInt32(0x5FFFFFFFE), -2);
 }
 
 } // namespace tessaly

@@ -38,6 +38,10 @@ public:
     {
         return fails("open") ? -1 : FileCalls::open(path, flags, mode);
     }
+    ssize_t read(int descriptor, void *bytes, std::size_t count) override
+    {
+        return fails("read") ? -1 : FileCalls::read(descriptor, bytes, count);
+    }
     ssize_t write(int descriptor, const void *bytes, std::size_t count) override
     {
         return fails("write") ? -1

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+
+namespace tessaly {
+
+/// A number of bytes as the size texts take it: an integer of any width, or a real number.
+///
+/// A few values stand for something else than a size. They are told by the number's reading as a
+/// signed 32-bit integer, so other numbers with the same reading stand for it too:
+///   integers  read as their low 32 bits: 4,294,967,295 reads as -1;
+///   reals     are cut towards zero and held within the range: -1.9 reads as -1, 4,294,967,295.0
+///             and 1e300 as 2,147,483,647. What is not a number reads as 0.
+class SizeNumber {
+public:
+    template <std::integral Integer>
+    requires(!std::same_as<Integer, bool>)
+        // NOLINTNEXTLINE(google-explicit-constructor): any number will do
+        constexpr SizeNumber(Integer number) noexcept
+        : m_value(static_cast<double>(number)),
+          m_int32(static_cast<std::int32_t>(static_cast<std::uint32_t>(number)))
+    {
+    }
+    // NOLINTNEXTLINE(google-explicit-constructor): likewise
+    constexpr SizeNumber(double number) noexcept : m_value(number), m_int32(int32Of(number)) {}
+
+    [[nodiscard]] constexpr double value() const noexcept { return m_value; }
+    [[nodiscard]] constexpr std::int32_t asInt32() const noexcept { return m_int32; }
+
+private:
+    static constexpr std::int32_t int32Of(double number) noexcept
+    {
+        if (!(number > INT32_MIN)) {
+            return number <= INT32_MIN ? INT32_MIN : 0;
+        }
+        return number < INT32_MAX ? static_cast<std::int32_t>(number) : INT32_MAX;
+    }
+
+    double m_value;
+    std::int32_t m_int32;
+};
+
+} // namespace tessaly
