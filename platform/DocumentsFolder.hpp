@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace tessaly {
+
+/// The folder in which the application keeps its own files, the history and the scans. Nobody but
+/// the user can look into it.
+///
+/// Threads: any.
+class DocumentsFolder {
+public:
+    DocumentsFolder() = default;
+    virtual ~DocumentsFolder() = default;
+    DocumentsFolder(const DocumentsFolder &) = delete;
+    DocumentsFolder &operator=(const DocumentsFolder &) = delete;
+    DocumentsFolder(DocumentsFolder &&) = delete;
+    DocumentsFolder &operator=(DocumentsFolder &&) = delete;
+
+    /// The folder's absolute path, as bytes and without a slash at its end. The folder is made when
+    /// it is missing; when that fails (the reason goes to the log), the path is answered all the
+    /// same, and writing there will fail.
+    [[nodiscard]] virtual std::string path() = 0;
+};
+
+} // namespace tessaly

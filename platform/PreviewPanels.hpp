@@ -1,0 +1,140 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace tessaly {
+
+/// What the panel pages through.
+///
+/// Threads: the main thread.
+class PreviewPanelDataSource {
+public:
+    PreviewPanelDataSource() = default;
+    virtual ~PreviewPanelDataSource() = default;
+    PreviewPanelDataSource(const PreviewPanelDataSource &) = delete;
+    PreviewPanelDataSource &operator=(const PreviewPanelDataSource &) = delete;
+    PreviewPanelDataSource(PreviewPanelDataSource &&) = delete;
+    PreviewPanelDataSource &operator=(PreviewPanelDataSource &&) = delete;
+
+    [[nodiscard]] virtual std::size_t numberOfPreviewItemsInPreviewPanel() const = 0;
+    /// The item's "file:" URL (see FileUrl.hpp); empty when there is no such item.
+    [[nodiscard]] virtual std::string previewItemAtIndex(std::size_t index) const = 0;
+};
+
+/// What happens to the panel, by the numbers of the events.
+enum class PreviewPanelEvent {
+    mouseDown = 1,
+    mouseUp = 2,
+    keyDown = 10,
+    keyUp = 11,
+    scrollWheel = 22,
+};
+
+/// A place on the screen, in its coordinates; all 0 is nowhere.
+struct PreviewPanelFrame {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    bool operator==(const PreviewPanelFrame &) const = default;
+};
+
+/// Whoever has a say in what the panel does.
+///
+/// Threads: the main thread.
+class PreviewPanelDelegate {
+public:
+    PreviewPanelDelegate() = default;
+    virtual ~PreviewPanelDelegate() = default;
+    PreviewPanelDelegate(const PreviewPanelDelegate &) = delete;
+    PreviewPanelDelegate &operator=(const PreviewPanelDelegate &) = delete;
+    PreviewPanelDelegate(PreviewPanelDelegate &&) = delete;
+    PreviewPanelDelegate &operator=(PreviewPanelDelegate &&) = delete;
+
+    /// Asked about an event that the panel has no use for: whether it goes no further.
+    virtual bool handleEvent(PreviewPanelEvent event) = 0;
+    /// Where the item lies on the screen, for the panel to grow from; nowhere: it just appears.
+    [[nodiscard]] virtual PreviewPanelFrame
+    sourceFrameOnScreenForPreviewItem(std::size_t index) const = 0;
+};
+
+/// The window that shows previews of files, floating above the program's own.
+///
+/// Threads: the main thread.
+class PreviewPanel {
+public:
+    PreviewPanel() = default;
+    virtual ~PreviewPanel() = default;
+    PreviewPanel(const PreviewPanel &) = delete;
+    PreviewPanel &operator=(const PreviewPanel &) = delete;
+    PreviewPanel(PreviewPanel &&) = delete;
+    PreviewPanel &operator=(PreviewPanel &&) = delete;
+
+    [[nodiscard]] virtual bool isVisible() const = 0;
+    /// Shows the panel in front of all windows and gives it the keyboard. A panel that was closed
+    /// first asks its controller to take control.
+    virtual void makeKeyAndOrderFront() = 0;
+    /// Gives a visible panel the keyboard.
+    virtual void makeKeyWindow() = 0;
+    /// Closes the panel and ends its controller's control. The current item stays for the next
+    /// time.
+    virtual void orderOut() = 0;
+
+    // Both are the caller's, who clears them (nullptr) before they go.
+    [[nodiscard]] virtual PreviewPanelDelegate *delegate() const = 0;
+    virtual void setDelegate(PreviewPanelDelegate *delegate) = 0;
+    [[nodiscard]] virtual PreviewPanelDataSource *dataSource() const = 0;
+    virtual void setDataSource(PreviewPanelDataSource *dataSource) = 0;
+
+    /// Which item is shown. One that is not there shows nothing.
+    [[nodiscard]] virtual std::size_t currentPreviewItemIndex() const = 0;
+    virtual void setCurrentPreviewItemIndex(std::size_t index) = 0;
+    /// Asks the data source again and shows the current item anew.
+    virtual void reloadData() = 0;
+};
+
+/// Whoever feeds the panel while it is open.
+///
+/// Threads: the main thread.
+class PreviewPanelController {
+public:
+    PreviewPanelController() = default;
+    virtual ~PreviewPanelController() = default;
+    PreviewPanelController(const PreviewPanelController &) = delete;
+    PreviewPanelController &operator=(const PreviewPanelController &) = delete;
+    PreviewPanelController(PreviewPanelController &&) = delete;
+    PreviewPanelController &operator=(PreviewPanelController &&) = delete;
+
+    /// Whether beginPreviewPanelControl() is to be called, when the panel opens.
+    [[nodiscard]] virtual bool acceptsPreviewPanelControl(PreviewPanel &panel) = 0;
+    virtual void beginPreviewPanelControl(PreviewPanel &panel) = 0;
+    /// The panel has been closed.
+    virtual void endPreviewPanelControl(PreviewPanel &panel) = 0;
+};
+
+/// The way to the one preview panel, which is made when it is first asked for.
+///
+/// Threads: the main thread.
+class PreviewPanels {
+public:
+    PreviewPanels() = default;
+    virtual ~PreviewPanels() = default;
+    PreviewPanels(const PreviewPanels &) = delete;
+    PreviewPanels &operator=(const PreviewPanels &) = delete;
+    PreviewPanels(PreviewPanels &&) = delete;
+    PreviewPanels &operator=(PreviewPanels &&) = delete;
+
+    /// Whether the panel has been made; asking does not make it.
+    [[nodiscard]] virtual bool sharedPreviewPanelExists() const = 0;
+    [[nodiscard]] virtual PreviewPanel &sharedPreviewPanel() = 0;
+
+    /// Whom the panel asks to take control when it opens; nullptr: nobody. A controller that is
+    /// replaced while it has control is told that this has ended; its successor is asked the next
+    /// time. The controller is the caller's, who clears it before it goes.
+    [[nodiscard]] virtual PreviewPanelController *controller() const = 0;
+    virtual void setController(PreviewPanelController *controller) = 0;
+};
+
+} // namespace tessaly

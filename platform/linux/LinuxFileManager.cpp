@@ -1,0 +1,150 @@
+#include "platform/linux/LinuxFileManager.hpp"
+
+#include "engine/PrintableText.hpp"
+#include "platform/FileUrl.hpp"
+#include "platform/linux/CleanPath.hpp"
+#include "platform/linux/EndingThreads.hpp"
+#include "platform/linux/InformationWindow.hpp"
+#include "platform/linux/ItemInformation.hpp"
+
+#include <QDesktopServices>
+#include <QLoggingCategory>
+#include <QMetaObject>
+#include <QThread>
+#include <QUrl>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(fileManagerLog, "tessaly.filemanager", QtInfoMsg)
+
+void logNotShown(const std::string &path, const std::string &reason)
+{
+    qCInfo(fileManagerLog).noquote() << "not shown:" << QString::fromStdString(printableText(path))
+                                     << '-' << QString::fromStdString(reason);
+}
+
+/// The errno value with which looking for the item ends; 0 when it is there.
+int errorOfLookingFor(const std::string &path)
+{
+    struct stat status = {};
+    return lstat(path.c_str(), &status) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+LinuxFileManager::LinuxFileManager(const DateTexts &dates, Opener opener,
+                                   std::chrono::milliseconds patience)
+    : m_dates(dates), m_opener(std::move(opener)),
+      m_isEnding(std::make_shared<std::atomic<bool>>(false)), m_thread(std::make_unique<QThread>()),
+      m_caller(new FileManagerCaller(m_isEnding, patience))
+{
+    m_caller->moveToThread(m_thread.get());
+    QObject::connect(m_thread.get(), &QThread::finished, m_caller, &QObject::deleteLater);
+    m_thread->start();
+}
+
+LinuxFileManager::~LinuxFileManager()
+{
+    // In this order, for what endLater() says.
+    *m_isEnding = true;
+    m_thread->quit();
+    endLater(std::move(m_thread));
+    for (const auto &[path, window] : m_windows) {
+        delete window.data();
+    }
+}
+
+void LinuxFileManager::reveal(std::string_view path)
+{
+    // File managers show nothing for the one item that lies in no folder.
+    const bool isRoot = cleanPath(path) == "/";
+    show(path, isRoot ? Method::showFolders : Method::showItems,
+         [this](const std::string &clean) { openFolder(folderOf(clean)); });
+}
+
+void LinuxFileManager::showInformation(std::string_view path)
+{
+    show(path, Method::showItemProperties,
+         [this](const std::string &clean) { showOwnWindow(clean); });
+}
+
+bool LinuxFileManager::openWithDefaultApplication(const std::string &url)
+{
+    return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
+}
+
+void LinuxFileManager::show(std::string_view path, Method method,
+                            std::function<void(const std::string &)> fallback)
+{
+    const std::string clean = cleanPath(path);
+    const auto url = fileUrl(clean);
+    if (!url) {
+        logNotShown(clean, "not an absolute path");
+        return;
+    }
+    // Some file managers answer a path that is missing with a window that complains. Looking at a
+    // path may take as long as it likes.
+    BackgroundWork::start(
+        [this, clean, url = *url, method, fallback = std::move(fallback), post = m_work.poster()] {
+            const int error = errorOfLookingFor(clean);
+            post([this, clean, url, method, fallback, error] {
+                if (error == 0) {
+                    callFileManager(url, method, [fallback, clean] { fallback(clean); });
+                } else {
+                    logNotShown(clean, std::generic_category().message(error));
+                }
+            });
+        });
+}
+
+void LinuxFileManager::callFileManager(const std::string &url, Method method,
+                                       std::function<void()> fallback)
+{
+    QMetaObject::invokeMethod(
+        m_caller,
+        [caller = m_caller, method, url, fallback = std::move(fallback), post = m_work.poster()] {
+            caller->call(method, QString::fromStdString(url), [fallback, post] { post(fallback); });
+        },
+        Qt::QueuedConnection);
+}
+
+void LinuxFileManager::openFolder(const std::string &path)
+{
+    const auto url = fileUrl(path);
+    if (!url || !m_opener(*url)) {
+        logNotShown(path, "nothing opens this folder");
+    }
+}
+
+void LinuxFileManager::showOwnWindow(const std::string &path)
+{
+    BackgroundWork::start([this, path, post = m_work.poster()] {
+        post([this, item = ItemInformation::of(path)] { openWindow(item); });
+    });
+}
+
+void LinuxFileManager::openWindow(const ItemInformation &item)
+{
+    std::erase_if(m_windows, [](const auto &before) { return before.second.isNull(); });
+    auto *window = new InformationWindow(item, m_dates);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    QPointer<InformationWindow> &place = m_windows[item.path];
+    if (place != nullptr) { // takes the place of what was known about the item before
+        window->move(place->pos());
+        delete place.data();
+    }
+    place = window;
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+} // namespace tessaly

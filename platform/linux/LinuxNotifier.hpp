@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/Notifier.hpp"
+
+#include <QThread>
+
+namespace tessaly {
+
+class NotificationSender;
+
+/// Notifications by the desktop's notification service, on the session bus that the environment
+/// names when this is made.
+///
+/// A thread of its own talks to the bus. A bus or a service that is missing is looked for again
+/// with each notification.
+///
+/// Requires: a QCoreApplication. Its event loop need not run.
+/// End:      the destructor waits neither for the bus nor for the service. What has not been handed
+///           to the service by then is dropped.
+class LinuxNotifier final : public Notifier {
+public:
+    LinuxNotifier();
+    ~LinuxNotifier() override;
+    LinuxNotifier(const LinuxNotifier &) = delete;
+    LinuxNotifier &operator=(const LinuxNotifier &) = delete;
+    LinuxNotifier(LinuxNotifier &&) = delete;
+    LinuxNotifier &operator=(LinuxNotifier &&) = delete;
+
+    void post(const Notification &notification) override;
+
+private:
+    QThread m_thread;
+    NotificationSender *m_sender; ///< lives in the thread, and goes with it
+};
+
+} // namespace tessaly

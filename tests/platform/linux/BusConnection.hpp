@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+
+#include <string>
+
+namespace tessaly {
+
+/// A connection of a test's own to a bus, closed when this goes. Throws std::runtime_error, which
+/// fails the test, where there is no bus.
+class BusConnection {
+public:
+    explicit BusConnection(const std::string &address);
+    ~BusConnection();
+    BusConnection(const BusConnection &) = delete;
+    BusConnection &operator=(const BusConnection &) = delete;
+    BusConnection(BusConnection &&) = delete;
+    BusConnection &operator=(BusConnection &&) = delete;
+
+    QDBusConnection *operator->() { return &m_connection; }
+    QDBusConnection &operator*() { return m_connection; }
+
+private:
+    QString m_name;
+    QDBusConnection m_connection;
+};
+
+} // namespace tessaly

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tessaly {
+
+/// Keeps what goes to the log while it lives, instead of showing it. One at a time.
+class LoggedWarnings {
+public:
+    LoggedWarnings();
+    ~LoggedWarnings();
+    LoggedWarnings(const LoggedWarnings &) = delete;
+    LoggedWarnings &operator=(const LoggedWarnings &) = delete;
+    LoggedWarnings(LoggedWarnings &&) = delete;
+    LoggedWarnings &operator=(LoggedWarnings &&) = delete;
+
+    /// The messages so far, "CATEGORY: TEXT" each. Threads: any.
+    [[nodiscard]] std::vector<std::string> lines() const;
+};
+
+} // namespace tessaly

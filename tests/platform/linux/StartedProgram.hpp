@@ -1,0 +1,49 @@
+#pragma once
+
+#include "engine/FileDescriptor.hpp"
+
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace tessaly {
+
+/// A program that runs beside a test: it is asked to end (SIGTERM), and waited for, when this goes.
+/// It does not outlive a test that dies. What it prints is not shown.
+///
+/// Members that fail throw std::runtime_error, which fails the test.
+class StartedProgram {
+public:
+    /// `words`: the program, found by PATH, and its arguments. `variables`: "NAME=value" each, on
+    /// top of the test's own environment. The program may report on descriptor 3.
+    explicit StartedProgram(const std::vector<std::string> &words,
+                            const std::vector<std::string> &variables = {});
+    ~StartedProgram();
+    StartedProgram(const StartedProgram &) = delete;
+    StartedProgram &operator=(const StartedProgram &) = delete;
+    StartedProgram(StartedProgram &&) = delete;
+    StartedProgram &operator=(StartedProgram &&) = delete;
+
+    /// Waits for the next line that the program writes to descriptor 3, and returns it without its
+    /// end. Programs that serve somebody write one once they can be reached. One that ends instead
+    /// makes this throw what it complained of.
+    [[nodiscard]] std::string reportedLine() const;
+
+    /// False once it has ended.
+    [[nodiscard]] bool isRunning();
+
+    /// The beginning of what it has written to standard error so far.
+    [[nodiscard]] std::string complaints() const;
+
+    /// Whether PATH leads to a program of that name.
+    [[nodiscard]] static bool isInstalled(const std::string &name);
+
+private:
+    std::string m_name;
+    FileDescriptor m_complaints; ///< its standard error
+    FileDescriptor m_report;
+    pid_t m_process = -1;
+};
+
+} // namespace tessaly

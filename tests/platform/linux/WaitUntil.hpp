@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QCoreApplication>
+
+#include <thread>
+
+namespace tessaly {
+
+/// Runs the event loop until something holds, whoever makes it so.
+template <typename Condition>
+void waitUntil(Condition holds)
+{
+    while (!holds()) {
+        QCoreApplication::processEvents();
+        std::this_thread::yield();
+    }
+}
+
+} // namespace tessaly
