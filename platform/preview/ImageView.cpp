@@ -1,0 +1,95 @@
+#include "platform/preview/ImageView.hpp"
+
+#include "platform/preview/PreviewColors.hpp"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace tessaly {
+
+namespace {
+
+constexpr int margin = 16;
+
+/// What shows through an image.
+void drawCheckers(QPainter &painter, const QRect &place)
+{
+    constexpr int side = 8;
+    QPixmap tile(side * 2, side * 2);
+    tile.fill(QColor(0xE6, 0xE6, 0xE6));
+    QPainter tilePainter(&tile);
+    tilePainter.fillRect(0, 0, side, side, Qt::white);
+    tilePainter.fillRect(side, side, side, side, Qt::white);
+    tilePainter.end();
+    painter.drawTiledPixmap(place, tile);
+}
+
+} // namespace
+
+ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
+
+ImageView::~ImageView() = default;
+
+void ImageView::show(const PreviewImage &image)
+{
+    clear();
+    m_image = image;
+    if (!image.movie.isEmpty()) {
+        m_movieBytes.setData(image.movie);
+        m_movie = std::make_unique<QMovie>(&m_movieBytes);
+        connect(m_movie.get(), &QMovie::updated, this, qOverload<>(&QWidget::update));
+        m_movie->start();
+    }
+    update();
+}
+
+void ImageView::clear()
+{
+    m_movie.reset();
+    m_movieBytes.close();
+    m_movieBytes.setData(QByteArray());
+    m_image = {};
+    m_scaled = {};
+    update();
+}
+
+QRect ImageView::place() const
+{
+    const QRect room = rect().adjusted(margin, margin, -margin, -margin);
+    QSizeF size = m_image.image.size();
+    const QSizeF natural = QSizeF(m_image.fullSize) / devicePixelRatioF();
+    if (m_image.mayGrow || natural.width() > room.width() || natural.height() > room.height()) {
+        size = size.scaled(room.size(), Qt::KeepAspectRatio);
+    } else {
+        size = natural;
+    }
+    QRect place(QPoint(), size.toSize().expandedTo(QSize(1, 1)));
+    place.moveCenter(room.center());
+    return place;
+}
+
+void ImageView::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), preview_colors::page);
+    if (m_image.image.isNull()) {
+        return;
+    }
+    const QRect target = place();
+    if (m_image.image.hasAlphaChannel()) {
+        drawCheckers(painter, target);
+    }
+    if (m_movie) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(target, m_movie->currentPixmap());
+        return;
+    }
+    const QSize pixels = (QSizeF(target.size()) * devicePixelRatioF()).toSize();
+    if (m_scaled.size() != pixels) {
+        m_scaled = QPixmap::fromImage(
+            m_image.image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
+    painter.drawPixmap(target, m_scaled);
+}
+
+} // namespace tessaly

@@ -1,0 +1,164 @@
+#include "platform/preview/MediaView.hpp"
+
+#include "platform/preview/CardView.hpp"
+#include "platform/preview/GlyphButton.hpp"
+#include "platform/preview/PreviewColors.hpp"
+#include "platform/preview/PreviewPlayer.hpp"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QSlider>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+/// "1:02:03", or "2:03".
+QString timeText(qint64 milliseconds)
+{
+    constexpr qint64 secondsPerMinute = 60;
+    const qint64 seconds = std::max<qint64>(milliseconds, 0) / 1000;
+    const qint64 minutes = seconds / secondsPerMinute;
+    const qint64 hours = minutes / secondsPerMinute;
+    const auto twoDigits = [](qint64 number) {
+        return u"%1"_s.arg(number, 2, 10, QLatin1Char('0'));
+    };
+    const QString end = u':' + twoDigits(seconds % secondsPerMinute);
+    return hours > 0 ? QString::number(hours) + u':' + twoDigits(minutes % secondsPerMinute) + end
+                     : QString::number(minutes) + end;
+}
+
+} // namespace
+
+MediaView::MediaView(QWidget *parent)
+    : QWidget(parent), m_screen(new QWidget),
+      m_playButton(new GlyphButton(GlyphButton::Glyph::play, tr("Play"))),
+      m_slider(new QSlider(Qt::Horizontal)), m_times(new QLabel), m_player(new PreviewPlayer(this))
+{
+    auto *bar = new QHBoxLayout;
+    bar->setContentsMargins(12, 6, 14, 6);
+    bar->setSpacing(10);
+    bar->addWidget(m_playButton);
+    bar->addWidget(m_slider, 1);
+    bar->addWidget(m_times);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_screen, 1);
+    layout->addLayout(bar);
+
+    QPalette palette = m_times->palette();
+    palette.setColor(QPalette::WindowText, preview_colors::dimText);
+    m_times->setPalette(palette);
+    m_slider->setFocusPolicy(Qt::TabFocus);
+    m_slider->setAccessibleName(tr("Position"));
+    m_screen->installEventFilter(this);
+    connect(m_playButton, &GlyphButton::clicked, this, &MediaView::togglePlaying);
+    connect(m_slider, &QSlider::valueChanged, this, [this](int value) {
+        // Also while the knob is dragged. The player's own moves block this signal.
+        m_player->seek(value);
+        showTimes(value);
+    });
+    connect(m_player, &PreviewPlayer::durationChanged, this, [this](qint64 duration) {
+        m_duration = duration;
+        const QSignalBlocker blocked(m_slider);
+        constexpr qint64 longest = 1'000'000'000; // no slider goes further
+        m_slider->setRange(0, static_cast<int>(std::clamp<qint64>(duration, 0, longest)));
+        m_slider->setPageStep(std::max(m_slider->maximum() / 10, 1));
+        m_slider->setSingleStep(std::max(m_slider->maximum() / 50, 1));
+        m_slider->setEnabled(duration > 0);
+        showTimes(m_slider->value());
+    });
+    connect(m_player, &PreviewPlayer::positionChanged, this, [this](qint64 position) {
+        if (!m_slider->isSliderDown()) {
+            const QSignalBlocker blocked(m_slider);
+            m_slider->setValue(static_cast<int>(
+                std::clamp<qint64>(position, m_slider->minimum(), m_slider->maximum())));
+            showTimes(position);
+        }
+    });
+    connect(m_player, &PreviewPlayer::playingChanged, this, &MediaView::setPlayingShown);
+    connect(m_player, &PreviewPlayer::frameArrived, this, [this](const QVideoFrame &frame) {
+        m_picture = frame.toImage();
+        m_screen->update();
+    });
+    connect(m_player, &PreviewPlayer::failed, this, &MediaView::failed);
+    setAccessibleName(tr("Player"));
+}
+
+MediaView::~MediaView() = default;
+
+void MediaView::show(const PreviewInfo &info, const PreviewMedia &media)
+{
+    clear();
+    m_info = info;
+    m_player->open(media.file);
+}
+
+void MediaView::clear()
+{
+    m_player->close();
+    m_info = {};
+    m_picture = {};
+    m_duration = 0;
+    const QSignalBlocker blocked(m_slider);
+    m_slider->setRange(0, 0);
+    m_slider->setEnabled(false);
+    showTimes(0);
+    setPlayingShown(false);
+    m_screen->update();
+}
+
+void MediaView::togglePlaying()
+{
+    m_player->setPlaying(!m_isPlaying);
+}
+
+void MediaView::setPlayingShown(bool isPlaying)
+{
+    m_isPlaying = isPlaying;
+    m_playButton->setGlyph(isPlaying ? GlyphButton::Glyph::pause : GlyphButton::Glyph::play,
+                           isPlaying ? tr("Pause") : tr("Play"));
+}
+
+void MediaView::showTimes(qint64 position)
+{
+    //: How much of a sound or video has been played, and its length: "0:03 / 1:20"
+    m_times->setText(tr("%1 / %2").arg(timeText(position), timeText(m_duration)));
+}
+
+bool MediaView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_screen && event->type() == QEvent::Paint) {
+        paintScreen();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MediaView::paintScreen()
+{
+    QPainter painter(m_screen);
+    const QRect room = m_screen->rect();
+    painter.fillRect(room, m_picture.isNull() ? preview_colors::page : QColor(Qt::black));
+    if (!m_picture.isNull()) {
+        QRect place(QPoint(), m_picture.size().scaled(room.size(), Qt::KeepAspectRatio));
+        place.moveCenter(room.center());
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(place, m_picture);
+        return;
+    }
+    constexpr int side = 128;
+    QRect place(0, 0, side, side);
+    place.moveCenter(room.center());
+    painter.drawPixmap(place, fileTypePixmap(m_info, side, devicePixelRatioF()));
+}
+
+} // namespace tessaly

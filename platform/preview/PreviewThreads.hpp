@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <stop_token>
+
+namespace tessaly {
+
+/// The threads on which files are decoded. They start with the first job.
+///
+/// Ownership: a job keeps alive what it uses, since it may outlive this: the destructor drops jobs
+///            that have not begun, asks the others to stop, and waits for them for two seconds at
+///            most. What still runs then is left alone.
+/// Threads:   any.
+class PreviewThreads {
+public:
+    /// Documents have a thread of their own, on which all their jobs run.
+    enum class Lane : std::uint8_t { files, documents };
+    using Job = std::function<void()>;
+
+    PreviewThreads();
+    ~PreviewThreads();
+    PreviewThreads(const PreviewThreads &) = delete;
+    PreviewThreads &operator=(const PreviewThreads &) = delete;
+    PreviewThreads(PreviewThreads &&) = delete;
+    PreviewThreads &operator=(PreviewThreads &&) = delete;
+
+    /// Runs the job as soon as a thread is free; not at all if a stop is requested before.
+    void post(Lane lane, std::stop_source stop, Job job);
+
+private:
+    struct Queue;
+
+    std::shared_ptr<Queue> m_files;
+    std::shared_ptr<Queue> m_documents;
+};
+
+} // namespace tessaly

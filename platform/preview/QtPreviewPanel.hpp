@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/PreviewPanels.hpp"
+
+#include <QSize>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tessaly {
+
+class PreviewWindow;
+class SettingsStore;
+
+/// The preview panel as a window of the program's.
+///
+/// It remembers the size that the user gave it; in the settings, if it is handed some, under
+/// "previewPanelWidth" and "previewPanelHeight".
+///
+/// Threads: the main thread. Requires: the QApplication lives.
+class QtPreviewPanel final : public PreviewPanel {
+public:
+    /// Opens a "file:" URL with the application that is usual for it; whether one was found.
+    using UrlOpener = std::function<bool(const std::string &url)>;
+
+    /// The controller may change at any time; it is looked at when the panel opens. Without an
+    /// opener there is no button to open files. The settings outlive the panel; nullptr: none.
+    QtPreviewPanel(PreviewPanelController *const &controller, UrlOpener openUrl,
+                   SettingsStore *settings);
+    ~QtPreviewPanel() override;
+    QtPreviewPanel(const QtPreviewPanel &) = delete;
+    QtPreviewPanel &operator=(const QtPreviewPanel &) = delete;
+    QtPreviewPanel(QtPreviewPanel &&) = delete;
+    QtPreviewPanel &operator=(QtPreviewPanel &&) = delete;
+
+    [[nodiscard]] bool isVisible() const override;
+    void makeKeyAndOrderFront() override;
+    void makeKeyWindow() override;
+    void orderOut() override;
+
+    [[nodiscard]] PreviewPanelDelegate *delegate() const override { return m_delegate; }
+    void setDelegate(PreviewPanelDelegate *delegate) override { m_delegate = delegate; }
+    [[nodiscard]] PreviewPanelDataSource *dataSource() const override { return m_dataSource; }
+    /// What is shown stays, until the next reloadData().
+    void setDataSource(PreviewPanelDataSource *dataSource) override { m_dataSource = dataSource; }
+
+    [[nodiscard]] std::size_t currentPreviewItemIndex() const override { return m_index; }
+    void setCurrentPreviewItemIndex(std::size_t index) override;
+    void reloadData() override;
+
+    /// Tells the controller that its control has ended, if it has any.
+    void endControl();
+
+    [[nodiscard]] PreviewWindow &window() const { return *m_window; }
+
+private:
+    [[nodiscard]] std::string currentUrl() const;
+    void page(int step);
+    void restoreSize();
+    void saveSize();
+    void placeOverProgram();
+
+    PreviewPanelController *const &m_controller;
+    UrlOpener m_openUrl;
+    SettingsStore *m_settings;
+    PreviewPanelController *m_inControl = nullptr;
+    PreviewPanelDelegate *m_delegate = nullptr;
+    PreviewPanelDataSource *m_dataSource = nullptr;
+    std::size_t m_index = 0;
+    QSize m_savedSize;
+    std::unique_ptr<PreviewWindow> m_window;
+};
+
+} // namespace tessaly
