@@ -1,0 +1,133 @@
+#pragma once
+
+#include "app/delegate/HistoryListener.hpp"
+#include "platform/Notifier.hpp"
+#include "platform/Services.hpp"
+
+#include <QString>
+
+#include <atomic>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace tessaly {
+
+class MainWindow;
+
+/// The screens that scan. A notification takes the place of the same screen's last one.
+enum class ScanScreen { folder, home };
+
+/// The application's delegate: the one settings object, the way to the desktop's services, and the
+/// relay between the history and the main window.
+///
+/// Everyone reaches it as sharedDelegate() and reads the preferences at the moment of use; nobody
+/// keeps a copy. Whoever changes a preference sets the property and the stored value together.
+///
+/// Lifetime: one for the whole run of the program, made before any screen.
+/// Threads:  properties and notifications: any thread. The preferences are written on the main
+///           thread only. historyStoreUpdated(): any. The rest: the main thread.
+class KORVENAppDelegate final : public HistoryListener {
+public:
+    /// Reads the preferences (see readPreferences()), then the system's release.
+    explicit KORVENAppDelegate(const Services &services);
+    ~KORVENAppDelegate() override;
+    KORVENAppDelegate(const KORVENAppDelegate &) = delete;
+    KORVENAppDelegate &operator=(const KORVENAppDelegate &) = delete;
+    KORVENAppDelegate(KORVENAppDelegate &&) = delete;
+    KORVENAppDelegate &operator=(KORVENAppDelegate &&) = delete;
+
+    /// The one that was made last. Requires: one lives.
+    [[nodiscard]] static KORVENAppDelegate &sharedDelegate() noexcept;
+
+    [[nodiscard]] const Services &services() const noexcept { return m_services; }
+
+    /// Nothing before the window has been made and after it has gone. Whoever sets it keeps it
+    /// alive until no worker is left that may add to the history.
+    [[nodiscard]] MainWindow *windowController() const noexcept { return m_windowController; }
+    void setWindowController(MainWindow *windowController) noexcept
+    {
+        m_windowController = windowController;
+    }
+
+    /// Whether the program runs on release 10.7, or 10.8, of a system that has such releases.
+    [[nodiscard]] bool run10p7Mode() const noexcept { return m_run10p7Mode; }
+    [[nodiscard]] bool run10p8Mode() const noexcept { return m_run10p8Mode; }
+
+    /// Loads the six preferences. One that is not stored gets its default, which is stored at once.
+    void readPreferences();
+
+    // The preferences, each stored under its name. Any value may be stored; what is none of those
+    // named acts as row 0 (rows) or as 1 (the others).
+
+    /// Row 0 to 4 of the choice which items with a name beginning with "." are listed.
+    [[nodiscard]] std::int32_t hiddenItemPreference() const noexcept { return m_hiddenItem; }
+    void setHiddenItemPreference(std::int32_t row) noexcept { m_hiddenItem = row; }
+    /// Row 0 to 4 of the choice which other files are listed.
+    [[nodiscard]] std::int32_t largeFilePreference() const noexcept { return m_largeFile; }
+    void setLargeFilePreference(std::int32_t row) noexcept { m_largeFile = row; }
+    /// 1: tell the user when a scan ends.
+    [[nodiscard]] std::int32_t showNotificationPreference() const noexcept
+    {
+        return m_showNotification;
+    }
+    void setShowNotificationPreference(std::int32_t on) noexcept { m_showNotification = on; }
+    /// 1: with a sound.
+    [[nodiscard]] std::int32_t notificationSoundPreference() const noexcept
+    {
+        return m_notificationSound;
+    }
+    void setNotificationSoundPreference(std::int32_t on) noexcept { m_notificationSound = on; }
+    /// 1: the bars of nearly full drives change their colour.
+    [[nodiscard]] std::int32_t diskGraphColorPreference() const noexcept { return m_diskGraph; }
+    void setDiskGraphColorPreference(std::int32_t on) noexcept { m_diskGraph = on; }
+    /// 1: the bars of rows with a large share change their colour.
+    [[nodiscard]] std::int32_t folderGraphColorPreference() const noexcept { return m_folderGraph; }
+    void setFolderGraphColorPreference(std::int32_t on) noexcept { m_folderGraph = on; }
+
+    /// To be called when the event loop begins.
+    void applicationDidFinishLaunching();
+    /// To be called when it has ended. There is nothing to do: everything is stored as it changes.
+    void applicationWillTerminate();
+    [[nodiscard]] static bool applicationShouldTerminateAfterLastWindowClosed() noexcept
+    {
+        return true;
+    }
+
+    /// Tells the user how a scan has ended, if they want to be told.
+    void showCompletedNotification(const QString &message, ScanScreen screen = ScanScreen::folder);
+    void showCanceledNotification(const QString &message, ScanScreen screen = ScanScreen::folder);
+    void showNotification(const QString &title, const QString &message);
+
+    /// Also while one of our windows is in front.
+    [[nodiscard]] static bool shouldPresentNotification(const Notification & /*posted*/) noexcept
+    {
+        return true;
+    }
+
+    // Relays to the window controller; without one they lead nowhere.
+    void historyStoreUpdated() override;
+    void reloadHistoryDelete(const std::optional<std::string> &scanKey) override;
+    void loadHistoryItem(const std::string &scanKey);
+    void scanClicked();
+
+    /// A place for a developer's own output; says nothing.
+    void dumpHistoryStore();
+
+private:
+    /// `notification` says everything but whether there is a sound.
+    void post(Notification notification, Notification::Sound sound);
+
+    const Services m_services;
+    std::atomic<MainWindow *> m_windowController = nullptr;
+    bool m_run10p7Mode = false;
+    bool m_run10p8Mode = false;
+    std::atomic<std::int32_t> m_hiddenItem = 0;
+    std::atomic<std::int32_t> m_largeFile = 0;
+    std::atomic<std::int32_t> m_showNotification = 0;
+    std::atomic<std::int32_t> m_notificationSound = 0;
+    std::atomic<std::int32_t> m_diskGraph = 0;
+    std::atomic<std::int32_t> m_folderGraph = 0;
+};
+
+} // namespace tessaly
