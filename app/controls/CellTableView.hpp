@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QListView>
+#include <QString>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace tessaly {
+
+class CellTableModel;
+class CellTableSource;
+
+/// A table of one column whose rows are shown by widgets, the cells. Cells are made for the rows in
+/// sight alone and used again, by identifier, as rows come into sight and go; so a million rows
+/// take no more cells than fit into the window. Selection, keys, type-ahead and what assistive
+/// technology sees are those of the item view that this is.
+///
+/// Keys: Return goes into the selected row, the menu key shows its menu.
+class CellTableView : public QListView {
+    Q_OBJECT
+
+public:
+    using CellMaker = std::function<std::unique_ptr<QWidget>()>;
+
+    explicit CellTableView(QWidget *parent = nullptr);
+    ~CellTableView() override;
+    CellTableView(const CellTableView &) = delete;
+    CellTableView &operator=(const CellTableView &) = delete;
+    CellTableView(CellTableView &&) = delete;
+    CellTableView &operator=(CellTableView &&) = delete;
+
+    /// The source must outlive the table, or be taken away before it goes.
+    void setDataSource(CellTableSource *source);
+    [[nodiscard]] CellTableSource *dataSource() const noexcept { return m_source; }
+
+    /// All rows are of the same height, in points.
+    void setRowHeight(int height);
+    [[nodiscard]] int rowHeight() const noexcept { return m_rowHeight; }
+
+    /// How cells with this identifier are made.
+    void registerCells(const QString &identifier, CellMaker maker);
+
+    /// A cell with this identifier: one that is out of use, or else a new one. nullptr when no
+    /// cells were registered under it. The table owns the cell.
+    [[nodiscard]] QWidget *makeView(const QString &identifier);
+
+    /// Takes a cell that was made elsewhere, to be used again under this identifier.
+    QWidget *adoptView(std::unique_ptr<QWidget> cell, const QString &identifier);
+
+    /// Shows the rows that the source has now. Nothing is selected afterwards.
+    void reloadData();
+    void scrollToTop() { QListView::scrollToTop(); }
+
+    /// The cell that shows a row, or nullptr when the row is out of sight.
+    [[nodiscard]] QWidget *cellForRow(int row) const;
+    /// How many cells there are, in use and out of use.
+    [[nodiscard]] int cellCount() const noexcept { return m_cellCount; }
+
+    [[nodiscard]] int selectedRow() const;
+    void selectRow(int row);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void updateGeometries() override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    struct Cell {
+        QWidget *widget = nullptr;
+        QString identifier;
+    };
+
+    void layOutCells();
+    [[nodiscard]] std::pair<int, int> rowsInSight() const;
+
+    CellTableSource *m_source = nullptr;
+    CellTableModel *m_model;
+    int m_rowHeight = 46;
+    std::map<QString, CellMaker> m_makers;
+    std::map<int, Cell> m_shown; ///< by row
+    std::vector<Cell> m_unused;
+    QString m_madeIdentifier; ///< of the cell that makeView() gave out last
+    int m_cellCount = 0;
+    bool m_isLayingOut = false;
+};
+
+} // namespace tessaly

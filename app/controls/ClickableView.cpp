@@ -1,0 +1,38 @@
+#include "app/controls/ClickableView.hpp"
+
+#include <QMouseEvent>
+
+#include <utility>
+
+namespace tessaly {
+
+ClickableView::ClickableView(QWidget *parent) : QWidget(parent) {}
+
+void ClickableView::setClickable(bool isClickable)
+{
+    m_isClickable = isClickable;
+    setCursor(isClickable ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+void ClickableView::mousePressEvent(QMouseEvent *event)
+{
+    m_isPressed = m_isClickable && event->button() == Qt::LeftButton &&
+                  clickableRect().contains(event->position().toPoint());
+    event->ignore(); // the row is selected as well
+}
+
+void ClickableView::mouseReleaseEvent(QMouseEvent *event)
+{
+    event->ignore();
+    if (std::exchange(m_isPressed, false) && event->button() == Qt::LeftButton &&
+        rect().contains(event->position().toPoint())) {
+        QMetaObject::invokeMethod(this, &ClickableView::clicked, Qt::QueuedConnection);
+    }
+}
+
+void ClickableView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    event->ignore(); // the first of its two clicks has done what there is to do
+}
+
+} // namespace tessaly

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tessaly {
+
+/// What a cell shows and a user may click on. A click begins and ends on the same content;
+/// clicked() is sent when the mouse event is over, since whoever receives it may move this widget
+/// elsewhere. The row below sees the mouse as well, and is selected. A double click is one click.
+class ClickableView : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(bool clickable READ isClickable WRITE setClickable)
+
+public:
+    explicit ClickableView(QWidget *parent = nullptr);
+
+    /// Not so at first.
+    [[nodiscard]] bool isClickable() const noexcept { return m_isClickable; }
+    void setClickable(bool isClickable);
+
+Q_SIGNALS:
+    void clicked();
+
+protected:
+    /// Where a click may begin.
+    [[nodiscard]] virtual QRect clickableRect() const { return rect(); }
+    /// To be called when the content changes: a press that is under way is no click on it.
+    void forgetPress() noexcept { m_isPressed = false; }
+
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    bool m_isClickable = false;
+    bool m_isPressed = false;
+};
+
+} // namespace tessaly

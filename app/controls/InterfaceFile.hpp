@@ -1,0 +1,106 @@
+#pragma once
+
+#include <QAnyStringView>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tessaly {
+
+/// The interface files: layouts that are drawn in Qt Designer and made at run time.
+///
+/// They lie in the resources, see interfacePath(). Widgets of our own classes are made by name once
+/// their class is registered; the controls of this folder are so from the start.
+///
+/// Threads: the main thread, while there is a QApplication.
+class InterfaceFile {
+public:
+    using Maker = std::function<QWidget *(QWidget *parent)>;
+
+    /// What came of a file.
+    struct Loaded {
+        std::unique_ptr<QWidget> root; ///< its top widget; null after a failure
+        QString error;                 ///< for the log; empty after a success
+    };
+
+    /// Lets interface files make widgets of this class. The last maker of a class stays.
+    static void registerMaker(const QString &className, const Maker &maker);
+
+    /// registerWidget<KORVENFolderCellView>("KORVENFolderCellView"): made by the constructor that
+    /// takes the parent.
+    template <typename Widget>
+    static void registerWidget(QAnyStringView className)
+    {
+        registerMaker(className.toString(),
+                      [](QWidget *parent) -> QWidget * { return new Widget(parent); });
+    }
+
+    /// Makes the widgets of the file with this name ("KORVENFolderCell"). Fails for a file that is
+    /// not there or not well formed, and for one with a class that nobody registered.
+    ///
+    /// A parent owns the top widget as well: release() it, unless the parent outlives the result.
+    [[nodiscard]] static Loaded load(QAnyStringView name, QWidget *parent = nullptr);
+};
+
+/// A control of an interface file and what it does.
+struct WiredAction {
+    QAnyStringView name; ///< the object name of a button or an action; not copied
+    std::function<void()> run;
+};
+
+/// Makes each button (when clicked) and each action (when triggered) below `root` run its function,
+/// for as long as `context` lives. Returns the names that neither a button nor an action has.
+[[nodiscard]] QStringList wireActions(QWidget &root, const QObject &context,
+                                      const std::vector<WiredAction> &actions);
+
+/// The object with this name and type: `root` or one below it. Null if there is none, after a line
+/// in the log that says what is missing.
+template <typename Object>
+[[nodiscard]] Object *findOutlet(QWidget &root, QAnyStringView name);
+
+/// The same for what has to be there: the program ends with that line if it is not. Interface files
+/// are part of the program, so it takes a mistake of ours to end here, which the test of the screen
+/// finds.
+template <typename Object>
+[[nodiscard]] Object &outlet(QWidget &root, QAnyStringView name);
+
+// What the templates say in such a case.
+[[nodiscard]] QString missingOutletText(const QWidget &root, const char *className,
+                                        const QString &name);
+void logMissingOutlet(const QString &text);
+[[noreturn]] void endForMissingOutlet(const QString &text);
+
+template <typename Object>
+Object *lookUpOutlet(QWidget &root, const QString &name)
+{
+    auto *found = root.objectName() == name ? qobject_cast<Object *>(&root) : nullptr;
+    return found != nullptr ? found : root.findChild<Object *>(name);
+}
+
+template <typename Object>
+Object *findOutlet(QWidget &root, QAnyStringView name)
+{
+    const QString text = name.toString();
+    auto *found = lookUpOutlet<Object>(root, text);
+    if (found == nullptr) {
+        logMissingOutlet(missingOutletText(root, Object::staticMetaObject.className(), text));
+    }
+    return found;
+}
+
+template <typename Object>
+Object &outlet(QWidget &root, QAnyStringView name)
+{
+    const QString text = name.toString();
+    auto *found = lookUpOutlet<Object>(root, text);
+    if (found == nullptr) {
+        endForMissingOutlet(missingOutletText(root, Object::staticMetaObject.className(), text));
+    }
+    return *found;
+}
+
+} // namespace tessaly

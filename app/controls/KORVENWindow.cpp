@@ -1,0 +1,249 @@
+#include "app/controls/KORVENWindow.hpp"
+
+#include "app/controls/KORVENTitleView.hpp"
+#include "app/controls/TitleBarButton.hpp"
+#include "app/controls/WindowEdges.hpp"
+#include "app/controls/WindowMenu.hpp"
+#include "app/controls/WindowPlacement.hpp"
+
+#include <QColor>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QShortcut>
+#include <QStyleHints>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+constexpr QSize firstSize{1080, 700};
+constexpr float backgroundGrey = 0.36718F;
+
+bool isInTitleBar(QPoint point, QSize window)
+{
+    return titleBarRect(window).contains(point);
+}
+
+} // namespace
+
+KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_surface(surface),
+      m_layout(new QVBoxLayout(this)), m_titleView(new KORVENTitleView(this)),
+      m_windowMenu(new WindowMenu(this))
+{
+    setWindowTitle(u"Tessaly"_s);
+    if (surface == Surface::composited) {
+        setAttribute(Qt::WA_TranslucentBackground);
+    }
+    m_layout->setContentsMargins(0, titleBarHeight, 0, 0);
+    m_layout->setSpacing(0);
+    makeButtons();
+    m_edges = new WindowEdges(this);
+    makeShortcuts();
+    setMinimumSize(smallestWindow);
+    resize(constrainFrameRect({{}, firstSize}, screen()).size());
+    updateShape();
+}
+
+void KORVENWindow::makeButtons()
+{
+    const auto addButton = [this](TitleBarPart part, const QString &name) {
+        auto *button = new TitleBarButton(part, name, this);
+        m_buttons.append(button);
+        return button;
+    };
+    m_menuButton = addButton(TitleBarPart::applicationMenu, tr("Menu"));
+    m_menuButton->hide();
+    connect(addButton(TitleBarPart::minimize, tr("Minimize")), &QPushButton::clicked, this,
+            &QWidget::showMinimized);
+    connect(addButton(TitleBarPart::zoom, tr("Zoom")), &QPushButton::clicked, this,
+            &KORVENWindow::zoom);
+    connect(addButton(TitleBarPart::close, tr("Close")), &QPushButton::clicked, this,
+            &QWidget::close);
+}
+
+void KORVENWindow::makeShortcuts()
+{
+    const auto *windowMenuKey = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Space), this);
+    connect(windowMenuKey, &QShortcut::activated, this, [this] {
+        m_windowMenu->showAt(mapToGlobal(QPoint(resizeMargin, titleBarHeight)), true);
+    });
+    const auto *applicationMenuKey = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    connect(applicationMenuKey, &QShortcut::activated, m_menuButton, [this] {
+        if (m_menuButton->isVisible()) {
+            m_menuButton->showMenu();
+        }
+    });
+}
+
+void KORVENWindow::setContentWidget(QWidget *content)
+{
+    if (content == m_content) {
+        return;
+    }
+    delete m_content;
+    m_content = content;
+    if (content != nullptr) {
+        m_layout->addWidget(content);
+        m_edges->raise();
+    }
+}
+
+void KORVENWindow::setApplicationMenu(QMenu *menu)
+{
+    m_menuButton->setMenu(menu);
+    m_menuButton->setVisible(menu != nullptr);
+    if (menu != nullptr) {
+        connect(menu, &QObject::destroyed, m_menuButton, [this, menu] {
+            if (m_menuButton->menu() == menu) { // and not one that has been set since
+                setApplicationMenu(nullptr);
+            }
+        });
+    }
+}
+
+QRect KORVENWindow::constrainFrameRect(const QRect &frame, const QScreen *screen) const
+{
+    if (m_constrainingToScreenSuspended || screen == nullptr) {
+        return frame;
+    }
+    return frameWithin(frame, screen->availableGeometry());
+}
+
+void KORVENWindow::zoom()
+{
+    if (fillsScreen()) {
+        showNormal();
+    } else {
+        showMaximized();
+    }
+}
+
+QByteArray KORVENWindow::placement() const
+{
+    return WindowPlacement{fillsScreen() ? normalGeometry() : geometry(), isMaximized()}.bytes();
+}
+
+bool KORVENWindow::restorePlacement(const QByteArray &bytes)
+{
+    const std::optional<WindowPlacement> placement = WindowPlacement::fromBytes(bytes);
+    if (!placement) {
+        return false;
+    }
+    QList<QRect> areas;
+    if (const QScreen *primary = QGuiApplication::primaryScreen()) {
+        for (const QScreen *screen : primary->virtualSiblings()) {
+            areas.append(screen->availableGeometry());
+        }
+    }
+    setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
+    setGeometry(frameOnScreens(placement->frame, areas));
+    if (placement->isMaximized) {
+        setWindowState(windowState() | Qt::WindowMaximized);
+    }
+    return true;
+}
+
+void KORVENWindow::mousePressEvent(QMouseEvent *event)
+{
+    const QPoint place = event->position().toPoint();
+    if (event->button() == Qt::LeftButton && isInTitleBar(place, size())) {
+        m_pressedTitle = place;
+    }
+}
+
+void KORVENWindow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_pressedTitle || !event->buttons().testFlag(Qt::LeftButton)) {
+        return;
+    }
+    const QPoint way = event->position().toPoint() - *m_pressedTitle;
+    if (way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance()) {
+        return; // moving at once would keep the second press of a double click from us
+    }
+    // The desktop has the pointer from here on, and its button's release may never be told here.
+    m_pressedTitle.reset();
+    if (QWindow *handle = windowHandle()) {
+        handle->startSystemMove();
+    }
+}
+
+void KORVENWindow::mouseReleaseEvent(QMouseEvent * /*event*/)
+{
+    m_pressedTitle.reset();
+}
+
+void KORVENWindow::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    m_pressedTitle.reset();
+    if (event->button() == Qt::LeftButton && isInTitleBar(event->position().toPoint(), size())) {
+        zoom();
+    }
+}
+
+void KORVENWindow::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() == QContextMenuEvent::Mouse && isInTitleBar(event->pos(), size())) {
+        m_windowMenu->showAt(event->globalPos(), false);
+    } else {
+        event->ignore();
+    }
+}
+
+void KORVENWindow::resizeEvent(QResizeEvent * /*event*/)
+{
+    m_titleView->setGeometry(rect());
+    for (TitleBarButton *button : std::as_const(m_buttons)) {
+        button->setGeometry(titleBarPartRect(button->part(), width()));
+    }
+    m_edges->setGeometry(rect());
+}
+
+void KORVENWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::WindowStateChange) {
+        m_pressedTitle.reset();
+        updateShape();
+    }
+    if (event->type() == QEvent::ActivationChange) {
+        // Only the window is told, and its title bar is what shows it.
+        m_titleView->update();
+        for (TitleBarButton *button : std::as_const(m_buttons)) {
+            button->update();
+        }
+    }
+    QWidget::changeEvent(event);
+}
+
+bool KORVENWindow::roundsCorners() const
+{
+    return m_surface == Surface::composited && !fillsScreen();
+}
+
+void KORVENWindow::updateShape()
+{
+    m_titleView->setCornerRadius(roundsCorners() ? windowCornerRadius : 0.0);
+    m_edges->setRoundsCorners(roundsCorners());
+    m_edges->setVisible(!fillsScreen());
+    update();
+}
+
+void KORVENWindow::paintEvent(QPaintEvent * /*event*/)
+{
+    // The rim takes away what must not be seen of the corners.
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor::fromRgbF(backgroundGrey, backgroundGrey, backgroundGrey));
+}
+
+} // namespace tessaly

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/controls/ClickableView.hpp"
+
+#include <QString>
+
+namespace tessaly {
+
+/// A line of text that is shortened in the middle where there is no room for it, and that may be
+/// clicked. For names and paths: text() is the text as it was set, of which every character counts;
+/// what cannot be shown, or would turn the direction of the text, is drawn as a question mark.
+class NameLabel : public ClickableView {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text WRITE setText)
+    Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
+
+public:
+    explicit NameLabel(QWidget *parent = nullptr);
+
+    [[nodiscard]] const QString &text() const noexcept { return m_text; }
+    void setText(const QString &text);
+
+    [[nodiscard]] Qt::Alignment alignment() const noexcept { return m_alignment; }
+    void setAlignment(Qt::Alignment alignment);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    /// The text, not the room beside it.
+    [[nodiscard]] QRect clickableRect() const override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_text;
+    QString m_shownText;
+    Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
+};
+
+/// The text as it is drawn: without what has no look of its own.
+[[nodiscard]] QString drawableText(const QString &text);
+
+} // namespace tessaly

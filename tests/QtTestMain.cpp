@@ -1,0 +1,17 @@
+// The main function of tests that need a QApplication: on a screen in memory, in a language and a
+// look that are the same everywhere.
+
+#include <QApplication>
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+int main(int argumentCount, char **arguments)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_MEDIA_BACKEND", "ffmpeg");
+    testing::InitGoogleTest(&argumentCount, arguments);
+    QLocale::setDefault(QLocale::c());
+    const QApplication application(argumentCount, arguments);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,243 @@
+// The main window with a window manager that people use: what only the two can do together.
+
+#include "app/controls/KORVENWindow.hpp"
+#include "tests/platform/linux/StartedProgram.hpp"
+#include "tests/platform/linux/VirtualDisplay.hpp"
+
+#include <QApplication>
+#include <QMenu>
+#include <QProcess>
+#include <QStringList>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+namespace {
+
+int xdotool(const QStringList &words)
+{
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(u"xdotool"_s, words);
+    return process.waitForFinished(-1) ? process.exitCode() : -1;
+}
+
+/// How long something may take on a machine that has much else to do.
+constexpr int patienceMs = 30'000;
+
+/// A display with a window manager, which Qt takes for its own. One for the whole process.
+class ManagedDisplay {
+public:
+    ManagedDisplay()
+    {
+        setenv("DISPLAY", m_display.name().c_str(), 1);
+        setenv("QT_QPA_PLATFORM", "xcb", 1);
+        m_manager.emplace(std::vector<std::string>{"openbox", "--sm-disable"});
+        // It says which desktop it shows once it is ready to manage windows.
+        while (xdotool({u"get_desktop"_s}) != 0 && m_manager->isRunning()) {}
+    }
+
+    /// What is missing for one; empty when nothing is.
+    [[nodiscard]] static std::string missing()
+    {
+        for (const char *program : {"Xvfb", "openbox", "xdotool"}) {
+            if (!StartedProgram::isInstalled(program)) {
+                return program;
+            }
+        }
+        return {};
+    }
+
+private:
+    VirtualDisplay m_display{"1280x900x24"};
+    std::optional<StartedProgram> m_manager;
+};
+
+class WindowManagerTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (const std::string missing = ManagedDisplay::missing(); !missing.empty()) {
+            GTEST_SKIP() << "needs " << missing;
+        }
+        m_window.emplace(KORVENWindow::Surface::opaque);
+        m_window->setGeometry(before);
+        m_window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, patienceMs));
+        // A manager that has only just begun may not give the keyboard to a new window by itself.
+        for (int i = 0; i < 20 && !QTest::qWaitForWindowActive(&*m_window, 2'000); ++i) {
+            m_window->activateWindow();
+        }
+        ASSERT_TRUE(m_window->isActiveWindow());
+        ASSERT_TRUE(waitForFrame(before));
+    }
+
+    [[nodiscard]] bool waitForFrame(const QRect &frame) const
+    {
+        return QTest::qWaitFor([&] { return m_window->geometry() == frame; }, patienceMs);
+    }
+
+    /// Moves the pointer to a place of the screen, and waits until it is there.
+    static void point(QPoint place)
+    {
+        EXPECT_EQ(xdotool({u"mousemove"_s, u"--sync"_s, QString::number(place.x()),
+                           QString::number(place.y())}),
+                  0);
+    }
+
+    /// Presses the left button at a place of the screen and, once the window knows, moves the
+    /// pointer on to `start`, where the manager is to take it over; from there drags to `end`.
+    void drag(QPoint press, QPoint start, QPoint end)
+    {
+        for (int attempt = 0; attempt < 5 && !isTakenOver(press, start); ++attempt) {
+            EXPECT_EQ(xdotool({u"mouseup"_s, u"1"_s}), 0);
+        }
+        point(end);
+        EXPECT_EQ(xdotool({u"mouseup"_s, u"1"_s}), 0);
+    }
+
+    /// Presses the button, and moves on to `start`; whether the manager takes the drag over.
+    bool isTakenOver(QPoint press, QPoint start)
+    {
+        point(press);
+        EXPECT_EQ(xdotool({u"mousedown"_s, u"1"_s}), 0);
+        EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::mouseButtons() == Qt::LeftButton; },
+                                    patienceMs));
+        if (start != press) {
+            point(start);
+        }
+        // The manager takes the keyboard along with the pointer.
+        return QTest::qWaitFor([&] { return !m_window->isActiveWindow(); }, 3'000);
+    }
+
+    static constexpr QRect before{100, 80, 800, 560};
+    std::optional<KORVENWindow> m_window;
+};
+
+TEST_F(WindowManagerTest, theWindowHasNoFrameAround)
+{
+    EXPECT_EQ(m_window->frameGeometry(), before);
+}
+
+TEST_F(WindowManagerTest, draggingTheTitleMovesTheWindow)
+{
+    drag({400, 97}, {420, 97}, {480, 157});
+    EXPECT_TRUE(waitForFrame(before.translated(60, 60)));
+}
+
+TEST_F(WindowManagerTest, theTitleCanBeDraggedAgain)
+{
+    drag({400, 97}, {420, 97}, {480, 157});
+    ASSERT_TRUE(waitForFrame(before.translated(60, 60)));
+    // Without a press the pointer passes over the title and moves nothing.
+    point({420, 160});
+    point({520, 170});
+    m_window->setGeometry(before);
+    ASSERT_TRUE(waitForFrame(before));
+    drag({400, 97}, {420, 97}, {460, 127});
+    EXPECT_TRUE(waitForFrame(before.translated(40, 30)));
+}
+
+TEST_F(WindowManagerTest, draggingAnEdgeResizesTheWindow)
+{
+    drag({897, 400}, {897, 400}, {957, 440});
+    EXPECT_TRUE(waitForFrame(before.adjusted(0, 0, 60, 0)));
+}
+
+TEST_F(WindowManagerTest, draggingACornerResizesTheWindowBothWays)
+{
+    drag({102, 637}, {102, 637}, {62, 677});
+    EXPECT_TRUE(waitForFrame(before.adjusted(-40, 0, 0, 40)));
+}
+
+TEST_F(WindowManagerTest, theWindowIsNotMadeSmallerThanItsLeast)
+{
+    drag({897, 400}, {897, 400}, {600, 400});
+    EXPECT_TRUE(waitForFrame(QRect(before.topLeft(), QSize(760, before.height()))));
+}
+
+TEST_F(WindowManagerTest, aDoubleClickOnTheTitleMaximisesAndAnotherRestores)
+{
+    point({400, 97});
+    const QStringList doubleClick{u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"50"_s, u"1"_s};
+    EXPECT_EQ(xdotool(doubleClick), 0);
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return m_window->isMaximized() && m_window->y() == 0; }, patienceMs));
+    EXPECT_TRUE(waitForFrame(QRect(0, 0, 1280, 900)));
+
+    point({400, 17});
+    EXPECT_EQ(xdotool(doubleClick), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window->isMaximized(); }, patienceMs));
+    EXPECT_TRUE(waitForFrame(before));
+}
+
+TEST_F(WindowManagerTest, aRightClickOnTheTitleOpensTheMenuAtThePointer)
+{
+    point({400, 97});
+    EXPECT_EQ(xdotool({u"click"_s, u"3"_s}), 0);
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
+    EXPECT_EQ(QApplication::activePopupWidget()->pos(), QPoint(400, 97));
+    EXPECT_EQ(xdotool({u"key"_s, u"x"_s}), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window->isMaximized(); }, patienceMs));
+}
+
+TEST_F(WindowManagerTest, theProgramsMenuOpensByItsButtonAndThenByItsKey)
+{
+    QMenu menu;
+    menu.addAction(u"Item"_s);
+    m_window->setApplicationMenu(&menu);
+    point(before.topLeft() + QPoint(19, 17));
+    EXPECT_EQ(xdotool({u"click"_s, u"1"_s}), 0);
+    // The button runs a loop of its own while its menu is open.
+    int openings = 0;
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu, &openings] {
+        ++openings;
+        QMetaObject::invokeMethod(&menu, &QMenu::close, Qt::QueuedConnection);
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 1 && !menu.isVisible(); }, patienceMs));
+    EXPECT_EQ(xdotool({u"key"_s, u"F10"_s}), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 2 && !menu.isVisible(); }, patienceMs));
+}
+
+TEST_F(WindowManagerTest, comesBackWhereItWas)
+{
+    const QRect frame(300, 200, 780, 500);
+    m_window->setGeometry(frame);
+    ASSERT_TRUE(waitForFrame(frame));
+    m_window->showMaximized();
+    ASSERT_TRUE(waitForFrame(QRect(0, 0, 1280, 900)));
+    const QByteArray placement = m_window->placement();
+
+    m_window.emplace(KORVENWindow::Surface::opaque);
+    ASSERT_TRUE(m_window->restorePlacement(placement));
+    m_window->show();
+    ASSERT_TRUE(waitForFrame(QRect(0, 0, 1280, 900)));
+    m_window->showNormal();
+    EXPECT_TRUE(waitForFrame(frame));
+}
+
+} // namespace
+} // namespace tessaly
+
+int main(int argumentCount, char **arguments)
+{
+    testing::InitGoogleTest(&argumentCount, arguments);
+    using tessaly::ManagedDisplay;
+    std::optional<ManagedDisplay> display;
+    // Neither a list of the tests nor tests that are skipped need one.
+    if (testing::GTEST_FLAG(list_tests) || !ManagedDisplay::missing().empty()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else {
+        display.emplace();
+    }
+    const QApplication application(argumentCount, arguments);
+    return RUN_ALL_TESTS();
+}
