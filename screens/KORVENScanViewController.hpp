@@ -1,0 +1,60 @@
+#pragma once
+
+#include "screens/ResultViewController.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tessaly {
+
+class KORVENHistoryItem;
+class NamedException;
+
+/// The screen on which the user scans any folder. It shows the most recent recorded scan when the
+/// program starts, and any other one that is reopened; every scan that completes is recorded.
+class KORVENScanViewController final : public ResultViewController {
+    Q_OBJECT
+
+public:
+    explicit KORVENScanViewController(
+        const QString &nibName = QStringLiteral("KORVENScanViewController"));
+    ~KORVENScanViewController() override;
+    KORVENScanViewController(const KORVENScanViewController &) = delete;
+    KORVENScanViewController &operator=(const KORVENScanViewController &) = delete;
+    KORVENScanViewController(KORVENScanViewController &&) = delete;
+    KORVENScanViewController &operator=(KORVENScanViewController &&) = delete;
+
+    /// Asks for a folder and scans it. Requires: no scan is running.
+    void scanButtonPressed() override;
+
+    /// Shows the recorded scan with this key. Requires: no scan is running.
+    void loadHistoryItem(std::string_view scanKey);
+
+    void quickLookItem(std::string_view path) override;
+
+    /// The key of the scan that is shown, empty when it has none.
+    [[nodiscard]] const std::string &uuid() const noexcept { return m_uuid; }
+
+    /// A file of the documents folder that nothing is written to.
+    [[nodiscard]] static std::string itemArchivePath();
+
+private:
+    [[nodiscard]] std::optional<Result> loadScanResults() override;
+    [[nodiscard]] Result completedScan(const std::shared_ptr<ScanTree> &tree) override;
+    void notifyCompleted() override;
+    void notifyCanceled() override;
+    [[nodiscard]] std::string pathBelow(const std::string &folder,
+                                        std::string_view name) const override;
+    [[nodiscard]] QString trashImageName(const KORVENFolderObject &row) const override;
+    void showEmptyStart() override;
+    void resultWasShown(const Result &result) override;
+
+    [[nodiscard]] static Result historyProblem(const NamedException &exception);
+    [[nodiscard]] static Result recordedScan(const KORVENHistoryItem &record);
+    static void record(const std::shared_ptr<ScanTree> &tree, const KORVENHistoryItem &item);
+
+    std::string m_uuid;
+};
+
+} // namespace tessaly

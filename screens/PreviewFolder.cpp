@@ -1,0 +1,44 @@
+#include "screens/PreviewFolder.hpp"
+
+#include "engine/DirectoryListing.hpp"
+#include "engine/FileDescriptor.hpp"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+bool isFolder(int parent, const DirectoryEntry &entry)
+{
+    if (entry.type != DT_LNK && entry.type != DT_UNKNOWN) {
+        return entry.type == DT_DIR;
+    }
+    struct stat status;
+    return fstatat(parent, entry.name.data(), &status, AT_NO_AUTOMOUNT) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+std::vector<PreviewFolderEntry> previewFolderEntries(const std::string &path)
+{
+    std::vector<PreviewFolderEntry> entries;
+    const FileDescriptor folder(
+        open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
+    if (!folder.isOpen()) {
+        return entries;
+    }
+    DirectoryListing listing;
+    listing.open(folder.number());
+    while (const DirectoryEntry *entry = listing.next()) {
+        if (!entry->name.starts_with('.')) {
+            entries.push_back({std::string(entry->name), isFolder(folder.number(), *entry)});
+        }
+    }
+    return entries;
+}
+
+} // namespace tessaly
