@@ -9,11 +9,13 @@
 # them.
 
 set(TESSALY_LAYERS
-    engine platform platform_linux resources delegate controls history screens drives window)
+    engine platform platform_linux preview resources delegate controls history screens drives
+    window)
 
 set(TESSALY_FOLDER_engine          engine)
 set(TESSALY_FOLDER_platform        platform)
 set(TESSALY_FOLDER_platform_linux  platform/linux)
+set(TESSALY_FOLDER_preview         platform/preview)
 set(TESSALY_FOLDER_resources       resources)
 set(TESSALY_FOLDER_delegate        app/delegate)
 set(TESSALY_FOLDER_controls        app/controls)
@@ -24,10 +26,11 @@ set(TESSALY_FOLDER_window          app/window)
 
 set(TESSALY_MAY_USE_engine)
 set(TESSALY_MAY_USE_platform)
-set(TESSALY_MAY_USE_platform_linux  platform)
+set(TESSALY_MAY_USE_platform_linux  engine platform)
+set(TESSALY_MAY_USE_preview         engine platform)
 set(TESSALY_MAY_USE_resources)
 set(TESSALY_MAY_USE_delegate        engine platform)
-set(TESSALY_MAY_USE_controls        platform resources delegate)
+set(TESSALY_MAY_USE_controls        engine platform resources delegate)
 set(TESSALY_MAY_USE_history         engine platform resources delegate controls)
 set(TESSALY_MAY_USE_screens         engine platform resources delegate controls history)
 set(TESSALY_MAY_USE_drives          engine platform resources delegate controls screens)

@@ -155,7 +155,8 @@ def includes_follow_the_layers(tree):
     folders, may_use = tree.layers()
     layers = {folder: layer for layer, folder in folders.items()}
     for path in tree.with_ending(SOURCES):
-        layer = tree.layer_of(path)
+        # A program stands on top of all layers, wherever its main.cpp lies.
+        layer = None if os.path.basename(path) == "main.cpp" else tree.layer_of(path)
         for number, line in tree.numbered(path):
             found = INCLUDE.match(line)
             if not found or found.group(1) != '"':
@@ -216,7 +217,7 @@ def readme_lists_the_packages(tree):
     setup, readme = os.path.join("tools", "setup"), "README.md"
     if setup not in tree.paths or readme not in tree.paths:
         return
-    rows = re.findall(r"^([a-z0-9.+-]+) +(?:build|test|bench|check|fuzz) +\S", "\n".join(
+    rows = re.findall(r"^([a-z0-9.+-]+) +(?:build|test|tour|bench|check|fuzz) +\S", "\n".join(
         tree.lines(setup)), re.MULTILINE)
     text = "\n".join(tree.lines(readme))
     for package in sorted(set(rows)):
