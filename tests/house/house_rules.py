@@ -122,6 +122,20 @@ def sources_have_headers(tree):
             yield path, 1, f"declare what it defines in {header}"
 
 
+def sources_include_their_header_first(tree):
+    """Which proves that the header needs nothing before it."""
+    for path in tree.with_ending(".cpp"):
+        header = path[: -len(".cpp")] + ".hpp"
+        if not tree.layer_of(path) or header not in tree.paths:
+            continue
+        for number, line in tree.numbered(path):
+            found = INCLUDE.match(line)
+            if found:
+                if found.group(2) != header:
+                    yield path, number, f'include "{header}" before anything else'
+                break
+
+
 def sources_are_built(tree):
     listed = {}  # folder with a CMakeLists.txt: the words in it
     for path in tree.paths:
@@ -217,8 +231,11 @@ def readme_lists_the_packages(tree):
     setup, readme = os.path.join("tools", "setup"), "README.md"
     if setup not in tree.paths or readme not in tree.paths:
         return
-    rows = re.findall(r"^([a-z0-9.+-]+) +(?:build|test|tour|bench|check|fuzz) +\S", "\n".join(
-        tree.lines(setup)), re.MULTILINE)
+    rows = re.findall(
+        r"^([a-z0-9.+-]+) +(?:build|test|tour|bench|package|check|fuzz) +\S",
+        "\n".join(tree.lines(setup)),
+        re.MULTILINE,
+    )
     text = "\n".join(tree.lines(readme))
     for package in sorted(set(rows)):
         if f"`{package}`" not in text:
@@ -232,6 +249,7 @@ RULES = (
     nothing_is_left_open,
     names_say_something,
     sources_have_headers,
+    sources_include_their_header_first,
     sources_are_built,
     engine_has_no_qt,
     includes_follow_the_layers,

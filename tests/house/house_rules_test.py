@@ -85,6 +85,12 @@ class HouseRulesTest(unittest.TestCase):
     def test_a_source_without_header(self):
         self.refuses({"engine/Foo.hpp": None}, "declare what it defines in engine/Foo.hpp")
 
+    def test_a_source_that_includes_something_before_its_header(self):
+        self.refuses(
+            {"engine/Foo.cpp": '#include <vector>\n#include "engine/Foo.hpp"\n'},
+            'engine/Foo.cpp:1: include "engine/Foo.hpp" before anything else',
+        )
+
     def test_a_source_that_is_not_built(self):
         self.refuses(
             {"tests/engine/BarTest.cpp": "\n"},
@@ -104,19 +110,22 @@ class HouseRulesTest(unittest.TestCase):
 
     def test_qt_in_the_engine(self):
         for header in ("QString", "QtCore/QString", "QtGlobal"):
-            self.refuses({"engine/Foo.cpp": f"#include <{header}>\n"}, "the engine has no Qt")
+            text = f"#pragma once\n#include <{header}>\n"
+            self.refuses({"engine/Foo.hpp": text}, "the engine has no Qt")
 
     def test_an_include_against_the_layers(self):
         self.refuses(
-            {"history/Bar.cpp": '#include "app/window/Main.hpp"\n'},
-            'history/Bar.cpp:1: layer "history" may not use layer "window" (but: engine)',
+            {"history/Bar.hpp": '#pragma once\n#include "app/window/Main.hpp"\n'},
+            'history/Bar.hpp:2: layer "history" may not use layer "window" (but: engine)',
         )
 
     def test_an_include_of_test_code_in_a_layer(self):
-        self.refuses({"engine/Foo.cpp": '#include "tests/fakes/Foo.hpp"\n'}, "is for programs only")
+        text = '#pragma once\n#include "tests/fakes/Foo.hpp"\n'
+        self.refuses({"engine/Foo.hpp": text}, "is for programs only")
 
     def test_an_include_that_does_not_start_at_the_root(self):
-        self.refuses({"engine/Foo.cpp": '#include "Foo.hpp"\n'}, '"folder/Foo.hpp"')
+        text = '#pragma once\n#include "Foo.hpp"\n'
+        self.refuses({"engine/Foo.hpp": text}, '"folder/Foo.hpp"')
 
     def test_a_condition_on_the_system(self):
         self.refuses({"engine/Foo.cpp": "#ifdef __linux__\n"}, "no conditions on the system here")
