@@ -8,6 +8,8 @@
 
 namespace tessaly {
 
+class MountTable;
+
 /// Where below a scanned folder something is mounted, so that a scan need not ask at every folder
 /// what file system it has come to.
 ///
@@ -30,8 +32,8 @@ public:
     /// when the list or the folder's real path cannot be read.
     static KernelMounts below(int folder, const std::string &mountInfoPath);
 
-    /// The same from the list's text and the folder's real path.
-    static KernelMounts fromText(std::string_view mountInfo, std::string_view folderPath);
+    /// The same from a list that was read and the folder's real path.
+    static KernelMounts fromTable(const MountTable &table, std::string_view folderPath);
 
     /// Whether a folder's file system has to be asked for before the folder is opened.
     [[nodiscard]] bool mustAsk(const Place *place) const noexcept

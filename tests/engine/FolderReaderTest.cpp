@@ -1,5 +1,6 @@
 #include "engine/FolderReader.hpp"
 
+#include "engine/MountTable.hpp"
 #include "engine/ScanTree.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/engine/TreeLines.hpp"
@@ -25,7 +26,7 @@ protected:
     const TemporaryFolder m_folder;
     ScanTree m_tree;
     const ScanTree::ArenaLease m_arena = m_tree.leaseArena();
-    const KernelMounts m_mounts = KernelMounts::fromText("", "/");
+    const KernelMounts m_mounts = KernelMounts::fromTable({}, "/");
     DescriptorBudget m_budget;
     DescriptorShare m_share{m_budget};
     FolderReader m_reader{m_mounts, *m_arena, m_share};

@@ -1,6 +1,7 @@
 #include "engine/FolderWalk.hpp"
 
 #include "engine/LUMThreadedScanner.hpp"
+#include "engine/MountTable.hpp"
 #include "tests/engine/ChildProcess.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/engine/TreeLines.hpp"
@@ -25,7 +26,7 @@ using Lines = std::vector<std::string>;
 Lines linesWithSmallestShare(const TemporaryFolder &folder)
 {
     ScanState scan;
-    scan.mounts = KernelMounts::fromText("", "/");
+    scan.mounts = KernelMounts::fromTable({}, "/");
     scan.budget.provide(DescriptorBudget::smallestShare);
     {
         DescriptorShare share(scan.budget, scan.cancelScanFlag);

@@ -1,5 +1,6 @@
 #include "engine/KernelMounts.hpp"
 
+#include "engine/MountTable.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,11 @@
 namespace tessaly {
 
 namespace {
+
+KernelMounts mountsFrom(std::string_view text, std::string_view folderPath)
+{
+    return KernelMounts::fromTable(MountTable::fromText(text), folderPath);
+}
 
 std::string line(const std::string &mountPoint, const std::string &type = "ext4")
 {
@@ -26,7 +32,7 @@ TEST(KernelMounts, mustAskEverywhereWhenNothingIsKnown)
 
 TEST(KernelMounts, mustAskOnlyOnTheWayToMountPoints)
 {
-    const auto mounts = KernelMounts::fromText(
+    const auto mounts = mountsFrom(
         line("/") + line("/home") + line("/home/me/a/b") + line("/home/mean"), "/home/me");
 
     const KernelMounts::Place *a = KernelMounts::inside(mounts.top(), "a");
@@ -43,7 +49,7 @@ TEST(KernelMounts, mustAskOnlyOnTheWayToMountPoints)
 
 TEST(KernelMounts, haveNoTopWhereNothingIsMountedBelow)
 {
-    const auto mounts = KernelMounts::fromText(line("/") + line("/proc", "proc"), "/usr");
+    const auto mounts = mountsFrom(line("/") + line("/proc", "proc"), "/usr");
 
     EXPECT_EQ(mounts.top(), nullptr);
     EXPECT_FALSE(mounts.mustAsk(mounts.top()));
@@ -52,7 +58,7 @@ TEST(KernelMounts, haveNoTopWhereNothingIsMountedBelow)
 
 TEST(KernelMounts, workForTheWholeFileSystem)
 {
-    const auto mounts = KernelMounts::fromText(line("/") + line("/proc", "proc"), "/");
+    const auto mounts = mountsFrom(line("/") + line("/proc", "proc"), "/");
 
     ASSERT_NE(mounts.top(), nullptr);
     EXPECT_NE(KernelMounts::inside(mounts.top(), "proc"), nullptr);
@@ -61,8 +67,8 @@ TEST(KernelMounts, workForTheWholeFileSystem)
 
 TEST(KernelMounts, readEscapedNames)
 {
-    const auto mounts = KernelMounts::fromText(
-        line("/s/a\\040b") + line("/s/\\134\\012\\011\\043") + line("/s/\\04"), "/s");
+    const auto mounts =
+        mountsFrom(line("/s/a\\040b") + line("/s/\\134\\012\\011\\043") + line("/s/\\04"), "/s");
 
     EXPECT_NE(KernelMounts::inside(mounts.top(), "a b"), nullptr);
     EXPECT_NE(KernelMounts::inside(mounts.top(), "\\\n\t#"), nullptr);
@@ -71,15 +77,15 @@ TEST(KernelMounts, readEscapedNames)
 
 TEST(KernelMounts, knowWhetherAnythingMountsItself)
 {
-    EXPECT_TRUE(KernelMounts::fromText(line("/net", "autofs"), "/usr").mayAutomount());
-    EXPECT_FALSE(KernelMounts::fromText(line("/autofs", "ext4"), "/usr").mayAutomount());
+    EXPECT_TRUE(mountsFrom(line("/net", "autofs"), "/usr").mayAutomount());
+    EXPECT_FALSE(mountsFrom(line("/autofs", "ext4"), "/usr").mayAutomount());
 }
 
 TEST(KernelMounts, takeBrokenLinesAsTheyAre)
 {
     for (const std::string text : {"", "\n\n", "36", "36 35 98:0 / ", "36 35 98:0 / /s/a", " - ",
                                    "- - - - - - autofs", "a b c d /s/a e - "}) {
-        const auto mounts = KernelMounts::fromText(text, "/s");
+        const auto mounts = mountsFrom(text, "/s");
         EXPECT_FALSE(mounts.mustAsk(nullptr)) << text;
     }
 }

@@ -1,6 +1,7 @@
 // Scans that are cancelled while a walk is in the middle of a folder, or cannot get on.
 
 #include "engine/LUMThreadedScanner.hpp"
+#include "engine/MountTable.hpp"
 #include "tests/engine/ChildProcess.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/engine/TreeLines.hpp"
@@ -129,7 +130,7 @@ TEST(LUMThreadedScannerCancel, stopsAWalkInTheMiddleOfALargeFolder)
         folder.file("d/" + std::string(200, 'n') + std::to_string(i));
     }
     const auto scan = std::make_shared<ScanState>();
-    scan->mounts = KernelMounts::fromText("", folder.path());
+    scan->mounts = KernelMounts::fromTable({}, folder.path());
     scan->budget.provide(DescriptorBudget::smallestShare);
     auto &d = scan->tree->leaseArena()->make<LUMFileContainer>("d", std::uint64_t{0});
     scan->tree->root().subitems().append(d);
