@@ -2,6 +2,7 @@
 
 namespace tessaly {
 
+class ApplicationLauncher;
 class DateTexts;
 class DocumentsFolder;
 class FileManager;
@@ -11,6 +12,9 @@ class Notifier;
 class PreviewPanels;
 class SettingsStore;
 class SystemRelease;
+class UrlOpener;
+class UserAccount;
+class VolumeService;
 
 /// What the program asks of a desktop, all of it. The services outlive whoever was handed the set.
 struct Services {
@@ -23,6 +27,10 @@ struct Services {
     PreviewPanels &previewPanels;
     FileManager &fileManager;
     FolderChooser &folderChooser;
+    UserAccount &account;
+    VolumeService &volumes;
+    ApplicationLauncher &applications;
+    UrlOpener &urls;
 };
 
 } // namespace tessaly

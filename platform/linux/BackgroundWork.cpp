@@ -40,11 +40,19 @@ BackgroundWork::Poster BackgroundWork::poster() const
 
 void BackgroundWork::start(std::function<void()> work)
 {
+    if (!tryStart(work)) {
+        work();
+    }
+}
+
+bool BackgroundWork::tryStart(const std::function<void()> &work)
+{
     try {
         std::thread(work).detach();
     } catch (const std::system_error &) {
-        work();
+        return false;
     }
+    return true;
 }
 
 } // namespace tessaly

@@ -32,6 +32,9 @@ public:
     /// leaves the system's calls and posters.
     static void start(std::function<void()> work);
 
+    /// The same; false when there is no thread to be had, and nothing was run.
+    [[nodiscard]] static bool tryStart(const std::function<void()> &work);
+
 private:
     struct Receiver;
 

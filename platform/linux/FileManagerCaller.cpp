@@ -32,42 +32,51 @@ QString nameOf(FileManagerCaller::Method method)
     return QStringLiteral("ShowItemProperties");
 }
 
-/// Connections have names of their own in the process.
-QString newConnectionName()
-{
-    static std::atomic<int> count = 0;
-    return QStringLiteral("tessaly-filemanager-%1").arg(++count);
-}
-
 } // namespace
 
-FileManagerCaller::FileManagerCaller(std::shared_ptr<const std::atomic<bool>> isEnding,
-                                     std::chrono::milliseconds patience)
-    : m_isEnding(std::move(isEnding)), m_patience(patience), m_connectionName(newConnectionName()),
-      m_bus(QString())
+FileManagerCaller::FileManagerCaller(std::string busAddress, std::chrono::milliseconds patience)
+    : m_patience(patience), m_link(std::move(busAddress), QStringLiteral("filemanager"), this)
 {
 }
 
-FileManagerCaller::~FileManagerCaller()
-{
-    if (m_mayHaveConnection) {
-        disconnectFromBus();
-    }
-}
+FileManagerCaller::~FileManagerCaller() = default;
 
 void FileManagerCaller::call(Method method, const QString &url, const std::function<void()> &failed)
 {
-    if (!connectToBus()) {
-        failed();
+    if (m_waiting.empty() && m_link.isOpen()) {
+        send({method, url, failed});
         return;
     }
-    QDBusMessage message = QDBusMessage::createMethodCall(
-        QLatin1String(service), QLatin1String(servicePath), QLatin1String(service), nameOf(method));
+    m_waiting.push_back({method, url, failed});
+    if (m_waiting.size() == 1) {
+        m_link.open([this](const QString &problem) { finishLooking(problem); }, m_patience);
+    }
+}
+
+void FileManagerCaller::finishLooking(const QString &problem)
+{
+    if (!problem.isEmpty()) {
+        qCInfo(fileManagerLog) << "no session bus:" << problem;
+    }
+    for (const Call &call : std::exchange(m_waiting, {})) {
+        if (problem.isEmpty()) {
+            send(call);
+        } else {
+            call.failed();
+        }
+    }
+}
+
+void FileManagerCaller::send(const Call &call)
+{
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(servicePath),
+                                       QLatin1String(service), nameOf(call.method));
     const QString noStartupId;
-    message << QStringList{url} << noStartupId;
+    message << QStringList{call.url} << noStartupId;
     auto *answered = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(message, static_cast<int>(m_patience.count())), this);
-    connect(answered, &QDBusPendingCallWatcher::finished, this, [answered, failed] {
+        m_link.bus().asyncCall(message, static_cast<int>(m_patience.count())), this);
+    connect(answered, &QDBusPendingCallWatcher::finished, this, [answered, failed = call.failed] {
         answered->deleteLater();
         const QDBusPendingReply<> answer = *answered;
         if (answer.isError()) {
@@ -75,32 +84,6 @@ void FileManagerCaller::call(Method method, const QString &url, const std::funct
             failed();
         }
     });
-}
-
-bool FileManagerCaller::connectToBus()
-{
-    if (m_bus.isConnected()) {
-        return true;
-    }
-    // Under its name a connection stays the same, be it one that failed or one that was lost.
-    disconnectFromBus();
-    // Only now, when Qt's D-Bus has been used: see endLater().
-    if (*m_isEnding) {
-        return false;
-    }
-    m_mayHaveConnection = true;
-    m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_connectionName);
-    if (!m_bus.isConnected()) {
-        qCInfo(fileManagerLog) << "no session bus:" << m_bus.lastError().message();
-        return false;
-    }
-    return true;
-}
-
-void FileManagerCaller::disconnectFromBus()
-{
-    m_bus = QDBusConnection(QString());
-    QDBusConnection::disconnectFromBus(m_connectionName);
 }
 
 } // namespace tessaly

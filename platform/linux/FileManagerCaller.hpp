@@ -1,29 +1,29 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "platform/linux/BusLink.hpp"
+
 #include <QObject>
 #include <QString>
 
-#include <atomic>
 #include <chrono>
 #include <functional>
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace tessaly {
 
 /// LinuxFileManager's side in its thread: calls the desktop's file manager on the session bus.
 /// Calls do not wait for one another. A bus that is missing is looked for again with each.
 ///
-/// Threads: one, with an event loop; connecting to the bus may hold it up.
+/// Threads: one, with an event loop. It never waits for the bus.
 /// Errors:  go to the log "tessaly.filemanager" and to whoever called.
 class FileManagerCaller final : public QObject {
 public:
     enum class Method { showFolders, showItems, showItemProperties };
 
-    /// Once `isEnding` is true, no connection is made any more. An answer that has not come after
-    /// `patience` counts as an error.
-    FileManagerCaller(std::shared_ptr<const std::atomic<bool>> isEnding,
-                      std::chrono::milliseconds patience);
+    /// An answer, of the bus or the file manager, that has not come after `patience` counts as an
+    /// error.
+    FileManagerCaller(std::string busAddress, std::chrono::milliseconds patience);
     ~FileManagerCaller() override;
     FileManagerCaller(const FileManagerCaller &) = delete;
     FileManagerCaller &operator=(const FileManagerCaller &) = delete;
@@ -34,14 +34,18 @@ public:
     void call(Method method, const QString &url, const std::function<void()> &failed);
 
 private:
-    [[nodiscard]] bool connectToBus();
-    void disconnectFromBus();
+    struct Call {
+        Method method;
+        QString url;
+        std::function<void()> failed;
+    };
 
-    std::shared_ptr<const std::atomic<bool>> m_isEnding;
+    void finishLooking(const QString &problem);
+    void send(const Call &call);
+
     std::chrono::milliseconds m_patience;
-    QString m_connectionName;
-    QDBusConnection m_bus;
-    bool m_mayHaveConnection = false;
+    BusLink m_link;
+    std::vector<Call> m_waiting; ///< for the look for a bus, which goes on while there are any
 };
 
 } // namespace tessaly

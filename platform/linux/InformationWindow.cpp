@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -100,12 +101,19 @@ QIcon iconOf(const ItemInformation &item, const QStyle &style)
     return icon.isNull() ? style.standardIcon(standard) : icon;
 }
 
+/// The number that picks a translation's form ("1 item", "2 items"); the largest stand for all
+/// beyond.
+int formFor(std::uint64_t count)
+{
+    return static_cast<int>(std::min<std::uint64_t>(count, std::numeric_limits<int>::max()));
+}
+
 QString byteCountText(std::uint64_t byteCount)
 {
     const QString size = QString::fromStdString(sizeText(static_cast<double>(byteCount)));
-    return byteCount == 1
-               ? InformationWindow::tr("%1 (1 byte)").arg(size)
-               : InformationWindow::tr("%1 (%2 bytes)").arg(size, QLocale().toString(byteCount));
+    return byteCount == 1 ? InformationWindow::tr("%1 (1 byte)").arg(size)
+                          : InformationWindow::tr("%1 (%2 bytes)", nullptr, formFor(byteCount))
+                                .arg(size, QLocale().toString(byteCount));
 }
 
 QString entryCountText(const std::optional<std::uint64_t> &count)
@@ -114,7 +122,8 @@ QString entryCountText(const std::optional<std::uint64_t> &count)
         return InformationWindow::tr("This folder cannot be read");
     }
     return *count == 1 ? InformationWindow::tr("1 item")
-                       : InformationWindow::tr("%1 items").arg(QLocale().toString(*count));
+                       : InformationWindow::tr("%1 items", nullptr, formFor(*count))
+                             .arg(QLocale().toString(*count));
 }
 
 /// What three bits of permissions allow, in words.

@@ -3,14 +3,13 @@
 #include "engine/PrintableText.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/linux/CleanPath.hpp"
-#include "platform/linux/EndingThreads.hpp"
 #include "platform/linux/InformationWindow.hpp"
 #include "platform/linux/ItemInformation.hpp"
+#include "platform/linux/SessionBusAddress.hpp"
 
 #include <QDesktopServices>
 #include <QLoggingCategory>
 #include <QMetaObject>
-#include <QThread>
 #include <QUrl>
 
 #include <cerrno>
@@ -43,20 +42,17 @@ int errorOfLookingFor(const std::string &path)
 LinuxFileManager::LinuxFileManager(const DateTexts &dates, Opener opener,
                                    std::chrono::milliseconds patience)
     : m_dates(dates), m_opener(std::move(opener)),
-      m_isEnding(std::make_shared<std::atomic<bool>>(false)), m_thread(std::make_unique<QThread>()),
-      m_caller(new FileManagerCaller(m_isEnding, patience))
+      m_caller(new FileManagerCaller(sessionBusAddress(), patience))
 {
-    m_caller->moveToThread(m_thread.get());
-    QObject::connect(m_thread.get(), &QThread::finished, m_caller, &QObject::deleteLater);
-    m_thread->start();
+    m_caller->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_caller, &QObject::deleteLater);
+    m_thread.start();
 }
 
 LinuxFileManager::~LinuxFileManager()
 {
-    // In this order, for what endLater() says.
-    *m_isEnding = true;
-    m_thread->quit();
-    endLater(std::move(m_thread));
+    m_thread.quit();
+    m_thread.wait(); // not for long: nothing that the caller does waits for somebody else
     for (const auto &[path, window] : m_windows) {
         delete window.data();
     }

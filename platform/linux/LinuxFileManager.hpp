@@ -5,15 +5,12 @@
 #include "platform/linux/FileManagerCaller.hpp"
 
 #include <QPointer>
+#include <QThread>
 
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <map>
-#include <memory>
 #include <string>
-
-class QThread;
 
 namespace tessaly {
 
@@ -25,8 +22,8 @@ struct ItemInformation;
 ///
 /// Requires: a QApplication and its event loop.
 /// Errors:   go to the log "tessaly.filemanager".
-/// End:      the destructor returns at once and closes the windows of our own. Where connecting to
-///           the bus takes time, the process waits for that when it exits.
+/// End:      the destructor waits neither for the bus nor for the file manager, and closes the
+///           windows of our own.
 class LinuxFileManager final : public FileManager {
 public:
     /// Opens a "file:" URL with the default application; false when that failed.
@@ -63,8 +60,7 @@ private:
     const DateTexts &m_dates;
     Opener m_opener;
     std::map<std::string, QPointer<InformationWindow>> m_windows; ///< by path; some are closed
-    std::shared_ptr<std::atomic<bool>> m_isEnding;
-    std::unique_ptr<QThread> m_thread;
+    QThread m_thread;
     FileManagerCaller *m_caller; ///< lives in the thread, and goes with it
     BackgroundWork m_work;       ///< ends first, and with it what it would call here
 };

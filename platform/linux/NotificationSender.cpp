@@ -1,5 +1,7 @@
 #include "platform/linux/NotificationSender.hpp"
 
+#include "platform/ProgramIdentity.hpp"
+
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -8,17 +10,14 @@
 #include <QStringList>
 #include <QVariantMap>
 
-#include <atomic>
 #include <utility>
 
 namespace tessaly {
 
 namespace {
 
-// Who we are to the service: what is shown, the icon's name in the theme, the desktop file's name.
+// Who we are to the service; programId is the name of our icon and of our desktop file.
 constexpr auto applicationName = "Tessaly";
-constexpr auto iconName = "tessaly";
-constexpr auto desktopEntry = "tessaly";
 
 // The service's bus name is also that of its interface.
 constexpr auto service = "org.freedesktop.Notifications";
@@ -57,7 +56,7 @@ QString escaped(QString text)
 
 QVariantMap hintsFor(Notification::Sound sound)
 {
-    QVariantMap hints = {{QStringLiteral("desktop-entry"), QLatin1String(desktopEntry)}};
+    QVariantMap hints = {{QStringLiteral("desktop-entry"), QLatin1String(programId)}};
     if (sound == Notification::Sound::silent) {
         hints[QStringLiteral("suppress-sound")] = true;
     } else {
@@ -73,32 +72,14 @@ QDBusMessage callOfService(const char *method)
                                           QLatin1String(service), QLatin1String(method));
 }
 
-QDBusMessage callOfBus(const char *method, const QVariantList &arguments = {})
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(QLatin1String(bus), QLatin1String(busPath),
-                                                       QLatin1String(bus), QLatin1String(method));
-    call.setArguments(arguments);
-    return call;
-}
-
-/// Connections have names of their own in the process.
-QString newConnectionName()
-{
-    static std::atomic<int> count = 0;
-    return QStringLiteral("tessaly-notifier-%1").arg(++count);
-}
-
 } // namespace
 
 NotificationSender::NotificationSender(std::string busAddress)
-    : m_busAddress(std::move(busAddress)), m_connectionName(newConnectionName()), m_bus(QString())
+    : m_link(std::move(busAddress), QStringLiteral("notifier"), this)
 {
 }
 
-NotificationSender::~NotificationSender()
-{
-    disconnectFromBus();
-}
+NotificationSender::~NotificationSender() = default;
 
 void NotificationSender::post(const Notification &notification)
 {
@@ -119,57 +100,30 @@ void NotificationSender::forgetService()
     m_hasMarkup.reset();
 }
 
-/// Goes on with sendFirst() when there is a bus that takes connections. It may take long to say so,
-/// and whatever connects before that may wait for as long.
+/// Goes on with sendFirst() when there is a bus that takes connections. It may take long to say so.
 void NotificationSender::lookForBus()
 {
-    m_probe = std::make_unique<BusProbe>(m_busAddress);
-    if (!m_probe->isConnected()) {
-        m_probe.reset();
-        dropWaiting(QStringLiteral("nobody takes connections there"));
-        return;
-    }
-    m_probeAnswered =
-        std::make_unique<QSocketNotifier>(m_probe->descriptor(), QSocketNotifier::Read);
-    connect(m_probeAnswered.get(), &QSocketNotifier::activated, this, [this] {
-        m_probeAnswered->setEnabled(false);
-        m_probeAnswered.release()->deleteLater(); // it is the one that calls
-        const std::string address = m_probe->address();
-        m_probe.reset();
-        if (connectToBus(address)) {
+    m_link.open([this](const QString &problem) {
+        if (problem.isEmpty()) {
+            listenToBus();
             sendFirst();
         } else {
-            dropWaiting(m_bus.lastError().message());
+            dropWaiting(problem);
         }
     });
 }
 
-bool NotificationSender::connectToBus(const std::string &address)
+void NotificationSender::listenToBus()
 {
-    // Under its name a connection stays the same, be it one that failed or one that was lost.
-    disconnectFromBus();
     forgetService();
-    // As to a peer: what Qt calls a connection to a bus waits, for ever if need be, until the bus
-    // has said hello, and stops all of the process's D-Bus meanwhile. So we say hello ourselves.
-    m_bus = QDBusConnection::connectToPeer(QString::fromStdString(address), m_connectionName);
-    if (!m_bus.isConnected()) {
-        return false;
-    }
-    m_bus.connect(QString(), QLatin1String(servicePath), QLatin1String(service),
-                  QStringLiteral("NotificationClosed"), this, SLOT(forgetNotification(uint)));
-    m_bus.connect(QString(), QLatin1String(busPath), QLatin1String(bus),
-                  QStringLiteral("NameOwnerChanged"), this, SLOT(forgetService()));
+    QDBusConnection &connection = m_link.bus();
+    connection.connect(QString(), QLatin1String(servicePath), QLatin1String(service),
+                       QStringLiteral("NotificationClosed"), this, SLOT(forgetNotification(uint)));
+    connection.connect(QString(), QLatin1String(busPath), QLatin1String(bus),
+                       QStringLiteral("NameOwnerChanged"), this, SLOT(forgetService()));
     // The bus does these in turn, before what comes after; nothing depends on its answers.
-    m_bus.asyncCall(callOfBus("Hello"));
-    m_bus.asyncCall(callOfBus("AddMatch", {QLatin1String(closedSignals)}));
-    m_bus.asyncCall(callOfBus("AddMatch", {QLatin1String(ownerSignals)}));
-    return true;
-}
-
-void NotificationSender::disconnectFromBus()
-{
-    m_bus = QDBusConnection(QString());
-    QDBusConnection::disconnectFromPeer(m_connectionName);
+    connection.asyncCall(BusLink::callOfBus("AddMatch", {QLatin1String(closedSignals)}));
+    connection.asyncCall(BusLink::callOfBus("AddMatch", {QLatin1String(ownerSignals)}));
 }
 
 /// There is no bus for any of them.
@@ -187,7 +141,7 @@ void NotificationSender::sendNext()
     if (!m_isSending) {
         return;
     }
-    if (m_bus.isConnected()) {
+    if (m_link.isOpen()) {
         sendFirst();
     } else {
         lookForBus();
@@ -206,7 +160,7 @@ void NotificationSender::sendFirst()
 void NotificationSender::askForMarkup()
 {
     auto *call =
-        new QDBusPendingCallWatcher(m_bus.asyncCall(callOfService("GetCapabilities")), this);
+        new QDBusPendingCallWatcher(m_link.bus().asyncCall(callOfService("GetCapabilities")), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         call->deleteLater();
         const QDBusPendingReply<QStringList> answer = *call;
@@ -220,7 +174,7 @@ void NotificationSender::askForMarkup()
 void NotificationSender::notify()
 {
     auto *call =
-        new QDBusPendingCallWatcher(m_bus.asyncCall(notifyMessage(m_waiting.front())), this);
+        new QDBusPendingCallWatcher(m_link.bus().asyncCall(notifyMessage(m_waiting.front())), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         call->deleteLater();
         finishNotify(*call);
@@ -237,7 +191,7 @@ void NotificationSender::finishNotify(const QDBusPendingCallWatcher &call)
         }
     } else {
         qCDebug(notifierLog) << "notification not shown:" << answer.error().message();
-        if (!m_bus.isConnected() && !m_isSecondTry) {
+        if (!m_link.isOpen() && !m_isSecondTry) {
             // The bus was lost before this one, or with it; there may be a new one by now.
             m_isSecondTry = true;
             sendNext();
@@ -255,7 +209,7 @@ QDBusMessage NotificationSender::notifyMessage(const Notification &notification)
     const std::uint32_t replacedId = replaced == m_shown.end() ? 0 : replaced->second;
     const QString text = textForBus(notification.text);
     QDBusMessage message = callOfService("Notify");
-    message << QLatin1String(applicationName) << replacedId << QLatin1String(iconName)
+    message << QLatin1String(applicationName) << replacedId << QLatin1String(programId)
             << textForBus(notification.title)
             << (m_hasMarkup.value_or(false) ? escaped(text) : text) << QStringList()
             << hintsFor(notification.sound) << timeoutOfService;

@@ -1,17 +1,14 @@
 #pragma once
 
 #include "platform/Notifier.hpp"
-#include "platform/linux/BusProbe.hpp"
+#include "platform/linux/BusLink.hpp"
 
-#include <QDBusConnection>
 #include <QObject>
-#include <QSocketNotifier>
 #include <QString>
 
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -46,8 +43,7 @@ private slots:
 
 private:
     void lookForBus();
-    [[nodiscard]] bool connectToBus(const std::string &address);
-    void disconnectFromBus();
+    void listenToBus();
     void dropWaiting(const QString &reason);
     void sendNext();
     void sendFirst();
@@ -56,12 +52,7 @@ private:
     void finishNotify(const QDBusPendingCallWatcher &call);
     [[nodiscard]] QDBusMessage notifyMessage(const Notification &notification) const;
 
-    std::string m_busAddress;
-    QString m_connectionName;
-    QDBusConnection m_bus;
-    // Of the look for a bus, while there is one; the watch goes before what it watches.
-    std::unique_ptr<BusProbe> m_probe;
-    std::unique_ptr<QSocketNotifier> m_probeAnswered;
+    BusLink m_link;
     std::deque<Notification> m_waiting; ///< the first one is being sent while m_isSending
     bool m_isSending = false;
     bool m_isSecondTry = false;

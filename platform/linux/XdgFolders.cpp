@@ -1,12 +1,12 @@
 #include "platform/linux/XdgFolders.hpp"
 
+#include "platform/linux/LinuxUserAccount.hpp"
+
 #include <cstdlib>
 #include <optional>
+#include <sstream>
 #include <string_view>
-#include <vector>
-
-#include <pwd.h>
-#include <unistd.h>
+#include <utility>
 
 namespace tessaly {
 
@@ -25,23 +25,30 @@ std::optional<std::string> absolutePath(const char *path)
     return std::string(bytes);
 }
 
-std::optional<std::string> homeInPasswordDatabase()
-{
-    constexpr std::size_t enoughForAnyEntry = std::size_t{64} << 10U;
-    std::vector<char> texts(enoughForAnyEntry);
-    passwd entry = {};
-    passwd *found = nullptr;
-    if (getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found) != 0 ||
-        found == nullptr) {
-        return std::nullopt;
-    }
-    return absolutePath(found->pw_dir);
-}
-
 std::string folder(const char *variable, const char *insideHome)
 {
     const auto chosen = absolutePath(std::getenv(variable));
     return chosen ? *chosen : XdgFolders::home() + insideHome;
+}
+
+/// The first folder, and those that the variable lists, or else the usual ones. What is not
+/// absolute counts for nothing.
+std::vector<std::string> searched(std::string first, const char *variable, const char *usual)
+{
+    const char *value = std::getenv(variable);
+    for (const char *list : {value == nullptr ? "" : value, usual}) {
+        std::vector<std::string> folders{first};
+        std::istringstream items(list);
+        for (std::string item; std::getline(items, item, ':');) {
+            if (const auto path = absolutePath(item.c_str())) {
+                folders.push_back(*path);
+            }
+        }
+        if (folders.size() > 1) {
+            return folders;
+        }
+    }
+    return {std::move(first)};
 }
 
 } // namespace
@@ -56,12 +63,20 @@ std::string XdgFolders::data()
     return folder("XDG_DATA_HOME", "/.local/share");
 }
 
+std::vector<std::string> XdgFolders::configSearch()
+{
+    return searched(config(), "XDG_CONFIG_DIRS", "/etc/xdg");
+}
+
+std::vector<std::string> XdgFolders::dataSearch()
+{
+    return searched(data(), "XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+}
+
 std::string XdgFolders::home()
 {
-    if (auto home = absolutePath(std::getenv("HOME"))) {
-        return *home;
-    }
-    return homeInPasswordDatabase().value_or("");
+    const std::string home = LinuxUserAccount().homeFolder();
+    return home == "/" ? "" : home;
 }
 
 } // namespace tessaly

@@ -12,6 +12,9 @@
 #include <QPainterPath>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace tessaly {
@@ -66,8 +69,10 @@ QPixmap drawnSheet(const PreviewInfo &info, int side, qreal ratio)
 QString sizeLine(std::uint64_t byteCount)
 {
     const QString bytes = QLocale().toString(static_cast<qulonglong>(byteCount));
+    const auto form =
+        static_cast<int>(std::min<std::uint64_t>(byteCount, std::numeric_limits<int>::max()));
     //: %1 is a size ("1.50 MB"), %2 the same in bytes ("1,500,000")
-    return CardView::tr("%1 (%2 bytes)")
+    return CardView::tr("%1 (%2 bytes)", nullptr, form)
         .arg(QString::fromStdString(sizeText(static_cast<double>(byteCount))), bytes);
 }
 

@@ -20,10 +20,9 @@ namespace {
 
 using Kind = PreviewFileStatus::Kind;
 
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("FilePreview", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(FilePreview)
+};
 
 QString typeNameOf(Kind kind)
 {
@@ -45,19 +44,19 @@ QString messageOf(PreviewFile::Error error)
 {
     switch (error) {
     case PreviewFile::Error::missing:
-        return translated("This file is no longer there.");
+        return Texts::tr("This file is no longer there.");
     case PreviewFile::Error::forbidden:
-        return translated("You are not allowed to read this file.");
+        return Texts::tr("You are not allowed to read this file.");
     case PreviewFile::Error::notRegular:
-        return translated("Only files have a preview.");
+        return Texts::tr("Only files have a preview.");
     default:
-        return translated("This file cannot be read.");
+        return Texts::tr("This file cannot be read.");
     }
 }
 
 void describe(PreviewInfo &info, const QMimeType &type)
 {
-    info.type = type.isDefault() ? translated("File of unknown type") : type.comment();
+    info.type = type.isDefault() ? Texts::tr("File of unknown type") : type.comment();
     info.iconName = type.iconName();
 }
 
@@ -85,10 +84,10 @@ PreviewContent imageContent(DecodedImage decoded, bool isDrawing)
         return std::move(decoded.image);
     case ImageProblem::tooLarge:
         return PreviewCard{isDrawing
-                               ? translated("This drawing is damaged, or too large to preview.")
-                               : translated("This image is too large to preview.")};
+                               ? Texts::tr("This drawing is damaged, or too large to preview.")
+                               : Texts::tr("This image is too large to preview.")};
     default:
-        return PreviewCard{translated("This image cannot be read. It may be damaged.")};
+        return PreviewCard{Texts::tr("This image cannot be read. It may be damaged.")};
     }
 }
 
@@ -185,7 +184,7 @@ LoadedPreview readPreview(const std::string &path, QSize bounds, std::stop_token
         describe(info, type);
         loaded.content = contentOf(std::move(file), type, head, bounds);
     } catch (const std::bad_alloc &) {
-        loaded.content = PreviewCard{translated("There is too little memory for a preview.")};
+        loaded.content = PreviewCard{Texts::tr("There is too little memory for a preview.")};
     }
     return loaded;
 }

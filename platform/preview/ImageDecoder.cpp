@@ -107,7 +107,9 @@ ImageHeader headerOf(PreviewFile &file)
     header.size = reader.size();
     header.isTurned = (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
     header.isMoving = reader.supportsAnimation();
-    if (const QImage::Format pixels = reader.imageFormat(); pixels != QImage::Format_Invalid) {
+    // Of a damaged image, decoders may tell a format that there is none of.
+    const QImage::Format pixels = reader.imageFormat();
+    if (pixels > QImage::Format_Invalid && pixels < QImage::NImageFormats) {
         // Scaling makes smaller pixels this large.
         header.bytesPerPixel = pixels == QImage::Format_Grayscale16
                                    ? 8

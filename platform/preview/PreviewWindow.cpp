@@ -299,9 +299,11 @@ void PreviewWindow::showLoaded(const LoadedPreview &preview)
         const auto shown = static_cast<int>(document->pageSizes.size());
         m_pdf->show(*document);
         note << (shown < document->pageCount
-                     ? tr("first %1 of %2 pages").arg(shown).arg(document->pageCount)
+                     ? tr("first %1 of %2 pages", nullptr, document->pageCount)
+                           .arg(shown)
+                           .arg(document->pageCount)
                  : shown == 1 ? tr("1 page")
-                              : tr("%1 pages").arg(shown))
+                              : tr("%1 pages", nullptr, shown).arg(shown))
              << sizeOf(m_info);
         showPage(m_pdf, u"document"_s);
     } else if (const auto *media = std::get_if<PreviewMedia>(&preview.content)) {

@@ -4,6 +4,7 @@
 #include "platform/FolderBookmarks.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
@@ -14,6 +15,10 @@ namespace tessaly {
 /// Bookmarks in memory. Every "file:" URL names a folder until it is marked as gone.
 class FakeFolderBookmarks final : public FolderBookmarks {
 public:
+    /// Run when the access to a folder is started with success, or stopped, by whatever thread.
+    std::function<void()> whenStarted = [] {};
+    std::function<void()> whenStopped = [] {};
+
     /// A folder that is gone has no bookmarks; those it had do not resolve until it is back.
     void setGone(std::string_view url, bool isGone = true)
     {
@@ -73,6 +78,7 @@ public:
         }
         ++m_starts[std::string(url)];
         ++m_accesses[std::string(url)];
+        whenStarted();
         return true;
     }
 
@@ -82,6 +88,7 @@ public:
         ++m_stops[std::string(url)];
         int &accesses = m_accesses[std::string(url)];
         accesses = std::max(accesses - 1, 0);
+        whenStopped();
     }
 
 private:

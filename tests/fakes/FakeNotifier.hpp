@@ -2,6 +2,7 @@
 
 #include "platform/Notifier.hpp"
 
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -10,8 +11,12 @@ namespace tessaly {
 /// Keeps what is posted.
 class FakeNotifier final : public Notifier {
 public:
+    /// Run before each is kept, on the thread that posts it.
+    std::function<void()> beforeEach = [] {};
+
     void post(const Notification &notification) override
     {
+        beforeEach();
         const std::scoped_lock lock(m_mutex);
         m_notifications.push_back(notification);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Services.hpp"
+#include "tests/fakes/FakeApplicationLauncher.hpp"
 #include "tests/fakes/FakeDateTexts.hpp"
 #include "tests/fakes/FakeDocumentsFolder.hpp"
 #include "tests/fakes/FakeFileManager.hpp"
@@ -10,6 +11,9 @@
 #include "tests/fakes/FakePreviewPanels.hpp"
 #include "tests/fakes/FakeSettingsStore.hpp"
 #include "tests/fakes/FakeSystemRelease.hpp"
+#include "tests/fakes/FakeUrlOpener.hpp"
+#include "tests/fakes/FakeUserAccount.hpp"
+#include "tests/fakes/FakeVolumeService.hpp"
 
 #include <string>
 
@@ -29,11 +33,15 @@ struct FakeServices {
     FakePreviewPanels previewPanels;
     FakeFileManager fileManager;
     FakeFolderChooser folderChooser;
+    FakeUserAccount account;
+    FakeVolumeService volumes;
+    FakeApplicationLauncher applications;
+    FakeUrlOpener urls;
 
     [[nodiscard]] Services all()
     {
-        return {settings, bookmarks,     documents,   release,      notifier,
-                dates,    previewPanels, fileManager, folderChooser};
+        return {settings,    bookmarks,     documents, release, notifier,     dates, previewPanels,
+                fileManager, folderChooser, account,   volumes, applications, urls};
     }
 };
 

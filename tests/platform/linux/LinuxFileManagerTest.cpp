@@ -7,6 +7,7 @@
 #include "tests/platform/linux/FakeFileManagerService.hpp"
 #include "tests/platform/linux/LogLines.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
+#include "tests/platform/linux/SilentBus.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
 
 #include <QApplication>
@@ -330,6 +331,30 @@ TEST_F(LinuxFileManagerTest, takesAFileManagerThatDoesNotAnswerForNone)
     m_folder.file("file");
     FakeFileManagerService service(Answers::withheld);
     const auto fileManager = makeFileManager(std::chrono::milliseconds(1));
+    fileManager->reveal(m_folder.path("file"));
+    waitUntil([&] { return !m_opened.empty(); });
+    EXPECT_EQ(m_opened, Urls{url()});
+    fileManager->showInformation(m_folder.path("file"));
+    waitUntil([] { return !ownWindows().empty(); });
+}
+
+TEST_F(LinuxFileManagerTest, doesNotWaitForABusThatDoesNotAnswer)
+{
+    const SilentBus bus;
+    m_folder.file("file");
+    auto fileManager = makeFileManager();
+    fileManager->reveal(m_folder.path("file"));
+    waitUntil([&] { return bus.hasQueue(); });
+    fileManager->showInformation(m_folder.path("file"));
+    fileManager.reset();
+    EXPECT_TRUE(m_opened.empty());
+}
+
+TEST_F(LinuxFileManagerTest, takesABusThatDoesNotAnswerForNone)
+{
+    const SilentBus bus(10);
+    m_folder.file("file");
+    const auto fileManager = makeFileManager(std::chrono::milliseconds(20));
     fileManager->reveal(m_folder.path("file"));
     waitUntil([&] { return !m_opened.empty(); });
     EXPECT_EQ(m_opened, Urls{url()});

@@ -7,10 +7,10 @@
 #include "tests/platform/linux/LogLines.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/ScopedVariable.hpp"
+#include "tests/platform/linux/SilentBus.hpp"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <memory>
 #include <optional>
@@ -19,10 +19,7 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <poll.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 
 using namespace std::string_literals;
 
@@ -50,41 +47,6 @@ std::vector<std::string> textsOf(const std::vector<Call> &calls)
     return texts;
 }
 
-/// A session bus that takes connections when told to, and says nothing on them.
-class SilentBus {
-public:
-    /// So many connections, and one more, find a place in its queue.
-    explicit SilentBus(int queueLength = 1)
-        : m_socket(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    {
-        const std::string path = PrivateBus::address().substr(std::string("unix:path=").size());
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        std::copy(path.begin(), path.end(), std::begin(address.sun_path));
-        unlink(path.c_str());
-        EXPECT_EQ(
-            bind(m_socket.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address),
-            0);
-        EXPECT_EQ(listen(m_socket.number(), queueLength), 0);
-    }
-
-    /// Waits until there is somebody in its queue, and leaves them there.
-    void waitForQueue() const
-    {
-        pollfd waiting = {m_socket.number(), POLLIN, 0};
-        EXPECT_EQ(poll(&waiting, 1, -1), 1);
-    }
-
-    /// Waits for somebody to connect.
-    [[nodiscard]] FileDescriptor connection() const
-    {
-        return FileDescriptor(accept4(m_socket.number(), nullptr, nullptr, SOCK_CLOEXEC));
-    }
-
-private:
-    FileDescriptor m_socket;
-};
-
 /// A bus of the test's own, without a notification service so far. No test runs an event loop on
 /// its own thread.
 class LinuxNotifierTest : public testing::Test {
@@ -108,13 +70,13 @@ TEST_F(LinuxNotifierTest, saysWhoNotifiesAndWhat)
 
     const Call call = service.waitForCalls(1).at(0);
     EXPECT_EQ(call.application, "Tessaly");
-    EXPECT_EQ(call.icon, "tessaly");
+    EXPECT_EQ(call.icon, "io.tessaly.Tessaly");
     EXPECT_EQ(call.title, "Scan finished");
     EXPECT_EQ(call.text, "It took 3 s");
     EXPECT_EQ(call.replaced, 0U);
     EXPECT_TRUE(call.actions.isEmpty());
     EXPECT_EQ(call.timeout, -1);
-    EXPECT_EQ(call.hints.value("desktop-entry"), QVariant("tessaly"));
+    EXPECT_EQ(call.hints.value("desktop-entry"), QVariant("io.tessaly.Tessaly"));
 }
 
 TEST_F(LinuxNotifierTest, namesItsSoundOrAsksForNone)

@@ -98,6 +98,7 @@ StartedProgram::~StartedProgram()
 {
     if (m_process > 0) {
         kill(m_process, SIGTERM);
+        kill(m_process, SIGCONT); // should a test have stopped it
         waitpid(m_process, nullptr, 0);
     }
 }
@@ -119,6 +120,23 @@ std::string StartedProgram::reportedLine() const
         }
         line += letter;
     }
+}
+
+void StartedProgram::sendSignal(int number) const
+{
+    if (m_process <= 0 || kill(m_process, number) != 0) {
+        throw std::runtime_error(m_name + " takes no signal");
+    }
+}
+
+int StartedProgram::waitForEnd()
+{
+    int status = 0;
+    if (m_process <= 0 || waitpid(m_process, &status, 0) != m_process) {
+        throw std::runtime_error(m_name + " has ended before");
+    }
+    m_process = -1;
+    return status;
 }
 
 std::string StartedProgram::complaints() const

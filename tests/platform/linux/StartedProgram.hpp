@@ -33,6 +33,11 @@ public:
     /// False once it has ended.
     [[nodiscard]] bool isRunning();
 
+    void sendSignal(int number) const;
+
+    /// Waits for its end, and returns how it ended as waitpid() says it.
+    [[nodiscard]] int waitForEnd();
+
     /// The beginning of what it has written to standard error so far.
     [[nodiscard]] std::string complaints() const;
 

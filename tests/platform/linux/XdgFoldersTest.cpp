@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -22,7 +23,8 @@ protected:
                         const std::function<void()> &body)
     {
         runInChild([&] {
-            for (const char *name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
+            for (const char *name :
+                 {"HOME", "XDG_CONFIG_DIRS", "XDG_CONFIG_HOME", "XDG_DATA_DIRS", "XDG_DATA_HOME"}) {
                 unsetenv(name);
             }
             for (const auto &[name, value] : variables) {
@@ -88,6 +90,30 @@ TEST_F(XdgFoldersTest, lieInTheHomeFolderOfThePasswordDatabaseWithoutAnother)
             EXPECT_EQ(XdgFolders::data(), home + "/.local/share");
         });
     }
+}
+
+TEST_F(XdgFoldersTest, areFollowedByThoseOfTheSystem)
+{
+    using Paths = std::vector<std::string>;
+    runWith({{"HOME", "/home/ada"},
+             {"XDG_CONFIG_DIRS", "/c1/:relative::/c2"},
+             {"XDG_DATA_HOME", "/d"},
+             {"XDG_DATA_DIRS", "/d1"}},
+            [] {
+                EXPECT_EQ(XdgFolders::configSearch(), (Paths{"/home/ada/.config", "/c1", "/c2"}));
+                EXPECT_EQ(XdgFolders::dataSearch(), (Paths{"/d", "/d1"}));
+            });
+    for (const char *value : {"", "relative", ":"}) {
+        runWith({{"HOME", "/h"}, {"XDG_CONFIG_DIRS", value}, {"XDG_DATA_DIRS", value}}, [] {
+            EXPECT_EQ(XdgFolders::configSearch(), (Paths{"/h/.config", "/etc/xdg"}));
+            EXPECT_EQ(XdgFolders::dataSearch(),
+                      (Paths{"/h/.local/share", "/usr/local/share", "/usr/share"}));
+        });
+    }
+    runWith({{"HOME", "/h"}}, [] {
+        EXPECT_EQ(XdgFolders::dataSearch(),
+                  (Paths{"/h/.local/share", "/usr/local/share", "/usr/share"}));
+    });
 }
 
 TEST_F(XdgFoldersTest, areAbsoluteThoughNobodyKnowsTheUser)

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string_view>
+
+namespace tessaly {
+
+/// Starts other programs of the desktop.
+///
+/// Threads: the main thread. Returns at once.
+/// Errors:  none reach the caller; they go to the log.
+class ApplicationLauncher {
+public:
+    ApplicationLauncher() = default;
+    virtual ~ApplicationLauncher() = default;
+    ApplicationLauncher(const ApplicationLauncher &) = delete;
+    ApplicationLauncher &operator=(const ApplicationLauncher &) = delete;
+    ApplicationLauncher(ApplicationLauncher &&) = delete;
+    ApplicationLauncher &operator=(ApplicationLauncher &&) = delete;
+
+    /// Starts the desktop's counterpart of "Disk Utility.app", "Finder.app" (the file manager) or
+    /// "System Preferences.app" (the settings). Any other name, and one whose counterpart is not
+    /// installed, starts nothing.
+    virtual void launchApplication(std::string_view name) = 0;
+};
+
+} // namespace tessaly

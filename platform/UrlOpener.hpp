@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string_view>
+
+namespace tessaly {
+
+/// Opens addresses in the program that the user has chosen for them.
+///
+/// Threads: the main thread. Returns at once.
+/// Errors:  none reach the caller; they go to the log.
+class UrlOpener {
+public:
+    UrlOpener() = default;
+    virtual ~UrlOpener() = default;
+    UrlOpener(const UrlOpener &) = delete;
+    UrlOpener &operator=(const UrlOpener &) = delete;
+    UrlOpener(UrlOpener &&) = delete;
+    UrlOpener &operator=(UrlOpener &&) = delete;
+
+    /// Opens the address: "https:" in the browser, "macappstore:" as the page of the same program
+    /// in the desktop's software centre. What is no address is not opened.
+    virtual void openUrl(std::string_view url) = 0;
+};
+
+} // namespace tessaly

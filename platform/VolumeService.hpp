@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaly {
+
+/// The space of a file system, in bytes.
+struct VolumeFigures {
+    std::uint64_t total = 0;
+    std::uint64_t free = 0; ///< what the user may still fill
+
+    bool operator==(const VolumeFigures &) const = default;
+};
+
+/// What is known about a volume.
+struct VolumeInformation {
+    std::optional<VolumeFigures> figures; ///< nothing when they cannot be read, or not in time
+    bool isRemovable = false;             ///< the medium can be taken out
+    bool isUnmountable = false;           ///< the user may unmount it
+    std::string typeName; ///< of the file system: "hfs", "afpfs", "msdos", or other; may be empty
+
+    bool operator==(const VolumeInformation &) const = default;
+};
+
+/// Walks the entries that stand for volumes, one by one, as they were when it was made.
+class VolumeEnumerator {
+public:
+    VolumeEnumerator() = default;
+    virtual ~VolumeEnumerator() = default;
+    VolumeEnumerator(const VolumeEnumerator &) = delete;
+    VolumeEnumerator &operator=(const VolumeEnumerator &) = delete;
+    VolumeEnumerator(VolumeEnumerator &&) = delete;
+    VolumeEnumerator &operator=(VolumeEnumerator &&) = delete;
+
+    /// The next entry's name, as bytes: "name", or "parent/child" for what lies within an entry
+    /// whose contents were not skipped. "/" is the root file system. Nothing after the last. Looks
+    /// into folders only then, and only where that takes no waiting for others.
+    [[nodiscard]] virtual std::optional<std::string> next() = 0;
+    /// Leaves out what lies within the entry that next() gave last.
+    virtual void skipDescendants() = 0;
+};
+
+/// The mounted volumes that hold a user's data.
+///
+/// Threads: the main thread, but for unmount().
+/// Errors:  none reach the caller; they go to the log.
+class VolumeService {
+public:
+    /// Takes one answer for each path that was asked for, in their order.
+    using Answer = std::function<void(std::vector<VolumeInformation>)>;
+
+    VolumeService() = default;
+    virtual ~VolumeService() = default;
+    VolumeService(const VolumeService &) = delete;
+    VolumeService &operator=(const VolumeService &) = delete;
+    VolumeService(VolumeService &&) = delete;
+    VolumeService &operator=(VolumeService &&) = delete;
+
+    /// The entries as they are now. Does not wait for any file system.
+    [[nodiscard]] virtual std::unique_ptr<VolumeEnumerator> enumerator() = 0;
+
+    /// The path where the entry of this name is mounted. An entry that is not there (any more) has
+    /// a path that does not exist.
+    [[nodiscard]] virtual std::string pathOf(std::string_view name) const = 0;
+
+    /// Asks the volumes at the paths, all at once, and answers on the main thread once all have
+    /// answered, or two seconds later at the latest: a volume that has not answered by then counts
+    /// as one that cannot be read. Never answers before it returns.
+    virtual void readInformation(std::vector<std::string> paths, Answer answer) = 0;
+
+    /// Asks for the volume that is mounted at the path to be unmounted and its medium to be
+    /// ejected. Returns at once; only the log is told of the outcome.
+    virtual void unmountAndEject(std::string_view path) = 0;
+
+    /// Unmounts the volume and waits for the outcome, which only the log is told of. Any thread
+    /// but the main thread.
+    virtual void unmount(std::string_view path) = 0;
+
+    /// Has this called on the main thread after volumes were mounted or unmounted, or when one has
+    /// another name or other flags by now; changes that come close together are one. Replaces
+    /// whoever was told before; nothing ends it.
+    virtual void setChangeListener(std::function<void()> changed) = 0;
+};
+
+} // namespace tessaly

@@ -1,0 +1,84 @@
+#include "platform/linux/FuseUnmount.hpp"
+
+#include "engine/FileCalls.hpp"
+#include "engine/FileDescriptor.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <system_error>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tessaly {
+
+namespace {
+
+/// Starts a program, found by PATH, whose complaints go to a descriptor. Returns an errno value.
+int start(std::string program, std::string mountPoint, int complaints, pid_t &process)
+{
+    std::string unmount = "-u";
+    std::string endOfOptions = "--";
+    const std::array<char *, 5> words = {program.data(), unmount.data(), endOfOptions.data(),
+                                         mountPoint.data(), nullptr};
+    posix_spawn_file_actions_t actions = {};
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
+    posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, complaints, STDERR_FILENO);
+    const int error = posix_spawnp(&process, words[0], &actions, nullptr, words.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    return error;
+}
+
+/// What can be read until the other end is closed; of a long text the beginning.
+std::string textFrom(int descriptor)
+{
+    constexpr std::size_t longest = 1000;
+    std::string text;
+    std::array<char, 256> piece{};
+    for (;;) {
+        const ssize_t count = retried([&] { return read(descriptor, piece.data(), piece.size()); });
+        if (count <= 0) {
+            break;
+        }
+        text.append(piece.data(), static_cast<std::size_t>(count));
+        text.resize(std::min(text.size(), longest));
+    }
+    while (text.ends_with('\n')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+} // namespace
+
+std::optional<std::string> unmountFuse(const std::string &mountPoint)
+{
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        return std::generic_category().message(errno);
+    }
+    const FileDescriptor complaints(ends[0]);
+    FileDescriptor otherEnd(ends[1]);
+    pid_t process = 0;
+    int error = start("fusermount3", mountPoint, otherEnd.number(), process);
+    if (error == ENOENT) {
+        error = start("fusermount", mountPoint, otherEnd.number(), process);
+    }
+    otherEnd.close();
+    if (error != 0) {
+        return "fusermount: " + std::generic_category().message(error);
+    }
+    std::string text = textFrom(complaints.number());
+    int status = 0;
+    if (retried([&] { return waitpid(process, &status, 0); }) == process && status == 0) {
+        return std::nullopt;
+    }
+    return text.empty() ? "fusermount has failed" : text;
+}
+
+} // namespace tessaly

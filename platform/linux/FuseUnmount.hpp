@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace tessaly {
+
+/// Has a FUSE file system unmounted by FUSE's own program (fusermount3, or fusermount), which lets
+/// its owner do that. Waits for the outcome.
+///
+/// Threads: any, better not one with windows.
+/// Errors:  returns what went wrong, as bytes; nothing when it is unmounted.
+[[nodiscard]] std::optional<std::string> unmountFuse(const std::string &mountPoint);
+
+} // namespace tessaly

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "engine/FileDescriptor.hpp"
+
+#include <cstdint>
+#include <string>
+
+namespace tessaly {
+
+/// Marks a folder as used by this process, by a lock on a file in it. The lock ends with the
+/// process, however that ends; the empty file stays.
+///
+/// Threads: one.
+class InstanceLock {
+public:
+    enum class State : std::uint8_t {
+        taken,     ///< it is ours
+        refused,   ///< another process has it
+        impossible ///< there is no such file, or no locks on its file system
+    };
+
+    /// `path`: of the file to lock, which is made; bytes.
+    explicit InstanceLock(std::string path);
+
+    /// Tries once, without waiting. Does no harm when it is ours already.
+    State take();
+
+private:
+    std::string m_path;
+    FileDescriptor m_file; ///< open while the lock is ours
+};
+
+} // namespace tessaly

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "platform/VolumeService.hpp"
+#include "platform/linux/BackgroundWork.hpp"
+#include "platform/linux/MountWatch.hpp"
+#include "platform/linux/UDisksClient.hpp"
+#include "platform/linux/UDisksVolumes.hpp"
+#include "platform/linux/VolumeFiguresReader.hpp"
+#include "platform/linux/VolumeList.hpp"
+#include "platform/linux/VolumeSources.hpp"
+
+#include <QObject>
+#include <QThread>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaly {
+
+/// The mounted file systems, by the kernel's list of mounts and, where it is there, by UDisks2.
+///
+/// Entries:  volumesAmong() says which there are, VolumeNames what they are called. What has been
+///           unmounted has the path "/Volumes/NAME", where nothing is.
+/// Figures:  free is what the user may still fill, without what is reserved for the system.
+/// Waiting:  nothing here waits for a volume, a bus or a service, but for unmount(). Threads that a
+///           dead volume keeps waiting are left behind, one for each at the most.
+/// Requires: a QCoreApplication and its event loop.
+/// Errors:   go to the log "tessaly.platform.volumes".
+/// End:      answers that have not come are dropped. An unmount() that is under way returns.
+class LinuxVolumeService final : public VolumeService {
+public:
+    static constexpr std::chrono::milliseconds usualPatience = std::chrono::seconds(2);
+
+    /// `figures` asks a volume for its space. A volume or a service that has not answered after
+    /// `patience` is not waited for any more.
+    explicit LinuxVolumeService(
+        const VolumeSources &sources = {},
+        VolumeFiguresReader::Source figures = VolumeFiguresReader::figuresAt,
+        std::chrono::milliseconds patience = usualPatience);
+    ~LinuxVolumeService() override;
+    LinuxVolumeService(const LinuxVolumeService &) = delete;
+    LinuxVolumeService &operator=(const LinuxVolumeService &) = delete;
+    LinuxVolumeService(LinuxVolumeService &&) = delete;
+    LinuxVolumeService &operator=(LinuxVolumeService &&) = delete;
+
+    [[nodiscard]] std::unique_ptr<VolumeEnumerator> enumerator() override;
+    [[nodiscard]] std::string pathOf(std::string_view name) const override;
+    void readInformation(std::vector<std::string> paths, Answer answer) override;
+    void unmountAndEject(std::string_view path) override;
+    void unmount(std::string_view path) override;
+    void setChangeListener(std::function<void()> changed) override;
+
+private:
+    struct Question;
+
+    /// Calls `then` when UDisks2 has answered, or when it takes too long.
+    void askUDisks(std::function<void()> then);
+    [[nodiscard]] const UDisksVolumes *udisks() const;
+
+    void answer(const Question &question);
+    [[nodiscard]] std::optional<Mount> volumeToUnmount(const std::string &path) const;
+    void checkSoon();
+    void tellIfChanged();
+    [[nodiscard]] bool hasOtherFacts() const;
+
+    VolumeSources m_sources;
+    std::chrono::milliseconds m_patience;
+    VolumeList m_list;
+    std::optional<UDisksVolumes> m_udisksVolumes; ///< as it said last; nothing when it is not there
+
+    // What the one who listens knows by now.
+    std::vector<VolumeList::Entry> m_toldEntries;
+    std::map<std::string, VolumeInformation> m_toldFacts; ///< by path, without figures
+
+    std::function<void()> m_changed;
+    std::unique_ptr<MountWatch> m_watch;
+    QTimer m_merge; ///< runs while changes that come close together are gathered
+    QObject m_timers;
+    VolumeFiguresReader m_figures;
+    QThread m_thread;
+    UDisksClient *m_client; ///< lives in the thread, and goes with it
+    BackgroundWork m_work;  ///< ends first, and with it what it would call here
+};
+
+} // namespace tessaly

@@ -1,0 +1,165 @@
+#include "platform/linux/SingleInstance.hpp"
+
+#include "platform/ProgramIdentity.hpp"
+#include "platform/linux/SessionBusAddress.hpp"
+
+#include <QCoreApplication>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusPendingReply>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QMessageBox>
+
+#include <thread>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(instanceLog, "tessaly.instance")
+
+constexpr auto applicationInterface = "org.freedesktop.Application";
+constexpr auto activationTokenVariable = "XDG_ACTIVATION_TOKEN";
+
+// Of the bus's RequestName.
+constexpr uint doNotQueue = 4;
+constexpr uint isOwnerNow = 1;
+constexpr uint isOwnerAlready = 4;
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds noWait(0);
+
+} // namespace
+
+SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap platformData)
+    : SingleInstance(documentsFolder, std::move(platformData), Patience())
+{
+}
+
+SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap platformData,
+                               Patience patience)
+    : m_platformData(std::move(platformData)), m_patience(patience),
+      m_object([this](const QByteArray &token) { activate(token); }),
+      m_link(sessionBusAddress(), QStringLiteral("instance")),
+      m_lock(documentsFolder + "/instance.lock")
+{
+}
+
+SingleInstance::Outcome SingleInstance::claim()
+{
+    if (const QString problem = m_link.openWithin(m_patience.forBus); !problem.isEmpty()) {
+        qCInfo(instanceLog) << "no session bus:" << problem;
+        return m_outcome = lockFolder(noWait);
+    }
+    // Before the name: whoever finds that may call at once.
+    m_link.bus().registerObject(QLatin1String(programObjectPath), &m_object,
+                                QDBusConnection::ExportAllSlots);
+    const auto deadline = Clock::now() + m_patience.forFirst;
+    std::chrono::milliseconds patienceForLock = noWait;
+    do {
+        switch (askForName()) {
+        case Name::owned:
+        case Name::unknown:
+            return m_outcome = lockFolder(patienceForLock);
+        case Name::taken:
+            if (askToShow()) {
+                return m_outcome = Outcome::shown;
+            }
+        }
+        // The other one has just ended, and may not have let go of everything; or it says nothing.
+        patienceForLock = m_patience.forBus;
+    } while (Clock::now() < deadline);
+    qCWarning(instanceLog, "the instance that is running does not answer");
+    return m_outcome = Outcome::refused;
+}
+
+int SingleInstance::endSecondStart(const std::function<void(const QString &)> &complain) const
+{
+    if (m_outcome == Outcome::shown) {
+        return 0;
+    }
+    complain(QCoreApplication::translate("SingleInstance", "Tessaly is already running."));
+    return 1;
+}
+
+void SingleInstance::showComplaint(const QString &text)
+{
+    qCWarning(instanceLog).noquote() << text;
+    // By the application's own event loop, which ends also when the program is asked to.
+    QMessageBox box(QMessageBox::Warning, QGuiApplication::applicationDisplayName(), text,
+                    QMessageBox::Ok);
+    QObject::connect(&box, &QMessageBox::finished, QCoreApplication::instance(),
+                     &QCoreApplication::quit, Qt::QueuedConnection);
+    box.show();
+    QCoreApplication::exec();
+}
+
+SingleInstance::Name SingleInstance::askForName()
+{
+    QDBusPendingReply<uint> answer = m_link.bus().asyncCall(
+        BusLink::callOfBus("RequestName", {QLatin1String(programId), doNotQueue}),
+        static_cast<int>(m_patience.forBus.count()));
+    answer.waitForFinished();
+    if (answer.isError()) {
+        qCWarning(instanceLog, "no name on the session bus: %s",
+                  qUtf8Printable(answer.error().message()));
+        return Name::unknown;
+    }
+    const uint code = answer.value();
+    return code == isOwnerNow || code == isOwnerAlready ? Name::owned : Name::taken;
+}
+
+/// Whether the instance that has the name has answered.
+bool SingleInstance::askToShow()
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QLatin1String(programId), QLatin1String(programObjectPath),
+        QLatin1String(applicationInterface), QStringLiteral("Activate"));
+    call << m_platformData;
+    call.setAutoStartService(false); // should it have ended, this one is the first
+    QDBusPendingCall answer =
+        m_link.bus().asyncCall(call, static_cast<int>(m_patience.forFirst.count()));
+    answer.waitForFinished();
+    return !answer.isError();
+}
+
+SingleInstance::Outcome SingleInstance::lockFolder(std::chrono::milliseconds patience)
+{
+    constexpr std::chrono::milliseconds timeBetweenTries(10);
+    const auto deadline = Clock::now() + patience;
+    InstanceLock::State state = m_lock.take();
+    while (state == InstanceLock::State::refused && Clock::now() < deadline) {
+        std::this_thread::sleep_for(timeBetweenTries);
+        state = m_lock.take();
+    }
+    switch (state) {
+    case InstanceLock::State::refused:
+        return Outcome::refused;
+    case InstanceLock::State::impossible:
+        qCWarning(instanceLog, "the documents folder cannot be locked");
+        break;
+    case InstanceLock::State::taken:
+        break;
+    }
+    qCInfo(instanceLog) << "this is the first instance";
+    return Outcome::first;
+}
+
+void SingleInstance::activate(const QByteArray &token)
+{
+    if (!m_activated) {
+        return;
+    }
+    if (token.isEmpty()) {
+        m_activated();
+        return;
+    }
+    qputenv(activationTokenVariable, token);
+    m_activated();
+    qunsetenv(activationTokenVariable); // Qt may have no use for it; nobody else is to have it
+}
+
+} // namespace tessaly

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "engine/MountTable.hpp"
+
+#include <set>
+#include <string>
+
+#include <sys/types.h>
+
+namespace tessaly {
+
+struct VolumeSources;
+
+/// What a user may unmount without asking any service: what fstab lets users mount ("user",
+/// "users"), and what the user's own FUSE programs show.
+///
+/// Never changes once made.
+class UserMounts {
+public:
+    explicit UserMounts(const VolumeSources &sources);
+
+    [[nodiscard]] bool mayUnmount(const Mount &mount) const;
+
+private:
+    uid_t m_user;
+    std::set<std::string> m_mountPoints; ///< those of fstab
+};
+
+} // namespace tessaly

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "engine/MountTable.hpp"
+
+#include <vector>
+
+namespace tessaly {
+
+/// The mounts that are volumes: "/" first, whatever it is, then each other file system that holds
+/// a user's data, in the order of the list.
+///
+/// A file system counts once, where the path to it is shortest, however often it is mounted.
+/// Mounts of mere folders (bind mounts) and mounts that others cover count for nothing.
+[[nodiscard]] std::vector<Mount> volumesAmong(const MountTable &table);
+
+} // namespace tessaly

@@ -1,0 +1,139 @@
+// Volumes with the UDisks2 that people have.
+
+#include "platform/linux/LinuxVolumeService.hpp"
+#include "tests/platform/linux/DiskService.hpp"
+#include "tests/platform/linux/LogLines.hpp"
+#include "tests/platform/linux/WaitUntil.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+
+namespace tessaly {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// UDisks2 and a stick that is mounted at "/run/my media".
+class LinuxVolumeServiceUDisksTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (const auto missing = DiskService::missingRequirement()) {
+            GTEST_SKIP() << "needs " << *missing;
+        }
+        m_disks = std::make_unique<DiskService>();
+        m_device = m_disks->makeStick("My Stick");
+        if (m_device.empty()) {
+            GTEST_SKIP() << "needs a loop device";
+        }
+        ASSERT_TRUE(
+            DiskService::run("mkdir '/run/my media' && mount " + m_device + " '/run/my media'"));
+        m_volumes = std::make_unique<LinuxVolumeService>();
+        m_volumes->setChangeListener([this] { ++m_changeCount; });
+    }
+
+    void TearDown() override
+    {
+        m_volumes.reset();
+        if (!m_device.empty()) {
+            umount2("/run/my media", MNT_DETACH);
+        }
+    }
+
+    /// The name of what is mounted there; empty when nothing is.
+    [[nodiscard]] std::string name()
+    {
+        const auto enumerator = m_volumes->enumerator();
+        while (const auto name = enumerator->next()) {
+            enumerator->skipDescendants();
+            if (m_volumes->pathOf(*name) == "/run/my media") {
+                return *name;
+            }
+        }
+        return {};
+    }
+
+    [[nodiscard]] VolumeInformation information()
+    {
+        std::optional<VolumeInformation> information;
+        m_volumes->readInformation(
+            {m_volumes->pathOf("My Stick")},
+            [&](const std::vector<VolumeInformation> &answers) { information = answers.at(0); });
+        waitUntil([&] { return information.has_value(); });
+        return *information;
+    }
+
+    /// Waits until the device manager and UDisks2 have noticed the stick, too.
+    void waitForStick()
+    {
+        while (name() != "My Stick" || !information().isRemovable) {
+            std::this_thread::yield();
+        }
+    }
+
+    std::unique_ptr<DiskService> m_disks;
+    std::string m_device;
+    std::unique_ptr<LinuxVolumeService> m_volumes;
+    int m_changeCount = 0;
+};
+
+TEST_F(LinuxVolumeServiceUDisksTest, saysWhatTheStickIs)
+{
+    waitForStick();
+    EXPECT_EQ(m_volumes->pathOf("My Stick"), "/run/my media");
+    const VolumeInformation stick = information();
+    EXPECT_TRUE(stick.figures);
+    EXPECT_TRUE(stick.isUnmountable);
+    EXPECT_EQ(stick.typeName, "ext4");
+}
+
+TEST_F(LinuxVolumeServiceUDisksTest, unmountsAndEjectsTheStick)
+{
+    waitForStick();
+    m_volumes->unmountAndEject("/run/my media");
+    waitUntil([&] { return name().empty(); });
+    waitUntil([&] { return !m_disks->hasStick(); });
+}
+
+TEST_F(LinuxVolumeServiceUDisksTest, unmountsTheStickAndTells)
+{
+    waitForStick();
+    const int before = m_changeCount;
+    std::thread([&] { m_volumes->unmount("/run/my media"); }).join();
+    EXPECT_EQ(name(), "");
+    EXPECT_EQ(m_volumes->pathOf("My Stick"), "/Volumes/My Stick");
+    EXPECT_TRUE(m_disks->hasStick());
+    ASSERT_TRUE(DiskService::run("mount " + m_device + " '/run/my media'"));
+    waitUntil([&] { return m_changeCount > before; });
+}
+
+TEST_F(LinuxVolumeServiceUDisksTest, leavesAStickInUseWhereItIs)
+{
+    waitForStick();
+    const FileDescriptor use(open("/run/my media", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const LogLines log("tessaly.platform.volumes");
+    const auto isRefused = [] {
+        const Names lines = LogLines::waitFor(0);
+        return std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
+            return line.starts_with("not unmounted: /run/my media - Unmount: ") &&
+                   line.find("busy") != std::string::npos;
+        });
+    };
+    m_volumes->unmountAndEject("/run/my media");
+    waitUntil(isRefused);
+    EXPECT_EQ(name(), "My Stick");
+}
+
+} // namespace
+
+} // namespace tessaly
