@@ -91,12 +91,13 @@ void CellTableView::registerCells(const QString &identifier, CellMaker maker)
 QWidget *CellTableView::makeView(const QString &identifier)
 {
     m_madeIdentifier = identifier;
-    const auto unused = std::find_if(m_unused.rbegin(), m_unused.rend(), [&](const Cell &cell) {
+    // From the front, so that after a reload the rows have the cells that they had before.
+    const auto unused = std::find_if(m_unused.begin(), m_unused.end(), [&](const Cell &cell) {
         return cell.identifier == identifier;
     });
-    if (unused != m_unused.rend()) {
+    if (unused != m_unused.end()) {
         QWidget *widget = unused->widget;
-        m_unused.erase(std::next(unused).base());
+        m_unused.erase(unused);
         return widget;
     }
     const auto maker = m_makers.find(identifier);
@@ -141,6 +142,15 @@ int CellTableView::selectedRow() const
 void CellTableView::selectRow(int row)
 {
     setCurrentIndex(m_model->index(row));
+}
+
+QWidget *CellTableView::selectedCell()
+{
+    const int row = selectedRow();
+    if (row >= 0) {
+        scrollTo(m_model->index(row)); // a row that is out of sight has no cell
+    }
+    return cellForRow(row);
 }
 
 void CellTableView::keyPressEvent(QKeyEvent *event)

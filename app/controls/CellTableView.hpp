@@ -61,6 +61,8 @@ public:
 
     [[nodiscard]] int selectedRow() const;
     void selectRow(int row);
+    /// The cell of the selected row, which is brought into sight for that; nullptr without one.
+    [[nodiscard]] QWidget *selectedCell();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

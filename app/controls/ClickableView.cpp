@@ -26,7 +26,15 @@ void ClickableView::mouseReleaseEvent(QMouseEvent *event)
     event->ignore();
     if (std::exchange(m_isPressed, false) && event->button() == Qt::LeftButton &&
         rect().contains(event->position().toPoint())) {
-        QMetaObject::invokeMethod(this, &ClickableView::clicked, Qt::QueuedConnection);
+        m_isClickUnderWay = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (std::exchange(m_isClickUnderWay, false)) {
+                    Q_EMIT clicked();
+                }
+            },
+            Qt::QueuedConnection);
     }
 }
 

@@ -24,8 +24,8 @@ Q_SIGNALS:
 protected:
     /// Where a click may begin.
     [[nodiscard]] virtual QRect clickableRect() const { return rect(); }
-    /// To be called when the content changes: a press that is under way is no click on it.
-    void forgetPress() noexcept { m_isPressed = false; }
+    /// To be called when the content changes: a press or click that is under way is none on it.
+    void forgetPress() noexcept { m_isPressed = m_isClickUnderWay = false; }
 
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -34,6 +34,7 @@ protected:
 private:
     bool m_isClickable = false;
     bool m_isPressed = false;
+    bool m_isClickUnderWay = false; ///< done, and not told of yet
 };
 
 } // namespace tessaly

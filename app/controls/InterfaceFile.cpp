@@ -2,6 +2,7 @@
 
 #include "app/controls/CellTableView.hpp"
 #include "app/controls/IconView.hpp"
+#include "app/controls/InterfaceShortcuts.hpp"
 #include "app/controls/KORVENButton.hpp"
 #include "app/controls/KORVENButtonCell.hpp"
 #include "app/controls/KORVENProgressBar.hpp"
@@ -89,11 +90,16 @@ Loader &loader()
     return *only;
 }
 
+struct Content {
+    QByteArray bytes;
+    InterfaceShortcuts shortcuts;
+};
+
 /// The files as they were first read, for a table loads one and the same for many rows. Nothing
 /// for a file that cannot be read.
-std::optional<QByteArray> bytesOf(const QString &path)
+std::optional<Content> contentOf(const QString &path)
 {
-    static QHash<QString, QByteArray> kept;
+    static QHash<QString, Content> kept;
     if (const auto found = kept.constFind(path); found != kept.constEnd()) {
         return *found;
     }
@@ -101,7 +107,8 @@ std::optional<QByteArray> bytesOf(const QString &path)
     if (!file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
-    return *kept.insert(path, file.readAll());
+    const QByteArray bytes = file.readAll();
+    return *kept.insert(path, {bytes, InterfaceShortcuts(bytes)});
 }
 
 } // namespace
@@ -116,11 +123,11 @@ InterfaceFile::Loaded InterfaceFile::load(QAnyStringView name, QWidget *parent)
     const QString path = interfacePath(name.toString());
     const auto failed = [&](const QString &why) { return Loaded{nullptr, path + u": "_s + why}; };
 
-    std::optional<QByteArray> bytes = bytesOf(path);
-    if (!bytes) {
+    std::optional<Content> content = contentOf(path);
+    if (!content) {
         return failed(u"there is no such interface file"_s);
     }
-    QBuffer buffer(&*bytes);
+    QBuffer buffer(&content->bytes);
     buffer.open(QIODevice::ReadOnly);
     Loaded loaded{std::unique_ptr<QWidget>(loader().load(&buffer, parent)), {}};
     const QStringList unknown = loader().takeUnknown();
@@ -130,6 +137,7 @@ InterfaceFile::Loaded InterfaceFile::load(QAnyStringView name, QWidget *parent)
     if (!unknown.isEmpty()) {
         return failed(u"no class is registered as "_s + unknown.join(u", "_s));
     }
+    content->shortcuts.applyTo(*loaded.root);
     return loaded;
 }
 

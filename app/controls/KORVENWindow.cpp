@@ -1,6 +1,7 @@
 #include "app/controls/KORVENWindow.hpp"
 
 #include "app/controls/KORVENTitleView.hpp"
+#include "app/controls/Look.hpp"
 #include "app/controls/TitleBarButton.hpp"
 #include "app/controls/WindowEdges.hpp"
 #include "app/controls/WindowMenu.hpp"
@@ -15,6 +16,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
+#include <QStyle>
 #include <QStyleHints>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -30,11 +32,6 @@ namespace {
 constexpr QSize firstSize{1080, 700};
 constexpr float backgroundGrey = 0.36718F;
 
-bool isInTitleBar(QPoint point, QSize window)
-{
-    return titleBarRect(window).contains(point);
-}
-
 } // namespace
 
 KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
@@ -46,11 +43,11 @@ KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
     if (surface == Surface::composited) {
         setAttribute(Qt::WA_TranslucentBackground);
     }
-    m_layout->setContentsMargins(0, titleBarHeight, 0, 0);
     m_layout->setSpacing(0);
     makeButtons();
     m_edges = new WindowEdges(this);
     makeShortcuts();
+    placeParts();
     setMinimumSize(smallestWindow);
     resize(constrainFrameRect({{}, firstSize}, screen()).size());
     updateShape();
@@ -77,7 +74,8 @@ void KORVENWindow::makeShortcuts()
 {
     const auto *windowMenuKey = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Space), this);
     connect(windowMenuKey, &QShortcut::activated, this, [this] {
-        m_windowMenu->showAt(mapToGlobal(QPoint(resizeMargin, titleBarHeight)), true);
+        const QPoint corner = shownRect().topLeft();
+        m_windowMenu->showAt(mapToGlobal(corner + QPoint(resizeMargin, titleBarHeight)), true);
     });
     const auto *applicationMenuKey = new QShortcut(QKeySequence(Qt::Key_F10), this);
     connect(applicationMenuKey, &QShortcut::activated, m_menuButton, [this] {
@@ -121,6 +119,32 @@ QRect KORVENWindow::constrainFrameRect(const QRect &frame, const QScreen *screen
     return frameWithin(frame, screen->availableGeometry());
 }
 
+void KORVENWindow::setOuterMargin(int margin)
+{
+    if (margin != m_outerMargin) {
+        m_outerMargin = margin;
+        placeParts();
+        update();
+    }
+}
+
+bool KORVENWindow::canBePlaced()
+{
+    return !QGuiApplication::platformName().startsWith(u"wayland"_s);
+}
+
+QRect KORVENWindow::shownRect() const
+{
+    return rect().marginsRemoved(
+        QMargins(m_outerMargin, m_outerMargin, m_outerMargin, m_outerMargin));
+}
+
+bool KORVENWindow::isInTitleBar(QPoint point) const
+{
+    const QRect shown = shownRect();
+    return titleBarRect(shown.size()).contains(point - shown.topLeft());
+}
+
 void KORVENWindow::zoom()
 {
     if (fillsScreen()) {
@@ -158,8 +182,10 @@ bool KORVENWindow::restorePlacement(const QByteArray &bytes)
 void KORVENWindow::mousePressEvent(QMouseEvent *event)
 {
     const QPoint place = event->position().toPoint();
-    if (event->button() == Qt::LeftButton && isInTitleBar(place, size())) {
+    if (event->button() == Qt::LeftButton && isInTitleBar(place) && !isFullScreen()) {
         m_pressedTitle = place;
+    } else {
+        event->ignore(); // it begins nothing
     }
 }
 
@@ -187,14 +213,14 @@ void KORVENWindow::mouseReleaseEvent(QMouseEvent * /*event*/)
 void KORVENWindow::mouseDoubleClickEvent(QMouseEvent *event)
 {
     m_pressedTitle.reset();
-    if (event->button() == Qt::LeftButton && isInTitleBar(event->position().toPoint(), size())) {
+    if (event->button() == Qt::LeftButton && isInTitleBar(event->position().toPoint())) {
         zoom();
     }
 }
 
 void KORVENWindow::contextMenuEvent(QContextMenuEvent *event)
 {
-    if (event->reason() == QContextMenuEvent::Mouse && isInTitleBar(event->pos(), size())) {
+    if (event->reason() == QContextMenuEvent::Mouse && isInTitleBar(event->pos())) {
         m_windowMenu->showAt(event->globalPos(), false);
     } else {
         event->ignore();
@@ -203,11 +229,27 @@ void KORVENWindow::contextMenuEvent(QContextMenuEvent *event)
 
 void KORVENWindow::resizeEvent(QResizeEvent * /*event*/)
 {
-    m_titleView->setGeometry(rect());
-    for (TitleBarButton *button : std::as_const(m_buttons)) {
-        button->setGeometry(titleBarPartRect(button->part(), width()));
-    }
+    placeParts();
+}
+
+void KORVENWindow::placeParts()
+{
+    const QRect shown = shownRect();
+    m_layout->setContentsMargins(m_outerMargin, m_outerMargin + titleBarHeight, m_outerMargin,
+                                 m_outerMargin);
+    m_titleView->setGeometry(shown);
+    placeButtons();
     m_edges->setGeometry(rect());
+}
+
+void KORVENWindow::placeButtons()
+{
+    const QRect shown = shownRect();
+    for (TitleBarButton *button : std::as_const(m_buttons)) {
+        const QRect place = titleBarPartRect(button->part(), shown.width());
+        button->setGeometry(
+            QStyle::visualRect(layoutDirection(), shown, place.translated(shown.topLeft())));
+    }
 }
 
 void KORVENWindow::changeEvent(QEvent *event)
@@ -215,6 +257,9 @@ void KORVENWindow::changeEvent(QEvent *event)
     if (event->type() == QEvent::WindowStateChange) {
         m_pressedTitle.reset();
         updateShape();
+    }
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        placeButtons();
     }
     if (event->type() == QEvent::ActivationChange) {
         // Only the window is told, and its title bar is what shows it.
@@ -243,7 +288,10 @@ void KORVENWindow::paintEvent(QPaintEvent * /*event*/)
 {
     // The rim takes away what must not be seen of the corners.
     QPainter painter(this);
-    painter.fillRect(rect(), QColor::fromRgbF(backgroundGrey, backgroundGrey, backgroundGrey));
+    if (m_outerMargin > 0) {
+        painter.fillRect(rect(), look::backdrop);
+    }
+    painter.fillRect(shownRect(), QColor::fromRgbF(backgroundGrey, backgroundGrey, backgroundGrey));
 }
 
 } // namespace tessaly

@@ -24,9 +24,9 @@ class WindowMenu;
 /// the program's menu at its left and those to minimise, zoom and close at its right, and a content
 /// widget below.
 ///
-/// The title bar moves the window when dragged, zooms it when double-clicked, and opens the
-/// window's menu when right-clicked; Alt+Space opens that too, F10 the program's menu. The
-/// outermost pixels of the window (`resizeMargin`) resize it.
+/// The title bar moves the window when dragged, but not in full screen, zooms it when
+/// double-clicked, and opens the window's menu when right-clicked; Alt+Space opens that too, F10
+/// the program's menu. The outermost pixels of the window (`resizeMargin`) resize it.
 class KORVENWindow : public QWidget {
     Q_OBJECT
 
@@ -61,6 +61,14 @@ public:
     /// screen has available, unless that is suspended. Without a screen the proposed one.
     [[nodiscard]] QRect constrainFrameRect(const QRect &frame, const QScreen *screen) const;
 
+    /// Room left free on each side of all that the window shows, its title bar included; 0 at
+    /// first. For a window that covers the screen and shows less: there it is dark.
+    [[nodiscard]] int outerMargin() const noexcept { return m_outerMargin; }
+    void setOuterMargin(int margin);
+
+    /// Whether windows can be put anywhere on this desktop by their programs.
+    [[nodiscard]] static bool canBePlaced();
+
     /// Maximises the window, or restores it when it is maximised or full-screen.
     void zoom();
 
@@ -87,7 +95,12 @@ private:
     [[nodiscard]] bool roundsCorners() const;
     void makeButtons();
     void makeShortcuts();
+    void placeButtons();
     void updateShape();
+    void placeParts();
+    /// All of the window but its margin.
+    [[nodiscard]] QRect shownRect() const;
+    [[nodiscard]] bool isInTitleBar(QPoint point) const;
 
     Surface m_surface;
     QVBoxLayout *m_layout;
@@ -99,6 +112,7 @@ private:
     WindowMenu *m_windowMenu;
     std::optional<QPoint> m_pressedTitle; ///< where a drag of the title bar may begin
     bool m_constrainingToScreenSuspended = false;
+    int m_outerMargin = 0;
 };
 
 } // namespace tessaly

@@ -71,7 +71,9 @@ void makeCaption(QWidget &label)
     font.setPointSizeF(font.pointSizeF() * captionScale);
     label.setFont(font);
     QPalette colors = label.palette();
-    colors.setColor(QPalette::WindowText, look::dimmedText);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text}) {
+        colors.setColor(role, look::dimmedText); // the latter in the cells of tables
+    }
     label.setPalette(colors);
 }
 

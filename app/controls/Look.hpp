@@ -12,6 +12,7 @@ namespace tessaly {
 namespace look {
 
 inline constexpr QColor window{0x5e, 0x5e, 0x5e};
+inline constexpr QColor backdrop{0x26, 0x26, 0x26}; ///< around a window in full screen
 inline constexpr QColor sidebar{0x4b, 0x4b, 0x4b};
 inline constexpr QColor sheet{0x66, 0x66, 0x66}; ///< what slides over the window
 inline constexpr QColor group{0x5a, 0x5a, 0x5a}; ///< the boxes on a sheet

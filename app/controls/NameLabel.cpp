@@ -55,6 +55,8 @@ QSize NameLabel::minimumSizeHint() const
 void NameLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
+    // A name runs as its own letters do, wherever it stands: ".Trash" keeps its dot in front.
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.setPen(palette().color(foregroundRole()));
     const QRect place = contentsRect();
     painter.drawText(place,

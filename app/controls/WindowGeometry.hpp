@@ -35,7 +35,8 @@ enum class TitleBarPart { applicationMenu, minimize, zoom, close };
 /// which what would hang out below is left off. Its width stays.
 [[nodiscard]] QRectF titleTextRect(const QRectF &titleBar);
 
-/// Where a button lies in a window of that width.
+/// Where a button lies in a window of that width, where texts run from left to right. Elsewhere
+/// the window mirrors it.
 [[nodiscard]] QRect titleBarPartRect(TitleBarPart part, int windowWidth);
 
 /// The edges that are seized at a point of a window of that size: none inside of `resizeMargin`,

@@ -4,21 +4,8 @@
 #include "app/controls/KeyboardPlacement.hpp"
 
 #include <QAction>
-#include <QGuiApplication>
-
-using namespace Qt::StringLiterals;
 
 namespace tessaly {
-
-namespace {
-
-/// Programs cannot place their windows everywhere.
-bool canPlaceWindows()
-{
-    return !QGuiApplication::platformName().startsWith(u"wayland"_s);
-}
-
-} // namespace
 
 WindowMenu::WindowMenu(KORVENWindow *window)
     : QMenu(window), m_window(window), m_restore(addAction(tr("&Restore"))),
@@ -51,7 +38,7 @@ void WindowMenu::updateActions()
 {
     const bool isFree = !m_window->isMaximized() && !m_window->isFullScreen();
     m_restore->setEnabled(!isFree);
-    m_move->setEnabled(isFree && canPlaceWindows());
+    m_move->setEnabled(isFree && KORVENWindow::canBePlaced());
     m_size->setEnabled(isFree);
     m_maximize->setEnabled(isFree);
 }

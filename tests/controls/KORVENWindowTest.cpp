@@ -1,6 +1,7 @@
 #include "app/controls/KORVENWindow.hpp"
 
 #include "app/controls/KORVENTitleView.hpp"
+#include "app/controls/Look.hpp"
 #include "app/controls/WindowEdges.hpp"
 #include "app/controls/WindowMenu.hpp"
 #include "app/controls/WindowPlacement.hpp"
@@ -9,6 +10,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalSpy>
@@ -98,6 +100,15 @@ protected:
         return items;
     }
 
+    /// Whether a press of the left button there begins something.
+    bool takesPress(QPoint place)
+    {
+        QMouseEvent press(QEvent::MouseButtonPress, place, m_window.mapToGlobal(place),
+                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&m_window, &press);
+        return press.isAccepted();
+    }
+
     void rightClick(QPoint place)
     {
         QContextMenuEvent event(QContextMenuEvent::Mouse, place, m_window.mapToGlobal(place));
@@ -143,6 +154,23 @@ TEST_F(KORVENWindowTest, showsItsContentBelowTheTitleBar)
     m_window.resize(790, 500);
     EXPECT_EQ(content->geometry(), QRect(0, 34, 790, 466));
     EXPECT_EQ(m_window.titleView()->geometry(), m_window.rect());
+}
+
+TEST_F(KORVENWindowTest, buttonsChangeSidesWhereTextsRunFromRightToLeft)
+{
+    const QRect menu = button(u"Menu"_s)->geometry();
+    const QRect close = button(u"Close"_s)->geometry();
+    ASSERT_LT(menu.right(), close.left());
+
+    m_window.setLayoutDirection(Qt::RightToLeft);
+    const int mirror = m_window.rect().left() + m_window.rect().right();
+    EXPECT_EQ(button(u"Menu"_s)->geometry().left(), mirror - menu.right());
+    EXPECT_EQ(button(u"Close"_s)->geometry().left(), mirror - close.right());
+    EXPECT_EQ(button(u"Close"_s)->size(), close.size());
+
+    m_window.resize(m_window.width() + 40, m_window.height());
+    EXPECT_EQ(button(u"Close"_s)->geometry().left(), mirror + 40 - close.right() - 40);
+    EXPECT_EQ(button(u"Menu"_s)->geometry().left(), mirror + 40 - menu.right());
 }
 
 TEST_F(KORVENWindowTest, deletesTheContentThatIsReplaced)
@@ -193,6 +221,45 @@ TEST_F(KORVENWindowTest, fillsTheWholeScreenWhenMaximised)
     m_window.showNormal();
     EXPECT_EQ(m_window.grab().toImage().pixelColor(0, 0).alpha(), 0);
     EXPECT_TRUE(m_window.findChild<WindowEdges *>()->isVisible());
+}
+
+TEST_F(KORVENWindowTest, leavesAMarginAroundAllThatItShows)
+{
+    auto *content = new QWidget;
+    m_window.setContentWidget(content);
+    m_window.resize(790, 500);
+    EXPECT_EQ(m_window.outerMargin(), 0);
+    m_window.setOuterMargin(60);
+    EXPECT_EQ(m_window.outerMargin(), 60);
+    EXPECT_EQ(m_window.titleView()->geometry(), QRect(60, 60, 670, 380));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return content->geometry() == QRect(60, 94, 670, 346); }));
+    EXPECT_EQ(button(u"Close"_s)->geometry(),
+              titleBarPartRect(TitleBarPart::close, 670).translated(60, 60));
+    const QImage image = m_window.grab().toImage();
+    EXPECT_EQ(image.pixelColor(40, 250), look::backdrop);
+    EXPECT_EQ(image.pixelColor(70, 250), QColor(94, 94, 94));
+
+    m_window.setOuterMargin(0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return content->geometry() == QRect(0, 34, 790, 466); }));
+    EXPECT_EQ(m_window.grab().toImage().pixelColor(40, 250), QColor(94, 94, 94));
+}
+
+TEST_F(KORVENWindowTest, canBeSeizedByItsTitleOnly)
+{
+    EXPECT_TRUE(takesPress(inTitle));
+    EXPECT_FALSE(takesPress(inTitle + QPoint(0, 100)));
+    m_window.setOuterMargin(60);
+    EXPECT_FALSE(takesPress(inTitle));
+    EXPECT_TRUE(takesPress(inTitle + QPoint(60, 60)));
+}
+
+TEST_F(KORVENWindowTest, cannotBeSeizedInFullScreen)
+{
+    m_window.showFullScreen();
+    EXPECT_FALSE(takesPress(inTitle));
+    EXPECT_FALSE(m_window.findChild<WindowEdges *>()->isVisible());
+    m_window.showNormal();
+    EXPECT_TRUE(takesPress(inTitle));
 }
 
 TEST(KORVENWindow, hasSquareCornersWhereNothingShinesThrough)

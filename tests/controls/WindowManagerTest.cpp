@@ -1,18 +1,15 @@
 // The main window with a window manager that people use: what only the two can do together.
 
 #include "app/controls/KORVENWindow.hpp"
-#include "tests/platform/linux/StartedProgram.hpp"
-#include "tests/platform/linux/VirtualDisplay.hpp"
+#include "tests/platform/linux/ManagedDisplay.hpp"
 
 #include <QApplication>
 #include <QMenu>
-#include <QProcess>
 #include <QStringList>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <optional>
 #include <string>
 
@@ -21,45 +18,8 @@ using namespace Qt::StringLiterals;
 namespace tessaly {
 namespace {
 
-int xdotool(const QStringList &words)
-{
-    QProcess process;
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(u"xdotool"_s, words);
-    return process.waitForFinished(-1) ? process.exitCode() : -1;
-}
-
 /// How long something may take on a machine that has much else to do.
 constexpr int patienceMs = 30'000;
-
-/// A display with a window manager, which Qt takes for its own. One for the whole process.
-class ManagedDisplay {
-public:
-    ManagedDisplay()
-    {
-        setenv("DISPLAY", m_display.name().c_str(), 1);
-        setenv("QT_QPA_PLATFORM", "xcb", 1);
-        m_manager.emplace(std::vector<std::string>{"openbox", "--sm-disable"});
-        // It says which desktop it shows once it is ready to manage windows.
-        while (xdotool({u"get_desktop"_s}) != 0 && m_manager->isRunning()) {}
-    }
-
-    /// What is missing for one; empty when nothing is.
-    [[nodiscard]] static std::string missing()
-    {
-        for (const char *program : {"Xvfb", "openbox", "xdotool"}) {
-            if (!StartedProgram::isInstalled(program)) {
-                return program;
-            }
-        }
-        return {};
-    }
-
-private:
-    VirtualDisplay m_display{"1280x900x24"};
-    std::optional<StartedProgram> m_manager;
-};
 
 class WindowManagerTest : public testing::Test {
 protected:

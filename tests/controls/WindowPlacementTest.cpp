@@ -42,9 +42,10 @@ TEST(WindowPlacement, framesThatNoScreenHasAreRefused)
 {
     constexpr int most = std::numeric_limits<int>::max();
     constexpr int least = std::numeric_limits<int>::min();
-    for (const QRect &bad : {QRect(0, 0, 0, 700), QRect(0, 0, 1080, -1), QRect(0, 0, 0, 0),
-                             QRect(most, 0, 1, 1), QRect(0, least, 1, 1), QRect(0, 0, most, 700),
-                             QRect(0, 0, 1080, 1'000'001), QRect(-1'000'001, 0, 1080, 700)}) {
+    for (const QRect &bad :
+         {QRect(0, 0, 0, 700), QRect(0, 0, 1080, -1), QRect(0, 0, 0, 0),
+          QRect({most, 0}, QPoint(most, 0)), QRect(0, least, 1, 1), QRect(0, 0, most, 700),
+          QRect(0, 0, 1080, 1'000'001), QRect(-1'000'001, 0, 1080, 700)}) {
         EXPECT_FALSE(WindowPlacement::fromBytes(WindowPlacement{bad, false}.bytes()));
     }
 }

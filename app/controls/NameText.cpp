@@ -1,0 +1,21 @@
+#include "app/controls/NameText.hpp"
+
+#include "engine/ArchivedName.hpp"
+
+namespace tessaly {
+
+QString textOfName(std::string_view name)
+{
+    if (isAscii(name)) {
+        return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+    }
+    const std::u16string text = archivedName(name);
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string nameOfText(const QString &text)
+{
+    return nameFromArchived(text.toStdU16String());
+}
+
+} // namespace tessaly

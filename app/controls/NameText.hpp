@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <string_view>
+
+namespace tessaly {
+
+/// A file name or path as a text that a field can hold, from which nameOfText() makes the very same
+/// bytes again (see archivedName()). Fields for names draw it readably (see NameLabel).
+[[nodiscard]] QString textOfName(std::string_view name);
+
+/// The bytes of a name from its text.
+[[nodiscard]] std::string nameOfText(const QString &text);
+
+} // namespace tessaly
