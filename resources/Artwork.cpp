@@ -1,5 +1,7 @@
 #include "resources/Artwork.hpp"
 
+#include <QGuiApplication>
+
 namespace tessaly {
 
 using namespace Qt::StringLiterals;
@@ -31,7 +33,7 @@ QIcon applicationIcon()
         ours.addFile(u":/tessaly/icons/hicolor/%1x%1/apps/tessaly.png"_s.arg(size),
                      QSize(size, size));
     }
-    return QIcon::fromTheme(u"tessaly"_s, ours);
+    return QIcon::fromTheme(QGuiApplication::desktopFileName(), ours);
 }
 
 } // namespace tessaly

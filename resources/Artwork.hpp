@@ -22,7 +22,8 @@ namespace tessaly {
 /// An icon without an image if there is no such file.
 [[nodiscard]] QIcon artworkIcon(QStringView fileName);
 
-/// The program's own icon: the one of the user's icon theme, if it has one, or ours in all sizes.
+/// The program's own icon: the one of the user's icon theme, if it has one, or ours in all sizes. A
+/// theme knows it by the name of the desktop file, see QGuiApplication::setDesktopFileName().
 [[nodiscard]] QIcon applicationIcon();
 
 } // namespace tessaly
