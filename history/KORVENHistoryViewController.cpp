@@ -1,0 +1,425 @@
+#include "history/KORVENHistoryViewController.hpp"
+
+#include "app/controls/CellTableView.hpp"
+#include "app/controls/CellTexts.hpp"
+#include "app/controls/IconView.hpp"
+#include "app/controls/InterfaceFile.hpp"
+#include "app/controls/KORVENButton.hpp"
+#include "app/controls/Look.hpp"
+#include "app/controls/NameLabel.hpp"
+#include "app/controls/NameText.hpp"
+#include "app/controls/RowDeparture.hpp"
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/delegate/NamedException.hpp"
+#include "history/HistoryOrder.hpp"
+#include "history/KORVENHistoryCellView.hpp"
+#include "history/KORVENHistoryStore.hpp"
+#include "platform/DateTexts.hpp"
+
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLocale>
+#include <QShortcut>
+#include <QStackedWidget>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+const QString cellIdentifier = u"KORVENHistoryCell"_s;
+constexpr int rowHeight = 58;
+
+QString pathText(const KORVENHistoryItem &record)
+{
+    return textOfName(record.scanPath().value_or(std::string()));
+}
+
+QString totalText(const KORVENHistoryItem &record)
+{
+    return QString::fromStdString(record.scanTotal().value_or(std::string()));
+}
+
+QString dateText(const KORVENHistoryItem &record)
+{
+    if (!record.scanDate()) {
+        return {};
+    }
+    const DateTexts &dates = KORVENAppDelegate::sharedDelegate().services().dates;
+    return QString::fromStdString(
+        dates.text(record.scanDate()->systemTime(), DateStyle::medium, DateStyle::shortest));
+}
+
+} // namespace
+
+KORVENHistoryViewController::KORVENHistoryViewController(const QString &nibName)
+{
+    InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
+    if (!loaded.root) {
+        qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
+    }
+    m_view = loaded.root.release();
+    findOutlets();
+    makeShortcuts();
+    connect(&m_removal, &ScansRemoval::ended, this, &KORVENHistoryViewController::updateButtons);
+}
+
+KORVENHistoryViewController::~KORVENHistoryViewController()
+{
+    if (m_view) {
+        m_tableView->setDataSource(nullptr);
+        delete m_view;
+    }
+}
+
+void KORVENHistoryViewController::findOutlets()
+{
+    QWidget &view = *m_view;
+    m_tableView = &outlet<CellTableView>(view, "tableView");
+    m_refreshButton = &outlet<KORVENButton>(view, "refreshButton");
+    m_sortButton = &outlet<KORVENButton>(view, "sortButton");
+    m_deleteButton = &outlet<KORVENButton>(view, "deleteButton");
+    m_countLabel = &outlet<QLabel>(view, "countLabel");
+    m_historyPages = &outlet<QStackedWidget>(view, "historyPages");
+    m_emptyPage = &outlet<QWidget>(view, "emptyPage");
+    m_emptyTitle = &outlet<QLabel>(view, "emptyTitle");
+    m_emptyText = &outlet<QLabel>(view, "emptyText");
+    m_tableView->setRowHeight(rowHeight);
+    makeCaption(*m_countLabel);
+    makeTitle(*m_emptyTitle);
+    makeCaption(*m_emptyText);
+
+    const QStringList missing = wireActions(view, *this,
+                                            {{"refreshButton", [this] { scanClicked(); }},
+                                             {"sortButton", [this] { sortClicked(); }},
+                                             {"deleteButton", [this] { deleteAllClicked(); }}});
+    if (!missing.isEmpty()) {
+        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
+    }
+    connect(m_tableView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &current) { m_selected = recordAt(current.row()); });
+}
+
+void KORVENHistoryViewController::makeShortcuts()
+{
+    auto *shortcut = new QShortcut(QKeySequence(QKeySequence::Delete), m_tableView, nullptr,
+                                   nullptr, Qt::WidgetShortcut);
+    connect(shortcut, &QShortcut::activated, this, &KORVENHistoryViewController::deleteSelected);
+}
+
+void KORVENHistoryViewController::awakeFromNib()
+{
+    if (!m_firstRunFlag) {
+        return;
+    }
+    m_firstRunFlag = false;
+    setSortByDate(true);
+    if (!KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
+        m_tableView->registerCells(cellIdentifier, [this] {
+            return KORVENHistoryCellView::tableCellViewWithNibNamed(cellIdentifier, this);
+        });
+    } else {
+        for (KORVENButton *button : {m_refreshButton, m_sortButton, m_deleteButton}) {
+            button->set10p7Mode();
+        }
+    }
+    m_tableView->setDataSource(this);
+    loadHistory();
+}
+
+void KORVENHistoryViewController::setSortByDate(bool isByDate)
+{
+    m_sortByDateFlag = isByDate;
+    m_sortButton->setTitle(isByDate ? tr("Sort by name") : tr("Sort by date"));
+}
+
+void KORVENHistoryViewController::loadHistory()
+{
+    HistoryRecords records;
+    try {
+        records = KORVENHistoryStore::sharedStore().allItems();
+        m_problem.clear();
+    } catch (const NamedException &exception) {
+        m_problem = QString::fromStdString(exception.reason());
+    }
+    std::reverse(records.begin(), records.end()); // of two of one date the later one comes first
+    sortNewestFirst(records);
+    {
+        const std::scoped_lock lock(m_rowsLock);
+        m_historyArray = std::move(records);
+        m_departed = {};
+    }
+    setSortByDate(true);
+    reloadTable();
+}
+
+void KORVENHistoryViewController::reloadHistory()
+{
+    if (m_isLoadScheduled.exchange(true)) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isLoadScheduled = false;
+            loadHistory();
+        },
+        Qt::QueuedConnection);
+}
+
+void KORVENHistoryViewController::reloadHistoryDelete(const std::optional<std::string> &scanKey)
+{
+    {
+        const std::scoped_lock lock(m_rowsLock);
+        const auto found =
+            std::find_if(m_historyArray.begin(), m_historyArray.end(),
+                         [&](const Record &record) { return record->scanKey() == scanKey; });
+        if (found != m_historyArray.end()) {
+            m_departed = {m_departed.count + 1, static_cast<int>(found - m_historyArray.begin())};
+            m_historyArray.erase(found);
+        }
+    }
+    if (m_isDeleteScheduled.exchange(true)) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isDeleteScheduled = false;
+            loadHistoryDelete();
+        },
+        Qt::QueuedConnection);
+}
+
+void KORVENHistoryViewController::loadHistoryDelete()
+{
+    Departed departed;
+    {
+        const std::scoped_lock lock(m_rowsLock);
+        departed = std::exchange(m_departed, {});
+    }
+    RowDeparture *departure = nullptr;
+    if (departed.count > 0 && !m_removal.isRunning() && RowDeparture::isWanted(*m_tableView)) {
+        departure = new RowDeparture(*m_tableView, *m_view);
+    }
+    reloadTable();
+    m_departure = departure;
+    if (departure != nullptr) {
+        departure->play(departed.count == 1 ? std::optional(departed.row) : std::nullopt);
+    }
+}
+
+void KORVENHistoryViewController::scanClicked()
+{
+    KORVENAppDelegate::sharedDelegate().scanClicked();
+}
+
+void KORVENHistoryViewController::sortClicked()
+{
+    setSortByDate(!m_sortByDateFlag);
+    sortTable();
+}
+
+void KORVENHistoryViewController::sortTable()
+{
+    {
+        const std::scoped_lock lock(m_rowsLock);
+        if (m_sortByDateFlag) {
+            sortNewestFirst(m_historyArray);
+        } else {
+            sortByPath(m_historyArray);
+        }
+        m_departed = {};
+    }
+    reloadTable();
+    m_tableView->scrollToTop();
+}
+
+void KORVENHistoryViewController::deleteAllClicked()
+{
+    if (m_removal.isRunning()) {
+        return;
+    }
+    try {
+        m_removal.start(KORVENHistoryStore::sharedStore().allItems());
+    } catch (const NamedException &) {
+        loadHistory(); // and says what is wrong
+    }
+    if (m_removal.isRunning() && m_deleteButton->hasFocus()) {
+        m_tableView->setFocus();
+    }
+    updateButtons();
+}
+
+void KORVENHistoryViewController::deleteSelected()
+{
+    const int row = m_tableView->selectedRow();
+    if (row < 0 || m_removal.isRunning()) {
+        return;
+    }
+    m_tableView->scrollTo(m_tableView->currentIndex()); // a row that is out of sight has no cell
+    if (auto *cell = cellAt(row)) {
+        cell->deleteClicked();
+    }
+}
+
+void KORVENHistoryViewController::reloadTable()
+{
+    delete m_departure; // it shows what is no longer so
+    const int rowBefore = m_tableView->selectedRow();
+    m_tableView->reloadData();
+    selectAgain(rowBefore);
+    showRowsOrEmptyState();
+    updateButtons();
+}
+
+/// Selects the record that was selected before a reload, or what has come to its place.
+void KORVENHistoryViewController::selectAgain(int rowBefore)
+{
+    const int rowCount = numberOfRowsInTableView();
+    if (rowBefore < 0 || rowCount == 0) {
+        return;
+    }
+    int row = std::min(rowBefore, rowCount - 1);
+    {
+        const std::scoped_lock lock(m_rowsLock);
+        const auto same = std::find(m_historyArray.begin(), m_historyArray.end(), m_selected);
+        if (same != m_historyArray.end()) {
+            row = static_cast<int>(same - m_historyArray.begin());
+        }
+    }
+    m_tableView->setAutoScroll(false); // the rows in sight stay where they are
+    m_tableView->selectRow(row);
+    m_tableView->setAutoScroll(true);
+}
+
+void KORVENHistoryViewController::showRowsOrEmptyState()
+{
+    const int count = numberOfRowsInTableView();
+    if (!m_problem.isEmpty()) {
+        m_countLabel->clear();
+        m_emptyTitle->setText(tr("The history cannot be read"));
+        m_emptyText->setText(tr("Scans are not recorded until it can be: %1").arg(m_problem));
+    } else {
+        m_countLabel->setText(count == 0   ? tr("No scans kept")
+                              : count == 1 ? tr("1 scan kept")
+                                           : tr("%1 scans kept").arg(QLocale().toString(count)));
+        m_emptyTitle->setText(tr("No scans kept yet"));
+        m_emptyText->setText(
+            tr("Each folder that you scan is listed here, to be opened again without a scan."));
+    }
+    if (count > 0) {
+        m_historyPages->setCurrentWidget(m_tableView);
+        return;
+    }
+    const bool hadFocus = m_tableView->hasFocus();
+    m_historyPages->setCurrentWidget(m_emptyPage);
+    if (hadFocus) {
+        m_refreshButton->setFocus(); // what there is to do next
+    }
+}
+
+void KORVENHistoryViewController::updateButtons()
+{
+    const bool isIdle = !m_removal.isRunning();
+    m_refreshButton->setEnabled(isIdle);
+    m_sortButton->setEnabled(isIdle);
+    m_deleteButton->setEnabled(isIdle && numberOfRowsInTableView() > 0);
+    for (auto *cell : m_tableView->findChildren<KORVENHistoryCellView *>()) {
+        if (cell->deleteButton() != nullptr) {
+            cell->deleteButton()->setEnabled(isIdle);
+        }
+    }
+}
+
+HistoryRecords KORVENHistoryViewController::historyArray() const
+{
+    const std::scoped_lock lock(m_rowsLock);
+    return m_historyArray;
+}
+
+int KORVENHistoryViewController::numberOfRowsInTableView() const
+{
+    const std::scoped_lock lock(m_rowsLock);
+    return static_cast<int>(m_historyArray.size());
+}
+
+KORVENHistoryViewController::Record KORVENHistoryViewController::recordAt(int row) const
+{
+    const std::scoped_lock lock(m_rowsLock);
+    const bool isThere = row >= 0 && static_cast<std::size_t>(row) < m_historyArray.size();
+    return isThere ? m_historyArray[static_cast<std::size_t>(row)] : nullptr;
+}
+
+QWidget *KORVENHistoryViewController::viewForTableColumn(int row)
+{
+    const Record record = recordAt(row);
+    if (!record) {
+        return nullptr;
+    }
+    QWidget *cell = m_tableView->makeView(cellIdentifier);
+    if (cell == nullptr) {
+        std::unique_ptr<KORVENHistoryCellView> made;
+        if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
+            made = KORVENHistoryCellView::tableCellViewWithNibNamed(cellIdentifier, this);
+        }
+        if (!made) {
+            made = std::make_unique<KORVENHistoryCellView>();
+        }
+        cell = m_tableView->adoptView(std::move(made), cellIdentifier);
+    }
+    fillCell(static_cast<KORVENHistoryCellView &>(*cell), *record);
+    return cell;
+}
+
+void KORVENHistoryViewController::fillCell(KORVENHistoryCellView &cell,
+                                           const KORVENHistoryItem &record) const
+{
+    cell.setScanKey(record.scanKey());
+    if (cell.imageView() == nullptr) {
+        return; // a bare cell
+    }
+    cell.imageView()->setToolTip(tr("Load scan"));
+    const QString path = pathText(record);
+    cell.scanPath()->setText(path);
+    cell.scanPath()->setToolTip(plainToolTip(drawableText(path)));
+    cell.scanTotal()->setText(totalText(record));
+    cell.scanDate()->setText(dateText(record));
+    cell.deleteButton()->setEnabled(!m_removal.isRunning());
+}
+
+KORVENHistoryCellView *KORVENHistoryViewController::cellAt(int row) const
+{
+    return qobject_cast<KORVENHistoryCellView *>(m_tableView->cellForRow(row));
+}
+
+QString KORVENHistoryViewController::searchText(int row) const
+{
+    const Record record = recordAt(row);
+    return record ? pathText(*record) : QString();
+}
+
+QString KORVENHistoryViewController::accessibleText(int row) const
+{
+    const Record record = recordAt(row);
+    if (!record) {
+        return {};
+    }
+    QStringList parts{drawableText(pathText(*record)), totalText(*record), dateText(*record)};
+    parts.removeAll(QString());
+    return parts.join(u", ");
+}
+
+void KORVENHistoryViewController::activateRow(int row)
+{
+    if (auto *cell = cellAt(row)) {
+        cell->imageClicked();
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "app/controls/CellTableSource.hpp"
+#include "history/HistoryFile.hpp"
+#include "history/ScansRemoval.hpp"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <atomic>
+#include <cstddef>
+#include <mutex>
+#include <optional>
+#include <string>
+
+class QLabel;
+class QStackedWidget;
+
+namespace tessaly {
+
+class CellTableView;
+class KORVENButton;
+class KORVENHistoryCellView;
+
+/// The history screen: the recorded scans, newest first or by path, each to be opened again or
+/// deleted; and what there is to say when there are none, or when the history cannot be read.
+///
+/// The rows are a copy of the store's list, sorted and pruned here without touching the store.
+///
+/// Keys:    Return opens the selected scan again, Delete deletes it.
+/// Threads: the main thread, but for reloadHistory() and reloadHistoryDelete().
+class KORVENHistoryViewController : public QObject, protected CellTableSource {
+    Q_OBJECT
+
+public:
+    explicit KORVENHistoryViewController(
+        const QString &nibName = QStringLiteral("KORVENHistoryViewController"));
+    ~KORVENHistoryViewController() override;
+    KORVENHistoryViewController(const KORVENHistoryViewController &) = delete;
+    KORVENHistoryViewController &operator=(const KORVENHistoryViewController &) = delete;
+    KORVENHistoryViewController(KORVENHistoryViewController &&) = delete;
+    KORVENHistoryViewController &operator=(KORVENHistoryViewController &&) = delete;
+
+    /// The screen's widget. Whoever shows it may own it; else it goes with the controller.
+    [[nodiscard]] QWidget *view() const noexcept { return m_view; }
+
+    /// One-time set-up once the view is there, and the first loadHistory(). Does nothing when it is
+    /// called again.
+    void awakeFromNib();
+
+    /// Takes the rows from the store, and shows them newest first, whatever the order was.
+    void loadHistory();
+    /// Has loadHistory() called soon, once for all requests until then. Threads: any; waits for
+    /// nothing.
+    void reloadHistory();
+    /// Takes the first row with this key out of historyArray() at once, and has the table show that
+    /// soon. The order stays, and the store is not asked. Threads: any; waits for nothing.
+    void reloadHistoryDelete(const std::optional<std::string> &scanKey);
+    /// Shows the rows as they are now.
+    void loadHistoryDelete();
+
+    // What the buttons do.
+    /// Asks the application delegate for a new scan.
+    void scanClicked();
+    /// Turns to the other order.
+    void sortClicked();
+    /// Deletes all scans, without asking back. When there are many this goes on while the event
+    /// loop runs, and the buttons have to wait for it.
+    void deleteAllClicked();
+
+    /// Sorts the rows by the order that is set, and shows them from the first one on.
+    void sortTable();
+
+    [[nodiscard]] int numberOfRowsInTableView() const override;
+    [[nodiscard]] QWidget *viewForTableColumn(int row) override;
+
+    // The state, for whoever wants to look.
+    /// The rows in the order of the table, as of now. Threads: any.
+    [[nodiscard]] HistoryRecords historyArray() const;
+    /// By date, newest first; else by path.
+    [[nodiscard]] bool sortByDateFlag() const noexcept { return m_sortByDateFlag; }
+    /// Until awakeFromNib() has been called.
+    [[nodiscard]] bool firstRunFlag() const noexcept { return m_firstRunFlag; }
+
+private:
+    using Record = HistoryRecords::value_type;
+
+    /// What has left historyArray() and is still in the table.
+    struct Departed {
+        int count = 0;
+        int row = 0; ///< of the last one
+    };
+
+    void findOutlets();
+    void makeShortcuts();
+    void setSortByDate(bool isByDate);
+    void reloadTable();
+    void selectAgain(int rowBefore);
+    void showRowsOrEmptyState();
+    void updateButtons();
+    void deleteSelected();
+
+    [[nodiscard]] Record recordAt(int row) const; ///< nullptr beyond the rows
+    [[nodiscard]] KORVENHistoryCellView *cellAt(int row) const;
+    void fillCell(KORVENHistoryCellView &cell, const KORVENHistoryItem &record) const;
+
+    [[nodiscard]] QString searchText(int row) const override;
+    [[nodiscard]] QString accessibleText(int row) const override;
+    void activateRow(int row) override;
+
+    QPointer<QWidget> m_view;
+    // Outlets: the view owns them.
+    CellTableView *m_tableView = nullptr;
+    KORVENButton *m_refreshButton = nullptr;
+    KORVENButton *m_sortButton = nullptr;
+    KORVENButton *m_deleteButton = nullptr;
+    QLabel *m_countLabel = nullptr;
+    QStackedWidget *m_historyPages = nullptr;
+    QWidget *m_emptyPage = nullptr;
+    QLabel *m_emptyTitle = nullptr;
+    QLabel *m_emptyText = nullptr;
+    QPointer<QWidget> m_departure; ///< while a row is seen to leave
+
+    mutable std::mutex m_rowsLock; ///< guards m_historyArray and m_departed
+    HistoryRecords m_historyArray;
+    Departed m_departed;
+    std::atomic<bool> m_isLoadScheduled = false;
+    std::atomic<bool> m_isDeleteScheduled = false;
+
+    bool m_firstRunFlag = true;
+    bool m_sortByDateFlag = true;
+    QString m_problem; ///< why the history cannot be read; empty when it can
+    Record m_selected; ///< of the row that was selected last
+    ScansRemoval m_removal;
+};
+
+} // namespace tessaly
