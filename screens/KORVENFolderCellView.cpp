@@ -4,10 +4,10 @@
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENProgressBar.hpp"
 #include "app/controls/NameLabel.hpp"
+#include "app/controls/NameText.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "platform/FileManager.hpp"
 #include "screens/KORVENViewController.hpp"
-#include "screens/NameText.hpp"
 
 #include <QAction>
 #include <QLabel>

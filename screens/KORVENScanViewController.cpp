@@ -1,10 +1,9 @@
 #include "screens/KORVENScanViewController.hpp"
 
+#include "app/controls/KORVENButton.hpp"
+#include "app/controls/NameText.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
-#include "engine/FolderProblem.hpp"
-#include "engine/PrintableText.hpp"
-#include "engine/ScanFileReader.hpp"
 #include "engine/ScanFileWriter.hpp"
 #include "history/KORVENHistoryStore.hpp"
 #include "platform/DocumentsFolder.hpp"
@@ -12,16 +11,14 @@
 #include "platform/FolderBookmarks.hpp"
 #include "platform/FolderChooser.hpp"
 #include "platform/SettingsStore.hpp"
+#include "screens/FolderPath.hpp"
 #include "screens/KORVENQuicklookController.hpp"
-#include "screens/NameText.hpp"
 
 #include <QDir>
 #include <QFile>
-#include <QLabel>
 #include <QLoggingCategory>
 #include <QWidget>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -37,29 +34,10 @@ const Services &services()
     return KORVENAppDelegate::sharedDelegate().services();
 }
 
-using ReadScan = tessaly::Result<std::shared_ptr<ScanTree>, ArchiveError>;
-
-/// A path without slashes too many.
-std::string standardPath(std::string path)
-{
-    path.erase(
-        std::unique(path.begin(), path.end(), [](char a, char b) { return a == '/' && b == '/'; }),
-        path.end());
-    if (path.size() > 1 && path.ends_with('/')) {
-        path.pop_back();
-    }
-    return path;
-}
-
-QString shownPath(const std::string &path)
-{
-    return drawableText(textOfName(path));
-}
-
 } // namespace
 
 KORVENScanViewController::KORVENScanViewController(const QString &nibName)
-    : ResultViewController(nibName)
+    : ResultViewController(nibName, u"KORVENScanCell"_s)
 {
 }
 
@@ -68,8 +46,10 @@ KORVENScanViewController::~KORVENScanViewController()
     stopWorkers();
 }
 
-void KORVENScanViewController::showEmptyStart()
+void KORVENScanViewController::showStart()
 {
+    scanButton().show();
+    cancelButton().hide();
     showEmptyState(tr("No folder scanned yet"),
                    tr("Choose a folder to see what takes up its space."));
 }
@@ -86,7 +66,7 @@ void KORVENScanViewController::scanButtonPressed()
         });
 }
 
-std::optional<ResultViewController::Result> KORVENScanViewController::loadScanResults()
+std::optional<ScanResult> KORVENScanViewController::loadScanResults()
 {
     try {
         const auto record = KORVENHistoryStore::sharedStore().getMostRecentScan();
@@ -96,44 +76,23 @@ std::optional<ResultViewController::Result> KORVENScanViewController::loadScanRe
     }
 }
 
-ResultViewController::Result
-KORVENScanViewController::historyProblem(const NamedException &exception)
+ScanResult KORVENScanViewController::historyProblem(const NamedException &exception)
 {
-    Result result;
-    result.emptyTitle = tr("The history cannot be read");
-    result.emptyText = tr("Scans are not recorded until it can be: %1")
-                           .arg(QString::fromStdString(exception.reason()));
-    return result;
+    return ScanResult::ofProblem(tr("The history cannot be read"),
+                                 tr("Scans are not recorded until it can be: %1")
+                                     .arg(QString::fromStdString(exception.reason())));
 }
 
-ResultViewController::Result KORVENScanViewController::recordedScan(const KORVENHistoryItem &record)
+ScanResult KORVENScanViewController::recordedScan(const KORVENHistoryItem &record)
 {
-    Result result;
-    result.scanKey = record.scanKey();
     const auto path = record.scanFilePath();
-    auto tree = path ? readScanFile(*path)
-                     : ReadScan(ArchiveError{
-                           ArchiveError::Kind::unreadable, "the record names no file", {}});
-    if (!tree) {
-        qCWarning(scanLog, "%s: %s", path.value_or("(none)").c_str(), tree.error().text().c_str());
-        result.emptyTitle = tr("This scan cannot be opened");
-        const QString reason = QString::fromStdString(printableText(tree.error().text()));
-        // What the system says names the file already.
-        const bool isNamed = !path || tree.error().kind == ArchiveError::Kind::unreadable;
-        result.emptyText = isNamed ? reason : shownPath(*path) + u'\n' + reason;
-        return result;
-    }
-    if (record.scanDate()) {
+    ScanResult result = path ? ScanResult::ofFile(*path)
+                             : ScanResult::ofUnreadableFile(tr("the record names no file"));
+    result.scanKey = record.scanKey();
+    if (result.tree && record.scanDate()) {
         result.dateText = formatDate(*record.scanDate());
     }
-    result.tree = std::move(tree.value());
-    result.rows = resultRowsOf(&result.tree->root(), thresholds());
     return result;
-}
-
-void KORVENScanViewController::notifyCompleted()
-{
-    KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Scan completed"));
 }
 
 void KORVENScanViewController::notifyCanceled()
@@ -141,27 +100,18 @@ void KORVENScanViewController::notifyCanceled()
     KORVENAppDelegate::sharedDelegate().showCanceledNotification(tr("Scan canceled"));
 }
 
-ResultViewController::Result
-KORVENScanViewController::completedScan(const std::shared_ptr<ScanTree> &tree)
+ScanResult KORVENScanViewController::completedScan(const std::shared_ptr<ScanTree> &tree)
 {
+    KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Scan completed"));
     const LUMFileContainer &root = tree->root();
-    const std::string folder(root.itemName());
     // The exact total: what the screen shows is rounded to single precision.
     const QString total = buildString(static_cast<double>(root.valueOfSubitems()));
-    const KORVENHistoryItem item(folder, total.toStdString());
+    const KORVENHistoryItem item(std::string(root.itemName()), total.toStdString());
     record(tree, item);
 
-    Result result;
-    result.tree = tree;
+    ScanResult result = ScanResult::ofScan(tree);
     result.scanKey = item.scanKey();
-    result.rows = resultRowsOf(&root, thresholds());
     result.dateText = formatDate(Timestamp::now());
-    if (root.subitems().empty()) {
-        if (const auto problem = folderProblem(folder)) {
-            result.emptyTitle = tr("This folder cannot be read");
-            result.emptyText = QString::fromLocal8Bit(problem->c_str());
-        }
-    }
     return result;
 }
 
@@ -198,12 +148,18 @@ std::string KORVENScanViewController::pathBelow(const std::string &folder,
     return (folder == "/" ? folder : folder + '/') + std::string(name);
 }
 
+std::string KORVENScanViewController::pathAbove(const std::string &folder) const
+{
+    const std::string path = withoutLastComponent(folder);
+    return path.empty() ? "/" : path;
+}
+
 QString KORVENScanViewController::trashImageName(const KORVENFolderObject & /*row*/) const
 {
     return u"trash_full.png"_s; // also of an empty one, on this screen
 }
 
-void KORVENScanViewController::resultWasShown(const Result &result)
+void KORVENScanViewController::resultWasShown(const ScanResult &result)
 {
     m_uuid = result.scanKey.value_or(std::string());
 }

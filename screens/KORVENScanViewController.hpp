@@ -40,18 +40,18 @@ public:
     [[nodiscard]] static std::string itemArchivePath();
 
 private:
-    [[nodiscard]] std::optional<Result> loadScanResults() override;
-    [[nodiscard]] Result completedScan(const std::shared_ptr<ScanTree> &tree) override;
-    void notifyCompleted() override;
+    void showStart() override;
+    [[nodiscard]] std::optional<ScanResult> loadScanResults() override;
+    [[nodiscard]] ScanResult completedScan(const std::shared_ptr<ScanTree> &tree) override;
     void notifyCanceled() override;
     [[nodiscard]] std::string pathBelow(const std::string &folder,
                                         std::string_view name) const override;
+    [[nodiscard]] std::string pathAbove(const std::string &folder) const override;
     [[nodiscard]] QString trashImageName(const KORVENFolderObject &row) const override;
-    void showEmptyStart() override;
-    void resultWasShown(const Result &result) override;
+    void resultWasShown(const ScanResult &result) override;
 
-    [[nodiscard]] static Result historyProblem(const NamedException &exception);
-    [[nodiscard]] static Result recordedScan(const KORVENHistoryItem &record);
+    [[nodiscard]] static ScanResult historyProblem(const NamedException &exception);
+    [[nodiscard]] static ScanResult recordedScan(const KORVENHistoryItem &record);
     static void record(const std::shared_ptr<ScanTree> &tree, const KORVENHistoryItem &item);
 
     std::string m_uuid;

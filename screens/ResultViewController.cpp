@@ -1,95 +1,27 @@
 #include "screens/ResultViewController.hpp"
 
 #include "app/controls/CellTableView.hpp"
-#include "app/controls/IconView.hpp"
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENButton.hpp"
-#include "app/controls/KORVENProgressBar.hpp"
 #include "app/controls/Look.hpp"
+#include "app/controls/NameText.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "engine/LUMThreadedScanner.hpp"
-#include "resources/Artwork.hpp"
+#include "screens/FolderPath.hpp"
 #include "screens/KORVENFolderCellView.hpp"
-#include "screens/NameText.hpp"
 
 #include <QLabel>
+#include <QLoggingCategory>
 #include <QProgressBar>
 #include <QShortcut>
 #include <QStackedWidget>
-#include <QTextDocument>
 
-#include <array>
-#include <cmath>
-#include <cstdio>
 #include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace tessaly {
 
 namespace {
 
-const QString cellIdentifier = u"KORVENScanCell"_s;
-const QString cellFile = u"KORVENFolderCell"_s;
-
-/// From this length on a name has a tooltip: it may not be seen whole.
-constexpr int longName = 21;
-
-/// From which share on a bar warns. They are compared with shares of single precision, by which
-/// nine tenths count as yellow still.
-constexpr double yellowShare = 0.8;
-constexpr double redShare = 0.9;
-
-/// The row's part of the level, as the bars take it.
-float shareOf(const KORVENFolderObject &row, float total)
-{
-    return static_cast<float>(row.sizeAsPercent(static_cast<double>(total)));
-}
-
-QString percentText(float share)
-{
-    if (std::isnan(share)) {
-        return u"nan%"_s; // of either sign
-    }
-    std::array<char, 64> text;
-    std::snprintf(text.data(), text.size(), "%2.0f%%", static_cast<double>(100.0F * share));
-    return QString::fromLatin1(text.data());
-}
-
-/// A tooltip that shows the text as it is, also if it looks like markup.
-QString plainToolTip(const QString &text)
-{
-    return Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text;
-}
-
-void setBarColors(KORVENProgressBar &bar, float share)
-{
-    bar.setColorsBlue();
-    if (KORVENAppDelegate::sharedDelegate().folderGraphColorPreference() == 0) {
-        return;
-    }
-    const auto wide = static_cast<double>(share);
-    if (wide >= yellowShare && wide < redShare) {
-        bar.setColorsYellow();
-    } else if (wide >= redShare) {
-        bar.setColorsRed();
-    }
-}
-
-/// A path without its last component: "/a/b" gives "/a", "/a" gives "/", "a" gives "".
-std::string withoutLastComponent(const std::string &path)
-{
-    const std::size_t end = path.find_last_not_of('/');
-    if (end == std::string::npos) {
-        return path.empty() ? "" : "/";
-    }
-    const std::size_t slash = path.rfind('/', end);
-    if (slash == std::string::npos) {
-        return "";
-    }
-    const std::size_t last = path.find_last_not_of('/', slash);
-    return last == std::string::npos ? "/" : path.substr(0, last + 1);
-}
+Q_LOGGING_CATEGORY(resultLog, "tessaly.screens.result")
 
 void registerWidgets()
 {
@@ -98,7 +30,7 @@ void registerWidgets()
 
 } // namespace
 
-ResultViewController::ResultViewController(const QString &nibName)
+ResultViewController::ResultViewController(const QString &nibName, const QString &cellIdentifier)
 {
     registerWidgets();
     InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
@@ -106,7 +38,7 @@ ResultViewController::ResultViewController(const QString &nibName)
         qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
     }
     m_view = loaded.root.release();
-    findOutlets();
+    findOutlets(cellIdentifier);
 }
 
 ResultViewController::~ResultViewController()
@@ -118,11 +50,14 @@ ResultViewController::~ResultViewController()
     }
 }
 
-void ResultViewController::findOutlets()
+void ResultViewController::findOutlets(const QString &cellIdentifier)
 {
     QWidget &view = *m_view;
     setFolderNameField(&outlet<NameLabel>(view, "folderNameField"));
     m_tableView = &outlet<CellTableView>(view, "tableView");
+    m_cells = std::make_unique<ResultCells>(
+        *m_tableView, *this, cellIdentifier,
+        [this](const KORVENFolderObject &row) { return trashImageName(row); });
     m_scanButton = &outlet<KORVENButton>(view, "scanButton");
     m_cancelButton = &outlet<KORVENButton>(view, "cancelButton");
     m_sortButton = &outlet<KORVENButton>(view, "sortButton");
@@ -170,25 +105,17 @@ void ResultViewController::awakeFromNib()
         return;
     }
     m_firstRunFlag = false;
-    const bool run10p7Mode = KORVENAppDelegate::sharedDelegate().run10p7Mode();
     resetOrder();
-    m_dateLabel->clear();
-    if (!run10p7Mode) {
-        m_tableView->registerCells(cellIdentifier, [this] {
-            return KORVENFolderCellView::tableCellViewWithNibNamed(cellFile, this);
-        });
-    }
+    showDate({});
+    m_cells->registerCells();
     m_drillDownPath.reset();
     showBackButton(false);
-    m_scanButton->show();
-    m_cancelButton->hide();
     showTotal({});
     m_scanProgress->hide();
     m_tableView->setDataSource(this);
-    showEmptyStart();
-    if (run10p7Mode) {
-        for (KORVENButton *button :
-             {m_backButton, m_sortButton, m_scanButton, m_cancelButton, m_emptyButton}) {
+    showStart();
+    if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
+        for (auto *button : m_view->findChildren<KORVENButton *>()) {
             button->set10p7Mode();
         }
     }
@@ -196,47 +123,25 @@ void ResultViewController::awakeFromNib()
 
 void ResultViewController::startLoading()
 {
-    if (!m_loader.joinable()) {
-        m_loader = std::thread([this] { runLoader(); });
-    }
+    m_workers.startLoading();
 }
 
-void ResultViewController::stopWorkers()
+ScanWork::Step ResultViewController::loadResult()
 {
-    {
-        const std::scoped_lock lock(m_scannerLock);
-        m_isCancelWanted = true;
-        if (m_scanner) {
-            m_scanner->cancelScanInProgress();
-        }
-    }
-    for (std::thread *thread : {&m_loader, &m_worker}) {
-        if (thread->joinable()) {
-            thread->join();
-        }
-    }
-}
-
-void ResultViewController::handOver(std::function<void()> show)
-{
-    QMetaObject::invokeMethod(this, std::move(show), Qt::QueuedConnection);
-}
-
-void ResultViewController::runLoader()
-{
-    auto result = std::make_shared<std::optional<Result>>(loadScanResults());
+    auto result = std::make_shared<std::optional<ScanResult>>(loadScanResults());
     if (!*result) {
-        return;
+        return {};
     }
-    handOver([this, result] {
+    return [this, result] {
         // A scan that the user has started meanwhile is what they want to see.
         if (m_loadGeneration == 0) {
             updateScanResults(std::move(**result));
         }
-    });
+    };
 }
 
-void ResultViewController::startScan(const std::string &folder)
+void ResultViewController::startScan(const std::string &folder,
+                                     const std::optional<std::string> &grantedUrl)
 {
     ++m_loadGeneration;
     m_scanFolder = folder;
@@ -255,62 +160,43 @@ void ResultViewController::startScan(const std::string &folder)
         m_emptyText->setText(drawableText(textOfName(folder)));
         m_emptyText->show();
     }
-    if (m_worker.joinable()) {
-        m_worker.join(); // has ended, or is about to
-    }
     m_isScanRunningNow = true;
-    {
-        const std::scoped_lock lock(m_scannerLock);
-        m_isCancelWanted = false;
-        m_scanner = std::make_shared<LUMThreadedScanner>();
-    }
-    m_worker = std::thread([this, folder] { showScanResults(folder); });
+    m_workers.startScan(folder, grantedUrl);
 }
 
-void ResultViewController::showScanResults(const std::string &folder)
+ScanWork::Step ResultViewController::scanCancelled()
 {
-    std::shared_ptr<LUMThreadedScanner> scanner;
-    {
-        const std::scoped_lock lock(m_scannerLock);
-        scanner = m_scanner;
-    }
-    scanner->scanRootFolder(folder);
-    {
-        // A request from before the scan is forgotten by the scanner, but not by the user.
-        const std::scoped_lock lock(m_scannerLock);
-        if (m_isCancelWanted) {
-            scanner->cancelScanInProgress();
+    notifyCanceled();
+    m_lockDrillDown = true;
+    return [this] { cancelledScanResults(); };
+}
+
+ScanWork::Step ResultViewController::scanCompleted(const std::shared_ptr<ScanTree> &tree)
+{
+    auto result = std::make_shared<ScanResult>(completedScan(tree));
+    return [this, result] {
+        if (result->keepsScanningLook) {
+            m_lockDrillDown = true;
+            takeResult(*result);
+        } else {
+            updateScanResults(std::move(*result));
         }
-    }
-    scanner->waitUntilFinished();
-    if (scanner->scanWasCancelled()) {
-        notifyCanceled();
-        m_lockDrillDown = true;
-        handOver([this] { cancelledScanResults(); });
-    } else {
-        notifyCompleted();
-        auto result = std::make_shared<Result>(completedScan(scanner->tree()));
-        handOver([this, result] { updateScanResults(std::move(*result)); });
-    }
-    const std::scoped_lock lock(m_scannerLock);
-    m_scanner.reset();
+    };
 }
 
 void ResultViewController::cancelClicked()
 {
-    const std::scoped_lock lock(m_scannerLock);
-    m_isCancelWanted = true;
-    if (m_scanner) {
-        m_scanner->cancelScanInProgress();
-    }
+    m_workers.cancelScan();
 }
 
-RowThresholds ResultViewController::thresholds()
+void ResultViewController::takeResult(ScanResult &result)
 {
-    return {compareHiddenItem(), compareLargeFile()};
+    m_drillTree = result.tree;
+    m_drillResults = m_drillTree ? &m_drillTree->root() : nullptr;
+    takeRows(std::move(result.rows));
 }
 
-void ResultViewController::showRows(ResultRows rows)
+void ResultViewController::takeRows(ResultRows rows)
 {
     m_scanArray = std::move(rows.rows);
     m_scanTotal = rows.total;
@@ -318,23 +204,21 @@ void ResultViewController::showRows(ResultRows rows)
 
 void ResultViewController::populateScanTable(const LUMFileContainer *folder)
 {
-    showRows(resultRowsOf(folder, thresholds()));
+    takeRows(ScanResult::rowsOf(folder));
 }
 
-void ResultViewController::updateScanResults(Result result)
+void ResultViewController::updateScanResults(ScanResult result)
 {
     ++m_loadGeneration;
     scanFinishedOrCancelled();
-    m_drillTree = result.tree;
-    m_drillResults = m_drillTree ? &m_drillTree->root() : nullptr;
+    takeResult(result);
     m_drillDownPath.reset();
     if (m_drillResults != nullptr) {
         m_drillDownPath = std::string(m_drillResults->itemName());
         m_scanFolder = *m_drillDownPath;
     }
     folderNameField()->setText(textOfName(m_drillDownPath.value_or(std::string())));
-    m_dateLabel->setText(result.dateText);
-    showRows(std::move(result.rows));
+    showDate(result.dateText);
     showTotal(m_drillResults != nullptr ? buildString(m_scanTotal) : QString());
     resetOrder();
     m_emptyTitle->setText(result.emptyTitle);
@@ -343,6 +227,7 @@ void ResultViewController::updateScanResults(Result result)
     resultWasShown(result);
     m_isScanRunningNow = false;
     m_lockDrillDown = false;
+    qCDebug(resultLog, "rows shown");
 }
 
 void ResultViewController::cancelledScanResults()
@@ -352,7 +237,7 @@ void ResultViewController::cancelledScanResults()
     folderNameField()->setText(textOfName(m_scanFolder));
     m_drillDownPath.reset();
     showTotal({});
-    m_dateLabel->clear();
+    showDate({});
     reloadTable();
     showEmptyState(tr("The scan was canceled"), tr("Nothing of it was kept."));
     m_lockDrillDown = false;
@@ -377,6 +262,12 @@ void ResultViewController::showTotal(const QString &total)
 {
     m_totalLabel->setText(total);
     m_totalCaption->setVisible(!total.isEmpty());
+}
+
+void ResultViewController::showDate(const QString &date)
+{
+    m_dateLabel->setText(date);
+    m_dateLabel->setVisible(!date.isEmpty()); // without one the path has the middle to itself
 }
 
 void ResultViewController::showBackButton(bool isShown)
@@ -410,20 +301,29 @@ const LUMFileContainer *ResultViewController::drillDownToPath(std::string_view n
     return nullptr;
 }
 
+bool ResultViewController::canDrillUp() const noexcept
+{
+    return !m_lockDrillDown && m_drillResults != nullptr &&
+           m_drillResults->parentContainer() != nullptr;
+}
+
 void ResultViewController::drillUpOneLevel()
 {
-    if (m_lockDrillDown || m_drillResults == nullptr ||
-        m_drillResults->parentContainer() == nullptr) {
+    if (!canDrillUp()) {
         return;
     }
     m_drillResults = m_drillResults->parentContainer();
     if (m_drillResults->parentContainer() == nullptr) {
         showBackButton(false);
     }
-    const std::string path = withoutLastComponent(m_drillDownPath.value_or(std::string()));
-    m_drillDownPath = path.empty() ? "/" : path;
+    m_drillDownPath = pathAbove(m_drillDownPath.value_or(std::string()));
     populateScanTable(m_drillResults);
     updateScanResultsDrillDown();
+}
+
+std::string ResultViewController::pathAbove(const std::string &folder) const
+{
+    return withoutLastComponent(folder);
 }
 
 void ResultViewController::updateScanResultsDrillDown()
@@ -508,46 +408,44 @@ QWidget *ResultViewController::viewForTableColumn(int row)
     if (row < 0 || static_cast<std::size_t>(row) >= m_scanArray.size()) {
         return nullptr;
     }
-    QWidget *cell = m_tableView->makeView(cellIdentifier);
-    if (cell == nullptr) {
-        std::unique_ptr<KORVENFolderCellView> made;
-        if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-            made = KORVENFolderCellView::tableCellViewWithNibNamed(cellFile, this);
-        }
-        if (!made) {
-            made = std::make_unique<KORVENFolderCellView>();
-        }
-        cell = m_tableView->adoptView(std::move(made), cellIdentifier);
-    }
-    fillCell(*cell, m_scanArray[static_cast<std::size_t>(row)]);
-    return cell;
+    return m_cells->cellFor(m_scanArray[static_cast<std::size_t>(row)], m_scanTotal);
 }
 
-void ResultViewController::fillCell(QWidget &widget, const KORVENFolderObject &row)
+bool ResultViewController::hasSelectedRow() const
 {
-    auto &cell = static_cast<KORVENFolderCellView &>(widget);
-    cell.setAllowsClickDrill(row.folderIsDirectory());
-    cell.setMyViewController(this);
-    if (cell.folderName() == nullptr) {
-        return; // a bare cell
-    }
-    const QString name = textOfName(row.folderName());
-    cell.folderName()->setText(name);
-    cell.folderName()->setToolTip(name.size() >= longName ? plainToolTip(drawableText(name))
-                                                          : QString());
-    cell.folderSize()->setText(QString::fromStdString(row.folderSizeAsString()));
+    return m_tableView->selectedRow() >= 0;
+}
 
-    const float share = shareOf(row, m_scanTotal);
-    cell.folderGraph()->setBarPercent(share);
-    setBarColors(*cell.folderGraph(), share);
-    cell.folderGraph()->setToolTip(percentText(share));
+bool ResultViewController::canShowQuickLook() const
+{
+    return hasSelectedRow() &&
+           !m_scanArray[static_cast<std::size_t>(m_tableView->selectedRow())].folderIsDirectory();
+}
 
-    QString image = u"file.png"_s;
-    if (row.folderIsDirectory()) {
-        image = row.folderName() == trashName ? trashImageName(row) : u"folder.png"_s;
+KORVENFolderCellView *ResultViewController::selectedCell() const
+{
+    return qobject_cast<KORVENFolderCellView *>(m_tableView->selectedCell());
+}
+
+void ResultViewController::showQuickLook()
+{
+    if (KORVENFolderCellView *cell = selectedCell()) {
+        cell->showQuickLook();
     }
-    cell.iconImage()->setImage(artworkIcon(image), image);
-    cell.iconImage()->setToolTip(row.folderIsDirectory() ? tr("Drill down") : tr("Quick look"));
+}
+
+void ResultViewController::showInFinder()
+{
+    if (KORVENFolderCellView *cell = selectedCell()) {
+        cell->showInFinder();
+    }
+}
+
+void ResultViewController::showInfo()
+{
+    if (KORVENFolderCellView *cell = selectedCell()) {
+        cell->showInfo();
+    }
 }
 
 QString ResultViewController::searchText(int row) const
@@ -557,10 +455,7 @@ QString ResultViewController::searchText(int row) const
 
 QString ResultViewController::accessibleText(int row) const
 {
-    const KORVENFolderObject &object = m_scanArray[static_cast<std::size_t>(row)];
-    return u"%1, %2, %3"_s.arg(drawableText(searchText(row)),
-                               QString::fromStdString(object.folderSizeAsString()),
-                               percentText(shareOf(object, m_scanTotal)).trimmed());
+    return ResultCells::accessibleText(m_scanArray[static_cast<std::size_t>(row)], m_scanTotal);
 }
 
 bool ResultViewController::shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed)

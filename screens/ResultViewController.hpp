@@ -1,19 +1,21 @@
 #pragma once
 
 #include "app/controls/CellTableSource.hpp"
+#include "app/controls/RowActions.hpp"
 #include "engine/ScanTree.hpp"
 #include "screens/KORVENViewController.hpp"
-#include "screens/ResultRows.hpp"
+#include "screens/ResultCells.hpp"
+#include "screens/ScanResult.hpp"
+#include "screens/ScanWork.hpp"
+#include "screens/ScanWorkers.hpp"
 
 #include <QPointer>
 #include <QString>
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 class QLabel;
@@ -24,7 +26,7 @@ namespace tessaly {
 
 class CellTableView;
 class KORVENButton;
-class LUMThreadedScanner;
+class KORVENFolderCellView;
 
 /// What both scan screens do: scan a folder in the background, show one level of the tree at a
 /// time, go down and up in it, sort, and say so when there is nothing to show.
@@ -32,7 +34,10 @@ class LUMThreadedScanner;
 /// Threads: the main thread, but for what is said to run on a worker. Rows, fields and buttons are
 ///          touched on the main thread alone: a worker hands over what it made. Whoever
 ///          derives from this calls stopWorkers() in its destructor: workers call its overrides.
-class ResultViewController : public KORVENViewController, protected CellTableSource {
+class ResultViewController : public KORVENViewController,
+                             public RowActions,
+                             protected CellTableSource,
+                             private ScanWork {
     Q_OBJECT
 
 public:
@@ -49,9 +54,10 @@ public:
     void awakeFromNib();
     /// Starts to load the last result, on a worker. Once, after awakeFromNib(); best when the
     /// window has been painted, which then has the machine to itself.
-    void startLoading();
+    virtual void startLoading();
 
-    /// From the start of a scan until its result, or that it was cancelled, is shown.
+    /// From the start of a scan until its result, or that it was cancelled, is shown; for good when
+    /// its result is one that keepsScanningLook.
     [[nodiscard]] bool isScanRunningNow() const noexcept { return m_isScanRunningNow; }
 
     /// Makes the rows of the level anew, by the preferences as they are now.
@@ -62,8 +68,17 @@ public:
     void cancelClicked();
     void sortClicked();
     void drillUpOneLevel();
+    /// Whether there is a level above that the user can go up to now.
+    [[nodiscard]] bool canDrillUp() const noexcept;
 
     void drillDownOneLevel(std::string_view name) override;
+
+    // What the program's menu does.
+    [[nodiscard]] bool hasSelectedRow() const override;
+    [[nodiscard]] bool canShowQuickLook() const override;
+    void showQuickLook() override;
+    void showInFinder() override;
+    void showInfo() override;
 
     [[nodiscard]] int numberOfRowsInTableView() const override;
     [[nodiscard]] QWidget *viewForTableColumn(int row) override;
@@ -88,70 +103,70 @@ public:
     [[nodiscard]] const std::string &scanFolder() const noexcept { return m_scanFolder; }
 
 protected:
-    /// A result to be shown, made by a worker.
-    struct Result {
-        std::shared_ptr<ScanTree> tree; ///< nullptr: none; the screen stays or becomes empty
-        ResultRows rows;
-        QString dateText;
-        std::optional<std::string> scanKey;
-        /// What to say where the rows would be, instead of the usual; a title and a text.
-        QString emptyTitle;
-        QString emptyText;
-    };
-
-    /// `nibName`: of the interface file with the screen's view.
-    explicit ResultViewController(const QString &nibName);
+    /// `nibName`: of the interface file with the screen's view. `cellIdentifier`: under which its
+    /// table keeps its cells.
+    ResultViewController(const QString &nibName, const QString &cellIdentifier);
 
     /// Ends what the workers do and waits for them. The results that they handed over last are not
     /// shown any more.
-    void stopWorkers();
+    void stopWorkers() { m_workers.stop(); }
 
-    /// Shows the scan as running and starts the worker. Requires: no scan is running.
-    void startScan(const std::string &folder);
+    /// Shows the scan as running and starts the worker, which has access to the folder of
+    /// `grantedUrl` while it scans. Requires: no scan is running.
+    void startScan(const std::string &folder,
+                   const std::optional<std::string> &grantedUrl = std::nullopt);
 
+    // What the screens do each in its own way.
+
+    /// The last of the set-up: the buttons that are to be seen, and what the screen says before
+    /// there was any scan.
+    virtual void showStart() = 0;
     /// The last result, as it was kept. On a worker; nothing when there is none.
-    [[nodiscard]] virtual std::optional<Result> loadScanResults() = 0;
-    /// Keeps a completed scan and makes its result. On a worker.
-    [[nodiscard]] virtual Result completedScan(const std::shared_ptr<ScanTree> &tree) = 0;
-    /// Tells the user that a scan ended. On a worker.
-    virtual void notifyCompleted() = 0;
+    [[nodiscard]] virtual std::optional<ScanResult> loadScanResults() = 0;
+    /// Keeps a completed scan, tells the user and makes its result, in the order of the screen. On
+    /// a worker.
+    [[nodiscard]] virtual ScanResult completedScan(const std::shared_ptr<ScanTree> &tree) = 0;
+    /// Tells the user that a scan was cancelled. On a worker.
     virtual void notifyCanceled() = 0;
     /// The path of an entry of the level's folder.
     [[nodiscard]] virtual std::string pathBelow(const std::string &folder,
                                                 std::string_view name) const = 0;
+    /// The path of the folder above the level's: withoutLastComponent() as it comes.
+    [[nodiscard]] virtual std::string pathAbove(const std::string &folder) const;
     /// The image of the row of a ".Trash" folder.
     [[nodiscard]] virtual QString trashImageName(const KORVENFolderObject &row) const = 0;
-    /// What the screen says before there was any scan.
-    virtual void showEmptyStart() = 0;
     /// Told when a result, with its key, has become the one that is shown.
-    virtual void resultWasShown(const Result & /*result*/) {}
-
-    [[nodiscard]] static RowThresholds thresholds();
+    virtual void resultWasShown(const ScanResult & /*result*/) {}
 
     /// Shows a result from its top level. The end of every load and completed scan.
-    void updateScanResults(Result result);
+    void updateScanResults(ScanResult result);
     void showEmptyState(const QString &title, const QString &text);
-    [[nodiscard]] QLabel *dateLabel() const noexcept { return m_dateLabel; }
+    void showTotal(const QString &total);
+    void reloadTable();
+    [[nodiscard]] KORVENButton &scanButton() const noexcept { return *m_scanButton; }
+    [[nodiscard]] KORVENButton &cancelButton() const noexcept { return *m_cancelButton; }
 
 private:
-    void findOutlets();
-    void showScanResults(const std::string &folder);
-    void runLoader();
-    void handOver(std::function<void()> show);
+    void findOutlets(const QString &cellIdentifier);
+
+    [[nodiscard]] Step loadResult() override;
+    [[nodiscard]] Step scanCompleted(const std::shared_ptr<ScanTree> &tree) override;
+    [[nodiscard]] Step scanCancelled() override;
 
     void populateScanTable(const LUMFileContainer *folder);
-    void showRows(ResultRows rows);
+    void takeResult(ScanResult &result);
+    void takeRows(ResultRows rows);
     void updateScanResultsDrillDown();
     void cancelledScanResults();
     void scanFinishedOrCancelled();
     [[nodiscard]] const LUMFileContainer *drillDownToPath(std::string_view name) const;
     void sortTable();
     void resetOrder();
-    void reloadTable();
     void showTableOrEmptyState();
+    void showDate(const QString &date);
     void showBackButton(bool isShown);
-    void showTotal(const QString &total);
-    void fillCell(QWidget &widget, const KORVENFolderObject &row);
+
+    [[nodiscard]] KORVENFolderCellView *selectedCell() const;
 
     [[nodiscard]] QString searchText(int row) const override;
     [[nodiscard]] QString accessibleText(int row) const override;
@@ -176,6 +191,7 @@ private:
     QLabel *m_emptyText = nullptr;
     KORVENButton *m_emptyButton = nullptr;
 
+    std::unique_ptr<ResultCells> m_cells;
     std::vector<KORVENFolderObject> m_scanArray;
     float m_scanTotal = 0;
     std::shared_ptr<ScanTree> m_drillTree; ///< keeps m_drillResults alive
@@ -188,11 +204,7 @@ private:
     std::atomic<bool> m_lockDrillDown = false;
     unsigned m_loadGeneration = 0; ///< counts what makes a load that is under way out of date
 
-    std::mutex m_scannerLock;
-    std::shared_ptr<LUMThreadedScanner> m_scanner; ///< of the scan that is running
-    bool m_isCancelWanted = false;
-    std::thread m_loader;
-    std::thread m_worker;
+    ScanWorkers m_workers{*this, *this};
 };
 
 } // namespace tessaly

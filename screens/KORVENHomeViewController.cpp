@@ -1,0 +1,255 @@
+#include "screens/KORVENHomeViewController.hpp"
+
+#include "app/controls/IconView.hpp"
+#include "app/controls/InterfaceFile.hpp"
+#include "app/controls/Look.hpp"
+#include "app/controls/NameText.hpp"
+#include "app/controls/MessageAlert.hpp"
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "engine/FileCreationDate.hpp"
+#include "engine/ScanFileWriter.hpp"
+#include "engine/SetAsideFile.hpp"
+#include "platform/DocumentsFolder.hpp"
+#include "platform/FileUrl.hpp"
+#include "platform/FolderBookmarks.hpp"
+#include "platform/FolderChooser.hpp"
+#include "platform/SettingsStore.hpp"
+#include "platform/UserAccount.hpp"
+#include "resources/Artwork.hpp"
+#include "screens/FolderPath.hpp"
+#include "screens/KORVENQuicklookController.hpp"
+
+#include <QLabel>
+#include <QLoggingCategory>
+#include <QStackedWidget>
+
+#include <string_view>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(homeLog, "tessaly.screens.home")
+
+/// The setting with the home folder's bookmark.
+constexpr std::string_view homeFolderKey = "homeFolder";
+
+const Services &services()
+{
+    return KORVENAppDelegate::sharedDelegate().services();
+}
+
+bool isSamePath(const std::string &one, const std::string &other)
+{
+    return textOfName(one).compare(textOfName(other), Qt::CaseInsensitive) == 0;
+}
+
+/// Whether the path is that of the user's home folder, in letters of any case.
+bool isHomeFolder(const std::string &path)
+{
+    const UserAccount &account = services().account;
+    return isSamePath(path, account.usersFolder() + '/' + account.loginName()) ||
+           isSamePath(path, account.homeFolder());
+}
+
+void keepBookmark(const std::string &url)
+{
+    SettingsStore &settings = services().settings;
+    if (const auto bookmark = services().bookmarks.makeBookmark(url)) {
+        settings.setData(homeFolderKey, *bookmark);
+    } else {
+        settings.remove(homeFolderKey);
+    }
+    settings.flush();
+}
+
+} // namespace
+
+KORVENHomeViewController::KORVENHomeViewController(const QString &nibName)
+    : ResultViewController(nibName, u"KORVENFolderCell"_s),
+      m_tabView(&outlet<QStackedWidget>(*view(), "tabView"))
+{
+    const QString homeImage = u"home_large.png"_s;
+    outlet<IconView>(*view(), "setupIcon").setImage(artworkIcon(homeImage), homeImage);
+    makeTitle(outlet<QLabel>(*view(), "setupTitle"));
+    const QStringList missing =
+        wireActions(*view(), *this, {{"continueButton", [this] { continueClicked(); }}});
+    if (!missing.isEmpty()) {
+        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
+    }
+}
+
+KORVENHomeViewController::~KORVENHomeViewController()
+{
+    stopWorkers();
+}
+
+void KORVENHomeViewController::showStart()
+{
+    m_wasSetUpAtStart = !checkSetupMode();
+    if (m_wasSetUpAtStart) {
+        showResultsPage();
+    } else {
+        m_tabView->setCurrentIndex(setupPage);
+    }
+}
+
+void KORVENHomeViewController::startLoading()
+{
+    if (m_wasSetUpAtStart) {
+        ResultViewController::startLoading();
+    }
+}
+
+bool KORVENHomeViewController::checkSetupMode()
+{
+    const auto bookmark = services().settings.data(homeFolderKey);
+    m_homeFolder = bookmark ? services().bookmarks.resolve(*bookmark) : std::nullopt;
+    return !m_homeFolder;
+}
+
+std::string KORVENHomeViewController::homePath() const
+{
+    const auto path = m_homeFolder ? pathOfFileUrl(*m_homeFolder) : std::nullopt;
+    return path ? standardPath(*path) : std::string();
+}
+
+void KORVENHomeViewController::showResultsPage()
+{
+    folderNameField()->setText(textOfName(homePath()));
+    showTotal({});
+    reloadTable();
+    if (scanArray().empty()) {
+        showEmptyState(tr("Home folder not scanned yet"),
+                       tr("Scan it to see what takes up its space."));
+    }
+    m_tabView->setCurrentIndex(resultsPage);
+}
+
+void KORVENHomeViewController::continueClicked()
+{
+    services().folderChooser.chooseFolder(
+        *view()->window(), {services().account.homeFolder(), tr("Save").toStdString()},
+        [guard = QPointer(this)](const std::optional<std::string> &folder) {
+            if (guard && folder) {
+                guard->folderWasChosen(standardPath(*folder));
+            }
+        });
+}
+
+void KORVENHomeViewController::folderWasChosen(const std::string &folder)
+{
+    const auto url = fileUrl(folder);
+    if (!url || !isHomeFolder(folder)) {
+        setupAlert();
+        return;
+    }
+    keepBookmark(*url);
+    m_homeFolder = url;
+    showResultsPage();
+    checkSetupMode();
+}
+
+void KORVENHomeViewController::setupAlert()
+{
+    MessageAlert::begin(
+        *view()->window(), tr("Tessaly Message"),
+        tr("The folder was not your home folder.\nPlease select your home folder again."),
+        [guard = QPointer(this)](int returnCode) {
+            if (guard) {
+                guard->alertDidEnd(returnCode);
+            }
+        });
+}
+
+void KORVENHomeViewController::alertDidEnd(int /*returnCode*/) {}
+
+void KORVENHomeViewController::scanClicked()
+{
+    if (isScanRunningNow()) {
+        return;
+    }
+    if (!m_homeFolder) {
+        // Its bookmark could not be kept. An empty scan must not replace the last one.
+        showEmptyState(tr("The home folder cannot be reached"),
+                       tr("Choose it again when Tessaly starts the next time."));
+        return;
+    }
+    startScan(homePath(), m_homeFolder);
+}
+
+ScanResult KORVENHomeViewController::completedScan(const std::shared_ptr<ScanTree> &tree)
+{
+    const std::string path = itemArchivePath();
+    {
+        const SetAsideFile lastScan(path);
+        if (const auto written = writeScanFile(tree->root(), path); !written) {
+            qCWarning(homeLog, "The scan was not kept: %s", written.error().text().c_str());
+        }
+    }
+    KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Home folders scan completed"),
+                                                                  ScanScreen::home);
+
+    ScanResult result = ScanResult::ofScan(tree);
+    const auto date = fileCreationDate(path);
+    if (date) {
+        result.dateText = formatDate(*date);
+    } else {
+        result.keepsScanningLook = true;
+    }
+    return result;
+}
+
+void KORVENHomeViewController::notifyCanceled()
+{
+    KORVENAppDelegate::sharedDelegate().showCanceledNotification(tr("Home folders scan canceled"),
+                                                                 ScanScreen::home);
+}
+
+std::optional<ScanResult> KORVENHomeViewController::loadScanResults()
+{
+    const std::string path = itemArchivePath();
+    SetAsideFile::putBack(path);
+    const auto date = fileCreationDate(path);
+    if (!date) {
+        return std::nullopt;
+    }
+    ScanResult result = ScanResult::ofFile(path);
+    if (result.tree) {
+        result.dateText = formatDate(*date);
+    }
+    return result;
+}
+
+void KORVENHomeViewController::resultWasShown(const ScanResult &result)
+{
+    if (!result.tree) {
+        folderNameField()->setText(textOfName(homePath()));
+    }
+}
+
+std::string KORVENHomeViewController::pathBelow(const std::string &folder,
+                                                std::string_view name) const
+{
+    return folder + '/' + std::string(name);
+}
+
+QString KORVENHomeViewController::trashImageName(const KORVENFolderObject &row) const
+{
+    return static_cast<std::int64_t>(row.folderSizeAsNumber()) > 0 ? u"trash_full.png"_s
+                                                                   : u"trash.png"_s;
+}
+
+void KORVENHomeViewController::quickLookItem(std::string_view path)
+{
+    KORVENQuicklookController::sharedStore().quickLookItem(path);
+}
+
+std::string KORVENHomeViewController::itemArchivePath()
+{
+    return services().documents.path() + "/scanhome.archive";
+}
+
+} // namespace tessaly

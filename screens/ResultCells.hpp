@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace tessaly {
+
+class CellTableView;
+class KORVENFolderCellView;
+class KORVENFolderObject;
+class KORVENProgressBar;
+class KORVENViewController;
+
+/// The cells of a result table: what each says of its row, and how its bar shows the row's share of
+/// the level.
+///
+/// Threads: the main thread.
+class ResultCells final {
+public:
+    /// Which image a row of a ".Trash" folder has.
+    using TrashImage = std::function<QString(const KORVENFolderObject &row)>;
+
+    /// Cells of this table that call on this screen; both must outlive this. The table keeps them
+    /// under the identifier, to be used again.
+    ResultCells(CellTableView &table, KORVENViewController &screen, QString identifier,
+                TrashImage trashImage);
+
+    /// Tells the table how to make cells. Not in the delegate's run10p7Mode, in which cellFor()
+    /// makes them one by one.
+    void registerCells();
+
+    /// A cell of the table, filled with a row out of a level with this total.
+    [[nodiscard]] QWidget *cellFor(const KORVENFolderObject &row, float total);
+
+    /// The row as it is read out: name, size, percentage.
+    [[nodiscard]] static QString accessibleText(const KORVENFolderObject &row, float total);
+
+private:
+    [[nodiscard]] KORVENFolderCellView &makeCell();
+    static void showShare(KORVENProgressBar &bar, float share);
+    [[nodiscard]] QString imageName(const KORVENFolderObject &row) const;
+
+    CellTableView &m_table;
+    KORVENViewController &m_screen;
+    const QString m_identifier;
+    const TrashImage m_trashImage;
+};
+
+} // namespace tessaly

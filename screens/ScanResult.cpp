@@ -1,0 +1,75 @@
+#include "screens/ScanResult.hpp"
+
+#include "app/controls/NameLabel.hpp"
+#include "app/controls/NameText.hpp"
+#include "engine/FolderProblem.hpp"
+#include "engine/PrintableText.hpp"
+#include "engine/ScanFileReader.hpp"
+#include "screens/KORVENViewController.hpp"
+
+#include <QLoggingCategory>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(resultLog, "tessaly.screens.result")
+
+} // namespace
+
+ResultRows ScanResult::rowsOf(const LUMFileContainer *folder)
+{
+    return resultRowsOf(folder, {KORVENViewController::compareHiddenItem(),
+                                 KORVENViewController::compareLargeFile()});
+}
+
+ScanResult ScanResult::ofTree(const std::shared_ptr<ScanTree> &tree)
+{
+    ScanResult result;
+    result.tree = tree;
+    result.rows = rowsOf(&tree->root());
+    return result;
+}
+
+ScanResult ScanResult::ofScan(const std::shared_ptr<ScanTree> &tree)
+{
+    ScanResult result = ofTree(tree);
+    const LUMFileContainer &root = tree->root();
+    if (root.subitems().empty()) {
+        if (const auto problem = folderProblem(root.itemName())) {
+            result.emptyTitle = tr("This folder cannot be read");
+            result.emptyText = QString::fromLocal8Bit(problem->c_str());
+        }
+    }
+    return result;
+}
+
+ScanResult ScanResult::ofFile(const std::string &path)
+{
+    const auto tree = readScanFile(path);
+    if (tree) {
+        return ofTree(tree.value());
+    }
+    const ArchiveError &error = tree.error();
+    qCWarning(resultLog, "%s: %s", printableText(path).c_str(), error.text().c_str());
+    const QString reason = QString::fromStdString(printableText(error.text()));
+    // What the system says names the file already.
+    return ofUnreadableFile(error.kind == ArchiveError::Kind::unreadable
+                                ? reason
+                                : drawableText(textOfName(path)) + u'\n' + reason);
+}
+
+ScanResult ScanResult::ofProblem(const QString &title, const QString &text)
+{
+    ScanResult result;
+    result.emptyTitle = title;
+    result.emptyText = text;
+    return result;
+}
+
+ScanResult ScanResult::ofUnreadableFile(const QString &reason)
+{
+    return ofProblem(tr("This scan cannot be opened"), reason);
+}
+
+} // namespace tessaly

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "engine/ScanTree.hpp"
+#include "screens/ResultRows.hpp"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tessaly {
+
+/// What a scan screen is to show: a tree with the rows of its top level, or why there is none.
+///
+/// Threads: any; it is made on a worker and shown on the main thread.
+struct ScanResult {
+    Q_DECLARE_TR_FUNCTIONS(ScanResult)
+
+public:
+    std::shared_ptr<ScanTree> tree; ///< nullptr: none; the screen stays or becomes empty
+    ResultRows rows;
+    QString dateText;
+    std::optional<std::string> scanKey; ///< of the record of the scan, if it has one
+    /// What to say where the rows would be, instead of the usual; a title and a text.
+    QString emptyTitle;
+    QString emptyText;
+    /// The screen takes the tree but goes on to look as if it still scanned: rows, fields and
+    /// buttons stay as they are, for good.
+    bool keepsScanningLook = false;
+
+    /// The rows of a folder, or of nullptr, by the preferences as they are now.
+    [[nodiscard]] static ResultRows rowsOf(const LUMFileContainer *folder);
+
+    /// A tree from its top.
+    [[nodiscard]] static ScanResult ofTree(const std::shared_ptr<ScanTree> &tree);
+    /// The tree of a scan that has just ended. If nothing was found, it says what was in the way.
+    [[nodiscard]] static ScanResult ofScan(const std::shared_ptr<ScanTree> &tree);
+    /// The tree of a scan file. If it cannot be read, the result says why, and so does the log.
+    [[nodiscard]] static ScanResult ofFile(const std::string &path);
+    /// No tree, for a reason.
+    [[nodiscard]] static ScanResult ofProblem(const QString &title, const QString &text);
+    /// No tree, since its scan file cannot be read for this reason.
+    [[nodiscard]] static ScanResult ofUnreadableFile(const QString &reason);
+};
+
+} // namespace tessaly
