@@ -1,0 +1,78 @@
+#include "drives/DriveRows.hpp"
+
+#include "engine/NameOrder.hpp"
+#include "platform/VolumeService.hpp"
+#include "app/controls/NameText.hpp"
+
+#include <QString>
+
+#include <algorithm>
+#include <cmath>
+#include <compare>
+#include <utility>
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isLeftOut(const std::string &name)
+{
+    const QString text = textOfName(name);
+    return text.compare(u".DS_Store"_s, Qt::CaseInsensitive) == 0 ||
+           text.compare(u"MobileBackups"_s, Qt::CaseInsensitive) == 0;
+}
+
+bool isFuller(const KORVENDriveObject &a, const KORVENDriveObject &b)
+{
+    const double used = a.sizeAsPercent();
+    const double other = b.sizeAsPercent();
+    // What is not a number would be neither before nor behind any other.
+    if (std::isnan(used) || std::isnan(other)) {
+        return !std::isnan(used) && std::isnan(other);
+    }
+    return used > other;
+}
+
+bool comesFirstByName(const KORVENDriveObject &a, const KORVENDriveObject &b)
+{
+    return std::is_lt(compareByCodeUnits(a.diskName(), b.diskName()));
+}
+
+} // namespace
+
+std::vector<std::string> listedVolumes(VolumeEnumerator &entries)
+{
+    std::vector<std::string> names;
+    while (auto name = entries.next()) {
+        if (!isLeftOut(*name)) {
+            entries.skipDescendants();
+            names.push_back(std::move(*name));
+        }
+    }
+    return names;
+}
+
+KORVENDriveObject driveRow(const std::string &name, const std::string &fullPath,
+                           const VolumeInformation &information)
+{
+    const VolumeFigures figures = information.figures.value_or(VolumeFigures{});
+    const double used = static_cast<double>(figures.total) - static_cast<double>(figures.free);
+    return {name,
+            fullPath,
+            figures.total,
+            figures.free,
+            used,
+            information.isRemovable,
+            information.isUnmountable,
+            information.typeName};
+}
+
+void sortDrives(std::vector<KORVENDriveObject> &rows, DriveOrder order)
+{
+    std::stable_sort(rows.begin(), rows.end(),
+                     order == DriveOrder::size ? isFuller : comesFirstByName);
+}
+
+} // namespace tessaly

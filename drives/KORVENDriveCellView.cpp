@@ -1,0 +1,198 @@
+#include "drives/KORVENDriveCellView.hpp"
+
+#include "app/controls/IconView.hpp"
+#include "app/controls/InterfaceFile.hpp"
+#include "app/controls/KORVENButton.hpp"
+#include "app/controls/KORVENProgressBar.hpp"
+#include "app/controls/Look.hpp"
+#include "app/controls/NameLabel.hpp"
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "drives/UnmountThreads.hpp"
+#include "platform/FileManager.hpp"
+#include "platform/VolumeService.hpp"
+#include "app/controls/NameText.hpp"
+
+#include <QAction>
+#include <QDebug>
+#include <QLabel>
+#include <QLoggingCategory>
+#include <QMenu>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(drivesLog, "tessaly.drives")
+
+const Services &services()
+{
+    return KORVENAppDelegate::sharedDelegate().services();
+}
+
+} // namespace
+
+struct KORVENDriveCellView::Target {
+    QString name; ///< the text of the volume's name
+    bool isRemoveable = false;
+    bool isUnmountable = false;
+    QString labelDescription; ///< of the label that shows the name, for the log
+
+    /// Whether the volume was asked to go.
+    [[nodiscard]] bool eject() const
+    {
+        const std::string path = services().volumes.pathOf(nameOfText(name));
+        if (isRemoveable) {
+            services().volumes.unmountAndEject(path);
+        } else if (isUnmountable) {
+            startUnmount([path] { unmountInBackground(path); });
+        }
+        return isRemoveable || isUnmountable;
+    }
+    void showInFinder() const
+    {
+        qCInfo(drivesLog, "name: %s", qUtf8Printable(labelDescription));
+        services().fileManager.reveal(shownPath());
+    }
+    void showInfo() const
+    {
+        const std::string path = shownPath();
+        qCInfo(drivesLog, "startup: /"); // this system has no other name for it
+        qCInfo(drivesLog, "******************* name: %s", qUtf8Printable(drawableText(name)));
+        qCInfo(drivesLog, "******************* open: %s",
+               qUtf8Printable(drawableText(textOfName(path))));
+        services().fileManager.showInformation(path);
+    }
+
+private:
+    [[nodiscard]] std::string shownPath() const
+    {
+        return name == u"/" ? "/" : services().volumes.pathOf(nameOfText(name));
+    }
+};
+
+KORVENDriveCellView::KORVENDriveCellView(QWidget *parent) : QWidget(parent) {}
+
+KORVENDriveCellView::~KORVENDriveCellView() = default;
+
+std::unique_ptr<KORVENDriveCellView>
+KORVENDriveCellView::tableCellViewWithNibNamed(const QString &name, const QObject * /*owner*/)
+{
+    InterfaceFile::Loaded loaded = InterfaceFile::load(name);
+    auto *cell = qobject_cast<KORVENDriveCellView *>(loaded.root.get());
+    if (cell == nullptr) {
+        qCWarning(drivesLog, "%s has no cell: %s", qUtf8Printable(name),
+                  qUtf8Printable(loaded.error));
+        return nullptr;
+    }
+    (void)loaded.root.release();
+    std::unique_ptr<KORVENDriveCellView> owned(cell);
+    owned->connectOutlets();
+    return owned;
+}
+
+void KORVENDriveCellView::connectOutlets()
+{
+    m_driveName = &outlet<NameLabel>(*this, "driveName");
+    m_driveFree = &outlet<QLabel>(*this, "driveFree");
+    m_driveUsed = &outlet<QLabel>(*this, "driveUsed");
+    m_driveTotal = &outlet<QLabel>(*this, "driveTotal");
+    m_driveGraph = &outlet<KORVENProgressBar>(*this, "driveGraph");
+    m_driveImage = &outlet<IconView>(*this, "driveImage");
+    m_ejectButton = &outlet<KORVENButton>(*this, "ejectButton");
+    m_ejectLabel = &outlet<QLabel>(*this, "ejectLabel");
+    auto *menuButton = &outlet<QToolButton>(*this, "menuButton");
+
+    for (const char *caption : {"totalCaption", "usedCaption", "freeCaption"}) {
+        makeCaption(outlet<QLabel>(*this, caption));
+    }
+    for (QLabel *label : {m_driveTotal, m_driveUsed, m_driveFree, m_ejectLabel}) {
+        makeCaption(*label);
+    }
+    // Rows with and without an eject control are laid out alike, whatever the control says.
+    const QFontMetrics metrics = m_ejectLabel->fontMetrics();
+    m_ejectLabel->setMinimumWidth(std::max(metrics.horizontalAdvance(tr("Eject")),
+                                           metrics.horizontalAdvance(tr("Ejecting…"))));
+    for (QWidget *control :
+         {static_cast<QWidget *>(m_ejectLabel), static_cast<QWidget *>(m_ejectButton)}) {
+        QSizePolicy policy = control->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        control->setSizePolicy(policy);
+    }
+
+    m_driveImage->setClickable(true);
+    m_driveName->setClickable(true);
+    connect(m_driveImage, &IconView::clicked, this, &KORVENDriveCellView::showInFinder);
+    connect(m_driveName, &NameLabel::clicked, this, &KORVENDriveCellView::showInFinder);
+    connect(m_ejectButton, &KORVENButton::clicked, this, &KORVENDriveCellView::ejectDrive);
+    connect(menuButton, &QToolButton::clicked, this, [this, menuButton] {
+        popUpMenu(menuButton->mapToGlobal(menuButton->rect().bottomLeft()));
+    });
+}
+
+void KORVENDriveCellView::showEjectControl(bool isEjecting)
+{
+    m_isEjecting = isEjecting;
+    if (m_ejectButton == nullptr) {
+        return; // a bare cell
+    }
+    m_ejectLabel->setVisible(canEject());
+    m_ejectLabel->setText(isEjecting ? tr("Ejecting…") : tr("Eject"));
+    m_ejectButton->setVisible(canEject());
+    m_ejectButton->setEnabled(!isEjecting);
+    m_ejectButton->setToolTip(m_isRemoveable ? tr("Eject the volume") : tr("Unmount the volume"));
+    m_ejectButton->setAccessibleName(tr("Eject %1").arg(drawableText(m_driveName->text())));
+}
+
+KORVENDriveCellView::Target KORVENDriveCellView::target() const
+{
+    return {m_driveName != nullptr ? m_driveName->text() : QString(), m_isRemoveable,
+            m_isUnmountable, QDebug::toString(m_driveName)};
+}
+
+void KORVENDriveCellView::ejectDrive()
+{
+    const Target chosen = target();
+    if (chosen.eject()) {
+        Q_EMIT ejectRequested(nameOfText(chosen.name));
+    }
+}
+
+void KORVENDriveCellView::unmountInBackground(const std::string &path)
+{
+    services().volumes.unmount(path);
+}
+
+void KORVENDriveCellView::showInFinder()
+{
+    target().showInFinder();
+}
+
+void KORVENDriveCellView::showInfo()
+{
+    target().showInfo();
+}
+
+QMenu *KORVENDriveCellView::popUpMenu(const QPoint &place)
+{
+    auto *menu = new QMenu(window());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const Target chosen = target();
+    menu->addAction(tr("Show in File Manager"), menu, [chosen] { chosen.showInFinder(); });
+    menu->addAction(tr("Show Info"), menu, [chosen] { chosen.showInfo(); });
+    if (canEject()) {
+        menu->addSeparator();
+        QAction *eject = menu->addAction(tr("Eject"), this, [this, chosen] {
+            if (chosen.eject()) {
+                Q_EMIT ejectRequested(nameOfText(chosen.name));
+            }
+        });
+        eject->setEnabled(!m_isEjecting);
+    }
+    menu->popup(place);
+    return menu;
+}
+
+} // namespace tessaly

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+class QLabel;
+class QMenu;
+class QPoint;
+
+namespace tessaly {
+
+class IconView;
+class KORVENButton;
+class KORVENProgressBar;
+class NameLabel;
+
+/// The cell of one volume: icon, name, three size texts, usage bar, eject control, and the row's
+/// menu. A click on icon or name shows the volume in the file manager.
+///
+/// Names: driveName holds the text of a volume's name (see NameText.hpp), which all actions make
+///        their path of; nothing else is known of the volume here.
+/// Outlets: null in a cell that was not loaded from an interface file.
+/// Errors:  what comes of an action is not told. A volume that went is told by the system.
+class KORVENDriveCellView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// A cell without anything in it.
+    explicit KORVENDriveCellView(QWidget *parent = nullptr);
+    ~KORVENDriveCellView() override;
+    KORVENDriveCellView(const KORVENDriveCellView &) = delete;
+    KORVENDriveCellView &operator=(const KORVENDriveCellView &) = delete;
+    KORVENDriveCellView(KORVENDriveCellView &&) = delete;
+    KORVENDriveCellView &operator=(KORVENDriveCellView &&) = delete;
+
+    /// The cell out of an interface file; nullptr when there is no such file, or no such cell in
+    /// it. The owner, whoever it is, is not told anything by the cell itself.
+    [[nodiscard]] static std::unique_ptr<KORVENDriveCellView>
+    tableCellViewWithNibNamed(const QString &name, const QObject *owner);
+
+    [[nodiscard]] NameLabel *driveName() const noexcept { return m_driveName; }
+    [[nodiscard]] QLabel *driveFree() const noexcept { return m_driveFree; }
+    [[nodiscard]] QLabel *driveUsed() const noexcept { return m_driveUsed; }
+    [[nodiscard]] QLabel *driveTotal() const noexcept { return m_driveTotal; }
+    [[nodiscard]] KORVENProgressBar *driveGraph() const noexcept { return m_driveGraph; }
+    [[nodiscard]] IconView *driveImage() const noexcept { return m_driveImage; }
+    [[nodiscard]] KORVENButton *ejectButton() const noexcept { return m_ejectButton; }
+    [[nodiscard]] QLabel *ejectLabel() const noexcept { return m_ejectLabel; }
+
+    // Copied from the row.
+    [[nodiscard]] bool isRemoveable() const noexcept { return m_isRemoveable; }
+    void setIsRemoveable(bool isRemoveable) noexcept { m_isRemoveable = isRemoveable; }
+    [[nodiscard]] bool isUnmountable() const noexcept { return m_isUnmountable; }
+    void setIsUnmountable(bool isUnmountable) noexcept { m_isUnmountable = isUnmountable; }
+    [[nodiscard]] std::int32_t diskType() const noexcept { return m_diskType; }
+    void setDiskType(std::int32_t type) noexcept { m_diskType = type; }
+
+    /// Shows the eject control of a volume that can go, by the flags: ready, or busy while the
+    /// volume is on its way. Shows none for any other volume.
+    void showEjectControl(bool isEjecting);
+
+    /// Ejects a removable volume, unmounts one that is unmountable only, leaves any other alone.
+    void ejectDrive();
+    /// Unmounts the volume at a path and waits for the outcome. Any thread but the main thread.
+    static void unmountInBackground(const std::string &path);
+    /// Shows the volume in the file manager.
+    void showInFinder();
+    /// Shows a window with what is known about the volume.
+    void showInfo();
+
+    /// Opens the row's menu. It acts on the row that the cell shows now, whatever it shows later.
+    QMenu *popUpMenu(const QPoint &place);
+
+Q_SIGNALS:
+    /// The volume with this name, as bytes, was asked to go.
+    void ejectRequested(const std::string &name);
+
+private:
+    /// What the actions are about, independent of the cell.
+    struct Target;
+
+    void connectOutlets();
+    [[nodiscard]] bool canEject() const noexcept { return m_isRemoveable || m_isUnmountable; }
+    [[nodiscard]] Target target() const;
+
+    bool m_isRemoveable = false;
+    bool m_isUnmountable = false;
+    std::int32_t m_diskType = 0;
+    bool m_isEjecting = false;
+    NameLabel *m_driveName = nullptr;
+    QLabel *m_driveFree = nullptr;
+    QLabel *m_driveUsed = nullptr;
+    QLabel *m_driveTotal = nullptr;
+    KORVENProgressBar *m_driveGraph = nullptr;
+    IconView *m_driveImage = nullptr;
+    KORVENButton *m_ejectButton = nullptr;
+    QLabel *m_ejectLabel = nullptr;
+};
+
+} // namespace tessaly

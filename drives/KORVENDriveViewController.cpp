@@ -1,0 +1,381 @@
+#include "drives/KORVENDriveViewController.hpp"
+
+#include "app/controls/CellTableView.hpp"
+#include "app/controls/CellTexts.hpp"
+#include "app/controls/IconView.hpp"
+#include "app/controls/InterfaceFile.hpp"
+#include "app/controls/KORVENButton.hpp"
+#include "app/controls/KORVENProgressBar.hpp"
+#include "app/controls/Look.hpp"
+#include "app/controls/NameLabel.hpp"
+#include "app/controls/WarningColors.hpp"
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "drives/DriveRows.hpp"
+#include "drives/KORVENDriveCellView.hpp"
+#include "platform/ApplicationLauncher.hpp"
+#include "platform/VolumeService.hpp"
+#include "resources/Artwork.hpp"
+#include "app/controls/NameText.hpp"
+
+#include <QLabel>
+#include <QStackedWidget>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+#include <set>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+const QString cellIdentifier = u"KORVENDriveCell"_s;
+const QString cellFile = u"KORVENDriveCell"_s;
+
+constexpr int leastRowHeight = 84;
+
+const Services &services()
+{
+    return KORVENAppDelegate::sharedDelegate().services();
+}
+
+/// The kind of file system, as the icon's tooltip names it.
+QString kindName(std::int32_t diskType)
+{
+    static const std::array<QString, 4> names{u"hfs"_s, u"afpfs"_s, u"msdos"_s, u"other"_s};
+    const auto index = static_cast<std::size_t>(diskType);
+    return index < names.size() ? names.at(index) : names.back();
+}
+
+/// The used part, as the bars take it.
+float shareOf(const KORVENDriveObject &row)
+{
+    return static_cast<float>(row.sizeAsPercent());
+}
+
+} // namespace
+
+KORVENDriveViewController::KORVENDriveViewController(const QString &nibName)
+{
+    InterfaceFile::registerWidget<KORVENDriveCellView>("KORVENDriveCellView");
+    InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
+    if (!loaded.root) {
+        qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
+    }
+    m_view = loaded.root.release();
+    findOutlets();
+    services().volumes.setChangeListener([guard = QPointer(this)] {
+        if (guard) {
+            guard->discMounted();
+        }
+    });
+    connect(&m_ejecting, &EjectingVolumes::changed, this, [this] {
+        for (int row = 0; m_view && row < numberOfRowsInTableView(); ++row) {
+            if (KORVENDriveCellView *cell = cellAt(row)) {
+                cell->showEjectControl(m_ejecting.contains(rowAt(row).diskName()));
+            }
+        }
+    });
+}
+
+KORVENDriveViewController::~KORVENDriveViewController()
+{
+    if (m_view) {
+        m_tableView->setDataSource(nullptr);
+        delete m_view;
+    }
+}
+
+void KORVENDriveViewController::findOutlets()
+{
+    QWidget &view = *m_view;
+    m_tableView = &outlet<CellTableView>(view, "tableView");
+    m_refreshButton = &outlet<KORVENButton>(view, "refreshButton");
+    m_sortButton = &outlet<KORVENButton>(view, "sortButton");
+    m_launchButton = &outlet<KORVENButton>(view, "launchButton");
+    m_countLabel = &outlet<QLabel>(view, "countLabel");
+    m_drivePages = &outlet<QStackedWidget>(view, "drivePages");
+    m_emptyPage = &outlet<QWidget>(view, "emptyPage");
+    m_emptyTitle = &outlet<QLabel>(view, "emptyTitle");
+    m_emptyText = &outlet<QLabel>(view, "emptyText");
+    makeCaption(*m_countLabel);
+    makeTitle(*m_emptyTitle);
+    makeCaption(*m_emptyText);
+
+    const QStringList missing = wireActions(view, *this,
+                                            {{"refreshButton", [this] { refreshClicked(); }},
+                                             {"sortButton", [this] { sortClicked(); }},
+                                             {"launchButton", [this] { launchClicked(); }}});
+    if (!missing.isEmpty()) {
+        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
+    }
+}
+
+void KORVENDriveViewController::awakeFromNib()
+{
+    if (!m_firstRunFlag) {
+        return;
+    }
+    m_firstRunFlag = false;
+    m_sortBySizeFlag = true;
+    m_sortButton->setTitle(tr("Sort by name"));
+    prepareCells();
+    m_tableView->setDataSource(this);
+    m_countLabel->clear();
+    m_emptyTitle->setText(tr("Looking for volumes…"));
+    m_emptyText->hide();
+    m_drivePages->setCurrentWidget(m_emptyPage);
+    runScanDrives();
+}
+
+void KORVENDriveViewController::prepareCells()
+{
+    if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
+        for (KORVENButton *button : {m_refreshButton, m_sortButton, m_launchButton}) {
+            button->set10p7Mode();
+        }
+    } else {
+        m_tableView->registerCells(cellIdentifier, [this] {
+            return KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
+        });
+    }
+    // The fonts may be larger than those that the rows were drawn up for.
+    const auto sample = KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
+    const int neededHeight = sample ? sample->sizeHint().height() : 0;
+    m_tableView->setRowHeight(std::max(leastRowHeight, neededHeight));
+}
+
+void KORVENDriveViewController::runScanDrives()
+{
+    VolumeService &volumes = services().volumes;
+    std::vector<std::string> names = listedVolumes(*volumes.enumerator());
+    std::vector<std::string> paths;
+    paths.reserve(names.size());
+    for (const std::string &name : names) {
+        paths.push_back(volumes.pathOf(name));
+    }
+    const unsigned number = ++m_scanNumber;
+    volumes.readInformation(std::move(paths),
+                            [guard = QPointer(this), number, names = std::move(names)](
+                                const std::vector<VolumeInformation> &answers) {
+                                if (guard && guard->m_view && guard->m_scanNumber == number) {
+                                    guard->showDrives(names, answers);
+                                }
+                            });
+}
+
+void KORVENDriveViewController::showDrives(const std::vector<std::string> &names,
+                                           const std::vector<VolumeInformation> &information)
+{
+    const std::string selected = selectedName();
+    m_tableView->clearSelection(); // it is about the rows that go
+    m_disksArray.clear();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const VolumeInformation known =
+            i < information.size() ? information[i] : VolumeInformation{};
+        m_disksArray.push_back(driveRow(names[i], services().volumes.pathOf(names[i]), known));
+    }
+    m_ejecting.keepOnly({names.begin(), names.end()});
+    sortTable();
+    selectName(selected);
+    showCountOrEmptyState();
+}
+
+void KORVENDriveViewController::showCountOrEmptyState()
+{
+    const std::size_t count = m_disksArray.size();
+    if (count == 0) {
+        m_countLabel->clear();
+        m_emptyTitle->setText(tr("No volumes found"));
+        m_emptyText->setText(tr("A drive appears here as soon as it is mounted."));
+        m_emptyText->show();
+        m_drivePages->setCurrentWidget(m_emptyPage);
+        return;
+    }
+    m_countLabel->setText(count == 1 ? tr("1 volume") : tr("%1 volumes").arg(count));
+    m_drivePages->setCurrentWidget(m_tableView);
+}
+
+void KORVENDriveViewController::refreshTable()
+{
+    const std::string selected = selectedName();
+    m_tableView->reloadData();
+    selectName(selected);
+}
+
+void KORVENDriveViewController::discMounted()
+{
+    runScanDrives();
+}
+
+void KORVENDriveViewController::refreshClicked()
+{
+    runScanDrives();
+}
+
+void KORVENDriveViewController::launchClicked()
+{
+    services().applications.launchApplication("Disk Utility.app");
+}
+
+void KORVENDriveViewController::sortClicked()
+{
+    m_sortBySizeFlag = !m_sortBySizeFlag;
+    m_sortButton->setTitle(m_sortBySizeFlag ? tr("Sort by name") : tr("Sort by size"));
+    sortTable();
+}
+
+void KORVENDriveViewController::sortTable()
+{
+    const std::string selected = selectedName();
+    sortDrives(m_disksArray, m_sortBySizeFlag ? DriveOrder::size : DriveOrder::name);
+    m_tableView->reloadData();
+    m_tableView->scrollToTop();
+    selectName(selected);
+}
+
+std::string KORVENDriveViewController::selectedName() const
+{
+    const int row = m_tableView->selectedRow();
+    return row >= 0 && row < numberOfRowsInTableView() ? rowAt(row).diskName() : std::string();
+}
+
+void KORVENDriveViewController::selectName(const std::string &name)
+{
+    const auto found = std::find_if(m_disksArray.begin(), m_disksArray.end(),
+                                    [&](const auto &row) { return row.diskName() == name; });
+    if (found != m_disksArray.end()) {
+        m_tableView->setAutoScroll(false); // what is in view stays there
+        m_tableView->selectRow(static_cast<int>(found - m_disksArray.begin()));
+        m_tableView->setAutoScroll(true);
+    }
+}
+
+const KORVENDriveObject &KORVENDriveViewController::rowAt(int row) const
+{
+    return m_disksArray[static_cast<std::size_t>(row)];
+}
+
+KORVENDriveCellView *KORVENDriveViewController::cellAt(int row) const
+{
+    return qobject_cast<KORVENDriveCellView *>(m_tableView->cellForRow(row));
+}
+
+int KORVENDriveViewController::numberOfRowsInTableView() const
+{
+    return static_cast<int>(m_disksArray.size());
+}
+
+QWidget *KORVENDriveViewController::viewForTableColumn(int row)
+{
+    if (row < 0 || row >= numberOfRowsInTableView()) {
+        return nullptr;
+    }
+    QWidget *cell = m_tableView->makeView(cellIdentifier);
+    if (cell == nullptr) {
+        std::unique_ptr<KORVENDriveCellView> made;
+        if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
+            made = KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
+        }
+        if (!made) {
+            made = std::make_unique<KORVENDriveCellView>();
+        }
+        cell = m_tableView->adoptView(std::move(made), cellIdentifier);
+    }
+    fillCell(*cell, rowAt(row));
+    return cell;
+}
+
+void KORVENDriveViewController::fillCell(QWidget &widget, const KORVENDriveObject &row)
+{
+    auto &cell = static_cast<KORVENDriveCellView &>(widget);
+    cell.setIsRemoveable(row.isRemoveable());
+    cell.setIsUnmountable(row.isUnmountable());
+    cell.setDiskType(row.diskType());
+    if (cell.driveName() == nullptr) {
+        return; // a bare cell
+    }
+    const QString name = textOfName(row.diskName());
+    cell.driveName()->setText(name);
+    cell.driveName()->setToolTip(nameToolTip(name));
+    cell.driveFree()->setText(QString::fromStdString(row.diskFreeAsString()));
+    cell.driveTotal()->setText(QString::fromStdString(row.diskTotalAsString()));
+    cell.driveUsed()->setText(QString::fromStdString(row.diskUsedAsString()));
+
+    const float share = shareOf(row);
+    cell.driveGraph()->setBarPercent(share);
+    cell.driveGraph()->setColorsGreen();
+    if (KORVENAppDelegate::sharedDelegate().diskGraphColorPreference() != 0) {
+        setWarningColors(*cell.driveGraph(), share);
+    }
+    cell.driveGraph()->setToolTip(percentText(share));
+
+    const QString image = row.isRemoveable() ? u"drive_usb.png"_s : u"drive.png"_s;
+    cell.driveImage()->setImage(artworkIcon(image), image);
+    cell.driveImage()->setToolTip(kindName(row.diskType()));
+    cell.showEjectControl(m_ejecting.contains(row.diskName()));
+    connect(&cell, &KORVENDriveCellView::ejectRequested, &m_ejecting, &EjectingVolumes::add,
+            Qt::UniqueConnection);
+}
+
+KORVENDriveCellView *KORVENDriveViewController::selectedCell() const
+{
+    return qobject_cast<KORVENDriveCellView *>(m_tableView->selectedCell());
+}
+
+bool KORVENDriveViewController::hasSelectedRow() const
+{
+    return m_tableView->selectedRow() >= 0;
+}
+
+void KORVENDriveViewController::showInFinder()
+{
+    if (KORVENDriveCellView *cell = selectedCell()) {
+        cell->showInFinder();
+    }
+}
+
+void KORVENDriveViewController::showInfo()
+{
+    if (KORVENDriveCellView *cell = selectedCell()) {
+        cell->showInfo();
+    }
+}
+
+QString KORVENDriveViewController::searchText(int row) const
+{
+    return textOfName(rowAt(row).diskName());
+}
+
+QString KORVENDriveViewController::accessibleText(int row) const
+{
+    const KORVENDriveObject &object = rowAt(row);
+    const QString name = drawableText(searchText(row));
+    const float share = shareOf(object);
+    if (std::isnan(share)) {
+        return tr("%1, size unknown").arg(name);
+    }
+    return tr("%1, %2 used, %3")
+        .arg(name, QString::fromStdString(object.diskUsedAsString()), percentText(share).trimmed());
+}
+
+void KORVENDriveViewController::activateRow(int row)
+{
+    if (KORVENDriveCellView *cell = cellAt(row)) {
+        cell->showInFinder();
+    }
+}
+
+void KORVENDriveViewController::showMenu(int row, const QPoint &place)
+{
+    if (KORVENDriveCellView *cell = cellAt(row)) {
+        cell->popUpMenu(place);
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,123 @@
+#pragma once
+
+#include "app/controls/CellTableSource.hpp"
+#include "app/controls/RowActions.hpp"
+#include "drives/EjectingVolumes.hpp"
+#include "drives/KORVENDriveObject.hpp"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <string>
+#include <vector>
+
+class QLabel;
+class QStackedWidget;
+
+namespace tessaly {
+
+class CellTableView;
+class KORVENButton;
+class KORVENDriveCellView;
+struct VolumeInformation;
+
+/// The screen that lists the mounted volumes, one row each, with how full they are. The list is
+/// made anew, in the order that the user chose, whenever volumes were mounted or unmounted and when
+/// the user asks; the rows before stay in view until the volumes have answered.
+///
+/// Threads: the main thread.
+class KORVENDriveViewController final : public QObject,
+                                        public RowActions,
+                                        private CellTableSource {
+    Q_OBJECT
+
+public:
+    /// Is told of mounts from now on. `nibName`: of the interface file with the screen's view.
+    explicit KORVENDriveViewController(
+        const QString &nibName = QStringLiteral("KORVENDriveViewController"));
+    ~KORVENDriveViewController() override;
+    KORVENDriveViewController(const KORVENDriveViewController &) = delete;
+    KORVENDriveViewController &operator=(const KORVENDriveViewController &) = delete;
+    KORVENDriveViewController(KORVENDriveViewController &&) = delete;
+    KORVENDriveViewController &operator=(KORVENDriveViewController &&) = delete;
+
+    /// The screen's widget. Whoever shows it may own it; else it goes with the controller.
+    [[nodiscard]] QWidget *view() const noexcept { return m_view; }
+
+    /// One-time set-up once the view is there, and the first list. Does nothing when it is called
+    /// again.
+    void awakeFromNib();
+
+    /// Asks for the volumes that there are now, and lists them once all have answered.
+    void runScanDrives();
+    /// Shows the same rows again, by the preferences as they are now.
+    void refreshTable();
+    /// A volume was mounted or unmounted.
+    void discMounted();
+
+    // What the buttons do.
+    void refreshClicked();
+    void sortClicked();
+    /// Starts the system's disk utility, if there is one.
+    void launchClicked();
+
+    /// Puts the rows into the chosen order and shows them from the first.
+    void sortTable();
+
+    [[nodiscard]] int numberOfRowsInTableView() const override;
+    [[nodiscard]] QWidget *viewForTableColumn(int row) override;
+
+    [[nodiscard]] bool hasSelectedRow() const override;
+    void showInFinder() override;
+    void showInfo() override;
+
+    // The state, for whoever wants to look.
+    [[nodiscard]] const std::vector<KORVENDriveObject> &disksArray() const noexcept
+    {
+        return m_disksArray;
+    }
+    /// Rows are in the order of size; otherwise in that of names.
+    [[nodiscard]] bool sortBySizeFlag() const noexcept { return m_sortBySizeFlag; }
+    /// Until awakeFromNib() has done its work.
+    [[nodiscard]] bool firstRunFlag() const noexcept { return m_firstRunFlag; }
+
+private:
+    void findOutlets();
+    void prepareCells();
+    void showDrives(const std::vector<std::string> &names,
+                    const std::vector<VolumeInformation> &information);
+    void showCountOrEmptyState();
+    [[nodiscard]] std::string selectedName() const;
+    void selectName(const std::string &name);
+    [[nodiscard]] const KORVENDriveObject &rowAt(int row) const;
+    [[nodiscard]] KORVENDriveCellView *cellAt(int row) const;
+    [[nodiscard]] KORVENDriveCellView *selectedCell() const;
+    void fillCell(QWidget &widget, const KORVENDriveObject &row);
+
+    [[nodiscard]] QString searchText(int row) const override;
+    [[nodiscard]] QString accessibleText(int row) const override;
+    void activateRow(int row) override;
+    void showMenu(int row, const QPoint &place) override;
+
+    QPointer<QWidget> m_view;
+    // Outlets: the view owns them.
+    CellTableView *m_tableView = nullptr;
+    KORVENButton *m_refreshButton = nullptr;
+    KORVENButton *m_sortButton = nullptr;
+    KORVENButton *m_launchButton = nullptr;
+    QLabel *m_countLabel = nullptr;
+    QStackedWidget *m_drivePages = nullptr;
+    QWidget *m_emptyPage = nullptr;
+    QLabel *m_emptyTitle = nullptr;
+    QLabel *m_emptyText = nullptr;
+
+    std::vector<KORVENDriveObject> m_disksArray;
+    bool m_sortBySizeFlag = true;
+    bool m_firstRunFlag = true;
+    unsigned m_scanNumber = 0; ///< of the question whose answer counts
+    EjectingVolumes m_ejecting;
+};
+
+} // namespace tessaly

@@ -1,0 +1,62 @@
+#include "drives/UnmountThreads.hpp"
+
+#include <QLoggingCategory>
+
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(drivesLog, "tessaly.drives")
+
+struct Running {
+    std::mutex mutex;
+    std::condition_variable hasEnded;
+    int count = 0;
+};
+
+/// Each thread holds it too, for one may be there when the process ends.
+const std::shared_ptr<Running> &running()
+{
+    static const auto instance = std::make_shared<Running>();
+    return instance;
+}
+
+void addToCount(Running &all, int change)
+{
+    const std::scoped_lock lock(all.mutex);
+    all.count += change;
+    all.hasEnded.notify_all();
+}
+
+} // namespace
+
+void startUnmount(std::function<void()> unmount)
+{
+    addToCount(*running(), 1);
+    try {
+        std::thread([all = running(), unmount = std::move(unmount)]() mutable {
+            unmount();
+            unmount = nullptr; // what it holds goes before it counts as ended
+            addToCount(*all, -1);
+        }).detach();
+    } catch (const std::system_error &error) {
+        addToCount(*running(), -1);
+        qCWarning(drivesLog, "There is no thread to unmount on: %s", error.what());
+    }
+}
+
+bool waitForUnmounts(std::chrono::milliseconds patience)
+{
+    Running &all = *running();
+    std::unique_lock lock(all.mutex);
+    return all.hasEnded.wait_for(lock, patience, [&] { return all.count == 0; });
+}
+
+} // namespace tessaly

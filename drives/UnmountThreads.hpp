@@ -1,0 +1,17 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace tessaly {
+
+/// Runs an unmounting on a thread of its own and returns at once. Nobody waits for it, neither a
+/// screen nor its window. Does nothing but say so in the log when there is no thread to be had.
+/// Threads: any.
+void startUnmount(std::function<void()> unmount);
+
+/// Waits until all unmountings that were started have ended, but no longer than this. Whether they
+/// have; if not, what they use must stay for as long as the process does. Threads: any.
+[[nodiscard]] bool waitForUnmounts(std::chrono::milliseconds patience);
+
+} // namespace tessaly
