@@ -16,10 +16,9 @@ namespace {
 
 KORVENAppDelegate *shared = nullptr;
 
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("KORVENAppDelegate", text);
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(KORVENAppDelegate)
+};
 
 Notification notificationOf(const QString &title, const QString &message, std::string origin)
 {
@@ -96,13 +95,13 @@ void KORVENAppDelegate::applicationWillTerminate() {}
 
 void KORVENAppDelegate::showCompletedNotification(const QString &message, ScanScreen screen)
 {
-    post(notificationOf(translated("Scan Completed"), message, originOf(screen)),
+    post(notificationOf(Texts::tr("Scan Completed"), message, originOf(screen)),
          Notification::Sound::complete);
 }
 
 void KORVENAppDelegate::showCanceledNotification(const QString &message, ScanScreen screen)
 {
-    post(notificationOf(translated("Scan Canceled"), message, originOf(screen)),
+    post(notificationOf(Texts::tr("Scan Canceled"), message, originOf(screen)),
          Notification::Sound::message);
 }
 

@@ -1,22 +1,35 @@
 #include "app/window/KORVENWindowController.hpp"
 
 #include "app/controls/CellTableView.hpp"
-#include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENWindow.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/MessageAlert.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/window/FullScreen.hpp"
+#include "app/window/HomeFolderGrant.hpp"
+#include "app/window/KORVENRate.hpp"
+#include "app/window/MakerAddresses.hpp"
+#include "app/window/MenuCommands.hpp"
+#include "app/window/PreferenceSheet.hpp"
+#include "app/window/QuietMoment.hpp"
+#include "app/window/RateMessageBox.hpp"
+#include "app/window/Sidebar.hpp"
+#include "app/window/SplitView.hpp"
+#include "drives/KORVENDriveViewController.hpp"
+#include "history/KORVENHistoryViewController.hpp"
+#include "platform/ApplicationLauncher.hpp"
 #include "platform/SettingsStore.hpp"
+#include "platform/UrlOpener.hpp"
+#include "screens/KORVENHomeViewController.hpp"
 #include "screens/KORVENScanViewController.hpp"
 
+#include <QAction>
 #include <QGuiApplication>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QMessageBox>
-#include <QShortcut>
+#include <QKeyEvent>
+#include <QLoggingCategory>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -24,29 +37,9 @@ namespace tessaly {
 
 namespace {
 
-constexpr int sidebarWidth = 240;
-constexpr int sidebarRowHeight = 52;
+Q_LOGGING_CATEGORY(windowLog, "tessaly.window")
+
 constexpr std::string_view placementKey = "windowPlacement";
-
-/// The sidebar's cells, in the order of the pages; each is an interface file of its own.
-const std::array<QString, KORVENWindowController::pageCount> cellNames{
-    u"DriveCell"_s, u"FolderCell"_s, u"ScanCell"_s, u"HistoryCell"_s};
-
-/// The sidebar with a little room above its first row.
-QWidget *sidebarAround(QWidget *table)
-{
-    constexpr int roomAbove = 10;
-    auto *sidebar = new QWidget;
-    sidebar->setFixedWidth(sidebarWidth);
-    sidebar->setAutoFillBackground(true);
-    QPalette colors = sidebar->palette();
-    colors.setColor(QPalette::Window, look::sidebar);
-    sidebar->setPalette(colors);
-    auto *layout = new QVBoxLayout(sidebar);
-    layout->setContentsMargins(0, roomAbove, 0, 0);
-    layout->addWidget(table);
-    return sidebar;
-}
 
 KORVENWindow::Surface surfaceOfDesktop()
 {
@@ -56,110 +49,125 @@ KORVENWindow::Surface surfaceOfDesktop()
                : KORVENWindow::Surface::opaque;
 }
 
+const KORVENAppDelegate &delegate()
+{
+    return KORVENAppDelegate::sharedDelegate();
+}
+
+void launch(std::string_view application)
+{
+    delegate().services().applications.launchApplication(application);
+}
+
+void open(std::string_view url)
+{
+    delegate().services().urls.openUrl(url);
+}
+
 } // namespace
 
-KORVENWindowController::KORVENWindowController()
-    : m_mainWindow(std::make_unique<KORVENWindow>(surfaceOfDesktop()))
+KORVENWindowController::KORVENWindowController(std::function<void()> terminate)
+    : m_terminate(std::move(terminate)),
+      m_mainWindow(std::make_unique<KORVENWindow>(surfaceOfDesktop())),
+      m_homeFolderGrant(
+          std::make_unique<HomeFolderGrant>(*m_mainWindow, [this] { restartAlert(); }))
+{
+}
+
+KORVENWindowController::KORVENWindowController() : KORVENWindowController(&QCoreApplication::quit)
 {
 }
 
 KORVENWindowController::~KORVENWindowController()
 {
-    if (m_outlineTable != nullptr) {
-        m_outlineTable->setDataSource(nullptr);
-    }
-    m_avc.reset(); // its view goes with it, while the window is still there
+    m_rateMoment.reset();
+    m_rateAndReview.reset();
+    m_menuCommands.reset();
+    // The screens' views go with them, while the window is still there. The history's screen is the
+    // last one: the workers of the others may have something to tell it up to their end.
+    m_dvc.reset();
+    m_hvc.reset();
+    m_avc.reset();
+    m_lvc.reset();
 }
 
 void KORVENWindowController::awakeFromNib()
 {
     if (!m_firstRunFlag) {
+        if (m_preferenceSheet != nullptr && delegate().run10p7Mode()) {
+            m_preferenceSheet->disableNotifications();
+        }
         return;
     }
     m_firstRunFlag = false;
-    auto *content = new QWidget;
-    auto *layout = new QHBoxLayout(content);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
+    m_sidebar = new Sidebar({{u"DriveCell"_s, tr("Drives")},
+                             {u"FolderCell"_s, tr("Home Folder")},
+                             {u"ScanCell"_s, tr("Folder Scan")},
+                             {u"HistoryCell"_s, tr("History")}},
+                            [this](const QKeyEvent &event, const QString &typed) {
+                                return shouldTypeSelectForEvent(event, typed);
+                            });
     m_tabView = new QStackedWidget;
-    makeSidebar();
-    layout->addWidget(sidebarAround(m_outlineTable));
-    layout->addWidget(m_tabView, 1);
+    m_splitView = new SplitView;
+    m_splitView->addWidget(m_sidebar);
+    m_splitView->addWidget(m_tabView);
+    m_splitView->setPosition(Sidebar::usualWidth);
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_splitView);
     m_mainWindow->setContentWidget(content);
     m_mainWindow->setWindowTitle(u"Tessaly"_s);
 
-    m_avc = std::make_unique<KORVENScanViewController>();
-    m_avc->awakeFromNib();
-    for (int page = 0; page < pageCount; ++page) {
-        m_tabView->addWidget(page == scanPage ? m_avc->view() : new QWidget);
-    }
+    makeScreens();
+    connect(m_sidebar, &Sidebar::selectionChanged, m_tabView, &QStackedWidget::setCurrentIndex);
     selectPage(drivesPage);
-    makeShortcuts();
-    m_outlineTable->setFocus();
+    m_menuCommands = std::make_unique<MenuCommands>(*this);
+    m_mainWindow->setApplicationMenu(&applicationMenu());
+    m_sidebar->outlineTable().setFocus();
+    makeFullScreen();
     restoreWindow();
+    m_fullScreen->restoreState();
     m_mainWindow->installEventFilter(this);
+    m_rateAndReview = std::make_unique<KORVENRate>(storeIdentifier(),
+                                                   std::make_unique<RateMessageBox>(*m_mainWindow));
+    m_rateMoment = std::make_unique<QuietMoment>(*m_mainWindow,
+                                                 [this] { m_rateAndReview->checkRateAndReview(); });
 }
 
-void KORVENWindowController::makeSidebar()
+void KORVENWindowController::makeScreens()
 {
-    m_outlineTable = new CellTableView;
-    m_outlineTable->setObjectName(u"outlineTable"_s);
-    m_outlineTable->setAccessibleName(tr("Screens"));
-    m_outlineTable->setRowHeight(sidebarRowHeight);
-    QPalette palette = m_outlineTable->palette();
-    for (const auto role : {QPalette::Base, QPalette::AlternateBase, QPalette::Window}) {
-        palette.setColor(role, look::sidebar);
-    }
-    palette.setColor(QPalette::Highlight, look::selection);
-    m_outlineTable->setPalette(palette);
-    for (const QString &name : cellNames) {
-        m_outlineTable->registerCells(
-            name, [name]() -> std::unique_ptr<QWidget> { return InterfaceFile::load(name).root; });
-    }
-    m_outlineTable->setDataSource(this);
-    connect(m_outlineTable->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &current) {
-                if (current.isValid()) {
-                    m_tabView->setCurrentIndex(current.row());
-                }
-            });
-}
-
-void KORVENWindowController::makeShortcuts()
-{
-    for (int page = 0; page < pageCount; ++page) {
-        auto *shortcut = new QShortcut(
-            QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + page)), m_mainWindow.get());
-        connect(shortcut, &QShortcut::activated, this, [this, page] { selectPage(page); });
-    }
-    auto *quit = new QShortcut(QKeySequence(QKeySequence::Quit), m_mainWindow.get());
-    connect(quit, &QShortcut::activated, m_mainWindow.get(), &QWidget::close);
-}
-
-QWidget *KORVENWindowController::viewForTableColumn(int row)
-{
-    return row >= 0 && row < pageCount
-               ? m_outlineTable->makeView(cellNames.at(static_cast<std::size_t>(row)))
-               : nullptr;
-}
-
-QString KORVENWindowController::searchText(int row) const
-{
-    switch (row) {
-    case drivesPage:
-        return tr("Drives");
-    case homePage:
-        return tr("Home Folder");
-    case scanPage:
-        return tr("Folder Scan");
-    default:
-        return tr("History");
+    m_dvc = std::make_unique<KORVENDriveViewController>();
+    m_hvc = std::make_unique<KORVENHomeViewController>();
+    m_avc = std::make_unique<KORVENScanViewController>();
+    m_lvc = std::make_unique<KORVENHistoryViewController>();
+    m_dvc->awakeFromNib();
+    m_hvc->awakeFromNib();
+    m_avc->awakeFromNib();
+    m_lvc->awakeFromNib();
+    for (QWidget *view : {m_dvc->view(), m_hvc->view(), m_avc->view(), m_lvc->view()}) {
+        m_tabView->addWidget(view);
     }
 }
 
-bool KORVENWindowController::shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed)
+void KORVENWindowController::makeFullScreen()
 {
-    return m_avc->shouldTypeSelectForEvent(event, typed);
+    m_fullScreen = std::make_unique<FullScreen>(*m_mainWindow, KORVENWindow::canBePlaced()
+                                                                   ? FullScreen::Motion::byProgram
+                                                                   : FullScreen::Motion::byDesktop);
+    m_fullScreen->setFullscreenMenuItem(&fullscreenMenuItem());
+    connect(&fullscreenMenuItem(), &QAction::triggered, m_fullScreen.get(),
+            &FullScreen::toggleFullScreen);
+}
+
+ApplicationMenu &KORVENWindowController::applicationMenu() const
+{
+    return m_menuCommands->menu();
+}
+
+QAction &KORVENWindowController::fullscreenMenuItem() const
+{
+    return applicationMenu().action(ApplicationMenu::Item::fullScreen);
 }
 
 int KORVENWindowController::selectedPage() const
@@ -169,17 +177,30 @@ int KORVENWindowController::selectedPage() const
 
 void KORVENWindowController::selectPage(int page)
 {
-    m_outlineTable->selectRow(page);
+    m_sidebar->selectRow(page);
 }
 
 void KORVENWindowController::windowLoaded()
 {
-    // The sidebar has its width from the start.
+    if (delegate().run10p7Mode() || delegate().run10p8Mode()) {
+        m_splitView->setPosition(Sidebar::usualWidth);
+    }
 }
 
-void KORVENWindowController::historyStoreUpdated() {}
+void KORVENWindowController::windowDidResize()
+{
+    windowLoaded(); // the title bar follows the window by itself
+}
 
-void KORVENWindowController::reloadHistoryDelete(const std::optional<std::string> & /*scanKey*/) {}
+void KORVENWindowController::historyStoreUpdated()
+{
+    m_lvc->reloadHistory();
+}
+
+void KORVENWindowController::reloadHistoryDelete(const std::optional<std::string> &scanKey)
+{
+    m_lvc->reloadHistoryDelete(scanKey);
+}
 
 void KORVENWindowController::loadHistoryItem(const std::string &scanKey)
 {
@@ -201,43 +222,188 @@ void KORVENWindowController::scanClicked()
     m_avc->scanButtonPressed();
 }
 
+void KORVENWindowController::scanHomeClicked()
+{
+    selectPage(homePage);
+    m_hvc->scanButtonPressed();
+}
+
 void KORVENWindowController::refreshTables()
 {
+    m_hvc->refreshTable();
     m_avc->refreshTable();
+}
+
+void KORVENWindowController::refreshTable()
+{
+    m_dvc->refreshTable();
 }
 
 void KORVENWindowController::scanRunningAlert()
 {
-    auto *alert = new QMessageBox(QMessageBox::Warning, {}, tr("Tessaly Message"),
-                                  QMessageBox::NoButton, m_mainWindow.get());
-    alert->setInformativeText(
+    MessageAlert::begin(
+        *m_mainWindow, tr("Tessaly Message"),
         tr("There is a scan currently running.\nPlease try again after the scan completes."));
-    alert->addButton(tr("ok"), QMessageBox::AcceptRole);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->open();
+}
+
+void KORVENWindowController::restartAlert()
+{
+    MessageAlert::begin(*m_mainWindow, tr("Tessaly Message"),
+                        tr("Saving changes and exiting.\nPlease restart the app."),
+                        [this](int returnCode) {
+                            if (returnCode == MessageAlert::firstButtonReturn) {
+                                m_terminate();
+                            }
+                        });
+}
+
+void KORVENWindowController::showPreferenceSheet()
+{
+    if (m_preferenceSheet == nullptr) {
+        m_preferenceSheet = new PreferenceSheet(*m_mainWindow);
+        awakeFromNib();
+        connect(m_preferenceSheet, &PreferenceSheet::resultRowsChanged, this,
+                &KORVENWindowController::refreshTables);
+        connect(m_preferenceSheet, &PreferenceSheet::driveRowsChanged, this,
+                &KORVENWindowController::refreshTable);
+        connect(m_preferenceSheet, &PreferenceSheet::customHomeFolderClicked, this,
+                &KORVENWindowController::customHomeFolder);
+        connect(m_preferenceSheet, &PreferenceSheet::removeHomeFolderClicked, this,
+                &KORVENWindowController::removeHomeFolder);
+        connect(m_preferenceSheet, &PreferenceSheet::closeClicked, this,
+                &KORVENWindowController::closePreferenceSheet);
+    }
+    m_preferenceSheet->showPreferenceSheet();
+}
+
+void KORVENWindowController::closePreferenceSheet()
+{
+    if (m_preferenceSheet != nullptr) {
+        m_preferenceSheet->end();
+    }
+}
+
+void KORVENWindowController::customHomeFolder()
+{
+    m_homeFolderGrant->customHomeFolder();
+}
+
+void KORVENWindowController::removeHomeFolder()
+{
+    m_homeFolderGrant->removeHomeFolder();
+}
+
+void KORVENWindowController::openDiskUtility()
+{
+    launch("Disk Utility.app");
+}
+
+void KORVENWindowController::openFinder()
+{
+    launch("Finder.app");
+}
+
+void KORVENWindowController::openSystemPreferences()
+{
+    launch("System Preferences.app");
+}
+
+void KORVENWindowController::openInAppStore()
+{
+    open(storePage(storeIdentifier()));
+}
+
+void KORVENWindowController::openWebHelp()
+{
+    open(makerHelpPage());
+}
+
+void KORVENWindowController::openUrlWebsite()
+{
+    open(makerWebsite());
+}
+
+void KORVENWindowController::openUrlFacebook()
+{
+    open(makerFacebookPage());
+}
+
+void KORVENWindowController::openUrlTwitter()
+{
+    open(makerTwitterPage());
+}
+
+void KORVENWindowController::supportClicked()
+{
+    open(makerSupportPage());
+}
+
+void KORVENWindowController::googleClicked()
+{
+    open(makerGooglePage());
+}
+
+void KORVENWindowController::showAbout()
+{
+    MessageAlert::begin(*m_mainWindow,
+                        tr("Tessaly %1").arg(QCoreApplication::applicationVersion()).trimmed(),
+                        tr("Shows where the space on your disks has gone.\n"
+                           "Licensed under the Apache License 2.0."));
+}
+
+bool KORVENWindowController::keyDown(const QKeyEvent &event)
+{
+    const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!isReturn || m_preferenceSheet == nullptr || !m_preferenceSheet->isVisible()) {
+        return false;
+    }
+    closePreferenceSheet();
+    return true;
+}
+
+bool KORVENWindowController::shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed)
+{
+    return m_avc->shouldTypeSelectForEvent(event, typed);
 }
 
 bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_mainWindow.get() && event->type() == QEvent::Close) {
-        storeWindow();
+    if (watched != m_mainWindow.get()) {
+        return QObject::eventFilter(watched, event);
     }
-    if (watched == m_mainWindow.get() && event->type() == QEvent::Paint && !m_hasBeenPainted) {
-        m_hasBeenPainted = true;
-        QMetaObject::invokeMethod(this, &KORVENWindowController::startLoading,
-                                  Qt::QueuedConnection);
+    switch (event->type()) {
+    case QEvent::Close:
+        storeWindow();
+        break;
+    case QEvent::Paint:
+        if (!std::exchange(m_hasBeenPainted, true)) {
+            QMetaObject::invokeMethod(this, &KORVENWindowController::startLoading,
+                                      Qt::QueuedConnection);
+        }
+        break;
+    case QEvent::Resize:
+        windowDidResize();
+        break;
+    case QEvent::KeyPress: {
+        const auto &key = static_cast<const QKeyEvent &>(*event);
+        return keyDown(key) || applicationMenu().handleKey(key);
+    }
+    default:
+        break;
     }
     return QObject::eventFilter(watched, event);
 }
 
 void KORVENWindowController::startLoading()
 {
+    qCDebug(windowLog, "painted");
+    m_hvc->startLoading();
     m_avc->startLoading();
 }
 
 void KORVENWindowController::restoreWindow()
 {
-    const auto stored = KORVENAppDelegate::sharedDelegate().services().settings.data(placementKey);
+    const auto stored = delegate().services().settings.data(placementKey);
     if (stored) {
         m_mainWindow->restorePlacement(QByteArray(reinterpret_cast<const char *>(stored->data()),
                                                   static_cast<qsizetype>(stored->size())));
@@ -247,7 +413,7 @@ void KORVENWindowController::restoreWindow()
 void KORVENWindowController::storeWindow()
 {
     const QByteArray placement = m_mainWindow->placement();
-    SettingsStore &settings = KORVENAppDelegate::sharedDelegate().services().settings;
+    SettingsStore &settings = delegate().services().settings;
     settings.setData(placementKey,
                      std::as_bytes(std::span(placement.constData(),
                                              static_cast<std::size_t>(placement.size()))));

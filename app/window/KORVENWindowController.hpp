@@ -1,32 +1,50 @@
 #pragma once
 
-#include "app/controls/CellTableSource.hpp"
 #include "app/delegate/MainWindow.hpp"
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
+#include <string_view>
 
+class QAction;
+class QKeyEvent;
 class QStackedWidget;
 
 namespace tessaly {
 
-class CellTableView;
+class ApplicationMenu;
+class FullScreen;
+class HomeFolderGrant;
+class KORVENDriveViewController;
+class KORVENHistoryViewController;
+class KORVENHomeViewController;
+class KORVENRate;
 class KORVENScanViewController;
 class KORVENWindow;
+class MenuCommands;
+class PreferenceSheet;
+class QuietMoment;
+class Sidebar;
+class SplitView;
 
-/// Runs the main window: its frame, the sidebar, and the screens, one a page. The row of the
-/// sidebar that is selected and the page that is shown have the same number.
+/// Runs the main window: its frame, the sidebar, the screens, one a page, the program's menu and
+/// the sheet with the preferences. The row of the sidebar that is selected and the page that is
+/// shown have the same number.
 ///
 /// Ownership: owns the window and the screens. When it goes, scans are cancelled and waited for.
 /// Threads:   the main thread, but for historyStoreUpdated().
-class KORVENWindowController final : public QObject, public MainWindow, private CellTableSource {
+class KORVENWindowController final : public QObject, public MainWindow {
     Q_OBJECT
 
 public:
     /// The pages in their order.
     enum Page { drivesPage, homePage, scanPage, historyPage, pageCount };
 
+    /// `terminate` ends the program, and may return before it has.
+    explicit KORVENWindowController(std::function<void()> terminate);
+    /// Ends the program by ending its event loop.
     KORVENWindowController();
     ~KORVENWindowController() override;
     KORVENWindowController(const KORVENWindowController &) = delete;
@@ -34,11 +52,24 @@ public:
     KORVENWindowController(KORVENWindowController &&) = delete;
     KORVENWindowController &operator=(KORVENWindowController &&) = delete;
 
-    /// Builds the window's content. Does nothing when it is called again.
+    /// The first time builds the window's content; later, when the preference sheet has been
+    /// loaded, fits that to the system's release.
     void awakeFromNib();
 
+    // What the window is made of. The screens are there from the first awakeFromNib() on.
     [[nodiscard]] KORVENWindow &mainWindow() const noexcept { return *m_mainWindow; }
+    [[nodiscard]] KORVENDriveViewController &dvc() const noexcept { return *m_dvc; }
+    [[nodiscard]] KORVENHomeViewController &hvc() const noexcept { return *m_hvc; }
     [[nodiscard]] KORVENScanViewController &avc() const noexcept { return *m_avc; }
+    [[nodiscard]] KORVENHistoryViewController &lvc() const noexcept { return *m_lvc; }
+    [[nodiscard]] SplitView &splitView() const noexcept { return *m_splitView; }
+    [[nodiscard]] Sidebar &sidebar() const noexcept { return *m_sidebar; }
+    [[nodiscard]] QStackedWidget &tabView() const noexcept { return *m_tabView; }
+    [[nodiscard]] ApplicationMenu &applicationMenu() const;
+    [[nodiscard]] QAction &fullscreenMenuItem() const;
+    /// nullptr until it has been shown for the first time.
+    [[nodiscard]] PreferenceSheet *preferenceSheet() const noexcept { return m_preferenceSheet; }
+
     [[nodiscard]] int selectedPage() const;
     void selectPage(int page);
 
@@ -47,32 +78,75 @@ public:
     void reloadHistoryDelete(const std::optional<std::string> &scanKey) override;
     void loadHistoryItem(const std::string &scanKey) override;
     void scanClicked() override;
+    /// Shows the home screen and scans what it scans.
+    void scanHomeClicked();
 
     /// Makes the rows of the scan screens anew, after a preference that they go by has changed.
     void refreshTables();
+    /// The same for the drives.
+    void refreshTable();
+
     /// Tells the user that a scan is running, and that this has to wait.
     void scanRunningAlert();
+    /// Tells the user that the program ends now, and ends it when they have read it.
+    void restartAlert();
+
+    void showPreferenceSheet();
+    void closePreferenceSheet();
+
+    void customHomeFolder();
+    void removeHomeFolder();
+
+    // Other programs of the desktop, and pages on the web.
+    void openDiskUtility();
+    void openFinder();
+    void openSystemPreferences();
+    void openInAppStore();
+    void openWebHelp();
+    void openUrlWebsite();
+    void openUrlFacebook();
+    void openUrlTwitter();
+    void supportClicked();
+    void googleClicked();
+
+    void showAbout();
+
+    /// Called for a key that nothing in the window has a use for: Return closes the preference
+    /// sheet. Whether the key has done something.
+    bool keyDown(const QKeyEvent &event);
+    /// Called for each key that is typed in the sidebar: the space bar shows the preview panel or
+    /// closes it. Whether the key may select a row, which is always so.
+    bool shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void makeSidebar();
-    void makeShortcuts();
+    void makeScreens();
+    void makeFullScreen();
+    void windowDidResize();
     void startLoading();
     void restoreWindow();
     void storeWindow();
 
-    [[nodiscard]] int numberOfRowsInTableView() const override { return pageCount; }
-    [[nodiscard]] QWidget *viewForTableColumn(int row) override;
-    [[nodiscard]] QString searchText(int row) const override;
-    bool shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed) override;
-
     bool m_firstRunFlag = true;
     bool m_hasBeenPainted = false;
+    std::function<void()> m_terminate;
     std::unique_ptr<KORVENWindow> m_mainWindow;
-    CellTableView *m_outlineTable = nullptr; ///< the sidebar
+    std::unique_ptr<FullScreen> m_fullScreen;
+    std::unique_ptr<KORVENRate> m_rateAndReview;
+    std::unique_ptr<QuietMoment> m_rateMoment; ///< when the user may be asked
+    // The window owns these.
+    SplitView *m_splitView = nullptr;
+    Sidebar *m_sidebar = nullptr;
     QStackedWidget *m_tabView = nullptr;
+    PreferenceSheet *m_preferenceSheet = nullptr;
+
+    std::unique_ptr<MenuCommands> m_menuCommands;
+    std::unique_ptr<HomeFolderGrant> m_homeFolderGrant;
+    std::unique_ptr<KORVENDriveViewController> m_dvc;
+    std::unique_ptr<KORVENHomeViewController> m_hvc;
     std::unique_ptr<KORVENScanViewController> m_avc;
+    std::unique_ptr<KORVENHistoryViewController> m_lvc;
 };
 
 } // namespace tessaly

@@ -3,52 +3,98 @@
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/Look.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/window/BringToFront.hpp"
+#include "app/window/CommandLine.hpp"
+#include "app/window/GuardedApplication.hpp"
 #include "app/window/KORVENWindowController.hpp"
+#include "app/window/ProgramVersion.hpp"
+#include "app/window/TranslationLoader.hpp"
+#include "drives/UnmountThreads.hpp"
 #include "engine/AtomicFile.hpp"
+#include "platform/ProgramIdentity.hpp"
+#include "platform/linux/CrashLog.hpp"
 #include "platform/linux/IcuDateTexts.hpp"
+#include "platform/linux/LinuxApplicationLauncher.hpp"
 #include "platform/linux/LinuxDocumentsFolder.hpp"
 #include "platform/linux/LinuxFileManager.hpp"
 #include "platform/linux/LinuxFolderBookmarks.hpp"
 #include "platform/linux/LinuxNotifier.hpp"
 #include "platform/linux/LinuxSettingsStore.hpp"
 #include "platform/linux/LinuxSystemRelease.hpp"
+#include "platform/linux/LinuxUrlOpener.hpp"
+#include "platform/linux/LinuxUserAccount.hpp"
+#include "platform/linux/LinuxVolumeService.hpp"
+#include "platform/linux/ProgramLog.hpp"
 #include "platform/linux/QtFolderChooser.hpp"
+#include "platform/linux/SingleInstance.hpp"
+#include "platform/linux/TerminationSignals.hpp"
 #include "platform/preview/QtPreviewPanels.hpp"
 
-#include <QApplication>
+#include <chrono>
+#include <cstdlib>
 
 using namespace tessaly;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// For volumes that are still being unmounted when the window has closed.
+constexpr std::chrono::seconds unmountPatience{2};
+
+} // namespace
+
 int main(int argumentCount, char **arguments)
 {
+    if (const auto status = CommandLine::answer(argumentCount, arguments)) {
+        return *status;
+    }
+    ProgramLog::install();
+    CrashLog::install("tessaly", programVersion());
+    const QVariantMap launchData = ApplicationObject::platformDataOfThisStart();
     // The other backend of Qt's players needs more than is installed with it.
     if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) {
         qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     }
-    QApplication application(argumentCount, arguments);
+    GuardedApplication application(argumentCount, arguments);
+    const TerminationSignals terminationSignals;
     QApplication::setApplicationName(u"tessaly"_s);
     QApplication::setApplicationDisplayName(u"Tessaly"_s);
-    QApplication::setDesktopFileName(u"tessaly"_s);
+    QApplication::setApplicationVersion(QString::fromUtf8(programVersion()));
+    QApplication::setDesktopFileName(QString::fromLatin1(programId));
+    const TranslationLoader translations;
+    if (const auto status = CommandLine::refuse()) {
+        return *status;
+    }
     applyLook(application);
+
+    LinuxDocumentsFolder documents;
+    SingleInstance instance(documents.path(), launchData);
+    if (instance.claim() != SingleInstance::Outcome::first) {
+        return instance.endSecondStart();
+    }
 
     LinuxSettingsStore settings;
     LinuxFolderBookmarks bookmarks;
-    LinuxDocumentsFolder documents;
     LinuxSystemRelease release;
     LinuxNotifier notifier;
     IcuDateTexts dates;
     QtPreviewPanels previewPanels({}, &settings);
     LinuxFileManager fileManager(dates);
     QtFolderChooser folderChooser;
+    LinuxUserAccount account;
+    LinuxVolumeService volumes;
+    LinuxApplicationLauncher applications;
+    LinuxUrlOpener urls;
     KORVENAppDelegate delegate({settings, bookmarks, documents, release, notifier, dates,
-                                previewPanels, fileManager, folderChooser});
+                                previewPanels, fileManager, folderChooser, account, volumes,
+                                applications, urls});
     AtomicFile::removeLeftovers(documents.path());
 
     KORVENWindowController controller;
     delegate.setWindowController(&controller);
     controller.awakeFromNib();
     controller.mainWindow().show();
+    instance.setActivated([&controller] { bringToFront(controller.mainWindow()); });
     QMetaObject::invokeMethod(
         &application, [&delegate] { delegate.applicationDidFinishLaunching(); },
         Qt::QueuedConnection);
@@ -57,5 +103,9 @@ int main(int argumentCount, char **arguments)
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();
     delegate.setWindowController(nullptr);
+    instance.setActivated({});
+    if (!waitForUnmounts(unmountPatience)) {
+        std::_Exit(status); // their threads use the services, which must not go
+    }
     return status;
 }

@@ -1,0 +1,322 @@
+#include "app/window/FullScreen.hpp"
+
+#include "app/controls/KORVENWindow.hpp"
+#include "app/controls/WindowPlacement.hpp"
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/window/FullScreenGeometry.hpp"
+#include "platform/SettingsStore.hpp"
+
+#include <QAction>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSequentialAnimationGroup>
+#include <QShortcut>
+#include <QVariantAnimation>
+
+#include <span>
+#include <string_view>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::string_view frameKey = "frameForNonFullScreenMode";
+
+SettingsStore &settings()
+{
+    return KORVENAppDelegate::sharedDelegate().services().settings;
+}
+
+int millisecondsOf(double seconds)
+{
+    return qRound(seconds * 1000.0);
+}
+
+} // namespace
+
+FullScreen::FullScreen(KORVENWindow &window, Motion motion)
+    : m_window(&window), m_motion(motion), m_escape(new QShortcut(Qt::Key_Escape, &window))
+{
+    m_escape->setEnabled(false);
+    connect(m_escape, &QShortcut::activated, this, &FullScreen::toggleFullScreen);
+    window.installEventFilter(this);
+}
+
+FullScreen::~FullScreen()
+{
+    delete m_escape;
+}
+
+void FullScreen::setFullscreenMenuItem(QAction *item)
+{
+    m_fullscreenMenuItem = item;
+    if (m_state == State::entering || m_state == State::full) {
+        willEnterFull();
+    } else {
+        willExitFull();
+    }
+}
+
+void FullScreen::toggleFullScreen()
+{
+    if (m_state == State::windowed) {
+        willEnterFull();
+        startCustomAnimationToEnterFullScreenWithDuration(usualDuration);
+    } else if (m_state == State::full) {
+        willExitFull();
+        startCustomAnimationToExitFullScreenWithDuration(usualDuration);
+    }
+}
+
+QSizeF FullScreen::willUseFullScreenContentSize(QSizeF proposedSize)
+{
+    return FullScreenGeometry::contentSize(proposedSize);
+}
+
+unsigned FullScreen::willUseFullScreenPresentationOptions() noexcept
+{
+    return fullScreen | autoHideToolbar | hideDock | autoHideMenuBar;
+}
+
+void FullScreen::willEnterFull()
+{
+    if (m_fullscreenMenuItem != nullptr) {
+        m_fullscreenMenuItem->setText(tr("Exit Full Screen"));
+    }
+}
+
+void FullScreen::willExitFull()
+{
+    if (m_fullscreenMenuItem != nullptr) {
+        m_fullscreenMenuItem->setText(tr("Enter Full Screen"));
+    }
+}
+
+QList<KORVENWindow *> FullScreen::customWindowsToEnterFullScreenForWindow(KORVENWindow *window)
+{
+    return {window};
+}
+
+QList<KORVENWindow *> FullScreen::customWindowsToExitFullScreenForWindow(KORVENWindow *window)
+{
+    return {window};
+}
+
+void FullScreen::startCustomAnimationToEnterFullScreenWithDuration(double duration)
+{
+    const QRect frame = m_window->geometry();
+    rememberPlacement(frame);
+    setState(State::entering);
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    if (m_motion == Motion::byDesktop || screens.isEmpty()) {
+        coverScreen();
+        return;
+    }
+    if (m_wasMaximized) {
+        // A maximised window cannot be resized; so it becomes a free one that looks the same. The
+        // desktop is about to give it another frame, and is told of ours only when ours changes.
+        m_window->setWindowState(m_window->windowState() & ~Qt::WindowMaximized);
+        setFrame(frame.adjusted(0, 0, 0, -1));
+        setFrame(frame);
+    }
+    const QRectF target = FullScreenGeometry::targetFrame(screens.first()->geometry());
+    animate(frame, FullScreenGeometry::centreFrame(frame.size(), target.size()), duration, target,
+            duration * 0.25);
+}
+
+void FullScreen::startCustomAnimationToExitFullScreenWithDuration(double duration)
+{
+    const int margin = m_window->outerMargin();
+    const QRect current =
+        m_window->geometry().marginsRemoved(QMargins(margin, margin, margin, margin));
+    setState(State::exiting);
+    m_window->setConstrainingToScreenSuspended(true);
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowFullScreen);
+    if (m_motion == Motion::byDesktop) {
+        returnToWindow();
+        return;
+    }
+    setFrame(current);
+    updateMargin();
+    const QRectF saved = frameForNonFullScreenMode();
+    animate(current, FullScreenGeometry::centreFrame(saved.size(), current.size()), duration * 0.25,
+            saved, duration);
+}
+
+QRectF FullScreen::frameForNonFullScreenMode() const
+{
+    const std::scoped_lock lock(m_frameMutex);
+    return m_frameForNonFullScreenMode;
+}
+
+void FullScreen::setFrameForNonFullScreenMode(const QRectF &frame)
+{
+    const std::scoped_lock lock(m_frameMutex);
+    m_frameForNonFullScreenMode = frame;
+}
+
+std::vector<std::string>
+FullScreen::restorableStateKeyPaths(std::vector<std::string> superclassPaths)
+{
+    superclassPaths.emplace_back(frameKey);
+    return superclassPaths;
+}
+
+void FullScreen::rememberPlacement(const QRect &frame)
+{
+    m_wasMaximized = m_window->isMaximized();
+    m_normalFrame = m_wasMaximized ? m_window->normalGeometry() : frame;
+    m_placementBefore = m_window->placement();
+    setFrameForNonFullScreenMode(frame);
+    invalidateRestorableState();
+}
+
+void FullScreen::invalidateRestorableState() const
+{
+    settings().setData(
+        frameKey, std::as_bytes(std::span(m_placementBefore.constData(),
+                                          static_cast<std::size_t>(m_placementBefore.size()))));
+}
+
+void FullScreen::restoreState()
+{
+    const auto stored = settings().data(frameKey);
+    if (!stored) {
+        return;
+    }
+    const QByteArray bytes(reinterpret_cast<const char *>(stored->data()),
+                           static_cast<qsizetype>(stored->size()));
+    if (const auto placement = WindowPlacement::fromBytes(bytes)) {
+        m_window->restorePlacement(bytes);
+        setFrameForNonFullScreenMode(placement->frame);
+    }
+    settings().remove(frameKey);
+}
+
+void FullScreen::setState(State state)
+{
+    m_state = state;
+    m_escape->setEnabled(state == State::full);
+}
+
+void FullScreen::animate(const QRectF &start, const QRectF &centre, double secondsToCentre,
+                         const QRectF &end, double secondsToEnd)
+{
+    stopAnimation();
+    m_animation = new QSequentialAnimationGroup(this);
+    const auto addPart = [this](const QRectF &from, const QRectF &to, double seconds) {
+        auto *part = new QVariantAnimation(m_animation);
+        part->setStartValue(from);
+        part->setEndValue(to);
+        part->setDuration(millisecondsOf(seconds));
+        connect(part, &QVariantAnimation::valueChanged, this,
+                [this](const QVariant &frame) { setFrame(frame.toRectF().toRect()); });
+    };
+    addPart(start, centre, secondsToCentre);
+    addPart(centre, end, secondsToEnd);
+    connect(m_animation, &QAbstractAnimation::finished, this, &FullScreen::animationEnded);
+    m_animation->start();
+}
+
+void FullScreen::stopAnimation()
+{
+    if (QSequentialAnimationGroup *running = std::exchange(m_animation, nullptr)) {
+        running->disconnect(this);
+        running->stop();
+        running->deleteLater(); // it may be what calls
+    }
+}
+
+void FullScreen::animationEnded()
+{
+    stopAnimation();
+    if (m_state == State::entering) {
+        coverScreen();
+    } else {
+        returnToWindow();
+    }
+}
+
+void FullScreen::coverScreen()
+{
+    setState(State::full);
+    m_window->setWindowState(m_window->windowState() | Qt::WindowFullScreen);
+    updateMargin();
+}
+
+/// The last step out of full screen: the window is what it was.
+void FullScreen::returnToWindow()
+{
+    if (m_motion == Motion::byProgram) {
+        setFrame(m_wasMaximized ? m_normalFrame : frameForNonFullScreenMode().toRect());
+        if (m_wasMaximized) {
+            m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
+        }
+    }
+    m_window->setConstrainingToScreenSuspended(false);
+    setState(State::windowed);
+    updateMargin();
+    settings().remove(frameKey);
+}
+
+void FullScreen::setFrame(const QRect &frame)
+{
+    const QScreen *screen = QGuiApplication::screenAt(frame.center());
+    m_window->setGeometry(
+        m_window->constrainFrameRect(frame, screen != nullptr ? screen : m_window->screen()));
+}
+
+bool FullScreen::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::WindowStateChange:
+        followWindow();
+        break;
+    case QEvent::Resize:
+        updateMargin();
+        break;
+    case QEvent::Hide:
+        if (!event->spontaneous()) {
+            stopAnimation(); // its end would have no window to show
+        }
+        break;
+    case QEvent::Show:
+        if (m_animation == nullptr && (m_state == State::entering || m_state == State::exiting)) {
+            willExitFull();
+            returnToWindow();
+        }
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+/// Somebody else may have taken the window into full screen or out of it.
+void FullScreen::followWindow()
+{
+    const bool isFullScreen = m_window->isFullScreen();
+    if (isFullScreen && m_state == State::windowed) {
+        rememberPlacement(m_window->normalGeometry());
+        willEnterFull();
+        setState(State::full);
+    } else if (!isFullScreen && m_state == State::full) {
+        willExitFull();
+        startCustomAnimationToExitFullScreenWithDuration(usualDuration);
+    }
+    updateMargin();
+}
+
+void FullScreen::updateMargin()
+{
+    // Not before the desktop has made the window as large as the screen.
+    const QSizeF shown = willUseFullScreenContentSize(m_window->screen()->size());
+    const bool coversScreen =
+        m_window->width() > shown.width() && m_window->height() > shown.height();
+    m_window->setOuterMargin(
+        m_state == State::full && coversScreen ? static_cast<int>(FullScreenGeometry::margin) : 0);
+}
+
+} // namespace tessaly

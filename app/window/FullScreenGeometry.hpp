@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+
+namespace tessaly {
+
+/// Where the window goes on its way into full screen and out of it.
+///
+/// All lengths are device independent pixels, in doubles; halves are kept but where it says
+/// otherwise. y goes down here. The formulas are the same whichever way it goes: a margin is the
+/// same at both ends, and a centre frame is measured from the origin of the coordinates, which is
+/// the top left corner of the first screen.
+struct FullScreenGeometry {
+    /// Room that is left free on each side of the screen.
+    static constexpr double margin = 60.0;
+
+    /// What the window takes of the size that is proposed: the margin less on each side.
+    [[nodiscard]] static QSizeF contentSize(QSizeF proposed);
+
+    /// The window's frame in full screen on this screen: the content size in the middle, its
+    /// distances from the screen's own corner rounded down.
+    [[nodiscard]] static QRectF targetFrame(const QRectF &screen);
+
+    /// The frame at which entering and leaving are halfway: of size `size`, with its middle where
+    /// that of a frame of size `around` is that begins at the origin. So it is on the first screen,
+    /// wherever the window is.
+    [[nodiscard]] static QRectF centreFrame(QSizeF size, QSizeF around);
+};
+
+} // namespace tessaly

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// The maker's addresses on the web and the program's identifier in the store: the one place that
+/// knows them. A build for another maker sets them as cache variables (TESSALY_WEBSITE, …, see
+/// CMakeLists.txt).
+namespace tessaly {
+
+/// The home page; ends with a slash.
+[[nodiscard]] std::string makerWebsite();
+[[nodiscard]] std::string makerHelpPage();
+[[nodiscard]] std::string makerSupportPage();
+[[nodiscard]] std::string makerFacebookPage();
+[[nodiscard]] std::string makerTwitterPage();
+[[nodiscard]] std::string makerGooglePage();
+
+/// The program's identifier in the store, in decimal digits.
+[[nodiscard]] std::string storeIdentifier();
+/// The page of the product with this identifier in the store: a "macappstore:" address that ends
+/// with the identifier.
+[[nodiscard]] std::string storePage(std::string_view appId);
+
+} // namespace tessaly

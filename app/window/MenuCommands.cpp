@@ -1,0 +1,145 @@
+#include "app/window/MenuCommands.hpp"
+
+#include "app/controls/KORVENWindow.hpp"
+#include "app/controls/RowActions.hpp"
+#include "app/window/KORVENWindowController.hpp"
+#include "app/window/PreferenceSheet.hpp"
+#include "drives/KORVENDriveViewController.hpp"
+#include "history/KORVENHistoryViewController.hpp"
+#include "screens/KORVENHomeViewController.hpp"
+#include "screens/KORVENScanViewController.hpp"
+
+#include <QAction>
+
+#include <array>
+#include <initializer_list>
+#include <utility>
+
+namespace tessaly {
+
+using Controller = KORVENWindowController;
+using Item = ApplicationMenu::Item;
+
+MenuCommands::MenuCommands(KORVENWindowController &controller)
+    : m_controller(controller), m_menu([this] { return state(); })
+{
+    connectWindowItems();
+    connectScreenItems();
+}
+
+void MenuCommands::connectWindowItems()
+{
+    using Command = void (Controller::*)();
+    for (const auto &[item, command] : std::initializer_list<std::pair<Item, Command>>{
+             {Item::scanFolder, &Controller::scanClicked},
+             {Item::scanHome, &Controller::scanHomeClicked},
+             {Item::chooseHomeFolder, &Controller::customHomeFolder},
+             {Item::removeHomeFolder, &Controller::removeHomeFolder},
+             {Item::preferences, &Controller::showPreferenceSheet},
+             {Item::diskUtility, &Controller::openDiskUtility},
+             {Item::fileManager, &Controller::openFinder},
+             {Item::systemSettings, &Controller::openSystemPreferences},
+             {Item::webHelp, &Controller::openWebHelp},
+             {Item::website, &Controller::openUrlWebsite},
+             {Item::support, &Controller::supportClicked},
+             {Item::storePage, &Controller::openInAppStore},
+             {Item::facebook, &Controller::openUrlFacebook},
+             {Item::twitter, &Controller::openUrlTwitter},
+             {Item::google, &Controller::googleClicked},
+             {Item::about, &Controller::showAbout}}) {
+        connect(&m_menu.action(item), &QAction::triggered, &m_controller, command);
+    }
+    connect(&m_menu.action(Item::quit), &QAction::triggered, &m_controller.mainWindow(),
+            &QWidget::close);
+}
+
+void MenuCommands::connectScreenItems()
+{
+    connect(&m_menu.action(Item::refreshDrives), &QAction::triggered, this,
+            &MenuCommands::refreshDrives);
+    connect(&m_menu.action(Item::back), &QAction::triggered, this, &MenuCommands::goBack);
+    connect(&m_menu.action(Item::sort), &QAction::triggered, this, &MenuCommands::sort);
+    for (const auto &[item, page] : std::initializer_list<std::pair<Item, int>>{
+             {Item::goToDrives, Controller::drivesPage},
+             {Item::goToHome, Controller::homePage},
+             {Item::goToScan, Controller::scanPage},
+             {Item::goToHistory, Controller::historyPage}}) {
+        connect(&m_menu.action(item), &QAction::triggered, this,
+                [this, page = page] { m_controller.selectPage(page); });
+    }
+    using Act = void (RowActions::*)();
+    for (const auto &[item, act] : std::initializer_list<std::pair<Item, Act>>{
+             {Item::quickLook, &RowActions::showQuickLook},
+             {Item::showInFileManager, &RowActions::showInFinder},
+             {Item::showInfo, &RowActions::showInfo}}) {
+        connect(&m_menu.action(item), &QAction::triggered, this,
+                [this, act = act] { actOnSelectedRow(act); });
+    }
+}
+
+ApplicationMenu::State MenuCommands::state() const
+{
+    const PreferenceSheet *sheet = m_controller.preferenceSheet();
+    const ResultViewController *results = shownResults();
+    const RowActions *rows = shownRows();
+    return {.isBlocked = sheet != nullptr && sheet->isVisible(),
+            .isFolderScanRunning = m_controller.avc().isScanRunningNow(),
+            .isHomeScanRunning = m_controller.hvc().isScanRunningNow(),
+            .canGoBack = results != nullptr && results->canDrillUp(),
+            .canSort = results == nullptr || !results->isScanRunningNow(),
+            .hasSelectedRow = rows != nullptr && rows->hasSelectedRow(),
+            .canQuickLook = rows != nullptr && rows->canShowQuickLook()};
+}
+
+ResultViewController *MenuCommands::shownResults() const
+{
+    switch (m_controller.selectedPage()) {
+    case Controller::homePage:
+        return &m_controller.hvc();
+    case Controller::scanPage:
+        return &m_controller.avc();
+    default:
+        return nullptr;
+    }
+}
+
+RowActions *MenuCommands::shownRows() const
+{
+    const std::array<QObject *, Controller::pageCount> screens{
+        &m_controller.dvc(), &m_controller.hvc(), &m_controller.avc(), &m_controller.lvc()};
+    return dynamic_cast<RowActions *>(
+        screens.at(static_cast<std::size_t>(m_controller.selectedPage())));
+}
+
+void MenuCommands::refreshDrives()
+{
+    m_controller.selectPage(Controller::drivesPage);
+    m_controller.dvc().refreshClicked();
+}
+
+void MenuCommands::goBack()
+{
+    if (ResultViewController *results = shownResults()) {
+        results->drillUpOneLevel();
+    }
+}
+
+void MenuCommands::sort()
+{
+    if (ResultViewController *results = shownResults()) {
+        results->sortClicked();
+    } else if (m_controller.selectedPage() == Controller::drivesPage) {
+        m_controller.dvc().sortClicked();
+    } else {
+        m_controller.lvc().sortClicked();
+    }
+}
+
+void MenuCommands::actOnSelectedRow(void (RowActions::*act)())
+{
+    if (RowActions *rows = shownRows()) {
+        (rows->*act)();
+    }
+}
+
+} // namespace tessaly

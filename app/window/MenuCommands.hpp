@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/window/ApplicationMenu.hpp"
+
+#include <QObject>
+
+namespace tessaly {
+
+class KORVENWindowController;
+class ResultViewController;
+class RowActions;
+
+/// Joins the program's menu with the main window: what its items do, and which can be used now.
+/// "Enter Full Screen" is left to whoever does that.
+///
+/// Threads: the main thread.
+class MenuCommands final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Has to go before the controller and its screens do.
+    explicit MenuCommands(KORVENWindowController &controller);
+
+    [[nodiscard]] ApplicationMenu &menu() noexcept { return m_menu; }
+
+private:
+    void connectWindowItems();
+    void connectScreenItems();
+    [[nodiscard]] ApplicationMenu::State state() const;
+    /// The screen of the page that is shown, if it is one that scans.
+    [[nodiscard]] ResultViewController *shownResults() const;
+    /// The screen of the page that is shown, if its rows can be acted upon.
+    [[nodiscard]] RowActions *shownRows() const;
+
+    void refreshDrives();
+    void goBack();
+    void sort();
+    void actOnSelectedRow(void (RowActions::*act)());
+
+    KORVENWindowController &m_controller;
+    ApplicationMenu m_menu;
+};
+
+} // namespace tessaly

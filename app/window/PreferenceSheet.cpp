@@ -1,0 +1,194 @@
+#include "app/window/PreferenceSheet.hpp"
+
+#include "app/controls/InterfaceFile.hpp"
+#include "app/controls/Look.hpp"
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/window/SheetGroup.hpp"
+#include "platform/SettingsStore.hpp"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QRadioButton>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+const QString nibName = u"TessalyPreferences"_s;
+constexpr int rowCount = 5;
+
+constexpr QColor unchosen{0xf4, 0xf4, 0xf4};
+constexpr QColor unchosenDisabled{0x8c, 0x8c, 0x8c};
+
+std::unique_ptr<QWidget> loadPanel()
+{
+    InterfaceFile::registerWidget<SheetGroup>("SheetGroup");
+    InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
+    if (!loaded.root) {
+        qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
+    }
+    return std::move(loaded.root);
+}
+
+KORVENAppDelegate &delegate()
+{
+    return KORVENAppDelegate::sharedDelegate();
+}
+
+void store(std::string_view key, std::int32_t value)
+{
+    SettingsStore &settings = delegate().services().settings;
+    settings.setInteger(key, value);
+    settings.flush();
+}
+
+/// A value without a row of its own leaves the row that is chosen.
+void choose(const QButtonGroup &matrix, std::int32_t row)
+{
+    if (QAbstractButton *button = matrix.button(row)) {
+        button->setChecked(true);
+    }
+}
+
+/// The colours of the box or disc before a title. The title keeps its own.
+void colorIndicator(QAbstractButton &button, const QColor &ground, const QColor &mark)
+{
+    QPalette colors = button.palette();
+    colors.setColor(QPalette::Base, ground);
+    colors.setColor(QPalette::Text, mark);
+    colors.setColor(QPalette::Disabled, QPalette::Base, unchosenDisabled);
+    colors.setColor(QPalette::Disabled, QPalette::Text, look::separator);
+    button.setPalette(colors);
+}
+
+void colorCheck(QCheckBox &check)
+{
+    colorIndicator(check, check.isChecked() ? look::selection : unchosen, Qt::white);
+}
+
+} // namespace
+
+PreferenceSheet::PreferenceSheet(KORVENWindow &window)
+    : WindowSheet(window, loadPanel()), m_hiddenItemMatrix(matrix("hiddenItemMatrix")),
+      m_largeFileMatrix(matrix("largeFileMatrix")),
+      m_showNotification(check("showNotificationCheck")),
+      m_notificationSound(check("notificationSoundCheck")), m_diskGraph(check("diskGraphCheck")),
+      m_folderGraph(check("folderGraphCheck"))
+{
+    setObjectName(u"preferenceSheet"_s);
+    setAccessibleName(tr("Preferences"));
+    wire();
+}
+
+QButtonGroup *PreferenceSheet::matrix(const char *name)
+{
+    auto *group = new QButtonGroup(&panel());
+    group->setObjectName(QString::fromLatin1(name));
+    for (int row = 0; row < rowCount; ++row) {
+        auto &button = outlet<QRadioButton>(panel(), group->objectName() + QString::number(row));
+        colorIndicator(button, unchosen, look::selection);
+        group->addButton(&button, row);
+    }
+    group->button(0)->setChecked(true);
+    return group;
+}
+
+QCheckBox *PreferenceSheet::check(const char *name)
+{
+    auto &box = outlet<QCheckBox>(panel(), name);
+    colorCheck(box);
+    connect(&box, &QCheckBox::toggled, &box, [&box] { colorCheck(box); });
+    return &box;
+}
+
+void PreferenceSheet::wire()
+{
+    connect(m_hiddenItemMatrix, &QButtonGroup::idClicked, this,
+            &PreferenceSheet::hiddenItemMatrixChanged);
+    connect(m_largeFileMatrix, &QButtonGroup::idClicked, this,
+            &PreferenceSheet::largeFileMatrixChanged);
+    const QStringList missing =
+        wireActions(panel(), *this,
+                    {{"showNotificationCheck", [this] { showNotificationChecked(); }},
+                     {"notificationSoundCheck", [this] { notificationSoundChecked(); }},
+                     {"diskGraphCheck", [this] { diskGraphColorChecked(); }},
+                     {"folderGraphCheck", [this] { folderGraphColorChecked(); }},
+                     {"customHomeFolderButton", [this] { Q_EMIT customHomeFolderClicked(); }},
+                     {"removeHomeFolderButton", [this] { Q_EMIT removeHomeFolderClicked(); }},
+                     {"closeButton", [this] { Q_EMIT closeClicked(); }}});
+    if (!missing.isEmpty()) {
+        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
+    }
+    connect(this, &WindowSheet::escaped, this, &PreferenceSheet::closeClicked);
+}
+
+void PreferenceSheet::showPreferenceSheet()
+{
+    choose(*m_hiddenItemMatrix, delegate().hiddenItemPreference());
+    choose(*m_largeFileMatrix, delegate().largeFilePreference());
+    m_showNotification->setChecked(delegate().showNotificationPreference() != 0);
+    m_notificationSound->setChecked(delegate().notificationSoundPreference() != 0);
+    m_diskGraph->setChecked(delegate().diskGraphColorPreference() != 0);
+    m_folderGraph->setChecked(delegate().folderGraphColorPreference() != 0);
+    if (delegate().showNotificationPreference() == 0) {
+        m_notificationSound->setEnabled(false);
+    }
+    begin(*m_hiddenItemMatrix->checkedButton());
+}
+
+void PreferenceSheet::disableNotifications()
+{
+    m_showNotification->setEnabled(false);
+    m_notificationSound->setEnabled(false);
+}
+
+void PreferenceSheet::hiddenItemMatrixChanged()
+{
+    const int row = m_hiddenItemMatrix->checkedId();
+    delegate().setHiddenItemPreference(row);
+    store("hiddenItemPreference", row);
+    Q_EMIT resultRowsChanged();
+}
+
+void PreferenceSheet::largeFileMatrixChanged()
+{
+    const int row = m_largeFileMatrix->checkedId();
+    delegate().setLargeFilePreference(row);
+    store("largeFilePreference", row);
+    Q_EMIT resultRowsChanged();
+}
+
+void PreferenceSheet::showNotificationChecked()
+{
+    const int value = m_showNotification->isChecked() ? 1 : 0;
+    m_notificationSound->setEnabled(value != 0);
+    delegate().setShowNotificationPreference(value);
+    store("showNotificationPreference", value);
+}
+
+void PreferenceSheet::notificationSoundChecked()
+{
+    const int value = m_notificationSound->isChecked() ? 1 : 0;
+    delegate().setNotificationSoundPreference(value);
+    store("notificationSoundPreference", value);
+}
+
+void PreferenceSheet::diskGraphColorChecked()
+{
+    const int value = m_diskGraph->isChecked() ? 1 : 0;
+    delegate().setDiskGraphColorPreference(value);
+    store("diskGraphColorPreference", value);
+    Q_EMIT driveRowsChanged();
+}
+
+void PreferenceSheet::folderGraphColorChecked()
+{
+    const int value = m_folderGraph->isChecked() ? 1 : 0;
+    delegate().setFolderGraphColorPreference(value);
+    store("folderGraphColorPreference", value);
+    Q_EMIT resultRowsChanged();
+}
+
+} // namespace tessaly

@@ -1,0 +1,57 @@
+#include "app/window/QuietMoment.hpp"
+
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+
+#include <utility>
+
+namespace tessaly {
+
+QuietMoment::QuietMoment(QWidget &window, std::function<void()> then)
+    : m_window(&window), m_then(std::move(then))
+{
+    lookSoon();
+}
+
+void QuietMoment::lookSoon()
+{
+    QMetaObject::invokeMethod(this, &QuietMoment::look, Qt::QueuedConnection);
+}
+
+void QuietMoment::look()
+{
+    if (m_window.isNull() || m_then == nullptr) {
+        return;
+    }
+    QWidget *inFront = QApplication::activePopupWidget();
+    if (inFront == nullptr) {
+        inFront = QApplication::activeModalWidget();
+    }
+    if (!m_window->isVisible()) {
+        watch(*m_window);
+    } else if (inFront != nullptr) {
+        watch(*inFront);
+    } else {
+        std::exchange(m_then, nullptr)();
+    }
+}
+
+void QuietMoment::watch(QWidget &widget)
+{
+    if (m_watched != nullptr) {
+        m_watched->removeEventFilter(this);
+    }
+    m_watched = &widget;
+    widget.installEventFilter(this);
+}
+
+bool QuietMoment::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_watched && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
+        lookSoon(); // it is still on its way
+    }
+    return false;
+}
+
+} // namespace tessaly

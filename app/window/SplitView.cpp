@@ -1,0 +1,67 @@
+#include "app/window/SplitView.hpp"
+
+#include "app/controls/Look.hpp"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace tessaly {
+
+namespace {
+
+/// The line, of which there is nothing to seize.
+class Divider final : public QSplitterHandle {
+public:
+    explicit Divider(QSplitter *parent) : QSplitterHandle(Qt::Horizontal, parent) { unsetCursor(); }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter(this).fillRect(rect(), look::separator);
+    }
+    void mousePressEvent(QMouseEvent *event) override { event->ignore(); }
+    void mouseMoveEvent(QMouseEvent *event) override { event->ignore(); }
+    void mouseReleaseEvent(QMouseEvent *event) override { event->ignore(); }
+};
+
+} // namespace
+
+SplitView::SplitView(QWidget *parent) : QSplitter(Qt::Horizontal, parent)
+{
+    setHandleWidth(1);
+    setChildrenCollapsible(false);
+}
+
+bool SplitView::shouldAdjustSizeOfSubview(const QWidget &subview) const
+{
+    return widget(0) != &subview;
+}
+
+void SplitView::setPosition(int width)
+{
+    m_position = width;
+    layOut();
+}
+
+void SplitView::layOut()
+{
+    QList<int> sizes;
+    for (int i = 0; i < count(); ++i) {
+        sizes.append(shouldAdjustSizeOfSubview(*widget(i)) ? width() - m_position - handleWidth()
+                                                           : m_position);
+    }
+    setSizes(sizes);
+}
+
+void SplitView::resizeEvent(QResizeEvent *event)
+{
+    QSplitter::resizeEvent(event);
+    layOut();
+}
+
+QSplitterHandle *SplitView::createHandle()
+{
+    return new Divider(this);
+}
+
+} // namespace tessaly

@@ -1,0 +1,110 @@
+#include "app/window/RateMessageBox.hpp"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+namespace {
+
+class RateMessageBoxTest : public testing::Test {
+protected:
+    RateMessageBoxTest() { m_window->show(); }
+
+    /// Shows the box, does that with it, and returns the answer.
+    int ask(const std::function<void(QMessageBox &)> &act)
+    {
+        QMetaObject::invokeMethod(
+            &m_context,
+            [&act] {
+                auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+                ASSERT_NE(box, nullptr);
+                act(*box);
+            },
+            Qt::QueuedConnection);
+        RateMessageBox alert(*m_window);
+        return alert.runModal({u"Message"_s, u"Information"_s, {u"Yes"_s, u"Not now"_s}});
+    }
+
+    static QAbstractButton *button(const QMessageBox &box, const QString &title)
+    {
+        for (QAbstractButton *button : box.buttons()) {
+            if (button->text().remove(u'&') == title) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+
+    static void press(const QMessageBox &box, const QString &title)
+    {
+        ASSERT_NE(button(box, title), nullptr);
+        QTest::mouseClick(button(box, title), Qt::LeftButton);
+    }
+
+    QObject m_context;
+    std::unique_ptr<QWidget> m_window = std::make_unique<QWidget>();
+};
+
+TEST_F(RateMessageBoxTest, isInformationForTheWholeProgram)
+{
+    ask([this](QMessageBox &box) {
+        EXPECT_EQ(box.icon(), QMessageBox::Information);
+        EXPECT_EQ(box.windowModality(), Qt::ApplicationModal);
+        EXPECT_FALSE(box.windowFlags().testFlag(Qt::Sheet));
+        EXPECT_EQ(box.parentWidget(), m_window.get());
+        EXPECT_EQ(box.text(), u"Message"_s);
+        EXPECT_EQ(box.informativeText(), u"Information"_s);
+        EXPECT_EQ(box.buttons().size(), 2);
+        press(box, u"Yes"_s);
+    });
+}
+
+TEST_F(RateMessageBoxTest, hasItsButtonsInTheirOrder)
+{
+    ask([](QMessageBox &box) {
+        const QAbstractButton *yes = button(box, u"Yes"_s);
+        const QAbstractButton *notNow = button(box, u"Not now"_s);
+        EXPECT_LT(yes->x(), notNow->x());
+        EXPECT_EQ(box.buttons(),
+                  (QList<QAbstractButton *>{button(box, u"Yes"_s), button(box, u"Not now"_s)}));
+        press(box, u"Yes"_s);
+    });
+}
+
+TEST_F(RateMessageBoxTest, answersWithTheNumberOfTheButton)
+{
+    EXPECT_EQ(ask([](QMessageBox &box) { press(box, u"Yes"_s); }), 1000);
+    EXPECT_EQ(ask([](QMessageBox &box) { press(box, u"Not now"_s); }), 1001);
+}
+
+TEST_F(RateMessageBoxTest, returnPressesTheFirstAndEscapeTheLast)
+{
+    EXPECT_EQ(ask([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); }), 1000);
+    EXPECT_EQ(ask([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); }), 1001);
+    EXPECT_EQ(ask([](QMessageBox &box) { box.close(); }), 1001);
+}
+
+TEST_F(RateMessageBoxTest, isGoneAfterTheAnswer)
+{
+    ask([](QMessageBox &box) { press(box, u"Not now"_s); });
+    EXPECT_EQ(m_window->findChild<QMessageBox *>(), nullptr);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(RateMessageBoxTest, hasNoAnswerWhenTheWindowGoes)
+{
+    EXPECT_EQ(ask([this](QMessageBox & /*box*/) { m_window.reset(); }), 0);
+}
+
+} // namespace
+} // namespace tessaly
