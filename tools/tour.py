@@ -7,14 +7,9 @@ them. A picture of each step is put into FOLDER, and its path is printed.
 """
 
 import os
-import shutil
-import subprocess
 import sys
-import tempfile
-import time
 
-PATIENCE_SECONDS = 60
-SCREEN = "1180x800x24"
+from virtual_desktop import VirtualDesktop
 
 FILES = {
     "Movies/Film one.mkv": 214_380_000_000,
@@ -30,85 +25,12 @@ FILES = {
 NOTES = "Buy milk.\nCall Ada about the drive.\n" * 20
 
 
-class Tour:
-    def __init__(self, program, folder):
-        self.program = program
+class Tour(VirtualDesktop):
+    def __init__(self, folder):
+        super().__init__()
         self.folder = folder
         self.count = 0
-        self.home = tempfile.mkdtemp(prefix="tessaly-tour-")
-        self.processes = []
-        self.environment = {
-            "HOME": self.home,
-            "LANG": "C.UTF-8",
-            "PATH": os.environ.get("PATH", "/usr/bin:/bin"),
-            "QT_QPA_PLATFORM": "xcb",
-            "XDG_RUNTIME_DIR": os.path.join(self.home, "run"),
-        }
-        for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"):
-            if name in os.environ:
-                self.environment[name] = os.environ[name]
-        os.mkdir(self.environment["XDG_RUNTIME_DIR"], 0o700)
         os.makedirs(folder, exist_ok=True)
-
-    def close(self):
-        for process in reversed(self.processes):
-            process.terminate()
-            process.wait()
-        shutil.rmtree(self.home, ignore_errors=True)
-
-    def start(self, *arguments, **more):
-        process = subprocess.Popen(arguments, env=self.environment, **more)
-        self.processes.append(process)
-        return process
-
-    def open_display(self):
-        reading, writing = os.pipe()
-        self.start(
-            *("Xvfb", "-displayfd", str(writing), "-screen", "0", SCREEN),
-            *("-nolisten", "tcp", "-noreset"),
-            pass_fds=(writing,),
-            stderr=subprocess.DEVNULL,
-        )
-        os.close(writing)
-        with os.fdopen(reading) as number:
-            self.environment["DISPLAY"] = ":" + number.readline().strip()
-        self.start("openbox", stderr=subprocess.DEVNULL)
-        bus = self.start(
-            *("dbus-daemon", "--session", "--nofork", "--print-address"),
-            stdout=subprocess.PIPE,
-            stderr=subprocess.DEVNULL,
-            text=True,
-        )
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
-
-    def open_program(self):
-        program = self.start(self.program)
-        self.run("xdotool", "search", "--sync", "--onlyvisible", "--name", "^Tessaly$")
-        return program
-
-    def run(self, *arguments):
-        return subprocess.run(
-            arguments,
-            env=self.environment,
-            check=True,
-            capture_output=True,
-            timeout=PATIENCE_SECONDS,
-        ).stdout
-
-    def screen(self):
-        return self.run("import", "-window", "root", "rgb:-")
-
-    def settle(self, before=None):
-        """Waits until the screen shows something else than before, and has come to rest."""
-        deadline = time.monotonic() + PATIENCE_SECONDS
-        shown = self.screen()
-        while time.monotonic() < deadline:
-            time.sleep(0.25)
-            now = self.screen()
-            if now == shown and now != before:
-                return now
-            shown = now
-        raise TimeoutError(f"nothing happened after step {self.count}")
 
     def step(self, name, *actions):
         """Does something, waits for what comes of it, and takes a picture."""
@@ -152,26 +74,35 @@ def make_home(home):
 
 def main(arguments):
     program, folder = arguments[1:]
-    tour = Tour(program, folder)
+    tour = Tour(folder)
     try:
         data = make_home(tour.home)
-        tour.open_display()
-        process = tour.open_program()
-        tour.step("start")
-        tour.step("folder-scan-empty", tour.click(100, 174))
+        tour.open()
+        process = tour.open_program(program)
+        tour.step("drives")
+        tour.step("folder-scan-empty", key("ctrl+3"))
         tour.step("choose", key("ctrl+o"))
         tour.step("result", ("type", data), key("Return"))
-        tour.step("sorted-by-name", tour.click(312, 676))
-        tour.step("sorted-by-size", tour.click(312, 676))
+        tour.step("sorted-by-name", key("ctrl+shift+s"))
+        tour.step("sorted-by-size", key("ctrl+shift+s"))
         tour.step("inside-a-folder", tour.click(316, 121))
         tour.step("preview", key("alt+Left"), key("End"), key("Up"), key("Return"))
         tour.step("back", key("Escape"))
-        tour.step("menu", key("Menu"))
-        tour.step("menu-closed", key("Escape"))
+        tour.step("row-menu", key("Menu"))
+        tour.step("home-setup", key("Escape"), key("ctrl+2"))
+        tour.step("home-choose", key("Return"), key("space"))
+        tour.step("home-granted", ("type", tour.home), key("Return"))
+        tour.step("home-result", key("ctrl+r"))
+        tour.step("history", key("ctrl+4"))
+        tour.step("program-menu", key("F10"))
+        tour.step("preferences", key("Escape"), key("ctrl+comma"))
+        tour.step("full-screen", key("Escape"), key("F11"))
+        tour.step("window-again", key("Escape"))
         process.terminate()
         process.wait()
-        tour.open_program()
+        tour.open_program(program)
         tour.step("next-start", key("ctrl+3"))
+        tour.step("next-start-home", key("ctrl+2"))
     finally:
         tour.close()
 

@@ -16,10 +16,11 @@ TEST(Artwork, everyImageComesAtTwoScales)
         QString name;
         int points;
     } const images[]{
-        {u"_tq_but"_s, 28}, {u"_tq_butp"_s, 28},   {u"folder"_s, 28}, {u"file"_s, 28},
-        {u"trash"_s, 28},   {u"trash_full"_s, 28}, {u"drives"_s, 24}, {u"home"_s, 24},
-        {u"scan"_s, 24},    {u"history"_s, 24},    {u"menu"_s, 24},   {u"more"_s, 24},
-        {u"eject"_s, 24},   {u"remove"_s, 24},     {u"drive"_s, 40},  {u"drive_usb"_s, 40},
+        {u"_tq_but"_s, 28},    {u"_tq_butp"_s, 28},   {u"folder"_s, 28}, {u"file"_s, 28},
+        {u"trash"_s, 28},      {u"trash_full"_s, 28}, {u"drives"_s, 24}, {u"home"_s, 24},
+        {u"scan"_s, 24},       {u"history"_s, 24},    {u"menu"_s, 24},   {u"more"_s, 24},
+        {u"eject"_s, 24},      {u"remove"_s, 24},     {u"drive"_s, 40},  {u"drive_usb"_s, 40},
+        {u"home_large"_s, 80},
     };
     for (const auto &[name, points] : images) {
         EXPECT_EQ(QImage(artworkPath(name + u".png"_s)).size(), QSize(points, points))

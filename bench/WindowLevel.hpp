@@ -1,0 +1,57 @@
+#pragma once
+
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "screens/KORVENScanViewController.hpp"
+#include "tests/fakes/FakeServices.hpp"
+
+#include <QWidget>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace tessaly {
+
+class CellTableView;
+
+/// The folder scan screen in a window that shows a scan, to measure how it shows folders of many
+/// files.
+class WindowLevel {
+public:
+    static constexpr std::size_t largeCount = 1'000'000; ///< files of the folder "large"
+    static constexpr std::size_t usualCount = 100'000;   ///< files of the folder "usual"
+
+    /// Keeps the scan and its history in the folder `documents`, which is made. Throws
+    /// std::runtime_error. One in a process: the history's store is one.
+    explicit WindowLevel(const std::string &documents);
+
+    /// Goes down into a folder of the root, as a click on its name does, until its first rows are
+    /// painted.
+    void open(const std::string &folder);
+    /// Back to the root.
+    void close();
+    /// Makes the rows of the level anew, sorts and paints them.
+    void populate();
+
+    /// Turns the wheel by one step over the rows, down to the end and on, `stepCount` times, and
+    /// waits each time for what it changed to be painted. Milliseconds for each step.
+    [[nodiscard]] std::vector<double> wheelSteps(int stepCount);
+    /// Jumps to this share of the rows, with the scroll bar.
+    void scrollTo(double share);
+
+    /// Cells that exist, whether they are shown or wait to be used again.
+    [[nodiscard]] std::size_t cellCount() const;
+    /// The folder that is shown.
+    [[nodiscard]] const LUMFileContainer *folder() const { return m_screen.drillResults(); }
+
+private:
+    void paint();
+    [[nodiscard]] CellTableView &table() const;
+
+    FakeServices m_services;
+    KORVENAppDelegate m_delegate{m_services.all()};
+    QWidget m_window;
+    KORVENScanViewController m_screen;
+};
+
+} // namespace tessaly

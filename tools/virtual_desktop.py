@@ -1,0 +1,99 @@
+"""A desktop that nobody sees: an X server, a window manager, a session bus and a home folder."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+import time
+
+PATIENCE_SECONDS = 60
+SCREEN = "1180x800x24"
+
+
+class VirtualDesktop:
+    """Starts what a program needs, and ends all of it with close().
+
+    Programs get `environment`, which holds nothing of the caller's that could lead them elsewhere.
+    """
+
+    def __init__(self):
+        self.home = tempfile.mkdtemp(prefix="tessaly-desktop-")
+        self.processes = []
+        self.environment = {
+            "HOME": self.home,
+            "LANG": "C.UTF-8",
+            "PATH": os.environ.get("PATH", "/usr/bin:/bin"),
+            "QT_QPA_PLATFORM": "xcb",
+            "XDG_RUNTIME_DIR": os.path.join(self.home, "run"),
+        }
+        for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"):
+            if name in os.environ:
+                self.environment[name] = os.environ[name]
+        os.mkdir(self.environment["XDG_RUNTIME_DIR"], 0o700)
+
+    def close(self):
+        for process in reversed(self.processes):
+            process.terminate()
+            try:
+                process.wait(PATIENCE_SECONDS)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    def start(self, *arguments, **more):
+        process = subprocess.Popen(arguments, env=self.environment, **more)
+        self.processes.append(process)
+        return process
+
+    def open(self):
+        """Starts the display with its window manager, and the bus."""
+        reading, writing = os.pipe()
+        self.start(
+            *("Xvfb", "-displayfd", str(writing), "-screen", "0", SCREEN),
+            *("-nolisten", "tcp", "-noreset"),
+            pass_fds=(writing,),
+            stderr=subprocess.DEVNULL,
+        )
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            self.environment["DISPLAY"] = ":" + number.readline().strip()
+        self.start("openbox", stderr=subprocess.DEVNULL)
+        bus = self.start(
+            *("dbus-daemon", "--session", "--nofork", "--print-address"),
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            text=True,
+        )
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+
+    def open_program(self, program):
+        """Starts Tessaly and waits for its window."""
+        process = self.start(program)
+        self.run("xdotool", "search", "--sync", "--onlyvisible", "--name", "^Tessaly$")
+        return process
+
+    def run(self, *arguments):
+        """Runs a command and returns what it writes. Raises when it fails."""
+        return subprocess.run(
+            arguments,
+            env=self.environment,
+            check=True,
+            capture_output=True,
+            timeout=PATIENCE_SECONDS,
+        ).stdout
+
+    def screen(self):
+        return self.run("import", "-window", "root", "rgb:-")
+
+    def settle(self, before=None):
+        """Waits until the screen shows something else than before, and has come to rest."""
+        deadline = time.monotonic() + PATIENCE_SECONDS
+        shown = self.screen()
+        while time.monotonic() < deadline:
+            time.sleep(0.25)
+            now = self.screen()
+            if now == shown and now != before:
+                return now
+            shown = now
+        raise TimeoutError("the screen did not change, or did not come to rest")
