@@ -102,7 +102,7 @@ std::map<std::string, std::string> environmentOf(const ScratchFolder &scratch)
             {"XDG_DATA_HOME", scratch.path("data")},
             {"XDG_CONFIG_HOME", scratch.path("config")},
             {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"},
-            {"QT_LOGGING_RULES", "tessaly.window.debug=true;tessaly.screens.debug=true"}};
+            {"QT_LOGGING_RULES", "tessaly.*.debug=true"}};
 }
 
 void addStarts(const ScratchFolder &scratch, int repetitions)

@@ -1,8 +1,8 @@
 #include "drives/DriveRows.hpp"
 
+#include "app/controls/NameText.hpp"
 #include "engine/NameOrder.hpp"
 #include "platform/VolumeService.hpp"
-#include "app/controls/NameText.hpp"
 
 #include <QString>
 

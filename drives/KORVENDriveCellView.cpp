@@ -6,11 +6,11 @@
 #include "app/controls/KORVENProgressBar.hpp"
 #include "app/controls/Look.hpp"
 #include "app/controls/NameLabel.hpp"
+#include "app/controls/NameText.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "drives/UnmountThreads.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/VolumeService.hpp"
-#include "app/controls/NameText.hpp"
 
 #include <QAction>
 #include <QDebug>

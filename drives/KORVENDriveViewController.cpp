@@ -8,6 +8,7 @@
 #include "app/controls/KORVENProgressBar.hpp"
 #include "app/controls/Look.hpp"
 #include "app/controls/NameLabel.hpp"
+#include "app/controls/NameText.hpp"
 #include "app/controls/WarningColors.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "drives/DriveRows.hpp"
@@ -15,7 +16,6 @@
 #include "platform/ApplicationLauncher.hpp"
 #include "platform/VolumeService.hpp"
 #include "resources/Artwork.hpp"
-#include "app/controls/NameText.hpp"
 
 #include <QLabel>
 #include <QStackedWidget>

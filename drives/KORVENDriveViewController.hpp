@@ -28,9 +28,7 @@ struct VolumeInformation;
 /// the user asks; the rows before stay in view until the volumes have answered.
 ///
 /// Threads: the main thread.
-class KORVENDriveViewController final : public QObject,
-                                        public RowActions,
-                                        private CellTableSource {
+class KORVENDriveViewController final : public QObject, public RowActions, private CellTableSource {
     Q_OBJECT
 
 public:

@@ -48,10 +48,16 @@ SetAsideFile::SetAsideFile(const std::string &path, FileCalls &calls)
 
 SetAsideFile::~SetAsideFile()
 {
+    discard();
+}
+
+void SetAsideFile::discard()
+{
     // Also one that a killed process had set aside: it is out of date now, too.
     m_calls.unlink(m_aside.c_str());
     if (m_descriptor >= 0) {
-        m_calls.close(m_descriptor);
+        m_calls.close(m_descriptor); // from here on it takes no room
+        m_descriptor = -1;
     }
 }
 

@@ -14,8 +14,12 @@ namespace tessaly {
 /// that one of the two is there.
 ///
 ///     {
-///         const SetAsideFile old(path);
+///         SetAsideFile old(path);
 ///         written = writeScanFile(tree, path);
+///         if (!written) { // it may be that the disk has no room for both
+///             old.discard();
+///             written = writeScanFile(tree, path);
+///         }
 ///     } // what lies at `path` now is the successor, or nothing
 ///
 /// Paths:   bytes as the system takes them. The file lies beside its own place, with ".previous"
@@ -32,6 +36,9 @@ public:
     SetAsideFile &operator=(const SetAsideFile &) = delete;
     SetAsideFile(SetAsideFile &&) = delete;
     SetAsideFile &operator=(SetAsideFile &&) = delete;
+
+    /// Deletes the file at once, for a successor that needs its room.
+    void discard();
 
     /// Brings a file back that a killed process had set aside, or deletes it when its successor is
     /// there. Leaves it alone while whoever set it aside is still at work.

@@ -3,8 +3,8 @@
 #include "app/controls/IconView.hpp"
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/Look.hpp"
-#include "app/controls/NameText.hpp"
 #include "app/controls/MessageAlert.hpp"
+#include "app/controls/NameText.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "engine/FileCreationDate.hpp"
 #include "engine/ScanFileWriter.hpp"
@@ -184,8 +184,13 @@ ScanResult KORVENHomeViewController::completedScan(const std::shared_ptr<ScanTre
 {
     const std::string path = itemArchivePath();
     {
-        const SetAsideFile lastScan(path);
-        if (const auto written = writeScanFile(tree->root(), path); !written) {
+        SetAsideFile lastScan(path);
+        auto written = writeScanFile(tree->root(), path);
+        if (!written) {
+            lastScan.discard(); // the disk may not have room for both
+            written = writeScanFile(tree->root(), path);
+        }
+        if (!written) {
             qCWarning(homeLog, "The scan was not kept: %s", written.error().text().c_str());
         }
     }

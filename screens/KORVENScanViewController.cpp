@@ -148,9 +148,10 @@ std::string KORVENScanViewController::pathBelow(const std::string &folder,
     return (folder == "/" ? folder : folder + '/') + std::string(name);
 }
 
-std::string KORVENScanViewController::pathAbove(const std::string &folder) const
+std::optional<std::string>
+KORVENScanViewController::pathAbove(const std::optional<std::string> &folder) const
 {
-    const std::string path = withoutLastComponent(folder);
+    const std::string path = withoutLastComponent(folder.value_or(std::string()));
     return path.empty() ? "/" : path;
 }
 

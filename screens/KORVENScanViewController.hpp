@@ -46,7 +46,8 @@ private:
     void notifyCanceled() override;
     [[nodiscard]] std::string pathBelow(const std::string &folder,
                                         std::string_view name) const override;
-    [[nodiscard]] std::string pathAbove(const std::string &folder) const override;
+    [[nodiscard]] std::optional<std::string>
+    pathAbove(const std::optional<std::string> &folder) const override;
     [[nodiscard]] QString trashImageName(const KORVENFolderObject &row) const override;
     void resultWasShown(const ScanResult &result) override;
 

@@ -316,14 +316,15 @@ void ResultViewController::drillUpOneLevel()
     if (m_drillResults->parentContainer() == nullptr) {
         showBackButton(false);
     }
-    m_drillDownPath = pathAbove(m_drillDownPath.value_or(std::string()));
+    m_drillDownPath = pathAbove(m_drillDownPath);
     populateScanTable(m_drillResults);
     updateScanResultsDrillDown();
 }
 
-std::string ResultViewController::pathAbove(const std::string &folder) const
+std::optional<std::string>
+ResultViewController::pathAbove(const std::optional<std::string> &folder) const
 {
-    return withoutLastComponent(folder);
+    return folder ? std::optional(withoutLastComponent(*folder)) : std::nullopt;
 }
 
 void ResultViewController::updateScanResultsDrillDown()
@@ -418,8 +419,9 @@ bool ResultViewController::hasSelectedRow() const
 
 bool ResultViewController::canShowQuickLook() const
 {
-    return hasSelectedRow() &&
-           !m_scanArray[static_cast<std::size_t>(m_tableView->selectedRow())].folderIsDirectory();
+    // The table may not have been told of the rows yet.
+    const auto row = static_cast<std::size_t>(m_tableView->selectedRow());
+    return hasSelectedRow() && row < m_scanArray.size() && !m_scanArray[row].folderIsDirectory();
 }
 
 KORVENFolderCellView *ResultViewController::selectedCell() const

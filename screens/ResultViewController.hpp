@@ -132,7 +132,9 @@ protected:
     [[nodiscard]] virtual std::string pathBelow(const std::string &folder,
                                                 std::string_view name) const = 0;
     /// The path of the folder above the level's: withoutLastComponent() as it comes.
-    [[nodiscard]] virtual std::string pathAbove(const std::string &folder) const;
+    /// Of no path it is none.
+    [[nodiscard]] virtual std::optional<std::string>
+    pathAbove(const std::optional<std::string> &folder) const;
     /// The image of the row of a ".Trash" folder.
     [[nodiscard]] virtual QString trashImageName(const KORVENFolderObject &row) const = 0;
     /// Told when a result, with its key, has become the one that is shown.

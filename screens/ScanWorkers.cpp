@@ -79,6 +79,7 @@ void ScanWorkers::cancelScan()
 
 void ScanWorkers::stop()
 {
+    m_isStopping = true;
     cancelScan();
     for (std::thread *thread : {&m_loader, &m_worker}) {
         if (thread->joinable()) {
@@ -110,8 +111,11 @@ void ScanWorkers::runScan(const std::string &folder, const std::optional<std::st
         const FolderAccess access(grantedUrl);
         scan(*scanner, folder);
     }
-    handOver(scanner->scanWasCancelled() ? m_work.scanCancelled()
-                                         : m_work.scanCompleted(scanner->tree()));
+    if (!scanner->scanWasCancelled()) {
+        handOver(m_work.scanCompleted(scanner->tree()));
+    } else if (!m_isStopping) { // else it was not the user, and there is nobody left to tell
+        handOver(m_work.scanCancelled());
+    }
     const std::scoped_lock lock(m_scannerLock);
     m_scanner.reset();
 }

@@ -2,6 +2,7 @@
 
 #include "screens/ScanWork.hpp"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -54,6 +55,7 @@ private:
     std::mutex m_scannerLock;
     std::shared_ptr<LUMThreadedScanner> m_scanner; ///< of the scan that is running
     bool m_isCancelWanted = false;
+    std::atomic<bool> m_isStopping = false; ///< nobody is to be told any more
     std::thread m_loader;
     std::thread m_worker;
 };

@@ -153,6 +153,15 @@ QWidget *CellTableView::selectedCell()
     return cellForRow(row);
 }
 
+QItemSelectionModel::SelectionFlags CellTableView::selectionCommand(const QModelIndex &index,
+                                                                    const QEvent *event) const
+{
+    // A row stays selected until another one is: a click with Ctrl would leave none.
+    const auto command = QListView::selectionCommand(index, event);
+    return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate
+                                                           : command;
+}
+
 void CellTableView::keyPressEvent(QKeyEvent *event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

@@ -66,6 +66,8 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    [[nodiscard]] QItemSelectionModel::SelectionFlags
+    selectionCommand(const QModelIndex &index, const QEvent *event = nullptr) const override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;

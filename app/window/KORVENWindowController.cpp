@@ -397,6 +397,7 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
 void KORVENWindowController::startLoading()
 {
     qCDebug(windowLog, "painted");
+    delegate().services().settings.flush(); // what the start has counted is there after a crash
     m_hvc->startLoading();
     m_avc->startLoading();
 }

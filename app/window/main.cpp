@@ -32,6 +32,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 
 using namespace tessaly;
 using namespace Qt::StringLiterals;
@@ -90,11 +91,11 @@ int main(int argumentCount, char **arguments)
                                 applications, urls});
     AtomicFile::removeLeftovers(documents.path());
 
-    KORVENWindowController controller;
-    delegate.setWindowController(&controller);
-    controller.awakeFromNib();
-    controller.mainWindow().show();
-    instance.setActivated([&controller] { bringToFront(controller.mainWindow()); });
+    auto controller = std::make_unique<KORVENWindowController>();
+    delegate.setWindowController(controller.get());
+    controller->awakeFromNib();
+    controller->mainWindow().show();
+    instance.setActivated([&controller] { bringToFront(controller->mainWindow()); });
     QMetaObject::invokeMethod(
         &application, [&delegate] { delegate.applicationDidFinishLaunching(); },
         Qt::QueuedConnection);
@@ -102,8 +103,10 @@ int main(int argumentCount, char **arguments)
         KORVENAppDelegate::applicationShouldTerminateAfterLastWindowClosed());
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();
-    delegate.setWindowController(nullptr);
     instance.setActivated({});
+    delegate.setWindowController(nullptr);
+    controller.reset(); // ends scans, and keeps what they have completed
+    settings.flush();
     if (!waitForUnmounts(unmountPatience)) {
         std::_Exit(status); // their threads use the services, which must not go
     }

@@ -1,8 +1,8 @@
 #include "platform/linux/LinuxUrlOpener.hpp"
 
 #include "engine/PrintableText.hpp"
-#include "platform/linux/DesktopEntries.hpp"
 #include "platform/ProgramIdentity.hpp"
+#include "platform/linux/DesktopEntries.hpp"
 
 #include <QDesktopServices>
 #include <QLoggingCategory>

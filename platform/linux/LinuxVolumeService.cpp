@@ -2,8 +2,9 @@
 
 #include "engine/PrintableText.hpp"
 #include "platform/linux/CleanPath.hpp"
-#include "platform/linux/FuseUnmount.hpp"
 #include "platform/linux/LinuxVolumeEnumerator.hpp"
+#include "platform/linux/UnmountPrograms.hpp"
+#include "platform/linux/UserMounts.hpp"
 #include "platform/linux/VolumeFacts.hpp"
 #include "platform/linux/VolumeTypes.hpp"
 
@@ -36,10 +37,11 @@ void logNotUnmounted(const std::string &path, const std::string &reason)
         << QString::fromStdString(printableText(reason));
 }
 
-/// Whether UDisks2 leaves the volume to us: those that FUSE programs show, it does not know.
-bool isLeftToFuse(const Mount &volume, const Outcome &outcome)
+/// What UDisks2 does not know, the user may be allowed to unmount: what FUSE programs show, and
+/// what fstab says. Waits for the outcome; an explanation when it is not unmounted.
+std::optional<std::string> unmountAsUser(const Mount &volume)
 {
-    return outcome.result == Result::unknown && isFuse(volume.type);
+    return isFuse(volume.type) ? unmountFuse(volume.mountPoint) : unmountByUser(volume.mountPoint);
 }
 
 /// Logs an outcome that is not what was asked for.
@@ -71,8 +73,9 @@ LinuxVolumeService::LinuxVolumeService(const VolumeSources &sources,
     m_merge.setInterval(mergeTime);
     QObject::connect(&m_merge, &QTimer::timeout, &m_merge,
                      [this] { askUDisks([this] { tellIfChanged(); }); });
-    m_client = new UDisksClient(m_sources.bus,
-                                [this, post = m_work.poster()] { post([this] { checkSoon(); }); });
+    m_client = new UDisksClient(
+        m_sources.bus, [this, post = m_work.poster()] { post([this] { checkSoon(); }); },
+        m_patience);
     m_client->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_client, &QObject::deleteLater);
     m_thread.start();
@@ -139,13 +142,14 @@ void LinuxVolumeService::unmountAndEject(std::string_view path)
     if (!volume) {
         return;
     }
-    const auto finish = [volume = *volume, post = m_work.poster()](const Outcome &outcome) {
-        if (!isLeftToFuse(volume, outcome)) {
+    const auto finish = [volume = *volume, byUser = mayUserUnmount(*volume),
+                         post = m_work.poster()](const Outcome &outcome) {
+        if (outcome.result != Result::unknown || !byUser) {
             post([volume, outcome] { logOutcome(volume, outcome); });
             return;
         }
         BackgroundWork::start([volume, post] {
-            if (const auto problem = unmountFuse(volume.mountPoint)) {
+            if (const auto problem = unmountAsUser(volume)) {
                 post([volume, problem] { logNotUnmounted(volume.mountPoint, *problem); });
             }
         });
@@ -164,6 +168,7 @@ void LinuxVolumeService::unmount(std::string_view path)
     if (!volume) {
         return;
     }
+    const bool byUser = mayUserUnmount(*volume);
     auto promise = std::make_shared<std::promise<Outcome>>();
     std::future<Outcome> outcomeToCome = promise->get_future();
     QMetaObject::invokeMethod(
@@ -180,11 +185,16 @@ void LinuxVolumeService::unmount(std::string_view path)
     } catch (const std::future_error &) {
         return; // it has gone, and its promise with it
     }
-    if (!isLeftToFuse(*volume, outcome)) {
+    if (outcome.result != Result::unknown || !byUser) {
         logOutcome(*volume, outcome);
-    } else if (const auto problem = unmountFuse(volume->mountPoint)) {
+    } else if (const auto problem = unmountAsUser(*volume)) {
         logNotUnmounted(volume->mountPoint, *problem);
     }
+}
+
+bool LinuxVolumeService::mayUserUnmount(const Mount &volume) const
+{
+    return isFuse(volume.type) || UserMounts(m_sources).mayUnmount(volume);
 }
 
 /// Nothing, and a line in the log, for a path that is not to be unmounted.

@@ -66,6 +66,7 @@ private:
 
     void answer(const Question &question);
     [[nodiscard]] std::optional<Mount> volumeToUnmount(const std::string &path) const;
+    [[nodiscard]] bool mayUserUnmount(const Mount &volume) const;
     void checkSoon();
     void tellIfChanged();
     [[nodiscard]] bool hasOtherFacts() const;

@@ -41,8 +41,10 @@ QDBusMessage callOf(const QString &path, const QString &interface, const QString
 
 } // namespace
 
-UDisksClient::UDisksClient(std::string busAddress, std::function<void()> changed)
-    : m_changed(std::move(changed)), m_link(std::move(busAddress), QStringLiteral("volumes"), this)
+UDisksClient::UDisksClient(std::string busAddress, std::function<void()> changed,
+                           std::chrono::milliseconds patience)
+    : m_changed(std::move(changed)), m_patience(patience),
+      m_link(std::move(busAddress), QStringLiteral("volumes"), this)
 {
 }
 
@@ -58,14 +60,15 @@ void UDisksClient::withBus(std::function<void(const QString &problem)> ready)
     if (m_waitingForBus.size() > 1) {
         return; // it is being opened already
     }
-    m_link.open([this](const QString &problem) {
+    const auto opened = [this](const QString &problem) {
         if (problem.isEmpty()) {
             listenOn(m_link.bus());
         }
         for (const auto &waiting : std::exchange(m_waitingForBus, {})) {
             waiting(problem);
         }
-    });
+    };
+    m_link.open(opened, m_patience);
 }
 
 void UDisksClient::listenOn(QDBusConnection &bus)

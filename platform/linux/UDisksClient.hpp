@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -37,8 +38,10 @@ public:
     enum class AfterUnmount { nothing, eject };
 
     /// Calls `changed` on this thread whenever UDisks2 says that something about devices, drives or
-    /// what is mounted has changed. It says so once readVolumes() has found it.
-    UDisksClient(std::string busAddress, std::function<void()> changed);
+    /// what is mounted has changed. It says so once readVolumes() has found it. A bus that has not
+    /// answered after `patience` counts as none.
+    UDisksClient(std::string busAddress, std::function<void()> changed,
+                 std::chrono::milliseconds patience);
     ~UDisksClient() override;
     UDisksClient(const UDisksClient &) = delete;
     UDisksClient &operator=(const UDisksClient &) = delete;
@@ -78,6 +81,7 @@ private:
     void doSteps(const std::vector<Step> &steps, std::size_t first, const OutcomeAnswer &answer);
 
     std::function<void()> m_changed;
+    std::chrono::milliseconds m_patience;
     BusLink m_link;
     std::vector<std::function<void(const QString &problem)>> m_waitingForBus;
 };

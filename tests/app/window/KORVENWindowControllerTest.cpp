@@ -1,6 +1,7 @@
 #include "app/window/KORVENWindowController.hpp"
 
 #include "app/window/MakerAddresses.hpp"
+#include "app/window/ProgramVersion.hpp"
 #include "app/window/SplitView.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
@@ -8,6 +9,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QSignalSpy>
+#include <QTimer>
 
 #include <thread>
 
@@ -419,10 +421,49 @@ TEST_F(KORVENWindowControllerTest, closingDuringScansEndsThem)
     m_controller->hvc().scanButtonPressed();
     window().close();
     m_controller.reset();
-    const auto told = m_services.notifier.notifications();
-    EXPECT_TRUE(std::any_of(told.begin(), told.end(), [](const Notification &notification) {
-        return notification.text.starts_with("Scan c"); // it has ended, one way or another
-    }));
+    for (const Notification &notification : m_services.notifier.notifications()) {
+        EXPECT_EQ(notification.text.find("cancel"), std::string::npos) << "it was not the user";
+    }
+}
+
+TEST_F(KORVENWindowControllerTest, aClickWithControlLeavesTheSidebarsRowSelected)
+{
+    openWindow();
+    m_controller->selectPage(KORVENWindowController::scanPage);
+    const QModelIndex row = outlineTable().model()->index(KORVENWindowController::scanPage, 0);
+    QTest::mouseClick(outlineTable().viewport(), Qt::LeftButton, Qt::ControlModifier,
+                      outlineTable().visualRect(row).center());
+    EXPECT_EQ(outlineTable().selectedRow(), KORVENWindowController::scanPage);
+    EXPECT_EQ(m_controller->selectedPage(), KORVENWindowController::scanPage);
+}
+
+TEST_F(KORVENWindowControllerTest, asksToBeRatedOnceTheWindowIsThere)
+{
+    m_services.settings.setText("KORVENRate_version_num", std::string(programVersion()));
+    m_services.settings.setInteger("KORVENRate_run_count", 2);
+    QString asked;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            EXPECT_TRUE(window().isVisible());
+            asked = box->text();
+            box->close();
+            answer.stop();
+        }
+    });
+    answer.start();
+    makeWindow();
+    window().show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !asked.isEmpty(); }));
+    EXPECT_EQ(asked, "Tessaly - Rate and Review");
+    EXPECT_EQ(m_services.settings.integer("KORVENRate_run_count"), 0);
+}
+
+TEST_F(KORVENWindowControllerTest, whatTheStartHasCountedIsStoredBeforeTheEnd)
+{
+    openWindow();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !m_services.settings.hasPendingChanges(); }));
+    EXPECT_EQ(m_services.settings.text("KORVENRate_version_num"), std::string(programVersion()));
 }
 
 TEST_F(KORVENWindowControllerTest, theWindowComesBackWhereItWas)

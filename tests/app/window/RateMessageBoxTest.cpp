@@ -55,6 +55,15 @@ protected:
     std::unique_ptr<QWidget> m_window = std::make_unique<QWidget>();
 };
 
+TEST_F(RateMessageBoxTest, quittingTheProgramIsNoAnswer)
+{
+    const auto quit = [](QMessageBox & /*box*/) {
+        QEvent event(QEvent::Quit);
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &event);
+    };
+    EXPECT_EQ(ask(quit), RateAlert::noAnswer);
+}
+
 TEST_F(RateMessageBoxTest, isInformationForTheWholeProgram)
 {
     ask([this](QMessageBox &box) {

@@ -282,6 +282,22 @@ TEST_F(LinuxVolumeServiceTest, leavesFuseToItsOwnProgram)
     EXPECT_EQ(waitForComplaints(2).at(1), line);
 }
 
+TEST_F(LinuxVolumeServiceTest, leavesToUmountWhatUsersMayMount)
+{
+    m_system.mount("/mnt/server", "nfs4", "0:50", "server:/data");
+    m_system.writeFstab("server:/data /mnt/server nfs4 user,noauto 0 0\n");
+    const TemporaryFolder programs;
+    writeFile(programs.path("umount"),
+              "#!/bin/sh\nprintf '%s|' \"$@\" >> '" + programs.path("calls") + "'\n");
+    chmod(programs.path("umount").c_str(), S_IRWXU);
+    const ScopedVariable path("PATH", programs.path());
+    const LogLines log(category);
+    const auto volumes = service();
+    std::thread([&] { volumes->unmount("/mnt/server"); }).join();
+    EXPECT_EQ(textOfFile(programs.path("calls")), "--|/mnt/server|");
+    EXPECT_EQ(complaints(), Names{});
+}
+
 TEST_F(LinuxVolumeServiceTest, logsWhatItCannotUnmount)
 {
     const LogLines log(category);

@@ -2,10 +2,12 @@
 
 #include "tests/platform/linux/FakeUDisksService.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
+#include "tests/platform/linux/SilentBus.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,10 +46,10 @@ protected:
         makeClient();
     }
 
-    void makeClient()
+    void makeClient(std::chrono::milliseconds patience = std::chrono::hours(1))
     {
-        m_client =
-            std::make_unique<UDisksClient>(PrivateBus::address(), [this] { ++m_changeCount; });
+        m_client = std::make_unique<UDisksClient>(
+            PrivateBus::address(), [this] { ++m_changeCount; }, patience);
     }
 
     [[nodiscard]] std::optional<UDisksVolumes> volumes()
@@ -75,6 +77,28 @@ protected:
     std::unique_ptr<UDisksClient> m_client;
     int m_changeCount = 0;
 };
+
+TEST_F(UDisksClientTest, aBusThatSaysNothingCountsAsNone)
+{
+    m_client.reset();
+    m_bus.reset();
+    const SilentBus bus(10);
+    makeClient(std::chrono::milliseconds(1));
+    EXPECT_FALSE(volumes());
+    EXPECT_EQ(outcomeOf("/media/my stick", 17, AfterUnmount::nothing).result, Result::unknown);
+}
+
+TEST_F(UDisksClientTest, mayGoWhileQuestionsWaitForTheBus)
+{
+    m_client.reset();
+    m_bus.reset();
+    const SilentBus bus(10);
+    makeClient();
+    for (int count = 0; count < 3; ++count) {
+        m_client->readVolumes([](const auto & /*volumes*/) { ADD_FAILURE() << "nobody is there"; });
+    }
+    m_client.reset();
+}
 
 TEST_F(UDisksClientTest, readsWhatThereIs)
 {

@@ -1,4 +1,4 @@
-#include "platform/linux/FuseUnmount.hpp"
+#include "platform/linux/UnmountPrograms.hpp"
 
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/linux/FilesOnDisk.hpp"
@@ -15,7 +15,7 @@ namespace tessaly {
 namespace {
 
 /// A PATH with nothing on it but programs that the test makes up.
-class FuseUnmountTest : public testing::Test {
+class UnmountProgramsTest : public testing::Test {
 protected:
     void addProgram(const std::string &name, const std::string &script) const
     {
@@ -33,7 +33,7 @@ protected:
     ScopedVariable m_path{"PATH", m_folder.path()};
 };
 
-TEST_F(FuseUnmountTest, isDoneByFusermount)
+TEST_F(UnmountProgramsTest, isDoneByFusermount)
 {
     addProgram("fusermount3", recording("fusermount3"));
     addProgram("fusermount", recording("fusermount"));
@@ -42,7 +42,7 @@ TEST_F(FuseUnmountTest, isDoneByFusermount)
     EXPECT_EQ(textOfFile(m_folder.path("calls")), "fusermount3|-u|--|/mnt/my  \xff disk|");
 }
 
-TEST_F(FuseUnmountTest, isDoneByTheOlderProgramWhereThereIsNoOther)
+TEST_F(UnmountProgramsTest, isDoneByTheOlderProgramWhereThereIsNoOther)
 {
     addProgram("fusermount", recording("fusermount"));
 
@@ -50,7 +50,19 @@ TEST_F(FuseUnmountTest, isDoneByTheOlderProgramWhereThereIsNoOther)
     EXPECT_EQ(textOfFile(m_folder.path("calls")), "fusermount|-u|--|/mnt|");
 }
 
-TEST_F(FuseUnmountTest, saysWhatTheProgramComplainsOf)
+TEST_F(UnmountProgramsTest, whatUsersMayMountIsUnmountedByUmount)
+{
+    addProgram("umount", recording("umount"));
+    addProgram("fusermount3", recording("fusermount3"));
+
+    EXPECT_EQ(unmountByUser("/mnt/my disk"), std::nullopt);
+    EXPECT_EQ(textOfFile(m_folder.path("calls")), "umount|--|/mnt/my disk|");
+
+    addProgram("umount", "echo 'target is busy' >&2; exit 32");
+    EXPECT_EQ(unmountByUser("/mnt/my disk"), "target is busy");
+}
+
+TEST_F(UnmountProgramsTest, saysWhatTheProgramComplainsOf)
 {
     addProgram("fusermount3", "echo 'target is busy' >&2; exit 1");
     EXPECT_EQ(unmountFuse("/mnt"), "target is busy");
@@ -62,7 +74,7 @@ TEST_F(FuseUnmountTest, saysWhatTheProgramComplainsOf)
     EXPECT_EQ(unmountFuse("/mnt"), "fusermount has failed");
 }
 
-TEST_F(FuseUnmountTest, saysThatThereIsNoProgram)
+TEST_F(UnmountProgramsTest, saysThatThereIsNoProgram)
 {
     EXPECT_EQ(unmountFuse("/mnt"), "fusermount: No such file or directory");
 }

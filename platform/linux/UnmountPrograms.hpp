@@ -12,4 +12,7 @@ namespace tessaly {
 /// Errors:  returns what went wrong, as bytes; nothing when it is unmounted.
 [[nodiscard]] std::optional<std::string> unmountFuse(const std::string &mountPoint);
 
+/// The same of a file system that fstab lets users mount and unmount, by "umount".
+[[nodiscard]] std::optional<std::string> unmountByUser(const std::string &mountPoint);
+
 } // namespace tessaly

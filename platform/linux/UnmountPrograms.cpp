@@ -1,4 +1,4 @@
-#include "platform/linux/FuseUnmount.hpp"
+#include "platform/linux/UnmountPrograms.hpp"
 
 #include "engine/FileCalls.hpp"
 #include "engine/FileDescriptor.hpp"
@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string>
 #include <system_error>
+#include <vector>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -17,13 +19,16 @@ namespace tessaly {
 
 namespace {
 
+using Words = std::vector<std::string>;
+
 /// Starts a program, found by PATH, whose complaints go to a descriptor. Returns an errno value.
-int start(std::string program, std::string mountPoint, int complaints, pid_t &process)
+int start(Words command, int complaints, pid_t &process)
 {
-    std::string unmount = "-u";
-    std::string endOfOptions = "--";
-    const std::array<char *, 5> words = {program.data(), unmount.data(), endOfOptions.data(),
-                                         mountPoint.data(), nullptr};
+    std::vector<char *> words;
+    for (std::string &word : command) {
+        words.push_back(word.data());
+    }
+    words.push_back(nullptr);
     posix_spawn_file_actions_t actions = {};
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
@@ -54,9 +59,8 @@ std::string textFrom(int descriptor)
     return text;
 }
 
-} // namespace
-
-std::optional<std::string> unmountFuse(const std::string &mountPoint)
+/// Runs the first of the commands whose program is installed.
+std::optional<std::string> runFirst(const std::vector<Words> &commands)
 {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
@@ -65,20 +69,36 @@ std::optional<std::string> unmountFuse(const std::string &mountPoint)
     const FileDescriptor complaints(ends[0]);
     FileDescriptor otherEnd(ends[1]);
     pid_t process = 0;
-    int error = start("fusermount3", mountPoint, otherEnd.number(), process);
-    if (error == ENOENT) {
-        error = start("fusermount", mountPoint, otherEnd.number(), process);
+    int error = ENOENT;
+    for (const Words &command : commands) {
+        if (error == ENOENT) {
+            error = start(command, otherEnd.number(), process);
+        }
     }
     otherEnd.close();
+    const std::string &program = commands.back().front();
     if (error != 0) {
-        return "fusermount: " + std::generic_category().message(error);
+        return program + ": " + std::generic_category().message(error);
     }
     std::string text = textFrom(complaints.number());
     int status = 0;
     if (retried([&] { return waitpid(process, &status, 0); }) == process && status == 0) {
         return std::nullopt;
     }
-    return text.empty() ? "fusermount has failed" : text;
+    return text.empty() ? program + " has failed" : text;
+}
+
+} // namespace
+
+std::optional<std::string> unmountFuse(const std::string &mountPoint)
+{
+    return runFirst(
+        {{"fusermount3", "-u", "--", mountPoint}, {"fusermount", "-u", "--", mountPoint}});
+}
+
+std::optional<std::string> unmountByUser(const std::string &mountPoint)
+{
+    return runFirst({{"umount", "--", mountPoint}});
 }
 
 } // namespace tessaly
