@@ -5,6 +5,7 @@
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/BringToFront.hpp"
 #include "app/window/CommandLine.hpp"
+#include "app/window/EndWatch.hpp"
 #include "app/window/GuardedApplication.hpp"
 #include "app/window/KORVENWindowController.hpp"
 #include "app/window/ProgramVersion.hpp"
@@ -41,6 +42,8 @@ namespace {
 
 /// For volumes that are still being unmounted when the window has closed.
 constexpr std::chrono::seconds unmountPatience{2};
+/// For all of the end: long enough for a completed scan to be written to a slow disk.
+constexpr std::chrono::seconds endPatience{30};
 
 } // namespace
 
@@ -105,6 +108,8 @@ int main(int argumentCount, char **arguments)
     delegate.applicationWillTerminate();
     instance.setActivated({});
     delegate.setWindowController(nullptr);
+    settings.flush();
+    const EndWatch watch(endPatience, status);
     controller.reset(); // ends scans, and keeps what they have completed
     settings.flush();
     if (!waitForUnmounts(unmountPatience)) {

@@ -2,6 +2,7 @@
 // says on descriptor 3 how far it has come.
 
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/window/EndWatch.hpp"
 #include "app/window/GuardedApplication.hpp"
 #include "platform/linux/CrashLog.hpp"
 #include "platform/linux/LinuxSettingsStore.hpp"
@@ -106,6 +107,21 @@ int beSlowToEnd(const std::string & /*argument*/)
     }
 }
 
+int hangAtEnd(const std::string &patience)
+{
+    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3);
+    report("ending");
+    for (;;) {
+        pause();
+    }
+}
+
+int endWhileWatched(const std::string &patience)
+{
+    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3);
+    return 5;
+}
+
 int tellWhetherHangupIsIgnored(const std::string & /*argument*/)
 {
     std::signal(SIGHUP, SIG_IGN);
@@ -189,6 +205,8 @@ const std::map<std::string, Way> ways = {
     {"files", [](auto &folder) { return withStatus([&] { writeFiles(folder); }); }},
     {"run", runUntilAsked},
     {"slow", beSlowToEnd},
+    {"hang-at-end", hangAtEnd},
+    {"end-while-watched", endWhileWatched},
     {"hangup", tellWhetherHangupIsIgnored},
     {"log", log},
     {"log-to-nobody", logToNobody},

@@ -1,0 +1,36 @@
+#include "app/window/EndWatch.hpp"
+
+#include <QLoggingCategory>
+
+#include <cstdlib>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(endLog, "tessaly.end")
+
+} // namespace
+
+EndWatch::EndWatch(std::chrono::milliseconds patience, int exitStatus)
+    : m_thread([this, patience, exitStatus] {
+          std::unique_lock lock(m_lock);
+          if (!m_hasEnded.wait_for(lock, patience, [this] { return m_isOver; })) {
+              qCWarning(endLog, "Something keeps the program from ending; it is not waited for.");
+              std::_Exit(exitStatus);
+          }
+      })
+{
+}
+
+EndWatch::~EndWatch()
+{
+    {
+        const std::scoped_lock lock(m_lock);
+        m_isOver = true;
+    }
+    m_hasEnded.notify_one();
+    m_thread.join();
+}
+
+} // namespace tessaly

@@ -1,0 +1,24 @@
+#include "app/window/EndWatch.hpp"
+
+#include "tests/platform/linux/EndingProgram.hpp"
+
+#include <gtest/gtest.h>
+
+namespace tessaly {
+namespace {
+
+TEST(EndWatch, endsAProgramThatDoesNotEndByItself)
+{
+    EndingProgram program("hang-at-end", "1");
+    EXPECT_EQ(program.reportedLine(), "ending");
+    EXPECT_EQ(program.result(), 3);
+}
+
+TEST(EndWatch, leavesAProgramAloneThatEnds)
+{
+    EndingProgram program("end-while-watched", "3600000");
+    EXPECT_EQ(program.result(), 5);
+}
+
+} // namespace
+} // namespace tessaly
