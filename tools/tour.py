@@ -7,6 +7,8 @@ them. A picture of each step is put into FOLDER, and its path is printed.
 """
 
 import os
+import shutil
+import subprocess
 import sys
 
 from virtual_desktop import VirtualDesktop
@@ -34,6 +36,7 @@ class Tour(VirtualDesktop):
 
     def step(self, name, *actions):
         """Does something, waits for what comes of it, and takes a picture."""
+        self.close_notifications()
         before = self.screen()
         for action in actions:
             self.run("xdotool", *action)
@@ -42,6 +45,11 @@ class Tour(VirtualDesktop):
         path = os.path.join(self.folder, f"{self.count:02}-{name}.png")
         self.run("import", "-window", "root", path)
         print(path)
+
+    def close_notifications(self):
+        """Those of earlier steps, which would lie over the window."""
+        if shutil.which("dunstctl"):
+            subprocess.run(["dunstctl", "close-all"], env=self.environment, capture_output=True)
 
     def window_place(self):
         output = self.run(
