@@ -9,6 +9,7 @@
 #include "app/window/KORVENRate.hpp"
 #include "app/window/MakerAddresses.hpp"
 #include "app/window/MenuCommands.hpp"
+#include "app/window/PageView.hpp"
 #include "app/window/PreferenceSheet.hpp"
 #include "app/window/QuietMoment.hpp"
 #include "app/window/RateMessageBox.hpp"
@@ -107,7 +108,7 @@ void KORVENWindowController::awakeFromNib()
                             [this](const QKeyEvent &event, const QString &typed) {
                                 return shouldTypeSelectForEvent(event, typed);
                             });
-    m_tabView = new QStackedWidget;
+    m_tabView = new PageView;
     m_splitView = new SplitView;
     m_splitView->addWidget(m_sidebar);
     m_splitView->addWidget(m_tabView);

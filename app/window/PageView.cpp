@@ -1,0 +1,20 @@
+#include "app/window/PageView.hpp"
+
+namespace tessaly {
+
+PageView::PageView(QWidget *parent) : QStackedWidget(parent)
+{
+    connect(this, &QStackedWidget::currentChanged, this, [this] { updateGeometry(); });
+}
+
+QSize PageView::sizeHint() const
+{
+    return minimumSizeHint();
+}
+
+QSize PageView::minimumSizeHint() const
+{
+    return currentWidget() == nullptr ? QSize() : currentWidget()->minimumSizeHint();
+}
+
+} // namespace tessaly
