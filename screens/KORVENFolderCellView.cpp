@@ -15,6 +15,8 @@
 #include <QMenu>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace tessaly {
 
 namespace {
@@ -86,6 +88,10 @@ void KORVENFolderCellView::connectOutlets()
     m_folderSize = &outlet<QLabel>(*this, "folderSize");
     m_folderGraph = &outlet<KORVENProgressBar>(*this, "folderGraph");
     auto *menuButton = &outlet<QToolButton>(*this, "menuButton");
+    // The bars of all rows begin at the same place, at any size of the font.
+    const QFontMetrics metrics = m_folderSize->fontMetrics();
+    const int widestSize = metrics.horizontalAdvance(QStringLiteral("0000.00 MB"));
+    m_folderSize->setMinimumWidth(std::max(m_folderSize->minimumWidth(), widestSize));
     m_iconImage->setClickable(true);
     m_folderName->setClickable(true);
     connect(m_iconImage, &IconView::clicked, this, &KORVENFolderCellView::clickedFolder);

@@ -28,6 +28,13 @@ void registerWidgets()
     InterfaceFile::registerWidget<KORVENFolderCellView>("KORVENFolderCellView");
 }
 
+/// Whether the keyboard is on this widget, or will be once the window is in use again: a dialog may
+/// be in front of it.
+bool holdsKeyboard(const QWidget &widget)
+{
+    return widget.window()->focusWidget() == &widget;
+}
+
 } // namespace
 
 ResultViewController::ResultViewController(const QString &nibName, const QString &cellIdentifier)
@@ -145,10 +152,11 @@ void ResultViewController::startScan(const std::string &folder,
 {
     ++m_loadGeneration;
     m_scanFolder = folder;
-    const bool hadFocus = m_scanButton->hasFocus() || m_emptyButton->hasFocus();
+    const bool isKeyboardOnButton = holdsKeyboard(*m_scanButton) || holdsKeyboard(*m_sortButton) ||
+                                    holdsKeyboard(*m_emptyButton);
     m_cancelButton->show();
     m_cancelButton->setEnabled(true);
-    if (hadFocus) {
+    if (isKeyboardOnButton) {
         m_cancelButton->setFocus();
     }
     m_scanButton->hide();
@@ -210,7 +218,7 @@ void ResultViewController::populateScanTable(const LUMFileContainer *folder)
 void ResultViewController::updateScanResults(ScanResult result)
 {
     ++m_loadGeneration;
-    scanFinishedOrCancelled();
+    const bool isKeyboardForRows = scanFinishedOrCancelled();
     takeResult(result);
     m_drillDownPath.reset();
     if (m_drillResults != nullptr) {
@@ -224,6 +232,9 @@ void ResultViewController::updateScanResults(ScanResult result)
     m_emptyTitle->setText(result.emptyTitle);
     m_emptyText->setText(result.emptyText);
     reloadTable();
+    if (isKeyboardForRows) {
+        giveKeyboardToRows();
+    }
     resultWasShown(result);
     m_isScanRunningNow = false;
     m_lockDrillDown = false;
@@ -232,7 +243,7 @@ void ResultViewController::updateScanResults(ScanResult result)
 
 void ResultViewController::cancelledScanResults()
 {
-    scanFinishedOrCancelled();
+    const bool isKeyboardForRows = scanFinishedOrCancelled();
     m_scanArray.clear();
     folderNameField()->setText(textOfName(m_scanFolder));
     m_drillDownPath.reset();
@@ -240,22 +251,34 @@ void ResultViewController::cancelledScanResults()
     showDate({});
     reloadTable();
     showEmptyState(tr("The scan was canceled"), tr("Nothing of it was kept."));
+    if (isKeyboardForRows) {
+        giveKeyboardToRows();
+    }
     m_lockDrillDown = false;
     m_isScanRunningNow = false;
 }
 
-void ResultViewController::scanFinishedOrCancelled()
+bool ResultViewController::scanFinishedOrCancelled()
 {
-    // Where the keyboard was on a button that goes, it comes to the rows; elsewhere it stays.
-    if (m_cancelButton->hasFocus() || m_emptyButton->hasFocus()) {
-        m_tableView->setFocus();
+    const bool isKeyboardForRows = holdsKeyboard(*m_cancelButton) ||
+                                   holdsKeyboard(*m_emptyButton) || holdsKeyboard(*m_backButton);
+    m_scanButton->show();
+    m_sortButton->show();
+    if (isKeyboardForRows) {
+        m_scanButton->setFocus(); // where it is while the rows are out of sight
     }
     m_scanProgress->hide();
     m_cancelButton->hide();
     m_cancelButton->setEnabled(false);
-    m_scanButton->show();
-    m_sortButton->show();
     showBackButton(false);
+    return isKeyboardForRows;
+}
+
+void ResultViewController::giveKeyboardToRows()
+{
+    if (m_tableView->isVisibleTo(m_view)) {
+        m_tableView->setFocus();
+    }
 }
 
 void ResultViewController::showTotal(const QString &total)

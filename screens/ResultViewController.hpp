@@ -160,7 +160,11 @@ private:
     void takeRows(ResultRows rows);
     void updateScanResultsDrillDown();
     void cancelledScanResults();
-    void scanFinishedOrCancelled();
+    /// Returns whether the keyboard was on a button that goes. It is on the scan button then, and
+    /// is for giveKeyboardToRows() once they are there. Elsewhere it stays.
+    [[nodiscard]] bool scanFinishedOrCancelled();
+    /// No rows, no change.
+    void giveKeyboardToRows();
     [[nodiscard]] const LUMFileContainer *drillDownToPath(std::string_view name) const;
     void sortTable();
     void resetOrder();

@@ -10,6 +10,29 @@ PATIENCE_SECONDS = 60
 SCREEN = "1180x800x24"
 
 
+def waited(what, condition):
+    """Returns what the condition gives as soon as that is true. Raises when it never is."""
+    deadline = time.monotonic() + PATIENCE_SECONDS
+    while time.monotonic() < deadline:
+        given = condition()
+        if given:
+            return given
+        time.sleep(0.05)
+    raise TimeoutError(f"waited in vain for {what}")
+
+
+def window_names(environment, *search):
+    """The titles of the visible windows that fit what xdotool is to search for."""
+    found = subprocess.run(
+        ("xdotool", "search", "--onlyvisible", *search, "getwindowname", "%@"),
+        env=environment,
+        capture_output=True,
+        text=True,
+        timeout=PATIENCE_SECONDS,
+    )
+    return found.stdout.splitlines()  # none when a window went while it searched
+
+
 class VirtualDesktop:
     """Starts what a program needs, and ends all of it with close().
 
@@ -70,7 +93,10 @@ class VirtualDesktop:
     def open_program(self, program):
         """Starts Tessaly and waits for its window."""
         process = self.start(program)
-        self.run("xdotool", "search", "--sync", "--onlyvisible", "--name", "^Tessaly$")
+        waited(
+            "the window of Tessaly",
+            lambda: window_names(self.environment, "--name", "^Tessaly$"),
+        )
         return process
 
     def run(self, *arguments):

@@ -65,6 +65,9 @@ CellTableView::CellTableView(QWidget *parent) : QListView(parent), m_model(new C
     colors.setColor(QPalette::AlternateBase, look::oddRow);
     colors.setColor(QPalette::Highlight, look::selectedRow);
     setPalette(colors);
+    // Queued: whoever sets both selects the row before it becomes the current one.
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &CellTableView::makeSelectedRowCurrent, Qt::QueuedConnection);
 }
 
 CellTableView::~CellTableView() = default;
@@ -142,6 +145,14 @@ int CellTableView::selectedRow() const
 void CellTableView::selectRow(int row)
 {
     setCurrentIndex(m_model->index(row));
+}
+
+void CellTableView::makeSelectedRowCurrent()
+{
+    const int row = selectedRow();
+    if (row >= 0 && row != currentIndex().row()) {
+        selectRow(row);
+    }
 }
 
 QWidget *CellTableView::selectedCell()

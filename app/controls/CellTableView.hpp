@@ -80,6 +80,8 @@ private:
         QString identifier;
     };
 
+    /// Assistive technology selects a row, but leaves the current row as it was.
+    void makeSelectedRowCurrent();
     void layOutCells();
     [[nodiscard]] std::pair<int, int> rowsInSight() const;
 

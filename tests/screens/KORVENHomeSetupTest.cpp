@@ -241,5 +241,14 @@ TEST_F(KORVENHomeSetupTest, onTheOldestReleaseAllButtonsAreThoseOfOld)
     EXPECT_EQ(table().makeView(u"KORVENFolderCell"_s), nullptr);
 }
 
+TEST_F(KORVENHomeSetupTest, afterTheChoiceTheKeyboardIsOnTheScanButton)
+{
+    openScreen();
+    button("continueButton").setFocus();
+    choose(homePath());
+    ASSERT_EQ(page(), Page::resultsPage);
+    EXPECT_TRUE(button("emptyButton").hasFocus());
+}
+
 } // namespace
 } // namespace tessaly

@@ -250,5 +250,54 @@ TEST_F(KORVENHomeViewControllerTest, aHomeScanAndAFolderScanRunAtOnceAndAreCance
     EXPECT_TRUE(readScanFile(archivePath()));
 }
 
+TEST_F(KORVENHomeViewControllerTest, theKeyboardGoesToCancelAndThenToTheRows)
+{
+    grantHome();
+    m_disk.file("Ada/a", 10);
+    for (const char *name : {"emptyButton", "sortButton", "scanButton"}) {
+        SCOPED_TRACE(name);
+        reopen();
+        button(name).setFocus();
+        m_screen->scanButtonPressed();
+        EXPECT_TRUE(button("cancelButton").hasFocus());
+        waitForScan();
+        EXPECT_TRUE(table().hasFocus());
+    }
+}
+
+TEST_F(KORVENHomeViewControllerTest, afterCancelTheKeyboardIsOnTheScanButton)
+{
+    grantHome();
+    openScreen();
+    button("emptyButton").setFocus();
+    scanAndCancel();
+    EXPECT_TRUE(button("scanButton").hasFocus());
+}
+
+TEST_F(KORVENHomeViewControllerTest, theKeyboardIsOnCancelAlsoBehindAnotherWindow)
+{
+    grantHome();
+    openScreen();
+    button("scanButton").setFocus();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    m_screen->scanButtonPressed();
+    EXPECT_EQ(m_window.focusWidget(), &button("cancelButton"));
+    waitForScan();
+    EXPECT_NE(m_window.focusWidget(), &button("cancelButton"));
+}
+
+TEST_F(KORVENHomeViewControllerTest, whenTheBackButtonGoesTheKeyboardIsOnTheRows)
+{
+    openWith(*makeTree(homePath(), {folder("d", {file("x", 20)}), file("a", 10)}));
+    m_screen->drillDownOneLevel("d");
+    button("backButton").setFocus();
+    QTest::keyClick(&button("backButton"), Qt::Key_Space);
+    ASSERT_FALSE(button("backButton").isVisible());
+    EXPECT_TRUE(table().hasFocus());
+}
+
 } // namespace
 } // namespace tessaly
