@@ -38,7 +38,7 @@ BackgroundWork::Poster BackgroundWork::poster() const
     };
 }
 
-void BackgroundWork::start(std::function<void()> work)
+void BackgroundWork::start(const std::function<void()> &work)
 {
     if (!tryStart(work)) {
         work();

@@ -30,7 +30,7 @@ public:
     /// Runs a function on a thread of its own; on this one when there is no thread to be had. As
     /// the process may end in the midst of it, it must not use what ends with the process; that
     /// leaves the system's calls and posters.
-    static void start(std::function<void()> work);
+    static void start(const std::function<void()> &work);
 
     /// The same; false when there is no thread to be had, and nothing was run.
     [[nodiscard]] static bool tryStart(const std::function<void()> &work);

@@ -152,7 +152,7 @@ void UDisksClient::doSteps(const std::vector<Step> &steps, std::size_t first,
         answer({Result::done, {}});
         return;
     }
-    const Step step = steps[first];
+    const Step &step = steps[first];
     if (!m_link.isOpen()) { // nobody would answer
         answer({Result::failed, step.method.toStdString() + ": the bus is gone"});
         return;

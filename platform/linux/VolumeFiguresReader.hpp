@@ -38,6 +38,7 @@ public:
         std::string path;
         std::uint64_t device = 0;
 
+        // NOLINTNEXTLINE(modernize-use-nullptr): it takes the defaulted operator for a 0
         auto operator<=>(const Place &) const = default;
     };
 
