@@ -86,7 +86,7 @@ std::shared_ptr<ScanTree> makeScanTree(std::size_t nodeCount)
         const std::size_t folderCount = folders.size() < 1000 ? 2 : 1;
         for (std::size_t i = 0; i < childrenPerFolder && made < nodeCount; ++i, ++made) {
             if (i < folderCount) {
-                auto &subfolder = arena->make<LUMFileContainer>(content.name(), 0);
+                auto &subfolder = arena->make<LUMFileContainer>(content.name(), std::uint64_t{0});
                 folder.subitems().append(subfolder);
                 folders.push_back(&subfolder);
             } else {
