@@ -15,24 +15,12 @@
 #include <QAction>
 #include <QDebug>
 #include <QLabel>
-#include <QLoggingCategory>
 #include <QMenu>
 #include <QToolButton>
 
 #include <algorithm>
 
 namespace tessaly {
-
-namespace {
-
-Q_LOGGING_CATEGORY(drivesLog, "tessaly.drives")
-
-const Services &services()
-{
-    return KORVENAppDelegate::sharedDelegate().services();
-}
-
-} // namespace
 
 struct KORVENDriveCellView::Target {
     QString name; ///< the text of the volume's name

@@ -39,11 +39,6 @@ const QString cellFile = u"KORVENDriveCell"_s;
 
 constexpr int leastRowHeight = 84;
 
-const Services &services()
-{
-    return KORVENAppDelegate::sharedDelegate().services();
-}
-
 /// The kind of file system, as the icon's tooltip names it.
 QString kindName(std::int32_t diskType)
 {

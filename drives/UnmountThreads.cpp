@@ -1,7 +1,5 @@
 #include "drives/UnmountThreads.hpp"
 
-#include <QLoggingCategory>
-
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -11,9 +9,9 @@
 
 namespace tessaly {
 
-namespace {
-
 Q_LOGGING_CATEGORY(drivesLog, "tessaly.drives")
+
+namespace {
 
 struct Running {
     std::mutex mutex;

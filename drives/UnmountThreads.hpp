@@ -1,9 +1,14 @@
 #pragma once
 
+#include <QLoggingCategory>
+
 #include <chrono>
 #include <functional>
 
 namespace tessaly {
+
+/// What the drives screen has to say.
+Q_DECLARE_LOGGING_CATEGORY(drivesLog)
 
 /// Runs an unmounting on a thread of its own and returns at once. Nobody waits for it, neither a
 /// screen nor its window. Does nothing but say so in the log when there is no thread to be had.

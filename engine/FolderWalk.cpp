@@ -12,7 +12,7 @@ namespace {
 
 // A descriptor that only marks a place is enough to open subfolders, and needs no read permission.
 // No O_DIRECTORY: it would have the system mount what mounts itself.
-constexpr int placeFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
+constexpr int ancestorFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
 // Beside the folders with subfolders left: the folder being read, and two for following a link.
 constexpr std::size_t furtherDescriptors = 3;
@@ -225,7 +225,7 @@ bool FolderWalk::reopenFromBelow(const FileDescriptor &here, std::size_t steps)
             }
             m_name.pop_back();
             const int from = above.isOpen() ? above.number() : here.number();
-            above = FileDescriptor(openat(from, m_name.c_str(), placeFlags));
+            above = FileDescriptor(openat(from, m_name.c_str(), ancestorFlags));
             if (!above.isOpen()) {
                 return false;
             }
@@ -253,7 +253,7 @@ bool FolderWalk::reopenByNames()
         for (const LUMFileContainer *folder : way) {
             m_name.assign(folder->itemName());
             const int from = here.isOpen() ? here.number() : m_scanRoot;
-            here = FileDescriptor(openat(from, m_name.c_str(), placeFlags));
+            here = FileDescriptor(openat(from, m_name.c_str(), ancestorFlags));
             if (!here.isOpen()) {
                 return false;
             }

@@ -8,6 +8,9 @@
 
 namespace tessaly {
 
+/// Where the root file system is mounted.
+inline constexpr std::string_view rootPath = "/";
+
 /// A line of the kernel's list of mounts. Texts are the bytes that the kernel has. What a broken
 /// line does not say is empty or 0.
 struct Mount {

@@ -113,7 +113,7 @@ std::optional<std::string> KORVENHistoryItem::scanFilePath() const
     if (m_scanKey && !namesAScan(*m_scanKey)) {
         return std::nullopt;
     }
-    std::string path = KORVENAppDelegate::sharedDelegate().services().documents.path();
+    std::string path = services().documents.path();
     path += '/';
     path += m_scanKey.value_or(std::string(emptyValue));
     path += archiveSuffix;

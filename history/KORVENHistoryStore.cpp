@@ -146,7 +146,7 @@ void KORVENHistoryStore::removeAllScans()
 
 std::string KORVENHistoryStore::itemArchivePath() const
 {
-    std::string path = KORVENAppDelegate::sharedDelegate().services().documents.path();
+    std::string path = services().documents.path();
     path += '/';
     path += historyFileName;
     return path;

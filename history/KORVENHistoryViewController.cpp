@@ -50,7 +50,7 @@ QString dateText(const KORVENHistoryItem &record)
     if (!record.scanDate()) {
         return {};
     }
-    const DateTexts &dates = KORVENAppDelegate::sharedDelegate().services().dates;
+    const DateTexts &dates = services().dates;
     return QString::fromStdString(
         dates.text(record.scanDate()->systemTime(), DateStyle::medium, DateStyle::shortest));
 }

@@ -25,7 +25,7 @@ Q_LOGGING_CATEGORY(cellLog, "tessaly.screens")
 
 FileManager &fileManager()
 {
-    return KORVENAppDelegate::sharedDelegate().services().fileManager;
+    return services().fileManager;
 }
 
 } // namespace

@@ -36,11 +36,6 @@ Q_LOGGING_CATEGORY(homeLog, "tessaly.screens.home")
 /// The setting with the home folder's bookmark.
 constexpr std::string_view homeFolderKey = "homeFolder";
 
-const Services &services()
-{
-    return KORVENAppDelegate::sharedDelegate().services();
-}
-
 bool isSamePath(const std::string &one, const std::string &other)
 {
     return textOfName(one).compare(textOfName(other), Qt::CaseInsensitive) == 0;

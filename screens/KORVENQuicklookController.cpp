@@ -50,13 +50,12 @@ std::string folderOf(std::string_view path)
 KORVENQuicklookController &KORVENQuicklookController::sharedStore()
 {
     // Never destroyed: the panel may ask for as long as the process lives.
-    static KORVENQuicklookController &store = *new KORVENQuicklookController(
-        KORVENAppDelegate::sharedDelegate().services(), previewFolderEntries);
+    static KORVENQuicklookController &store =
+        *new KORVENQuicklookController(services(), previewFolderEntries);
     return store;
 }
 
-KORVENQuicklookController::KORVENQuicklookController()
-    : m_services(KORVENAppDelegate::sharedDelegate().services())
+KORVENQuicklookController::KORVENQuicklookController() : m_services(services())
 {
     throw NamedException("Singleton", "Use +[KORVENHistoryStore sharedStore]");
 }

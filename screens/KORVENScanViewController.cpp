@@ -29,11 +29,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(scanLog, "tessaly.screens.scan")
 
-const Services &services()
-{
-    return KORVENAppDelegate::sharedDelegate().services();
-}
-
 } // namespace
 
 KORVENScanViewController::KORVENScanViewController(const QString &nibName)

@@ -49,7 +49,7 @@ std::uint64_t KORVENViewController::compareLargeFile()
 
 QString KORVENViewController::formatDate(Timestamp date, DateStyle dateStyle, DateStyle timeStyle)
 {
-    const DateTexts &dates = KORVENAppDelegate::sharedDelegate().services().dates;
+    const DateTexts &dates = services().dates;
     return QString::fromStdString(dates.text(date.systemTime(), dateStyle, timeStyle));
 }
 
@@ -81,7 +81,7 @@ bool KORVENViewController::shouldTypeSelectForEvent(const QKeyEvent &event,
     if (event.key() != Qt::Key_Space) {
         return true;
     }
-    PreviewPanels &panels = KORVENAppDelegate::sharedDelegate().services().previewPanels;
+    PreviewPanels &panels = services().previewPanels;
     if (panels.sharedPreviewPanelExists() && panels.sharedPreviewPanel().isVisible()) {
         panels.sharedPreviewPanel().orderOut();
     } else {

@@ -10,7 +10,6 @@
 #include "screens/KORVENFolderCellView.hpp"
 
 #include <QLabel>
-#include <QLoggingCategory>
 #include <QProgressBar>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -20,8 +19,6 @@
 namespace tessaly {
 
 namespace {
-
-Q_LOGGING_CATEGORY(resultLog, "tessaly.screens.result")
 
 void registerWidgets()
 {

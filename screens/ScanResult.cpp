@@ -7,15 +7,9 @@
 #include "engine/ScanFileReader.hpp"
 #include "screens/KORVENViewController.hpp"
 
-#include <QLoggingCategory>
-
 namespace tessaly {
 
-namespace {
-
 Q_LOGGING_CATEGORY(resultLog, "tessaly.screens.result")
-
-} // namespace
 
 ResultRows ScanResult::rowsOf(const LUMFileContainer *folder)
 {

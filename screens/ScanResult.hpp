@@ -4,6 +4,7 @@
 #include "screens/ResultRows.hpp"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QString>
 
 #include <memory>
@@ -11,6 +12,9 @@
 #include <string>
 
 namespace tessaly {
+
+/// What becomes of results.
+Q_DECLARE_LOGGING_CATEGORY(resultLog)
 
 /// What a scan screen is to show: a tree with the rows of its top level, or why there is none.
 ///

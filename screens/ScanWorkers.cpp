@@ -16,8 +16,7 @@ namespace {
 /// Access to a folder, for as long as this lives. Without a URL, to nothing.
 class FolderAccess {
 public:
-    explicit FolderAccess(const std::optional<std::string> &url)
-        : m_bookmarks(KORVENAppDelegate::sharedDelegate().services().bookmarks)
+    explicit FolderAccess(const std::optional<std::string> &url) : m_bookmarks(services().bookmarks)
     {
         if (url && m_bookmarks.startAccess(*url)) {
             m_url = url;

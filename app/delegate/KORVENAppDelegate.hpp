@@ -130,4 +130,10 @@ private:
     std::atomic<std::int32_t> m_folderGraph = 0;
 };
 
+/// The services of the shared delegate. Requires: there is one.
+[[nodiscard]] inline const Services &services() noexcept
+{
+    return KORVENAppDelegate::sharedDelegate().services();
+}
+
 } // namespace tessaly

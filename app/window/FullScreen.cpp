@@ -24,11 +24,6 @@ namespace {
 
 constexpr std::string_view frameKey = "frameForNonFullScreenMode";
 
-SettingsStore &settings()
-{
-    return KORVENAppDelegate::sharedDelegate().services().settings;
-}
-
 int millisecondsOf(double seconds)
 {
     return qRound(seconds * 1000.0);
@@ -175,14 +170,14 @@ void FullScreen::rememberPlacement(const QRect &frame)
 
 void FullScreen::invalidateRestorableState() const
 {
-    settings().setData(
+    services().settings.setData(
         frameKey, std::as_bytes(std::span(m_placementBefore.constData(),
                                           static_cast<std::size_t>(m_placementBefore.size()))));
 }
 
 void FullScreen::restoreState()
 {
-    const auto stored = settings().data(frameKey);
+    const auto stored = services().settings.data(frameKey);
     if (!stored) {
         return;
     }
@@ -192,7 +187,7 @@ void FullScreen::restoreState()
         m_window->restorePlacement(bytes);
         setFrameForNonFullScreenMode(placement->frame);
     }
-    settings().remove(frameKey);
+    services().settings.remove(frameKey);
 }
 
 void FullScreen::setState(State state)
@@ -258,7 +253,7 @@ void FullScreen::returnToWindow()
     m_window->setConstrainingToScreenSuspended(false);
     setState(State::windowed);
     updateMargin();
-    settings().remove(frameKey);
+    services().settings.remove(frameKey);
 }
 
 void FullScreen::setFrame(const QRect &frame)

@@ -22,11 +22,6 @@ constexpr std::string_view grantKey = "homeFolder";
 /// No bookmark can be made of it: it has no scheme.
 constexpr std::string_view noFolder = "/Temp";
 
-const Services &services()
-{
-    return KORVENAppDelegate::sharedDelegate().services();
-}
-
 } // namespace
 
 HomeFolderGrant::HomeFolderGrant(QWidget &window, std::function<void()> changed)

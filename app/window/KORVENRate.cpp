@@ -19,25 +19,21 @@ constexpr std::int32_t firstAskingCount = 3;
 constexpr std::int32_t lastCount = 8;
 constexpr std::int32_t answeredCount = 9;
 
-SettingsStore &settings()
-{
-    return KORVENAppDelegate::sharedDelegate().services().settings;
-}
-
 } // namespace
 
 KORVENRate::KORVENRate(std::string appId, std::unique_ptr<RateAlert> alert)
     : m_appName(QString::fromUtf8(programName())), m_appId(std::move(appId)),
-      m_runCount(static_cast<std::int32_t>(settings().integer(countKey))), m_alert(std::move(alert))
+      m_runCount(static_cast<std::int32_t>(services().settings.integer(countKey))),
+      m_alert(std::move(alert))
 {
-    const bool isSameVersion = settings().text(versionKey) == programVersion();
+    const bool isSameVersion = services().settings.text(versionKey) == programVersion();
     if (isSameVersion && m_runCount <= lastCount) {
         ++m_runCount;
-        settings().setInteger(countKey, m_runCount);
+        services().settings.setInteger(countKey, m_runCount);
     } else if (!isSameVersion) {
         m_runCount = 0;
-        settings().setInteger(countKey, 0);
-        settings().setText(versionKey, programVersion());
+        services().settings.setInteger(countKey, 0);
+        services().settings.setText(versionKey, programVersion());
     }
 }
 
@@ -75,13 +71,13 @@ void KORVENRate::rateAndReviewAlert()
 
 void KORVENRate::doRateAndReview() const
 {
-    KORVENAppDelegate::sharedDelegate().services().urls.openUrl(storePage(m_appId));
+    services().urls.openUrl(storePage(m_appId));
 }
 
 void KORVENRate::setRunCount(std::int32_t count)
 {
-    settings().setInteger(countKey, count);
-    settings().flush();
+    services().settings.setInteger(countKey, count);
+    services().settings.flush();
     m_runCount = count;
 }
 

@@ -50,19 +50,14 @@ KORVENWindow::Surface surfaceOfDesktop()
                : KORVENWindow::Surface::opaque;
 }
 
-const KORVENAppDelegate &delegate()
-{
-    return KORVENAppDelegate::sharedDelegate();
-}
-
 void launch(std::string_view application)
 {
-    delegate().services().applications.launchApplication(application);
+    services().applications.launchApplication(application);
 }
 
 void open(std::string_view url)
 {
-    delegate().services().urls.openUrl(url);
+    services().urls.openUrl(url);
 }
 
 } // namespace
@@ -95,7 +90,7 @@ KORVENWindowController::~KORVENWindowController()
 void KORVENWindowController::awakeFromNib()
 {
     if (!m_firstRunFlag) {
-        if (m_preferenceSheet != nullptr && delegate().run10p7Mode()) {
+        if (m_preferenceSheet != nullptr && KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
             m_preferenceSheet->disableNotifications();
         }
         return;
@@ -183,7 +178,8 @@ void KORVENWindowController::selectPage(int page)
 
 void KORVENWindowController::windowLoaded()
 {
-    if (delegate().run10p7Mode() || delegate().run10p8Mode()) {
+    const KORVENAppDelegate &delegate = KORVENAppDelegate::sharedDelegate();
+    if (delegate.run10p7Mode() || delegate.run10p8Mode()) {
         m_splitView->setPosition(Sidebar::usualWidth);
     }
 }
@@ -398,14 +394,14 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
 void KORVENWindowController::startLoading()
 {
     qCDebug(windowLog, "painted");
-    delegate().services().settings.flush(); // what the start has counted is there after a crash
+    services().settings.flush(); // what the start has counted is there after a crash
     m_hvc->startLoading();
     m_avc->startLoading();
 }
 
 void KORVENWindowController::restoreWindow()
 {
-    const auto stored = delegate().services().settings.data(placementKey);
+    const auto stored = services().settings.data(placementKey);
     if (stored) {
         m_mainWindow->restorePlacement(QByteArray(reinterpret_cast<const char *>(stored->data()),
                                                   static_cast<qsizetype>(stored->size())));
@@ -415,7 +411,7 @@ void KORVENWindowController::restoreWindow()
 void KORVENWindowController::storeWindow()
 {
     const QByteArray placement = m_mainWindow->placement();
-    SettingsStore &settings = delegate().services().settings;
+    SettingsStore &settings = services().settings;
     settings.setData(placementKey,
                      std::as_bytes(std::span(placement.constData(),
                                              static_cast<std::size_t>(placement.size()))));

@@ -39,7 +39,7 @@ KORVENAppDelegate &delegate()
 
 void store(std::string_view key, std::int32_t value)
 {
-    SettingsStore &settings = delegate().services().settings;
+    SettingsStore &settings = services().settings;
     settings.setInteger(key, value);
     settings.flush();
 }

@@ -30,7 +30,7 @@ std::string_view takePart(std::string_view &list, char separator)
 }
 
 /// With "%XX" as the bytes that they stand for; nothing when they are none.
-std::optional<std::string> unescaped(std::string_view value)
+std::optional<std::string> unescapedValue(std::string_view value)
 {
     constexpr std::size_t digitCount = 2;
     constexpr int radix = 16;
@@ -67,7 +67,7 @@ std::string socketName(std::string_view address)
         std::string_view value = takePart(address, ',');
         const std::string_view key = takePart(value, '=');
         if (key == "path" || key == "abstract") {
-            const auto name = unescaped(value);
+            const auto name = unescapedValue(value);
             if (!name || name->empty() || name->front() == '\0') {
                 return {};
             }

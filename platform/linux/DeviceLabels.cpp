@@ -11,7 +11,7 @@ namespace tessaly {
 namespace {
 
 /// The names of the links have "\x" and two digits for bytes that are awkward in a name.
-std::string unescaped(std::string_view text)
+std::string unescapedLabel(std::string_view text)
 {
     constexpr std::string_view mark = "\\x";
     constexpr std::size_t digitCount = 2;
@@ -44,7 +44,7 @@ DeviceLabels::DeviceLabels(const std::string &devices)
         std::error_code isNoLink;
         const std::filesystem::path device = std::filesystem::read_symlink(*link, isNoLink);
         if (!isNoLink) {
-            m_labels.emplace(device.filename(), unescaped(link->path().filename().native()));
+            m_labels.emplace(device.filename(), unescapedLabel(link->path().filename().native()));
         }
     }
 }

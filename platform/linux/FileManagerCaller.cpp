@@ -4,12 +4,13 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QLoggingCategory>
 #include <QStringList>
 
 #include <utility>
 
 namespace tessaly {
+
+Q_LOGGING_CATEGORY(fileManagerLog, "tessaly.filemanager", QtInfoMsg)
 
 namespace {
 
@@ -17,9 +18,7 @@ namespace {
 constexpr auto service = "org.freedesktop.FileManager1";
 constexpr auto servicePath = "/org/freedesktop/FileManager1";
 
-Q_LOGGING_CATEGORY(fileManagerLog, "tessaly.filemanager", QtInfoMsg)
-
-QString nameOf(FileManagerCaller::Method method)
+QString methodName(FileManagerCaller::Method method)
 {
     switch (method) {
     case FileManagerCaller::Method::showFolders:
@@ -71,7 +70,7 @@ void FileManagerCaller::send(const Call &call)
 {
     QDBusMessage message =
         QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(servicePath),
-                                       QLatin1String(service), nameOf(call.method));
+                                       QLatin1String(service), methodName(call.method));
     const QString noStartupId;
     message << QStringList{call.url} << noStartupId;
     auto *answered = new QDBusPendingCallWatcher(

@@ -2,6 +2,7 @@
 
 #include "platform/linux/BusLink.hpp"
 
+#include <QLoggingCategory>
 #include <QObject>
 #include <QString>
 
@@ -11,6 +12,9 @@
 #include <vector>
 
 namespace tessaly {
+
+/// What becomes of calls to the file manager.
+Q_DECLARE_LOGGING_CATEGORY(fileManagerLog)
 
 /// LinuxFileManager's side in its thread: calls the desktop's file manager on the session bus.
 /// Calls do not wait for one another. A bus that is missing is looked for again with each.

@@ -67,7 +67,7 @@ std::optional<std::string> beginningOf(const std::string &path)
 /// The name that a user or group has, or else its number. `Entry` is what the system keeps of one,
 /// `find` the call that looks it up.
 template <typename Entry, typename Find>
-std::string nameOf(id_t id, char *Entry::*name, Find find)
+std::string accountName(id_t id, char *Entry::*name, Find find)
 {
     constexpr std::size_t longestEntry = std::size_t{1} << 20U;
     Entry entry{};
@@ -94,8 +94,8 @@ ItemInformation ItemInformation::of(const std::string &path)
     }
     item.mode = status.stx_mode;
     item.byteCount = status.stx_size;
-    item.owner = nameOf(status.stx_uid, &passwd::pw_name, getpwuid_r);
-    item.group = nameOf(status.stx_gid, &group::gr_name, getgrgid_r);
+    item.owner = accountName(status.stx_uid, &passwd::pw_name, getpwuid_r);
+    item.group = accountName(status.stx_gid, &group::gr_name, getgrgid_r);
     // Some file systems say that they know, and then give no more than a 0.
     if ((status.stx_mask & STATX_BTIME) != 0 && status.stx_btime.tv_sec != 0) {
         item.created = timeOf(status.stx_btime);

@@ -8,7 +8,6 @@
 #include "platform/linux/SessionBusAddress.hpp"
 
 #include <QDesktopServices>
-#include <QLoggingCategory>
 #include <QMetaObject>
 #include <QUrl>
 
@@ -21,8 +20,6 @@
 namespace tessaly {
 
 namespace {
-
-Q_LOGGING_CATEGORY(fileManagerLog, "tessaly.filemanager", QtInfoMsg)
 
 void logNotShown(const std::string &path, const std::string &reason)
 {

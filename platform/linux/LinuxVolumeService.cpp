@@ -8,7 +8,6 @@
 #include "platform/linux/VolumeFacts.hpp"
 #include "platform/linux/VolumeTypes.hpp"
 
-#include <QLoggingCategory>
 #include <QMetaObject>
 
 #include <future>
@@ -19,7 +18,7 @@ namespace tessaly {
 namespace {
 
 using Outcome = UDisksClient::Outcome;
-using Result = UDisksClient::Result;
+using UDisksResult = UDisksClient::Result;
 using AfterUnmount = UDisksClient::AfterUnmount;
 
 /// Changes within such a time are one.
@@ -27,8 +26,6 @@ constexpr std::chrono::milliseconds mergeTime(100);
 
 /// Paths of volumes that are not there are in here, where nothing is.
 constexpr auto missingVolumes = "/Volumes/";
-
-Q_LOGGING_CATEGORY(volumesLog, "tessaly.platform.volumes", QtInfoMsg)
 
 void logNotUnmounted(const std::string &path, const std::string &reason)
 {
@@ -47,9 +44,9 @@ std::optional<std::string> unmountAsUser(const Mount &volume)
 /// Logs an outcome that is not what was asked for.
 void logOutcome(const Mount &volume, const Outcome &outcome)
 {
-    if (outcome.result == Result::unknown) {
+    if (outcome.result == UDisksResult::unknown) {
         logNotUnmounted(volume.mountPoint, "UDisks2 is not there, or does not know it");
-    } else if (outcome.result == Result::failed) {
+    } else if (outcome.result == UDisksResult::failed) {
         logNotUnmounted(volume.mountPoint, outcome.problem);
     }
 }
@@ -144,7 +141,7 @@ void LinuxVolumeService::unmountAndEject(std::string_view path)
     }
     const auto finish = [volume = *volume, byUser = mayUserUnmount(*volume),
                          post = m_work.poster()](const Outcome &outcome) {
-        if (outcome.result != Result::unknown || !byUser) {
+        if (outcome.result != UDisksResult::unknown || !byUser) {
             post([volume, outcome] { logOutcome(volume, outcome); });
             return;
         }
@@ -185,7 +182,7 @@ void LinuxVolumeService::unmount(std::string_view path)
     } catch (const std::future_error &) {
         return; // it has gone, and its promise with it
     }
-    if (outcome.result != Result::unknown || !byUser) {
+    if (outcome.result != UDisksResult::unknown || !byUser) {
         logOutcome(*volume, outcome);
     } else if (const auto problem = unmountAsUser(*volume)) {
         logNotUnmounted(volume->mountPoint, *problem);

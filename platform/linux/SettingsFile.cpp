@@ -21,7 +21,7 @@ namespace {
 using Kind = ArchiveError::Kind;
 
 /// Far more than settings take. What is larger is not read to its end.
-constexpr std::size_t largestFile = std::size_t{64} << 20U;
+constexpr std::size_t largestSettings = std::size_t{64} << 20U;
 constexpr std::chrono::milliseconds timeBetweenTries{10};
 constexpr int nameAttempts = 100;
 
@@ -127,7 +127,7 @@ Result<std::vector<std::byte>, ArchiveError> SettingsFile::bytesOf(int descripto
     }
     std::vector<std::byte> bytes;
     std::array<std::byte, 16384> piece{};
-    while (bytes.size() <= largestFile) {
+    while (bytes.size() <= largestSettings) {
         const ssize_t count =
             retried([&] { return m_calls.read(descriptor, piece.data(), piece.size()); });
         if (count < 0) {

@@ -4,12 +4,13 @@
 #include <QDBusError>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
-#include <QLoggingCategory>
 
 #include <limits>
 #include <utility>
 
 namespace tessaly {
+
+Q_LOGGING_CATEGORY(volumesLog, "tessaly.platform.volumes", QtInfoMsg)
 
 namespace {
 
@@ -31,8 +32,6 @@ constexpr auto ownerSignals = "type='signal',sender='org.freedesktop.DBus',"
 
 /// For calls that end when they are done: libdbus sets no limit then.
 constexpr int noTimeout = std::numeric_limits<int>::max();
-
-Q_LOGGING_CATEGORY(volumesLog, "tessaly.platform.volumes", QtInfoMsg)
 
 QDBusMessage callOf(const QString &path, const QString &interface, const QString &method)
 {

@@ -4,6 +4,7 @@
 #include "platform/linux/UDisksVolumes.hpp"
 
 #include <QDBusMessage>
+#include <QLoggingCategory>
 #include <QObject>
 #include <QString>
 
@@ -16,6 +17,9 @@
 #include <vector>
 
 namespace tessaly {
+
+/// What becomes of questions about volumes.
+Q_DECLARE_LOGGING_CATEGORY(volumesLog)
 
 /// LinuxVolumeService's side in its thread: asks UDisks2, the service for disks on the system bus,
 /// which the bus starts when it is called.

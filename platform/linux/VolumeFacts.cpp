@@ -9,12 +9,6 @@
 
 namespace tessaly {
 
-namespace {
-
-constexpr std::string_view rootPath = "/";
-
-} // namespace
-
 VolumeFacts::VolumeFacts(const VolumeSources &sources)
     : m_sources(sources), m_table(MountTable::read(sources.mountInfo).value_or(MountTable())),
       m_volumes(volumesAmong(m_table)), m_userMounts(sources)

@@ -10,8 +10,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::string_view rootPath = "/";
-
 /// Where programs that are a single file show themselves what is in it.
 constexpr std::string_view packageImages = "/tmp/.mount_";
 
