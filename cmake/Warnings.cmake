@@ -7,4 +7,8 @@ function(tessaly_warnings target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
         $<$<BOOL:${TESSALY_WERROR}>:-Werror>)
+    if(CMAKE_UNITY_BUILD)
+        # Sources that are compiled together take one another's names for a header's.
+        target_compile_options(${target} PRIVATE -Wno-shadow -Wno-subobject-linkage)
+    endif()
 endfunction()
