@@ -49,13 +49,24 @@ QHash<QString, InterfaceFile::Maker> &makers()
     return all;
 }
 
+/// While one of these lives, Qt finds no plugins: QUiLoader would load those that other programs
+/// have for Qt's own designer, and take longer for that than for all else.
+class NoPlugins {
+public:
+    NoPlugins() { QCoreApplication::setLibraryPaths({}); }
+    ~NoPlugins() { QCoreApplication::setLibraryPaths(m_paths); }
+    Q_DISABLE_COPY_MOVE(NoPlugins)
+
+private:
+    QStringList m_paths = QCoreApplication::libraryPaths();
+};
+
 /// Makes our widgets by name and remembers the names that it knows nothing of, for which Qt would
 /// quietly make a widget of the base class.
 class Loader final : public QUiLoader {
 public:
     explicit Loader(QObject *parent) : QUiLoader(parent)
     {
-        clearPluginPaths(); // no widgets of other programs
         m_widgetsOfQt = availableWidgets();
         m_widgetsOfQt << u"QWidget"_s << u"Line"_s;
     }
@@ -85,6 +96,7 @@ Loader &loader()
 {
     static QPointer<Loader> only;
     if (only.isNull()) {
+        const NoPlugins noPlugins;
         only = new Loader(QCoreApplication::instance());
     }
     return *only;

@@ -71,6 +71,12 @@ void KORVENTitleView::setCornerRadius(qreal radius)
     update();
 }
 
+void KORVENTitleView::setShowsName(bool shows)
+{
+    m_showsName = shows;
+    update();
+}
+
 void KORVENTitleView::paintEvent(QPaintEvent *event)
 {
     if (m_run10p7Mode) {
@@ -89,7 +95,9 @@ void KORVENTitleView::paintEvent(QPaintEvent *event)
     fillGradient(painter, lowerTitleHalf(titleBar), lightGrey, darkGrey);
     // A line below the view, outside of the clip: it leaves no mark.
     painter.fillRect(QRectF(0, height() + 3.0, width(), 1.0), Qt::black);
-    drawString(painter, u"Tessaly"_s, titleBar);
+    if (m_showsName) {
+        drawString(painter, u"Tessaly"_s, titleBar);
+    }
 }
 
 void KORVENTitleView::drawString(QPainter &painter, const QString &string, const QRectF &rect) const

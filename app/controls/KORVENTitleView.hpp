@@ -29,6 +29,10 @@ public:
     [[nodiscard]] qreal cornerRadius() const noexcept { return m_cornerRadius; }
     void setCornerRadius(qreal radius);
 
+    /// Whether the program's name is drawn; it is at first.
+    [[nodiscard]] bool showsName() const noexcept { return m_showsName; }
+    void setShowsName(bool shows);
+
     /// Draws the text white and centred into the rectangle moved by 20 to the right and 4 down,
     /// its end left off when it is too long. Dimmer in a window that is not the active one; the
     /// window has to update the view when that changes.
@@ -40,6 +44,7 @@ protected:
 private:
     qreal m_cornerRadius = windowCornerRadius;
     bool m_run10p7Mode = false;
+    bool m_showsName = true;
 };
 
 } // namespace tessaly

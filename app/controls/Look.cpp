@@ -41,12 +41,16 @@ QPalette lookPalette()
     return palette;
 }
 
-void applyLook(QApplication &application)
+void applyLook()
 {
     // Drawn in the palette's colours alone, the same on every desktop.
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     QApplication::setPalette(lookPalette());
     QToolTip::setPalette(lookPalette());
+}
+
+void applyFontAndIcon(QApplication &application)
+{
     if (QFontDatabase::hasFamily(u"Inter"_s)) {
         QFont font = QApplication::font();
         font.setFamily(u"Inter"_s);

@@ -37,9 +37,12 @@ inline constexpr QColor toolTip{0x2e, 0x2e, 0x2e};
 /// These colours as Qt takes them.
 [[nodiscard]] QPalette lookPalette();
 
-/// Gives the whole program its look: style, colours, font and icon. Once, before the first widget.
-/// The font is Inter where it is installed, at the size that the user has chosen.
-void applyLook(QApplication &application);
+/// Gives the whole program its look: style and colours. Once, before the first widget.
+void applyLook();
+/// The rest of it: font and icon. Once, before the first text; it reads the fonts that the desktop
+/// has, and so takes longer than all else that an empty window needs. The font is Inter where it is
+/// installed, at the size that the user has chosen.
+void applyFontAndIcon(QApplication &application);
 
 // Texts of other ranks than the usual one, at any size of font that the user has chosen.
 

@@ -1,6 +1,7 @@
 #include "app/window/KORVENWindowController.hpp"
 
 #include "app/controls/CellTableView.hpp"
+#include "app/controls/KORVENTitleView.hpp"
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/MessageAlert.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
@@ -28,8 +29,10 @@
 #include <QKeyEvent>
 #include <QLoggingCategory>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +44,9 @@ namespace {
 Q_LOGGING_CATEGORY(windowLog, "tessaly.window")
 
 constexpr std::string_view placementKey = "windowPlacement";
+
+/// How long the content waits for the empty window, which is not painted while it is out of sight.
+constexpr std::chrono::milliseconds paintPatience{250};
 
 KORVENWindow::Surface surfaceOfDesktop()
 {
@@ -65,6 +71,9 @@ void open(std::string_view url)
 KORVENWindowController::KORVENWindowController(std::function<void()> terminate)
     : m_terminate(std::move(terminate)),
       m_mainWindow(std::make_unique<KORVENWindow>(surfaceOfDesktop())),
+      m_fullScreen(std::make_unique<FullScreen>(
+          *m_mainWindow, KORVENWindow::canBePlaced() ? FullScreen::Motion::byProgram
+                                                     : FullScreen::Motion::byDesktop)),
       m_homeFolderGrant(
           std::make_unique<HomeFolderGrant>(*m_mainWindow, [this] { restartAlert(); }))
 {
@@ -85,6 +94,24 @@ KORVENWindowController::~KORVENWindowController()
     m_hvc.reset();
     m_avc.reset();
     m_lvc.reset();
+}
+
+void KORVENWindowController::showWindow(std::function<void()> painted)
+{
+    m_emptyWindowPainted = std::move(painted);
+    m_mainWindow->titleView()->setShowsName(false); // it takes the fonts
+    m_mainWindow->installEventFilter(this);
+    restoreWindow();
+    m_mainWindow->show();
+    QTimer::singleShot(paintPatience, this, &KORVENWindowController::emptyWindowPainted);
+}
+
+void KORVENWindowController::emptyWindowPainted()
+{
+    if (const auto painted = std::exchange(m_emptyWindowPainted, nullptr)) {
+        qCDebug(windowLog, "painted");
+        painted();
+    }
 }
 
 void KORVENWindowController::awakeFromNib()
@@ -114,6 +141,7 @@ void KORVENWindowController::awakeFromNib()
     layout->addWidget(m_splitView);
     m_mainWindow->setContentWidget(content);
     m_mainWindow->setWindowTitle(u"Tessaly"_s);
+    m_mainWindow->titleView()->setShowsName(true);
 
     makeScreens();
     connect(m_sidebar, &Sidebar::selectionChanged, m_tabView, &QStackedWidget::setCurrentIndex);
@@ -121,9 +149,10 @@ void KORVENWindowController::awakeFromNib()
     m_menuCommands = std::make_unique<MenuCommands>(*this);
     m_mainWindow->setApplicationMenu(&applicationMenu());
     m_sidebar->outlineTable().setFocus();
-    makeFullScreen();
+    m_fullScreen->setFullscreenMenuItem(&fullscreenMenuItem());
+    connect(&fullscreenMenuItem(), &QAction::triggered, m_fullScreen.get(),
+            &FullScreen::toggleFullScreen);
     restoreWindow();
-    m_fullScreen->restoreState();
     m_mainWindow->installEventFilter(this);
     m_rateAndReview = std::make_unique<KORVENRate>(storeIdentifier(),
                                                    std::make_unique<RateMessageBox>(*m_mainWindow));
@@ -144,16 +173,6 @@ void KORVENWindowController::makeScreens()
     for (QWidget *view : {m_dvc->view(), m_hvc->view(), m_avc->view(), m_lvc->view()}) {
         m_tabView->addWidget(view);
     }
-}
-
-void KORVENWindowController::makeFullScreen()
-{
-    m_fullScreen = std::make_unique<FullScreen>(*m_mainWindow, KORVENWindow::canBePlaced()
-                                                                   ? FullScreen::Motion::byProgram
-                                                                   : FullScreen::Motion::byDesktop);
-    m_fullScreen->setFullscreenMenuItem(&fullscreenMenuItem());
-    connect(&fullscreenMenuItem(), &QAction::triggered, m_fullScreen.get(),
-            &FullScreen::toggleFullScreen);
 }
 
 ApplicationMenu &KORVENWindowController::applicationMenu() const
@@ -373,15 +392,23 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
         storeWindow();
         break;
     case QEvent::Paint:
-        if (!std::exchange(m_hasBeenPainted, true)) {
+        if (m_emptyWindowPainted != nullptr) {
+            QMetaObject::invokeMethod(this, &KORVENWindowController::emptyWindowPainted,
+                                      Qt::QueuedConnection);
+        } else if (!m_firstRunFlag && !std::exchange(m_contentHasBeenPainted, true)) {
             QMetaObject::invokeMethod(this, &KORVENWindowController::startLoading,
                                       Qt::QueuedConnection);
         }
         break;
     case QEvent::Resize:
-        windowDidResize();
+        if (!m_firstRunFlag) {
+            windowDidResize();
+        }
         break;
     case QEvent::KeyPress: {
+        if (m_firstRunFlag) {
+            break; // there is nothing yet that a key would be for
+        }
         const auto &key = static_cast<const QKeyEvent &>(*event);
         return keyDown(key) || applicationMenu().handleKey(key);
     }
@@ -393,7 +420,7 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
 
 void KORVENWindowController::startLoading()
 {
-    qCDebug(windowLog, "painted");
+    qCDebug(windowLog, "content painted");
     services().settings.flush(); // what the start has counted is there after a crash
     m_hvc->startLoading();
     m_avc->startLoading();
@@ -401,11 +428,15 @@ void KORVENWindowController::startLoading()
 
 void KORVENWindowController::restoreWindow()
 {
+    if (std::exchange(m_hasPlace, true)) {
+        return;
+    }
     const auto stored = services().settings.data(placementKey);
     if (stored) {
         m_mainWindow->restorePlacement(QByteArray(reinterpret_cast<const char *>(stored->data()),
                                                   static_cast<qsizetype>(stored->size())));
     }
+    m_fullScreen->restoreState();
 }
 
 void KORVENWindowController::storeWindow()

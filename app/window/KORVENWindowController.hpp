@@ -52,6 +52,11 @@ public:
     KORVENWindowController(KORVENWindowController &&) = delete;
     KORVENWindowController &operator=(KORVENWindowController &&) = delete;
 
+    /// Shows the window where it was the last time, without content at first, so that there is
+    /// something to be seen while the desktop's fonts and the screens are read. `painted` is called
+    /// once it has been painted, or could not be soon, and has to call awakeFromNib().
+    void showWindow(std::function<void()> painted);
+
     /// The first time builds the window's content; later, when the preference sheet has been
     /// loaded, fits that to the system's release.
     void awakeFromNib();
@@ -122,14 +127,16 @@ public:
 
 private:
     void makeScreens();
-    void makeFullScreen();
     void windowDidResize();
+    void emptyWindowPainted();
     void startLoading();
     void restoreWindow();
     void storeWindow();
 
     bool m_firstRunFlag = true;
-    bool m_hasBeenPainted = false;
+    bool m_hasPlace = false;
+    bool m_contentHasBeenPainted = false;
+    std::function<void()> m_emptyWindowPainted;
     std::function<void()> m_terminate;
     std::unique_ptr<KORVENWindow> m_mainWindow;
     std::unique_ptr<FullScreen> m_fullScreen;

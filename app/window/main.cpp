@@ -69,7 +69,7 @@ int main(int argumentCount, char **arguments)
     if (const auto status = CommandLine::refuse()) {
         return *status;
     }
-    applyLook(application);
+    applyLook();
 
     LinuxDocumentsFolder documents;
     SingleInstance instance(documents.path(), launchData);
@@ -96,12 +96,12 @@ int main(int argumentCount, char **arguments)
 
     auto controller = std::make_unique<KORVENWindowController>();
     delegate.setWindowController(controller.get());
-    controller->awakeFromNib();
-    controller->mainWindow().show();
+    controller->showWindow([&] {
+        applyFontAndIcon(application);
+        controller->awakeFromNib();
+        delegate.applicationDidFinishLaunching();
+    });
     instance.setActivated([&controller] { bringToFront(controller->mainWindow()); });
-    QMetaObject::invokeMethod(
-        &application, [&delegate] { delegate.applicationDidFinishLaunching(); },
-        Qt::QueuedConnection);
     QApplication::setQuitOnLastWindowClosed(
         KORVENAppDelegate::applicationShouldTerminateAfterLastWindowClosed());
     const int status = QApplication::exec();

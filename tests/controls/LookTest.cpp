@@ -75,10 +75,11 @@ TEST(Look, paletteSetsTextApartFromItsGround)
 TEST(Look, isGivenToTheWholeProgram)
 {
     const double points = QApplication::font().pointSizeF();
-    applyLook(*qApp);
+    applyLook();
     EXPECT_EQ(QApplication::style()->name(), u"fusion"_s);
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), look::window);
     EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), look::toolTip);
+    applyFontAndIcon(*qApp);
     EXPECT_FALSE(QApplication::windowIcon().isNull());
     EXPECT_EQ(QApplication::font().pointSizeF(), points);
     if (QFontDatabase::hasFamily(u"Inter"_s)) {
