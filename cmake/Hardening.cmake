@@ -9,5 +9,6 @@ if(NOT tessaly_instrumentation)
     add_compile_options(
         "$<$<CONFIG:Release>:-fPIE;-fstack-protector-strong;-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
     add_link_options(
-        "$<$<CONFIG:Release>:-pie;LINKER:-z,relro;LINKER:-z,now>")
+        "$<$<CONFIG:Release>:LINKER:-z,relro;LINKER:-z,now>"
+        "$<$<AND:$<CONFIG:Release>,$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>>:-pie>")
 endif()

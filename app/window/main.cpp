@@ -25,11 +25,11 @@
 #include "platform/linux/LinuxUrlOpener.hpp"
 #include "platform/linux/LinuxUserAccount.hpp"
 #include "platform/linux/LinuxVolumeService.hpp"
+#include "platform/linux/LoadedPreviewPanels.hpp"
 #include "platform/linux/ProgramLog.hpp"
 #include "platform/linux/QtFolderChooser.hpp"
 #include "platform/linux/SingleInstance.hpp"
 #include "platform/linux/TerminationSignals.hpp"
-#include "platform/preview/QtPreviewPanels.hpp"
 
 #include <chrono>
 #include <cstdlib>
@@ -82,7 +82,7 @@ int main(int argumentCount, char **arguments)
     LinuxSystemRelease release;
     LinuxNotifier notifier;
     IcuDateTexts dates;
-    QtPreviewPanels previewPanels({}, &settings);
+    LoadedPreviewPanels previewPanels(LoadedPreviewPanels::modulePathOfProgram(), settings);
     LinuxFileManager fileManager(dates);
     QtFolderChooser folderChooser;
     LinuxUserAccount account;

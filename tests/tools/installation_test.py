@@ -22,13 +22,15 @@ del sys.argv[1:3]
 ID = "io.tessaly.Tessaly"
 ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256)
 PROGRAM = "bin/tessaly"
+MODULE = "lib/tessaly/modules/preview.so"
 DESKTOP_FILE = f"share/applications/{ID}.desktop"
 METAINFO = f"share/metainfo/{ID}.metainfo.xml"
 MANUAL = "share/man/man1/tessaly.1.gz"
 CHANGELOG = "share/doc/tessaly/changelog.gz"
-# All that there is: no library, no header, no test, no other program.
+# All that there is: no other library, no header, no test, no other program.
 EXPECTED = {
     PROGRAM,
+    MODULE,
     DESKTOP_FILE,
     METAINFO,
     MANUAL,
