@@ -7,6 +7,7 @@
 #include "app/controls/WindowMenu.hpp"
 #include "app/controls/WindowPlacement.hpp"
 
+#include <QAction>
 #include <QColor>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -100,9 +101,14 @@ void KORVENWindow::setContentWidget(QWidget *content)
 
 void KORVENWindow::setApplicationMenu(QMenu *menu)
 {
+    removeAction(m_menuAction);
+    m_menuAction = menu == nullptr ? nullptr : menu->menuAction();
     m_menuButton->setMenu(menu);
     m_menuButton->setVisible(menu != nullptr);
     if (menu != nullptr) {
+        // Its keys are the window's, and not the button's while that has the focus.
+        m_menuButton->removeAction(m_menuAction);
+        addAction(m_menuAction);
         connect(menu, &QObject::destroyed, m_menuButton, [this, menu] {
             if (m_menuButton->menu() == menu) { // and not one that has been set since
                 setApplicationMenu(nullptr);

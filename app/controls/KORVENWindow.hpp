@@ -9,6 +9,7 @@
 
 #include <optional>
 
+class QAction;
 class QMenu;
 class QScreen;
 class QVBoxLayout;
@@ -107,6 +108,7 @@ private:
     KORVENTitleView *m_titleView;
     QPointer<QWidget> m_content;
     TitleBarButton *m_menuButton = nullptr;
+    QPointer<QAction> m_menuAction;
     QList<TitleBarButton *> m_buttons;
     WindowEdges *m_edges = nullptr;
     WindowMenu *m_windowMenu;

@@ -3,6 +3,7 @@
 #include "app/window/MakerAddresses.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
+#include <QPushButton>
 #include <QSet>
 #include <QSignalSpy>
 
@@ -297,6 +298,20 @@ TEST_F(ApplicationMenuTest, saysWhatTheProgramIsAndQuits)
     alert()->accept();
     typeKey(Item::quit);
     EXPECT_FALSE(window().isVisible());
+}
+
+TEST_F(ApplicationMenuTest, theKeysOfScreensWorkWhileTheMenusButtonHasTheFocus)
+{
+    m_controller->selectPage(Controller::scanPage);
+    QWidget *button = nullptr;
+    for (auto *candidate : window().findChildren<QPushButton *>()) {
+        button = candidate->menu() == &menu() ? candidate : button;
+    }
+    ASSERT_NE(button, nullptr);
+    button->setFocus();
+    ASSERT_TRUE(button->hasFocus());
+    QTest::keyClick(button, Qt::Key_O, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_services.folderChooser.asked().size() == 1; }));
 }
 
 } // namespace
