@@ -148,6 +148,7 @@ void KORVENWindowController::awakeFromNib()
     selectPage(drivesPage);
     m_menuCommands = std::make_unique<MenuCommands>(*this);
     m_mainWindow->setApplicationMenu(&applicationMenu());
+    content->show(); // what is not shown gets no focus
     m_sidebar->outlineTable().setFocus();
     m_fullScreen->setFullscreenMenuItem(&fullscreenMenuItem());
     connect(&fullscreenMenuItem(), &QAction::triggered, m_fullScreen.get(),

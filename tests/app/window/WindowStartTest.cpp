@@ -39,7 +39,8 @@ TEST_F(WindowStartTest, theEmptyWindowComesFirstAndThenItsContentOnce)
     EXPECT_TRUE(m_wasEmpty);
     EXPECT_NE(window().contentWidget(), nullptr);
     EXPECT_TRUE(window().titleView()->showsName());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return m_controller->sidebar().isVisible(); }));
+    EXPECT_TRUE(outlineTable().isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return outlineTable().hasFocus(); }));
     window().repaint();
     QCoreApplication::processEvents();
     EXPECT_EQ(m_paintedCount, 1);
