@@ -11,7 +11,7 @@ import shutil
 import subprocess
 import sys
 
-from virtual_desktop import VirtualDesktop
+from virtual_desktop import VirtualDesktop, waited, window_names
 
 FILES = {
     "Movies/Film one.mkv": 214_380_000_000,
@@ -34,12 +34,20 @@ class Tour(VirtualDesktop):
         self.count = 0
         os.makedirs(folder, exist_ok=True)
 
-    def step(self, name, *actions):
-        """Does something, waits for what comes of it, and takes a picture."""
+    def step(self, name, *actions, window=None):
+        """Does something, waits for what comes of it, and takes a picture.
+
+        Where that is a window of its own, it may come after the screen has been at rest.
+        """
         self.close_notifications()
         before = self.screen()
         for action in actions:
             self.run("xdotool", *action)
+        if window:
+            waited(
+                "the window " + window,
+                lambda: window_names(self.environment, "--name", window),
+            )
         self.settle(before if actions else None)
         self.count += 1
         path = os.path.join(self.folder, f"{self.count:02}-{name}.png")
@@ -89,7 +97,7 @@ def main(arguments):
         process = tour.open_program(program)
         tour.step("drives")
         tour.step("folder-scan-empty", key("ctrl+3"))
-        tour.step("choose", key("ctrl+o"))
+        tour.step("choose", key("ctrl+o"), window="Choose a Folder")
         tour.step("result", ("type", data), key("Return"))
         tour.step("sorted-by-name", key("ctrl+shift+s"))
         tour.step("sorted-by-size", key("ctrl+shift+s"))
@@ -98,7 +106,7 @@ def main(arguments):
         tour.step("back", key("Escape"))
         tour.step("row-menu", key("Menu"))
         tour.step("home-setup", key("Escape"), key("ctrl+2"))
-        tour.step("home-choose", key("Return"), key("space"))
+        tour.step("home-choose", key("Return"), key("space"), window="Choose a Folder")
         tour.step("home-granted", ("type", tour.home), key("Return"))
         tour.step("home-result", key("ctrl+r"))
         tour.step("history", key("ctrl+4"))

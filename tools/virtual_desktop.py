@@ -81,7 +81,10 @@ class VirtualDesktop:
         os.close(writing)
         with os.fdopen(reading) as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
-        self.start("openbox", stderr=subprocess.DEVNULL)
+        ready = os.path.join(self.home, "run", "managed")
+        self.start("openbox", "--startup", "touch " + ready, stderr=subprocess.DEVNULL)
+        # It overlooks a window that is shown before it has taken over those that there are.
+        waited("the window manager", lambda: os.path.exists(ready))
         bus = self.start(
             *("dbus-daemon", "--session", "--nofork", "--print-address"),
             stdout=subprocess.PIPE,
