@@ -3,6 +3,7 @@
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/Look.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/window/ApplicationMenu.hpp"
 #include "app/window/BringToFront.hpp"
 #include "app/window/CommandLine.hpp"
 #include "app/window/EndWatch.hpp"
@@ -14,6 +15,7 @@
 #include "engine/AtomicFile.hpp"
 #include "platform/ProgramIdentity.hpp"
 #include "platform/linux/CrashLog.hpp"
+#include "platform/linux/GlobalMenu.hpp"
 #include "platform/linux/IcuDateTexts.hpp"
 #include "platform/linux/LinuxApplicationLauncher.hpp"
 #include "platform/linux/LinuxDocumentsFolder.hpp"
@@ -28,12 +30,14 @@
 #include "platform/linux/LoadedPreviewPanels.hpp"
 #include "platform/linux/ProgramLog.hpp"
 #include "platform/linux/QtFolderChooser.hpp"
+#include "platform/linux/SessionBusAddress.hpp"
 #include "platform/linux/SingleInstance.hpp"
 #include "platform/linux/TerminationSignals.hpp"
 
 #include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 using namespace tessaly;
 using namespace Qt::StringLiterals;
@@ -96,10 +100,13 @@ int main(int argumentCount, char **arguments)
 
     auto controller = std::make_unique<KORVENWindowController>();
     delegate.setWindowController(controller.get());
+    std::optional<GlobalMenu> globalMenu;
     controller->showWindow([&] {
         applyFontAndIcon(application);
         controller->awakeFromNib();
         delegate.applicationDidFinishLaunching();
+        globalMenu.emplace(controller->mainWindow(), controller->applicationMenu(),
+                           QApplication::applicationDisplayName(), sessionBusAddress());
     });
     instance.setActivated([&controller] { bringToFront(controller->mainWindow()); });
     QApplication::setQuitOnLastWindowClosed(
