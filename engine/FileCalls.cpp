@@ -55,6 +55,20 @@ int FileCalls::rename(const char *from, const char *to)
     return ::rename(from, to);
 }
 
+int FileCalls::renameToFree(const char *from, const char *to)
+{
+    const int answer = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+    if (answer == 0 || (errno != EINVAL && errno != ENOSYS)) {
+        return answer;
+    }
+    struct stat status = {};
+    if (::lstat(to, &status) == 0) {
+        errno = EEXIST;
+        return -1;
+    }
+    return errno == ENOENT ? ::rename(from, to) : -1;
+}
+
 int FileCalls::unlink(const char *path)
 {
     return ::unlink(path);

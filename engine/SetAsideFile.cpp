@@ -70,10 +70,8 @@ void SetAsideFile::putBack(const std::string &path, FileCalls &calls)
     }
     const int descriptor = openForLock(aside, calls);
     if (descriptor < 0 || lock(descriptor, calls)) {
-        if (calls.lstat(path.c_str(), &status) == 0) {
-            calls.unlink(aside.c_str());
-        } else if (errno == ENOENT) {
-            calls.rename(aside.c_str(), path.c_str());
+        if (calls.renameToFree(aside.c_str(), path.c_str()) != 0 && errno == EEXIST) {
+            calls.unlink(aside.c_str()); // its successor is there, if only just now
         }
     }
     if (descriptor >= 0) {

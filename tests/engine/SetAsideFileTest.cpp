@@ -126,6 +126,24 @@ TEST_F(SetAsideFileTest, isDeletedWhereItHasOne)
     EXPECT_EQ(fileText(m_target), "new");
 }
 
+TEST_F(SetAsideFileTest, isNeverPutBackOverASuccessorThatComesInTheSameMoment)
+{
+    for (std::size_t moment = 0; moment < 4; ++moment) {
+        unlink(m_target.c_str());
+        write(m_aside, "old");
+        FailingFileCalls calls;
+        std::size_t call = 0;
+        calls.beforeEach = [&] {
+            if (call++ == moment) {
+                write(m_target, "new");
+            }
+        };
+        SetAsideFile::putBack(m_target, calls);
+        ASSERT_GT(call, moment) << "the moment has not come";
+        EXPECT_EQ(fileText(m_target), "new") << moment;
+    }
+}
+
 TEST_F(SetAsideFileTest, isNotPutBackWhileItsSuccessorIsBeingWritten)
 {
     write(m_target, "old");

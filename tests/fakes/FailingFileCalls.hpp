@@ -63,6 +63,10 @@ public:
     {
         return fails("rename") ? -1 : FileCalls::rename(from, to);
     }
+    int renameToFree(const char *from, const char *to) override
+    {
+        return fails("rename") ? -1 : FileCalls::renameToFree(from, to);
+    }
     int unlink(const char *path) override { return fails("unlink") ? -1 : FileCalls::unlink(path); }
     /// A close() that fails has closed all the same.
     int close(int descriptor) override
