@@ -49,6 +49,15 @@ constexpr std::chrono::seconds unmountPatience{2};
 /// For all of the end: long enough for a completed scan to be written to a slow disk.
 constexpr std::chrono::seconds endPatience{30};
 
+/// By which the desktop knows the program.
+void nameApplication()
+{
+    QApplication::setApplicationName(u"tessaly"_s);
+    QApplication::setApplicationDisplayName(u"Tessaly"_s);
+    QApplication::setApplicationVersion(QString::fromUtf8(programVersion()));
+    QApplication::setDesktopFileName(QString::fromLatin1(programId));
+}
+
 } // namespace
 
 int main(int argumentCount, char **arguments)
@@ -65,10 +74,7 @@ int main(int argumentCount, char **arguments)
     }
     GuardedApplication application(argumentCount, arguments);
     const TerminationSignals terminationSignals;
-    QApplication::setApplicationName(u"tessaly"_s);
-    QApplication::setApplicationDisplayName(u"Tessaly"_s);
-    QApplication::setApplicationVersion(QString::fromUtf8(programVersion()));
-    QApplication::setDesktopFileName(QString::fromLatin1(programId));
+    nameApplication();
     const TranslationLoader translations;
     if (const auto status = CommandLine::refuse()) {
         return *status;

@@ -19,8 +19,8 @@ constexpr auto registrar = "com.canonical.AppMenu.Registrar";
 
 } // namespace
 
-GlobalMenu::GlobalMenu(QWidget &window, QMenu &menu, const QString &title, std::string busAddress)
-    : m_window(&window), m_menu(&menu), m_title(title),
+GlobalMenu::GlobalMenu(QWidget &window, QMenu &menu, QString title, std::string busAddress)
+    : m_window(&window), m_menu(&menu), m_title(std::move(title)),
       m_link(std::move(busAddress), QStringLiteral("menu"), this)
 {
     m_link.open(

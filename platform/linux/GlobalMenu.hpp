@@ -23,7 +23,7 @@ namespace tessaly {
 class GlobalMenu final : public QObject {
 public:
     /// `title` stands in the menu bar. The window is on the screen. Window and menu may go first.
-    GlobalMenu(QWidget &window, QMenu &menu, const QString &title, std::string busAddress);
+    GlobalMenu(QWidget &window, QMenu &menu, QString title, std::string busAddress);
     ~GlobalMenu() override;
     GlobalMenu(const GlobalMenu &) = delete;
     GlobalMenu &operator=(const GlobalMenu &) = delete;
