@@ -29,13 +29,13 @@ set(TESSALY_MAY_USE_platform)
 set(TESSALY_MAY_USE_platform_linux  engine platform)
 set(TESSALY_MAY_USE_preview         engine platform)
 set(TESSALY_MAY_USE_resources)
-set(TESSALY_MAY_USE_delegate        engine platform)
-set(TESSALY_MAY_USE_controls        engine platform resources delegate)
+set(TESSALY_MAY_USE_delegate        platform)
+set(TESSALY_MAY_USE_controls        engine resources)
 set(TESSALY_MAY_USE_history         engine platform resources delegate controls)
 set(TESSALY_MAY_USE_screens         engine platform resources delegate controls history)
 set(TESSALY_MAY_USE_drives          engine platform resources delegate controls screens)
 set(TESSALY_MAY_USE_window
-    engine platform resources delegate controls history screens drives)
+    platform resources delegate controls history screens drives)
 
 # tessaly_library(<layer> SOURCES <.cpp>... HEADERS <.hpp>... [USES <layer>...]
 #                 [LINKS <target of another project>...])

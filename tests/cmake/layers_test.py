@@ -57,7 +57,7 @@ class LayersTest(unittest.TestCase):
         status, output = self.configure(
             "tessaly_library(engine SOURCES A.cpp HEADERS A.hpp)\n"
             "tessaly_library(platform SOURCES B.cpp HEADERS B.hpp)\n"
-            "tessaly_library(delegate SOURCES C.cpp HEADERS C.hpp USES engine platform)\n"
+            "tessaly_library(delegate SOURCES C.cpp HEADERS C.hpp USES platform)\n"
         )
         self.assertEqual(status, 0, output)
 

@@ -67,10 +67,40 @@ class Tree:
         return folders, {layer: set(used.split()) for layer, used in edges}
 
     def layer_of(self, path):
-        """The layer whose folder holds this file, or None."""
+        """The layer that a file belongs to, or None.
+
+        A layer may have folders inside its own, and another layer may lie in one of them, so the
+        longest folder that holds the file decides.
+        """
         folders, _ = self.layers()
-        folder = os.path.dirname(path)
-        return next((layer for layer, its in folders.items() if its == folder), None)
+        holding = [layer for layer, folder in folders.items() if path.startswith(folder + "/")]
+        return max(holding, key=lambda layer: len(folders[layer]), default=None)
+
+    def line_of_edges(self, layer):
+        """Where cmake/Layers.cmake says what a layer may use."""
+        begin = f"set(TESSALY_MAY_USE_{layer}"
+        return next(
+            (
+                number
+                for number, line in self.numbered("cmake/Layers.cmake")
+                if re.match(re.escape(begin) + r"\b", line)
+            ),
+            1,
+        )
+
+    def own_includes(self, path):
+        """The project's own headers that a file includes: line numbers and paths."""
+        for number, line in self.numbered(path):
+            found = INCLUDE.match(line)
+            if found and found.group(1) == '"':
+                yield number, found.group(2)
+
+    def layer_using(self, path):
+        """The layer whose edges a file has to keep to, or None.
+
+        A program stands on top of all layers, wherever its main.cpp lies.
+        """
+        return None if os.path.basename(path) == "main.cpp" else self.layer_of(path)
 
 
 def headers_are_guarded(tree):
@@ -166,17 +196,11 @@ def engine_has_no_qt(tree):
 
 
 def includes_follow_the_layers(tree):
-    folders, may_use = tree.layers()
-    layers = {folder: layer for layer, folder in folders.items()}
+    _, may_use = tree.layers()
     for path in tree.with_ending(SOURCES):
-        # A program stands on top of all layers, wherever its main.cpp lies.
-        layer = None if os.path.basename(path) == "main.cpp" else tree.layer_of(path)
-        for number, line in tree.numbered(path):
-            found = INCLUDE.match(line)
-            if not found or found.group(1) != '"':
-                continue
-            included = found.group(2)
-            used = layers.get(os.path.dirname(included))
+        layer = tree.layer_using(path)
+        for number, included in tree.own_includes(path):
+            used = tree.layer_of(included)
             if "/" not in included:
                 if not included.startswith("ui_"):
                     yield path, number, (
@@ -190,6 +214,23 @@ def includes_follow_the_layers(tree):
                     f'layer "{layer}" may not use layer "{used}" (but: {allowed}): move the code '
                     f"down, or declare an interface here that {used} implements; see "
                     "cmake/Layers.cmake"
+                )
+
+
+def edges_are_used(tree):
+    """An edge that nothing needs would let the next include cross it unseen."""
+    _, may_use = tree.layers()
+    used = {
+        (tree.layer_using(path), tree.layer_of(included))
+        for path in tree.with_ending(SOURCES)
+        for _, included in tree.own_includes(path)
+    }
+    for layer, allowed in may_use.items():
+        for other in sorted(allowed):
+            if (layer, other) not in used:
+                yield "cmake/Layers.cmake", tree.line_of_edges(layer), (
+                    f'layer "{layer}" includes nothing of "{other}": take the edge out, here and '
+                    "from USES in the layer's CMakeLists.txt"
                 )
 
 
@@ -253,6 +294,7 @@ RULES = (
     sources_are_built,
     engine_has_no_qt,
     includes_follow_the_layers,
+    edges_are_used,
     platforms_are_folders,
     bus_names_stay_in_the_platform,
     tests_do_not_sleep,

@@ -28,6 +28,9 @@ GOOD = {
     "history/CMakeLists.txt": "tessaly_library(history SOURCES Bar.cpp HEADERS Bar.hpp)\n",
     "history/Bar.hpp": '#pragma once\n\n#include "engine/Foo.hpp"\n',
     "history/Bar.cpp": '#include "history/Bar.hpp"\n\n#include <QString>\n',
+    "app/window/CMakeLists.txt": "tessaly_library(window HEADERS Main.hpp title/Bar.hpp)\n",
+    "app/window/Main.hpp": '#pragma once\n#include "engine/Foo.hpp"\n#include "history/Bar.hpp"\n',
+    "app/window/title/Bar.hpp": '#pragma once\n\n#include "app/window/Main.hpp"\n',
     "tests/CMakeLists.txt": "tessaly_tests(engine_tests SOURCES engine/FooTest.cpp)\n",
     "tests/engine/FooTest.cpp": '#include "engine/Foo.hpp"\n// sleep() is not called here\n',
     "tests/data/Odd.cpp": "#include <QString> // a sample\n",
@@ -115,8 +118,45 @@ class HouseRulesTest(unittest.TestCase):
 
     def test_an_include_against_the_layers(self):
         self.refuses(
-            {"history/Bar.hpp": '#pragma once\n#include "app/window/Main.hpp"\n'},
+            {
+                "history/Bar.hpp": "#pragma once\n"
+                '#include "app/window/Main.hpp"\n#include "engine/Foo.hpp"\n'
+            },
             'history/Bar.hpp:2: layer "history" may not use layer "window" (but: engine)',
+        )
+
+    def test_an_include_against_the_layers_in_a_folder_of_a_layer(self):
+        bad = '#include "app/window/title/Bar.hpp"\n'
+        self.refuses(
+            {
+                "engine/CMakeLists.txt": "tessaly_library(engine HEADERS Foo.hpp tree/Bad.hpp)\n",
+                "engine/tree/Bad.hpp": "#pragma once\n" + bad,
+                "engine/Foo.cpp": None,
+            },
+            'engine/tree/Bad.hpp:2: layer "engine" may not use layer "window" (but: none)',
+        )
+
+    def test_a_layer_inside_the_folder_of_another_is_one_of_its_own(self):
+        layers = LAYERS.replace(
+            "set(TESSALY_MAY_USE_window",
+            "set(TESSALY_FOLDER_scan engine/scan)\nset(TESSALY_MAY_USE_scan engine)\n"
+            "set(TESSALY_MAY_USE_window",
+        )
+        scan = {
+            "cmake/Layers.cmake": layers,
+            "engine/scan/CMakeLists.txt": "tessaly_library(scan HEADERS Walk.hpp)\n",
+            "engine/scan/Walk.hpp": '#pragma once\n#include "engine/Foo.hpp"\n',
+        }
+        self.assertEqual(self.check(scan), (0, ""))
+        self.refuses(
+            {**scan, "engine/Foo.hpp": '#pragma once\n#include "engine/scan/Walk.hpp"\n'},
+            'engine/Foo.hpp:2: layer "engine" may not use layer "scan" (but: none)',
+        )
+
+    def test_an_edge_that_nothing_uses(self):
+        self.refuses(
+            {"app/window/Main.hpp": '#pragma once\n#include "history/Bar.hpp"\n'},
+            'cmake/Layers.cmake:8: layer "window" includes nothing of "engine": take the edge out',
         )
 
     def test_an_include_of_test_code_in_a_layer(self):
