@@ -314,6 +314,7 @@ void KORVENDriveViewController::fillCell(QWidget &widget, const KORVENDriveObjec
     cell.driveImage()->setImage(artworkIcon(image), image);
     cell.driveImage()->setToolTip(kindName(row.diskType()));
     cell.showEjectControl(m_ejecting.contains(row.diskName()));
+    m_pressGuard.watch(*cell.ejectButton());
     connect(&cell, &KORVENDriveCellView::ejectRequested, &m_ejecting, &EjectingVolumes::add,
             Qt::UniqueConnection);
 }

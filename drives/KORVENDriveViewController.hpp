@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/controls/CellTableSource.hpp"
+#include "app/controls/PressGuard.hpp"
 #include "app/controls/RowActions.hpp"
 #include "drives/EjectingVolumes.hpp"
 #include "drives/KORVENDriveObject.hpp"
@@ -116,6 +117,7 @@ private:
     bool m_firstRunFlag = true;
     unsigned m_scanNumber = 0; ///< of the question whose answer counts
     EjectingVolumes m_ejecting;
+    PressGuard m_pressGuard{this}; ///< over the eject buttons: the row below may move up
 };
 
 } // namespace tessaly

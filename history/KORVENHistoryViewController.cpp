@@ -109,6 +109,7 @@ void KORVENHistoryViewController::makeShortcuts()
 {
     auto *shortcut = new QShortcut(QKeySequence(QKeySequence::Delete), m_tableView, nullptr,
                                    nullptr, Qt::WidgetShortcut);
+    shortcut->setAutoRepeat(false); // each press deletes one scan
     connect(shortcut, &QShortcut::activated, this, &KORVENHistoryViewController::deleteSelected);
 }
 
@@ -373,7 +374,11 @@ QWidget *KORVENHistoryViewController::viewForTableColumn(int row)
         }
         cell = m_tableView->adoptView(std::move(made), cellIdentifier);
     }
-    fillCell(static_cast<KORVENHistoryCellView &>(*cell), *record);
+    auto &historyCell = static_cast<KORVENHistoryCellView &>(*cell);
+    if (historyCell.deleteButton() != nullptr) {
+        m_pressGuard.watch(*historyCell.deleteButton());
+    }
+    fillCell(historyCell, *record);
     return cell;
 }
 

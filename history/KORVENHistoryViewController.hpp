@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/controls/CellTableSource.hpp"
+#include "app/controls/PressGuard.hpp"
 #include "history/HistoryFile.hpp"
 #include "history/ScansRemoval.hpp"
 
@@ -29,7 +30,8 @@ class KORVENHistoryCellView;
 ///
 /// The rows are a copy of the store's list, sorted and pruned here without touching the store.
 ///
-/// Keys:    Return opens the selected scan again, Delete deletes it.
+/// Keys:    Return opens the selected scan again, Delete deletes it and does not repeat.
+/// Mouse:   of a double click on a delete button, the second click deletes nothing (PressGuard).
 /// Threads: the main thread, but for reloadHistory() and reloadHistoryDelete().
 class KORVENHistoryViewController : public QObject, protected CellTableSource {
     Q_OBJECT
@@ -134,6 +136,7 @@ private:
     QString m_problem; ///< why the history cannot be read; empty when it can
     Record m_selected; ///< of the row that was selected last
     ScansRemoval m_removal;
+    PressGuard m_pressGuard{this};
 };
 
 } // namespace tessaly

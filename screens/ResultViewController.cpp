@@ -76,6 +76,9 @@ void ResultViewController::findOutlets(const QString &cellIdentifier)
     m_emptyText = &outlet<QLabel>(view, "emptyText");
     m_emptyButton = &outlet<KORVENButton>(view, "emptyButton");
 
+    for (KORVENButton *button : {m_scanButton, m_cancelButton, m_emptyButton}) {
+        m_pressGuard.watch(*button);
+    }
     m_totalCaption = &outlet<QLabel>(view, "totalCaption");
     makeTitle(*m_totalLabel);
     makeTitle(*m_emptyTitle);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/controls/CellTableSource.hpp"
+#include "app/controls/PressGuard.hpp"
 #include "app/controls/RowActions.hpp"
 #include "engine/ScanTree.hpp"
 #include "screens/KORVENViewController.hpp"
@@ -210,6 +211,7 @@ private:
     std::atomic<bool> m_lockDrillDown = false;
     unsigned m_loadGeneration = 0; ///< counts what makes a load that is under way out of date
 
+    PressGuard m_pressGuard{this}; ///< over Scan and Cancel, which take each other's place
     ScanWorkers m_workers{*this, *this};
 };
 

@@ -5,6 +5,7 @@
 #include "app/controls/KORVENButton.hpp"
 #include "app/controls/KORVENProgressBar.hpp"
 #include "app/controls/NameLabel.hpp"
+#include "app/controls/PressGuard.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "drives/KORVENDriveCellView.hpp"
 #include "drives/KORVENDriveViewController.hpp"
@@ -63,6 +64,7 @@ protected:
     void openScreenUnanswered()
     {
         m_screen = std::make_unique<KORVENDriveViewController>();
+        m_screen->findChild<PressGuard *>()->setClock([this] { return m_now; });
         m_screen->awakeFromNib();
         m_window.resize(840, 666);
         m_layout.setContentsMargins(0, 0, 0, 0);
@@ -140,6 +142,7 @@ protected:
         throw std::logic_error("no such entry");
     }
 
+    PressGuard::Time m_now{};
     FakeServices m_services;
     KORVENAppDelegate m_delegate{m_services.all()};
     QWidget m_window;

@@ -43,6 +43,21 @@ TEST_F(KORVENDriveCellViewTest, aRemovableVolumeIsEjectedAlsoIfItIsUnmountable)
     EXPECT_EQ(unmounted(), Paths{});
 }
 
+TEST_F(KORVENDriveCellViewTest, aDoubleClickOnEjectLeavesTheVolumeBelowAlone)
+{
+    addVolume("upper", 20, 5, removable);
+    addVolume("lower", 10, 5, removable);
+    openScreen();
+    QTest::mouseClick(cell(0).ejectButton(), Qt::LeftButton);
+    removeVolume("upper"); // the row below moves up, under the pointer
+    ASSERT_EQ(shownNames(), (std::vector<std::string>{"lower"}));
+    QTest::mouseClick(cell(0).ejectButton(), Qt::LeftButton);
+    EXPECT_EQ(volumes().ejected, Paths{"/Volumes/upper"});
+    m_now += PressGuard::holdTime;
+    QTest::mouseClick(cell(0).ejectButton(), Qt::LeftButton);
+    EXPECT_EQ(volumes().ejected, (Paths{"/Volumes/upper", "/Volumes/lower"}));
+}
+
 TEST_F(KORVENDriveCellViewTest, anUnmountableVolumeIsUnmountedOnAThreadOfItsOwn)
 {
     std::promise<std::thread::id> thread;

@@ -4,6 +4,7 @@
 #include "app/controls/IconView.hpp"
 #include "app/controls/KORVENButton.hpp"
 #include "app/controls/NameLabel.hpp"
+#include "app/controls/PressGuard.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/MainWindow.hpp"
 #include "history/KORVENHistoryCellView.hpp"
@@ -20,6 +21,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -100,6 +102,7 @@ protected:
     void openScreen()
     {
         m_screen = std::make_unique<KORVENHistoryViewController>();
+        m_screen->findChild<PressGuard *>()->setClock([this] { return m_now; });
         m_mainWindow.screen = m_screen.get();
         m_screen->awakeFromNib();
         m_window.resize(840, 666);
@@ -155,7 +158,12 @@ protected:
         }
         return *found;
     }
-    void clickDelete(int row) const { QTest::mouseClick(cell(row).deleteButton(), Qt::LeftButton); }
+    /// A click that is not the second one of a double click.
+    void clickDelete(int row)
+    {
+        m_now += std::chrono::seconds(1);
+        QTest::mouseClick(cell(row).deleteButton(), Qt::LeftButton);
+    }
     /// The paths that the table shows, which are those of the screen's rows.
     [[nodiscard]] Paths shownPaths() const
     {
@@ -174,6 +182,7 @@ protected:
         return paths;
     }
 
+    PressGuard::Time m_now{};
     TemporaryFolder m_documents;
     FakeServices m_services{m_documents.path("documents")};
     HistoryMainWindow m_mainWindow;

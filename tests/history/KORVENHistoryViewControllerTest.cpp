@@ -259,6 +259,34 @@ TEST_F(KORVENHistoryViewControllerTest, aDeletedRowLeavesTheOthersInNameOrder)
     EXPECT_EQ(readHistoryFile(store().itemArchivePath()).value().size(), 2U);
 }
 
+TEST_F(KORVENHistoryViewControllerTest, aDoubleClickDeletesOneScan)
+{
+    openThree();
+    clickDelete(0);
+    showRows(2); // the next row has moved under the pointer
+    QTest::mouseClick(cell(0).deleteButton(), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(arrayPaths(), (Paths{"/b", "/a"}));
+    clickDelete(0);
+    EXPECT_EQ(arrayPaths(), Paths{"/a"});
+}
+
+TEST_F(KORVENHistoryViewControllerTest, aDeleteKeyThatIsHeldDownDeletesOneScan)
+{
+    openMany(10);
+    table().setFocus();
+    table().selectRow(0);
+    for (const bool isRepeat : {false, true, true, true}) {
+        QTest::simulateEvent(&table(), true, Qt::Key_Delete, Qt::NoModifier, {}, isRepeat);
+        QCoreApplication::processEvents();
+    }
+    QTest::simulateEvent(&table(), false, Qt::Key_Delete, Qt::NoModifier, {}, false);
+    showRows(9);
+    EXPECT_EQ(store().allItems().size(), 9U);
+    QTest::keyClick(&table(), Qt::Key_Delete);
+    showRows(8);
+}
+
 TEST_F(KORVENHistoryViewControllerTest, aScanWhoseFileIsGoneIsDeletedAllTheSame)
 {
     openThree();

@@ -74,7 +74,7 @@ protected:
     }
     void scan()
     {
-        QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
+        press("scanButton");
         waitForScan();
     }
 
@@ -83,8 +83,8 @@ protected:
     {
         std::latch isCancelled(1);
         m_services.bookmarks.whenStarted = [&] { isCancelled.wait(); };
-        QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
-        QTest::mouseClick(&button("cancelButton"), Qt::LeftButton);
+        press("scanButton");
+        press("cancelButton");
         isCancelled.count_down();
         waitForScan();
         m_services.bookmarks.whenStarted = [] {};

@@ -140,6 +140,25 @@ TEST_F(KORVENHomeLastScanTest, cancellingKeepsTheLastScanForTheNextStart)
     EXPECT_EQ(lastDate(), date);
 }
 
+TEST_F(KORVENHomeLastScanTest, aDoubleClickOnScanDoesNotCancelNorOneOnCancelScanAgain)
+{
+    m_disk.file("Ada/a", 1'000);
+    grantHome();
+    openScreen();
+    std::latch canGoOn(1);
+    m_services.bookmarks.whenStarted = [&] { canGoOn.wait(); };
+    press("scanButton");
+    QTest::mouseClick(&button("cancelButton"), Qt::LeftButton);
+    canGoOn.count_down();
+    waitForScan();
+    EXPECT_EQ(notifiedTexts(), Names{"Home folders scan completed"});
+    EXPECT_EQ(rowNames(), Names{"a"});
+
+    scanAndCancel();
+    QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
+    EXPECT_FALSE(m_screen->isScanRunningNow());
+}
+
 TEST_F(KORVENHomeLastScanTest, aScanThatCannotBeKeptLeavesTheScreenScanning)
 {
     m_disk.file("Ada/new", 1'000);
@@ -149,7 +168,7 @@ TEST_F(KORVENHomeLastScanTest, aScanThatCannotBeKeptLeavesTheScreenScanning)
     const LoggedWarnings warnings;
     {
         const FileSizeLimit limit;
-        QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
+        press("scanButton");
         ASSERT_TRUE(QTest::qWaitFor([this] { return m_screen->lockDrillDown(); }, 60'000));
     }
     expectScanningLook();
@@ -167,7 +186,7 @@ TEST_F(KORVENHomeLastScanTest, aScanThatCannotBeKeptLeavesTheScreenScanning)
     }));
 
     // Nothing that the user may try leads out of it.
-    QTest::mouseClick(&button("cancelButton"), Qt::LeftButton);
+    press("cancelButton");
     m_screen->drillDownOneLevel("d");
     m_screen->scanClicked();
     QCoreApplication::processEvents();
@@ -195,7 +214,7 @@ TEST_F(KORVENHomeLastScanTest, rowsThatTheTableWasNotToldOfHaveNoCells)
     ASSERT_EQ(unlink(archivePath().c_str()), 0);
     ASSERT_EQ(rmdir(m_documents.path("documents").c_str()), 0); // so that no scan can be kept
     ASSERT_TRUE(m_screen->canShowQuickLook());
-    QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
+    press("scanButton");
     ASSERT_TRUE(QTest::qWaitFor([this] { return m_screen->lockDrillDown(); }, 60'000));
     EXPECT_EQ(m_screen->numberOfRowsInTableView(), 0);
     EXPECT_FALSE(m_screen->canShowQuickLook());

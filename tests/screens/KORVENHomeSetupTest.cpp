@@ -219,7 +219,7 @@ TEST_F(KORVENHomeSetupTest, withoutABookmarkAfterAllNothingIsScannedAndTheLastSc
     choose(homePath());
     EXPECT_EQ(page(), Page::resultsPage);
     EXPECT_EQ(m_screen->homeFolder(), std::nullopt);
-    QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
+    press("scanButton");
     EXPECT_FALSE(m_screen->isScanRunningNow());
     EXPECT_EQ(label("emptyTitle"), u"The home folder cannot be reached"_s);
     m_services.bookmarks.setGone(homeUrl(), false);

@@ -50,7 +50,7 @@ TEST_F(KORVENHomeViewControllerTest, scansTheHomeFolderWithoutAsking)
     grantHome();
     openScreen();
 
-    QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
+    press("scanButton");
     expectScanningLook();
     EXPECT_TRUE(m_screen->isScanRunningNow());
     m_screen->scanClicked(); // does nothing meanwhile

@@ -53,7 +53,7 @@ TEST_F(KORVENScanViewControllerTest, startsEmpty)
 TEST_F(KORVENScanViewControllerTest, asksForAFolderOnItsWindow)
 {
     openScreen();
-    QTest::mouseClick(&button("scanButton"), Qt::LeftButton);
+    press("scanButton");
     ASSERT_EQ(m_services.folderChooser.asked().size(), 1U);
     EXPECT_EQ(m_services.folderChooser.asked()[0].window, &m_window);
     EXPECT_EQ(m_services.folderChooser.asked()[0].request.confirmTitle, "Scan");
@@ -339,7 +339,7 @@ TEST_F(KORVENScanViewControllerTest, cancellingLeavesNothingAndRecordsNothing)
     const auto recordCount = KORVENHistoryStore::sharedStore().allItems().size();
 
     chooseAndScan(m_disk.path());
-    QTest::mouseClick(&button("cancelButton"), Qt::LeftButton);
+    press("cancelButton");
     waitForScan();
 
     EXPECT_EQ(rowNames(), Names{});

@@ -5,6 +5,7 @@
 #include "app/controls/KORVENButton.hpp"
 #include "app/controls/KORVENProgressBar.hpp"
 #include "app/controls/NameLabel.hpp"
+#include "app/controls/PressGuard.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "screens/KORVENFolderCellView.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
@@ -17,6 +18,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,6 +43,7 @@ protected:
     void openScreen()
     {
         m_screen = std::make_unique<Screen>();
+        m_screen->template findChild<PressGuard *>()->setClock([this] { return m_now; });
         m_screen->awakeFromNib();
         m_window.resize(840, 666);
         m_layout.setContentsMargins(0, 0, 0, 0);
@@ -64,6 +67,12 @@ protected:
         return *found;
     }
     [[nodiscard]] KORVENButton &button(const char *name) const { return named<KORVENButton>(name); }
+    /// A click that is not the second one of a double click.
+    void press(const char *name)
+    {
+        m_now += std::chrono::seconds(1);
+        QTest::mouseClick(&button(name), Qt::LeftButton);
+    }
     [[nodiscard]] QString label(const char *name) const { return named<QLabel>(name).text(); }
     [[nodiscard]] CellTableView &table() const { return named<CellTableView>("tableView"); }
     [[nodiscard]] KORVENFolderCellView &cell(int row) const
@@ -87,6 +96,7 @@ protected:
         return names;
     }
 
+    PressGuard::Time m_now{};
     TemporaryFolder m_documents;
     TemporaryFolder m_disk;
     FakeServices m_services{m_documents.path("documents")};

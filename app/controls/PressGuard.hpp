@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QObject>
+#include <QRect>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <set>
+
+class QAbstractButton;
+class QPointF;
+
+namespace tessaly {
+
+/// Keeps the second press of a double click from acting on what the first one has brought under the
+/// pointer: the next row's button, or the button that took the place of the one that was pressed.
+///
+/// When a watched button has acted, presses on any watched button are swallowed until the pointer
+/// has left the place where that button was, or until holdTime has passed. Keys count as presses;
+/// Space and Return never repeat on a watched button. What acts without a press, such as a shortcut
+/// or assistive technology, is not held back.
+///
+/// Threads: the main thread.
+class PressGuard final : public QObject {
+    Q_OBJECT
+
+public:
+    using Time = std::chrono::steady_clock::time_point;
+    using Clock = std::function<Time()>;
+
+    static constexpr std::chrono::milliseconds holdTime{500};
+
+    explicit PressGuard(QObject *parent = nullptr);
+    ~PressGuard() override;
+    PressGuard(const PressGuard &) = delete;
+    PressGuard &operator=(const PressGuard &) = delete;
+    PressGuard(PressGuard &&) = delete;
+    PressGuard &operator=(PressGuard &&) = delete;
+
+    /// Watches a button for as long as it and this live. Does nothing for one that is watched.
+    void watch(QAbstractButton &button);
+
+    /// Replaces the clock, for tests. Monotonic; the steady clock at first.
+    void setClock(Clock clock) { m_clock = std::move(clock); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    /// Where and when a watched button acted.
+    struct Hold {
+        QRect place; ///< of the button on the screen
+        Time since;
+    };
+
+    void hold();
+    void release();
+    void notePointer(const QPointF &globalPosition);
+    [[nodiscard]] bool isHolding();
+    [[nodiscard]] bool swallowsKey(QEvent &event);
+    [[nodiscard]] bool swallowsPress();
+
+    Clock m_clock = [] { return std::chrono::steady_clock::now(); };
+    std::set<const QObject *> m_buttons;
+    QRect m_pressedPlace; ///< of the button that was pressed last; it may move when it acts
+    std::optional<Hold> m_hold;
+    bool m_hasSwallowedPress = false; ///< its release is swallowed, too
+};
+
+} // namespace tessaly
