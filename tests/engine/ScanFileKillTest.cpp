@@ -27,13 +27,13 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-/// Folders of a thousand files each, a hundred thousand files in all.
+/// Large enough for a dozen writes, and small enough to be written a few hundred times.
 std::shared_ptr<ScanTree> largeTree(const std::string &prefix)
 {
     std::vector<PlannedNode> folders;
     for (int i = 0; i < 100; ++i) {
         folders.push_back(folder(prefix + std::to_string(i)));
-        for (int j = 0; j < 1000; ++j) {
+        for (int j = 0; j < 300; ++j) {
             folders.back().children.push_back(
                 file(prefix + std::to_string(i * j), 1000U * static_cast<unsigned>(i)));
         }
