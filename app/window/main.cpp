@@ -30,6 +30,7 @@
 #include "platform/linux/LoadedPreviewPanels.hpp"
 #include "platform/linux/ProgramLog.hpp"
 #include "platform/linux/QtFolderChooser.hpp"
+#include "platform/linux/QtSessionBus.hpp"
 #include "platform/linux/SessionBusAddress.hpp"
 #include "platform/linux/SingleInstance.hpp"
 #include "platform/linux/TerminationSignals.hpp"
@@ -58,6 +59,16 @@ void nameApplication()
     QApplication::setDesktopFileName(QString::fromLatin1(programId));
 }
 
+/// A bus that is known to be silent is not waited for once more.
+SingleInstance::Patience timeoutsOn(const QtSessionBus &bus)
+{
+    SingleInstance::Patience timeouts;
+    if (bus.state() == QtSessionBus::State::silent) {
+        timeouts.forBus = std::chrono::milliseconds(0);
+    }
+    return timeouts;
+}
+
 } // namespace
 
 int main(int argumentCount, char **arguments)
@@ -72,6 +83,7 @@ int main(int argumentCount, char **arguments)
     if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) {
         qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     }
+    const QtSessionBus qtSessionBus;
     GuardedApplication application(argumentCount, arguments);
     const TerminationSignals terminationSignals;
     nameApplication();
@@ -80,9 +92,10 @@ int main(int argumentCount, char **arguments)
         return *status;
     }
     applyLook();
+    qtSessionBus.connectAccessibility(); // before the first widget
 
     LinuxDocumentsFolder documents;
-    SingleInstance instance(documents.path(), launchData);
+    SingleInstance instance(documents.path(), launchData, timeoutsOn(qtSessionBus));
     if (instance.claim() != SingleInstance::Outcome::first) {
         return instance.endSecondStart();
     }

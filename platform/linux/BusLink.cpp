@@ -4,10 +4,7 @@
 #include <QDBusPendingCall>
 
 #include <atomic>
-#include <cerrno>
 #include <utility>
-
-#include <poll.h>
 
 namespace tessaly {
 
@@ -24,21 +21,6 @@ QString newConnectionName(const QString &purpose)
 {
     static std::atomic<int> count = 0;
     return QStringLiteral("tessaly-%1-%2").arg(purpose).arg(++count);
-}
-
-/// Whether the probe was answered in time.
-bool waitForAnswer(const BusProbe &probe, std::chrono::milliseconds patience)
-{
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    pollfd answer = {probe.descriptor(), POLLIN, 0};
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
-        const int count = poll(&answer, 1, left.count() > 0 ? static_cast<int>(left.count()) : 0);
-        if (count >= 0 || errno != EINTR) {
-            return count > 0;
-        }
-    }
 }
 
 } // namespace
@@ -80,7 +62,7 @@ QString BusLink::openWithin(std::chrono::milliseconds patience)
     if (!probe.isConnected()) {
         return nobody;
     }
-    return waitForAnswer(probe, patience) ? connectTo(probe.address()) : silence;
+    return probe.waitForAnswer(patience) ? connectTo(probe.address()) : silence;
 }
 
 void BusLink::finish(const QString &problem)

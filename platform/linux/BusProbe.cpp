@@ -1,11 +1,13 @@
 #include "platform/linux/BusProbe.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cstddef>
 #include <iterator>
 #include <optional>
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -77,8 +79,9 @@ std::string socketName(std::string_view address)
     return {};
 }
 
-/// A connection to the socket; none when there is no place for one at once.
-FileDescriptor connectionTo(const std::string &name)
+/// A connection to the socket; none when there is no place for one at once. `isQueueFull` becomes
+/// true when that was the reason.
+FileDescriptor connectionTo(const std::string &name, bool &isQueueFull)
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -88,9 +91,14 @@ FileDescriptor connectionTo(const std::string &name)
     std::copy(name.begin(), name.end(), std::begin(address.sun_path));
     const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
     FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    if (!connection.isOpen() ||
-        connect(connection.number(), reinterpret_cast<const sockaddr *>(&address), size) != 0 ||
-        send(connection.number(), question.data(), question.size(), MSG_NOSIGNAL) < 0) {
+    if (!connection.isOpen()) {
+        return {};
+    }
+    if (connect(connection.number(), reinterpret_cast<const sockaddr *>(&address), size) != 0) {
+        isQueueFull = isQueueFull || errno == EAGAIN;
+        return {};
+    }
+    if (send(connection.number(), question.data(), question.size(), MSG_NOSIGNAL) < 0) {
         return {};
     }
     return connection;
@@ -102,9 +110,26 @@ BusProbe::BusProbe(std::string_view addresses)
 {
     while (!addresses.empty() && !isConnected()) {
         const std::string_view address = takePart(addresses, ';');
-        m_socket = connectionTo(socketName(address));
+        m_socket = connectionTo(socketName(address), m_isQueueFull);
         if (isConnected()) {
             m_address = address;
+        }
+    }
+}
+
+bool BusProbe::waitForAnswer(std::chrono::milliseconds timeout) const
+{
+    if (!isConnected()) {
+        return false;
+    }
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    pollfd answer = {m_socket.number(), POLLIN, 0};
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        const int count = poll(&answer, 1, left.count() > 0 ? static_cast<int>(left.count()) : 0);
+        if (count >= 0 || errno != EINTR) {
+            return count > 0;
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "engine/FileDescriptor.hpp"
 
+#include <chrono>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,13 @@ public:
 
     [[nodiscard]] bool isConnected() const noexcept { return m_socket.isOpen(); }
 
+    /// Whether somebody listens at one of the addresses tried but takes no more connections now.
+    [[nodiscard]] bool isQueueFull() const noexcept { return m_isQueueFull; }
+
+    /// Waits for the answer, at most for `timeout`. False without one, and when not connected. A bus
+    /// that closes the connection has answered.
+    [[nodiscard]] bool waitForAnswer(std::chrono::milliseconds timeout) const;
+
     /// The one address to which it is connected; empty when it is not.
     [[nodiscard]] const std::string &address() const noexcept { return m_address; }
 
@@ -33,6 +41,7 @@ public:
 
 private:
     FileDescriptor m_socket;
+    bool m_isQueueFull = false;
     std::string m_address;
 };
 

@@ -62,8 +62,21 @@ PrivateBus::~PrivateBus()
     stop();
 }
 
+void PrivateBus::suspend() const
+{
+    m_daemon->sendSignal(SIGSTOP);
+}
+
+void PrivateBus::resume() const
+{
+    m_daemon->sendSignal(SIGCONT);
+}
+
 void PrivateBus::stop()
 {
+    if (m_daemon != nullptr && m_daemon->isRunning()) {
+        resume();
+    }
     const std::vector<FileDescriptor> services = startedServices();
     m_daemon.reset();
     for (const FileDescriptor &service : services) {

@@ -34,6 +34,10 @@ public:
     void stop();
     void start();
 
+    /// It still accepts connections, but answers nothing until resume() or stop().
+    void suspend() const;
+    void resume() const;
+
     /// Where the session bus is, or would be.
     [[nodiscard]] static std::string address();
 

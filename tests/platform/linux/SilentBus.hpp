@@ -23,15 +23,23 @@ public:
     explicit SilentBus(int queueLength = 1)
         : m_socket(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
-        const std::string path = PrivateBus::address().substr(std::string("unix:path=").size());
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        std::copy(path.begin(), path.end(), std::begin(address.sun_path));
-        unlink(path.c_str());
+        const sockaddr_un address = socketAddress();
+        unlink(&address.sun_path[0]);
         EXPECT_EQ(
             bind(m_socket.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address),
             0);
         EXPECT_EQ(listen(m_socket.number(), queueLength), 0);
+    }
+
+    /// Somebody who has connected to it.
+    [[nodiscard]] static FileDescriptor connectionToBus()
+    {
+        const sockaddr_un address = socketAddress();
+        FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        EXPECT_EQ(connect(connection.number(), reinterpret_cast<const sockaddr *>(&address),
+                          sizeof address),
+                  0);
+        return connection;
     }
 
     /// Waits until there is somebody in its queue, and leaves them there.
@@ -54,6 +62,15 @@ public:
     }
 
 private:
+    [[nodiscard]] static sockaddr_un socketAddress()
+    {
+        const std::string path = PrivateBus::address().substr(std::string("unix:path=").size());
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        std::copy(path.begin(), path.end(), std::begin(address.sun_path));
+        return address;
+    }
+
     FileDescriptor m_socket;
 };
 
