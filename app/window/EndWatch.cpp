@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 
 #include <cstdlib>
+#include <utility>
 
 namespace tessaly {
 
@@ -12,10 +13,11 @@ Q_LOGGING_CATEGORY(endLog, "tessaly.end")
 
 } // namespace
 
-EndWatch::EndWatch(std::chrono::milliseconds patience, int exitStatus)
-    : m_thread([this, patience, exitStatus] {
+EndWatch::EndWatch(std::chrono::milliseconds timeout, int exitStatus, std::function<void()> release)
+    : m_thread([this, timeout, exitStatus, release = std::move(release)] {
           std::unique_lock lock(m_lock);
-          if (!m_hasEnded.wait_for(lock, patience, [this] { return m_isOver; })) {
+          if (!m_hasEnded.wait_for(lock, timeout, [this] { return m_isOver; })) {
+              release();
               qCWarning(endLog, "Something keeps the program from ending; it is not waited for.");
               std::_Exit(exitStatus);
           }

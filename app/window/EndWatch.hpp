@@ -2,20 +2,25 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
 
 namespace tessaly {
 
-/// Sees to it that a program which has begun to end does so: while one of these lives, the process
-/// may take as long as `patience`. Then it ends at once, with a line in the log, and nothing is
-/// tidied up. A thread that reads a folder of a server that is gone cannot be ended otherwise, and
-/// as long as it is there, the program cannot be started anew.
+/// Ends the process when it does not end by itself: when one of these lives longer than `timeout`,
+/// it calls `release`, writes a line to the log and exits. No destructor runs then. A thread that
+/// reads a folder of a server that is gone cannot be ended in another way, and the main thread may
+/// wait for it.
 ///
-/// Whatever has to be kept is to be kept before.
+/// Not even the exit ends such a thread: the kernel keeps the process, with all that it has open,
+/// until the server answers. So `release` has to give up what the next start needs.
+///
+/// Requires: what has to be stored is stored before. `release` can be called on another thread, and
+///           returns soon.
 class EndWatch {
 public:
-    EndWatch(std::chrono::milliseconds patience, int exitStatus);
+    EndWatch(std::chrono::milliseconds timeout, int exitStatus, std::function<void()> release);
     ~EndWatch();
     EndWatch(const EndWatch &) = delete;
     EndWatch &operator=(const EndWatch &) = delete;

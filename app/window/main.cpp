@@ -135,10 +135,11 @@ int main(int argumentCount, char **arguments)
     instance.setActivated({});
     delegate.setWindowController(nullptr);
     settings.flush();
-    const EndWatch watch(endPatience, status);
+    const EndWatch watch(endPatience, status, [&instance] { instance.release(); });
     controller.reset(); // ends scans, and keeps what they have completed
     settings.flush();
     if (!waitForUnmounts(unmountPatience)) {
+        instance.release();
         std::_Exit(status); // their threads use the services, which must not go
     }
     return status;

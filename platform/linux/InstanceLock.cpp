@@ -31,4 +31,12 @@ InstanceLock::State InstanceLock::take()
     return State::taken;
 }
 
+void InstanceLock::release()
+{
+    if (m_file.isOpen()) {
+        flock(m_file.number(), LOCK_UN);
+        m_file = FileDescriptor();
+    }
+}
+
 } // namespace tessaly

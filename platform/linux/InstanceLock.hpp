@@ -25,6 +25,10 @@ public:
     /// Tries once, without waiting. Does no harm when it is ours already.
     State take();
 
+    /// Another process may take it from now on, also while this one's file stays open: in a process
+    /// that is being started, or one whose threads are stuck in the kernel.
+    void release();
+
 private:
     std::string m_path;
     FileDescriptor m_file; ///< open while the lock is ours

@@ -12,6 +12,7 @@
 #include <QLoggingCategory>
 #include <QMessageBox>
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -29,8 +30,8 @@ constexpr uint doNotQueue = 4;
 constexpr uint isOwnerNow = 1;
 constexpr uint isOwnerAlready = 4;
 
-using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds noWait(0);
+constexpr std::chrono::milliseconds timeBetweenTries(10);
 
 } // namespace
 
@@ -40,8 +41,8 @@ SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap p
 }
 
 SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap platformData,
-                               Patience patience)
-    : m_platformData(std::move(platformData)), m_patience(patience),
+                               Patience patience, Now now)
+    : m_platformData(std::move(platformData)), m_patience(patience), m_now(std::move(now)),
       m_object([this](const QByteArray &token) { activate(token); }),
       m_link(sessionBusAddress(), QStringLiteral("instance")),
       m_lock(documentsFolder + "/instance.lock")
@@ -50,30 +51,52 @@ SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap p
 
 SingleInstance::Outcome SingleInstance::claim()
 {
-    if (const QString problem = m_link.openWithin(m_patience.forBus); !problem.isEmpty()) {
+    m_deadline = m_now() + m_patience.forFirst;
+    if (const QString problem = m_link.openWithin(timeLeftForBus()); !problem.isEmpty()) {
         qCInfo(instanceLog) << "no session bus:" << problem;
         return m_outcome = lockFolder(noWait);
     }
-    // Before the name: whoever finds that may call at once.
+    // Before the name: who finds the name may call at once.
     m_link.bus().registerObject(QLatin1String(programObjectPath), &m_object,
                                 QDBusConnection::ExportAllSlots);
-    const auto deadline = Clock::now() + m_patience.forFirst;
-    std::chrono::milliseconds patienceForLock = noWait;
+    bool isLockAwaited = false;
     do {
         switch (askForName()) {
         case Name::owned:
         case Name::unknown:
-            return m_outcome = lockFolder(patienceForLock);
+            return m_outcome = lockFolder(isLockAwaited ? timeLeftForBus() : noWait);
         case Name::taken:
             if (askToShow()) {
                 return m_outcome = Outcome::shown;
             }
         }
-        // The other one has just ended, and may not have let go of everything; or it says nothing.
-        patienceForLock = m_patience.forBus;
-    } while (Clock::now() < deadline);
+        // The other one has just ended, and may still hold the lock; or it does not answer.
+        isLockAwaited = true;
+        std::this_thread::sleep_for(timeBetweenTries);
+    } while (timeLeft() > noWait);
     qCWarning(instanceLog, "the instance that is running does not answer");
     return m_outcome = Outcome::refused;
+}
+
+std::chrono::milliseconds SingleInstance::timeLeft() const
+{
+    return std::max(std::chrono::ceil<std::chrono::milliseconds>(m_deadline - m_now()), noWait);
+}
+
+std::chrono::milliseconds SingleInstance::timeLeftForBus() const
+{
+    return std::min(timeLeft(), m_patience.forBus);
+}
+
+void SingleInstance::release()
+{
+    m_lock.release();
+    if (m_link.isOpen()) {
+        QDBusPendingCall answer = m_link.bus().asyncCall(
+            BusLink::callOfBus("ReleaseName", {QString::fromLatin1(programId)}),
+            static_cast<int>(m_patience.forBus.count()));
+        answer.waitForFinished();
+    }
 }
 
 int SingleInstance::endSecondStart(const std::function<void(const QString &)> &complain) const
@@ -101,7 +124,7 @@ SingleInstance::Name SingleInstance::askForName()
 {
     QDBusPendingReply<uint> answer = m_link.bus().asyncCall(
         BusLink::callOfBus("RequestName", {QLatin1String(programId), doNotQueue}),
-        static_cast<int>(m_patience.forBus.count()));
+        static_cast<int>(timeLeftForBus().count()));
     answer.waitForFinished();
     if (answer.isError()) {
         qCWarning(instanceLog, "no name on the session bus: %s",
@@ -120,15 +143,13 @@ bool SingleInstance::askToShow()
         QLatin1String(applicationInterface), QStringLiteral("Activate"));
     call << m_platformData;
     call.setAutoStartService(false); // should it have ended, this one is the first
-    QDBusPendingCall answer =
-        m_link.bus().asyncCall(call, static_cast<int>(m_patience.forFirst.count()));
+    QDBusPendingCall answer = m_link.bus().asyncCall(call, static_cast<int>(timeLeft().count()));
     answer.waitForFinished();
     return !answer.isError();
 }
 
 SingleInstance::Outcome SingleInstance::lockFolder(std::chrono::milliseconds patience)
 {
-    constexpr std::chrono::milliseconds timeBetweenTries(10);
     const auto deadline = Clock::now() + patience;
     InstanceLock::State state = m_lock.take();
     while (state == InstanceLock::State::refused && Clock::now() < deadline) {

@@ -24,8 +24,8 @@ namespace tessaly {
 ///
 /// Requires: a QCoreApplication; the event loop, to be asked by others.
 /// Threads:  the main thread.
-/// Errors:   go to the log "tessaly.instance". Neither a bus nor another instance that says nothing
-///           is waited for longer than Patience says.
+/// Errors:   go to the log "tessaly.instance". A bus and an instance that do not answer are waited
+///           for as long as Patience says.
 class SingleInstance {
 public:
     enum class Outcome : std::uint8_t {
@@ -35,15 +35,20 @@ public:
     };
 
     struct Patience {
+        /// For each answer of the bus.
         std::chrono::milliseconds forBus = std::chrono::seconds(2);
-        /// For an instance that is about to end, or has only just begun.
+        /// For the whole of claim(): another instance may be about to end, or be starting.
         std::chrono::milliseconds forFirst = std::chrono::seconds(10);
     };
+
+    using Clock = std::chrono::steady_clock;
+    using Now = std::function<Clock::time_point()>;
 
     /// `documentsFolder`: as bytes. `platformData`: what this start hands over to another instance,
     /// by ApplicationObject::platformDataOfThisStart().
     SingleInstance(const std::string &documentsFolder, QVariantMap platformData);
-    SingleInstance(const std::string &documentsFolder, QVariantMap platformData, Patience patience);
+    SingleInstance(const std::string &documentsFolder, QVariantMap platformData, Patience patience,
+                   Now now = Clock::now);
 
     /// Finds out which instance this is. Whoever gets anything but `first` ends with the status of
     /// endSecondStart(), without having written anything.
@@ -58,6 +63,12 @@ public:
     /// desktop has given that start, if anything, for Qt to bring the window to the front with.
     void setActivated(std::function<void()> activated) { m_activated = std::move(activated); }
 
+    /// Lets another start be the first from now on: unlocks the folder, then gives up the name. For
+    /// a process that can neither go on nor end, since a thread of it is stuck in the kernel.
+    ///
+    /// Threads: any, once the event loop has ended. Waits for the bus as long as Patience::forBus.
+    void release();
+
     /// Shows a text in a window of its own, until the user closes it or the program is to end. Not
     /// while an event loop runs already.
     static void showComplaint(const QString &text);
@@ -65,6 +76,8 @@ public:
 private:
     enum class Name : std::uint8_t { owned, taken, unknown };
 
+    [[nodiscard]] std::chrono::milliseconds timeLeft() const;
+    [[nodiscard]] std::chrono::milliseconds timeLeftForBus() const;
     [[nodiscard]] Name askForName();
     [[nodiscard]] bool askToShow();
     [[nodiscard]] Outcome lockFolder(std::chrono::milliseconds patience);
@@ -72,6 +85,8 @@ private:
 
     QVariantMap m_platformData;
     Patience m_patience;
+    Now m_now;
+    Clock::time_point m_deadline; ///< of claim()
     ApplicationObject m_object;
     BusLink m_link;
     InstanceLock m_lock; ///< goes before the name: who waits for that finds the folder free

@@ -27,10 +27,10 @@ bool hasOwnMounts()
 }
 
 ScopedMount::ScopedMount(const std::string &source, std::string path, const char *type,
-                         unsigned long flags)
+                         unsigned long flags, const std::string &options)
     : m_path(std::move(path))
 {
-    if (mount(source.c_str(), m_path.c_str(), type, flags, nullptr) != 0) {
+    if (mount(source.c_str(), m_path.c_str(), type, flags, options.c_str()) != 0) {
         throw std::system_error(errno, std::system_category(), m_path);
     }
 }

@@ -17,8 +17,9 @@ void takeOwnMounts();
 /// Requires: hasOwnMounts().
 class ScopedMount {
 public:
+    /// `options`: of the file system.
     ScopedMount(const std::string &source, std::string path, const char *type,
-                unsigned long flags = 0);
+                unsigned long flags = 0, const std::string &options = {});
     ~ScopedMount();
     ScopedMount(const ScopedMount &) = delete;
     ScopedMount &operator=(const ScopedMount &) = delete;

@@ -3,8 +3,10 @@
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/linux/BusConnection.hpp"
 #include "tests/platform/linux/EndingProgram.hpp"
+#include "tests/platform/linux/OwnMounts.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/SilentBus.hpp"
+#include "tests/platform/linux/UnansweringMount.hpp"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -127,6 +129,43 @@ TEST_F(SingleInstanceTest, theSecondDoesNotWaitLongForAFirstThatHangs)
     EXPECT_EQ(second->result(), 1);
     first->sendSignal(SIGCONT);
     EXPECT_EQ(first->reportedLine(), "activated ");
+}
+
+TEST_F(SingleInstanceTest, theSecondWaitsForAllAnswersTogether)
+{
+    makeBus();
+    const auto first = start();
+    EXPECT_EQ(first->reportedLine(), "first");
+    first->sendSignal(SIGSTOP);
+    EndingProgram second("claim-late", m_folder.path());
+    EXPECT_EQ(second.reportedLine(), complaint);
+}
+
+TEST_F(SingleInstanceTest, theNextIsTheFirstWhileTheLastOneIsStuckInTheKernel)
+{
+    makeBus();
+    if (!hasOwnMounts()) {
+        GTEST_SKIP() << "needs root";
+    }
+    m_folder.folder("mount");
+    for (const std::string end : {"watch", "return"}) {
+        auto mount = std::make_unique<UnansweringMount>(m_folder.path("mount"));
+        EndingProgram last("get-stuck", m_folder.path() + ':' + m_folder.path("mount") + ':' + end);
+        EXPECT_EQ(last.reportedLine(), "first");
+        mount->waitUntilUsed();
+        last.sendSignal(SIGTERM);
+        EXPECT_EQ(last.reportedLine(), "ending");
+        {
+            BusConnection bus(PrivateBus::address());
+            while (bus->interface()->isServiceRegistered(name).value()) {
+                std::this_thread::yield();
+            }
+        }
+        EXPECT_EQ(start()->reportedLine(), "first") << end;
+        EXPECT_TRUE(last.isRunning()) << end;
+        mount.reset();
+        EXPECT_EQ(last.result(), 0) << end;
+    }
 }
 
 TEST_F(SingleInstanceTest, theSecondEndsWithoutABusToo)

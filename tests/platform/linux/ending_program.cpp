@@ -22,12 +22,15 @@
 #include <cstdlib>
 #include <functional>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tessaly {
@@ -109,7 +112,7 @@ int beSlowToEnd(const std::string & /*argument*/)
 
 int hangAtEnd(const std::string &patience)
 {
-    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3);
+    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3, [] {});
     report("ending");
     for (;;) {
         pause();
@@ -118,7 +121,7 @@ int hangAtEnd(const std::string &patience)
 
 int endWhileWatched(const std::string &patience)
 {
-    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3);
+    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3, [] {});
     return 5;
 }
 
@@ -181,6 +184,50 @@ int claim(const std::string &argument)
     return QCoreApplication::exec();
 }
 
+/// "FOLDER:MOUNT:END". Claims, gets a thread stuck in the mount, and when it is asked to end does so
+/// by EndWatch ("watch") or by itself ("return").
+int getStuck(const std::string &argument)
+{
+    const QStringList parts = QString::fromStdString(argument).split(u':');
+    const std::string mount = parts.at(1).toStdString();
+    SingleInstance instance(parts.at(0).toStdString(), {});
+    if (instance.claim() != SingleInstance::Outcome::first) {
+        return 1;
+    }
+    const TerminationSignals terminationSignals;
+    std::thread stuck([mount] {
+        struct stat status = {};
+        stat(mount.c_str(), &status);
+    });
+    report("first");
+    QCoreApplication::exec();
+    report("ending");
+    if (parts.at(2) == QStringLiteral("return")) {
+        stuck.detach();
+        return 0;
+    }
+    const EndWatch watch(std::chrono::milliseconds(1), 0, [&instance] { instance.release(); });
+    stuck.join();
+    return 0;
+}
+
+/// "FOLDER": claims when nearly all of its time is over.
+int claimLate(const std::string &folder)
+{
+    SingleInstance::Patience patience;
+    patience.forFirst = std::chrono::hours(1);
+    const auto late = [start = std::optional<SingleInstance::Clock::time_point>()]() mutable {
+        constexpr std::chrono::milliseconds timeLeft(300);
+        const auto now = SingleInstance::Clock::now();
+        return start ? now + std::chrono::hours(1) - timeLeft : *(start = now);
+    };
+    SingleInstance instance(folder, {}, patience, late);
+    if (instance.claim() == SingleInstance::Outcome::first) {
+        return 1;
+    }
+    return instance.endSecondStart([](const QString &text) { report(text.toStdString()); });
+}
+
 int withStatus(const std::function<void()> &body)
 {
     body();
@@ -211,6 +258,8 @@ const std::map<std::string, Way> ways = {
     {"log", log},
     {"log-to-nobody", logToNobody},
     {"claim", claim},
+    {"claim-late", claimLate},
+    {"get-stuck", getStuck},
 };
 
 } // namespace
