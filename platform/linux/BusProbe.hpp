@@ -29,8 +29,8 @@ public:
     /// Whether somebody listens at one of the addresses tried but takes no more connections now.
     [[nodiscard]] bool isQueueFull() const noexcept { return m_isQueueFull; }
 
-    /// Waits for the answer, at most for `timeout`. False without one, and when not connected. A bus
-    /// that closes the connection has answered.
+    /// Waits for the answer, at most for `timeout`. False without one, and when not connected. A
+    /// bus that closes the connection has answered.
     [[nodiscard]] bool waitForAnswer(std::chrono::milliseconds timeout) const;
 
     /// The one address to which it is connected; empty when it is not.

@@ -17,11 +17,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(settingsLog, "tessaly.settings")
 
-void warn(const ArchiveError &error)
-{
-    qCWarning(settingsLog, "%s", error.text().c_str());
-}
-
 /// Without the fraction, and the nearest one when it is past an end; 0 when it is not a number.
 std::int64_t integerOf(double real) noexcept
 {
@@ -63,7 +58,7 @@ LinuxSettingsStore::LinuxSettingsStore(std::string path, FileCalls &calls,
                                        std::chrono::milliseconds patience)
     : m_file(std::move(path), calls, patience)
 {
-    AtomicFile::removeLeftovers(m_file.folder(), calls);
+    AtomicFile::removeLeftovers(m_file.folderOfFile(), calls);
     const std::lock_guard lock(m_fileMutex);
     readStored();
 }
@@ -154,8 +149,10 @@ bool LinuxSettingsStore::flush()
         const auto stored = store(changes);
         if (!stored) {
             warn(stored.error());
+            return false;
         }
-        return stored.hasValue();
+        m_lastWarning.clear();
+        return true;
     } catch (const std::bad_alloc &) {
         qCWarning(settingsLog, "not enough memory to store the settings");
         return false;
@@ -211,6 +208,17 @@ void LinuxSettingsStore::adopt(PlistDictionary stored, const Changes &flushed)
     }
 }
 
+/// Logs what keeps the settings from being read or stored: once until it changes, since every
+/// change is flushed. Requires: m_fileMutex is held.
+void LinuxSettingsStore::warn(const ArchiveError &error)
+{
+    std::string text = error.text();
+    if (text != m_lastWarning) {
+        qCWarning(settingsLog, "%s", text.c_str());
+        m_lastWarning = std::move(text);
+    }
+}
+
 /// Adopts what the file holds. Requires: m_fileMutex is held.
 void LinuxSettingsStore::readStored()
 {
@@ -222,7 +230,10 @@ void LinuxSettingsStore::readStored()
     }
     if (!content) {
         warn(content.error());
-    } else if (content.value()) {
+        return;
+    }
+    m_lastWarning.clear();
+    if (content.value()) {
         adopt(std::move(*content.value()), {});
     }
 }

@@ -28,6 +28,7 @@ namespace tessaly {
 ///   counts as missing.
 /// - When there is no file, what this process knows already stays and goes into the next one.
 /// - A file that cannot be read is left alone: flush() fails while there are pending changes.
+/// - What fails again and again for the same reason is logged once.
 /// - Whether a default is needed is decided while the lock is held, by what the file holds then.
 ///
 /// The last changes are flushed when the store goes.
@@ -79,12 +80,14 @@ private:
     [[nodiscard]] Changes pendingChanges() const;
     [[nodiscard]] PlistDictionary known() const;
     void adopt(PlistDictionary stored, const Changes &flushed);
+    void warn(const ArchiveError &error);
     void readStored();
     [[nodiscard]] Result<Done, ArchiveError> store(const Changes &changes);
     [[nodiscard]] Result<SettingsFile::Content, ArchiveError> readOrSetAside();
 
     std::mutex m_fileMutex; ///< held by whoever uses m_file; taken before m_mutex
     SettingsFile m_file;
+    std::string m_lastWarning; ///< empty when the last use of the file succeeded
 
     mutable std::mutex m_mutex; ///< of what follows; never held while the disk is used
     PlistDictionary m_stored;

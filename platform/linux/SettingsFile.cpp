@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <ctime>
+#include <filesystem>
 #include <thread>
 #include <utility>
 
@@ -32,6 +33,12 @@ std::string utcNow()
     gmtime_r(&now, &parts);
     std::array<char, 32> text{};
     return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%dT%H%M%SZ", &parts)};
+}
+
+std::string folderOf(const std::string &path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
 }
 
 bool isLackOfLocks(int errorNumber) noexcept
@@ -149,7 +156,8 @@ bool SettingsFile::isDamage(const ArchiveError &error) noexcept
 
 Result<std::string, ArchiveError> SettingsFile::setAside()
 {
-    const std::string firstName = m_path + ".damaged-" + utcNow();
+    const std::string target = linkTarget();
+    const std::string firstName = target + ".damaged-" + utcNow();
     for (int attempt = 1; attempt <= nameAttempts; ++attempt) {
         std::string name = attempt == 1 ? firstName : firstName + '-' + std::to_string(attempt);
         // Taken by an empty file first: the renaming would replace whatever has the name.
@@ -163,7 +171,7 @@ Result<std::string, ArchiveError> SettingsFile::setAside()
             return unwritable("cannot set aside", errno);
         }
         m_calls.close(taken);
-        if (m_calls.rename(m_path.c_str(), name.c_str()) == 0) {
+        if (m_calls.rename(target.c_str(), name.c_str()) == 0) {
             return name;
         }
         const int errorNumber = errno;
@@ -175,7 +183,7 @@ Result<std::string, ArchiveError> SettingsFile::setAside()
 
 Result<Done, ArchiveError> SettingsFile::write(const PlistValue &content)
 {
-    AtomicFile file(m_path, m_calls);
+    AtomicFile file(linkTarget(), m_calls);
     if (auto opened = file.open(); !opened) {
         return opened;
     }
@@ -187,8 +195,29 @@ Result<Done, ArchiveError> SettingsFile::write(const PlistValue &content)
 
 std::string SettingsFile::folder() const
 {
-    const std::size_t slash = m_path.rfind('/');
-    return slash == std::string::npos ? "." : slash == 0 ? "/" : m_path.substr(0, slash);
+    return folderOf(m_path);
+}
+
+std::string SettingsFile::folderOfFile() const
+{
+    return folderOf(linkTarget());
+}
+
+/// The path at the end of the links; the path of the file itself when it is none. Links in a circle
+/// lead nowhere: then it is one of them, which cannot be opened.
+std::string SettingsFile::linkTarget() const
+{
+    constexpr int maxLinkCount = 40; // as many as the kernel follows
+    std::filesystem::path path = m_path;
+    for (int count = 0; count < maxLinkCount; ++count) {
+        std::error_code isNoLink;
+        const std::filesystem::path target = std::filesystem::read_symlink(path, isNoLink);
+        if (isNoLink) {
+            break;
+        }
+        path = path.parent_path() / target; // an absolute target replaces all of it
+    }
+    return path;
 }
 
 ArchiveError SettingsFile::unreadable(int errorNumber) const

@@ -16,6 +16,9 @@ namespace tessaly {
 /// from changing it at once.
 ///
 /// Mode:    0600, in a folder that is made on demand (0700).
+/// Links:   the path may be a symbolic link, also one to a file that does not exist yet. The file
+///          that it leads to is read, replaced and set aside; the link stays. The lock lies beside
+///          the link.
 /// Lock:    flock() on a file beside it, named like it with ".lock" added, which stays there. The
 ///          system gives the lock back when its holder ends, however that happens. On file systems
 ///          without locks there is none.
@@ -57,7 +60,7 @@ public:
     /// Whether the error says that the file holds no settings, and not that it cannot be read.
     [[nodiscard]] static bool isDamage(const ArchiveError &error) noexcept;
 
-    /// Renames the file to a new name beside it and answers that: "NAME.damaged-20240229T235959Z",
+    /// Renames the file to a new name beside it and returns that: "NAME.damaged-20240229T235959Z",
     /// with a number added when that is taken. Requires: the lock.
     [[nodiscard]] Result<std::string, ArchiveError> setAside();
 
@@ -65,9 +68,13 @@ public:
     [[nodiscard]] Result<Done, ArchiveError> write(const PlistValue &content);
 
     [[nodiscard]] const std::string &path() const noexcept { return m_path; }
+    /// Of the path, where the lock lies.
     [[nodiscard]] std::string folder() const;
+    /// Where the file lies, and temporary files with it: another folder when the path is a link.
+    [[nodiscard]] std::string folderOfFile() const;
 
 private:
+    [[nodiscard]] std::string linkTarget() const;
     [[nodiscard]] Result<std::vector<std::byte>, ArchiveError> bytesOf(int descriptor);
     [[nodiscard]] ArchiveError unreadable(int errorNumber) const;
     [[nodiscard]] ArchiveError unwritable(const std::string &what, int errorNumber) const;

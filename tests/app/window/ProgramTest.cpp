@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstddef>
+#include <string>
 
 namespace tessaly {
 namespace {
@@ -46,6 +48,19 @@ TEST_F(ProgramTest, runsOnceWithoutABusToo)
     second->sendSignal(SIGTERM); // closes the window that says so
     EXPECT_EQ(statusOf(*second), 1) << second->complaints();
     EXPECT_TRUE(first->isRunning());
+}
+
+TEST_F(ProgramTest, saysOnceThatItsSettingsCannotBeStored)
+{
+    m_folder.file("config", 1); // where the folder should be
+    const auto program = start();
+    ASSERT_TRUE(waitForLog(*program, "content painted")) << program->complaints();
+    program->sendSignal(SIGTERM);
+    EXPECT_EQ(statusOf(*program), 0) << program->complaints();
+    const std::string log = program->complaints();
+    const std::size_t line = log.find("settings: cannot make the folder");
+    ASSERT_NE(line, std::string::npos) << log;
+    EXPECT_EQ(log.find("settings: cannot make the folder", line + 1), std::string::npos) << log;
 }
 
 TEST_F(ProgramTest, startsWithABusThatSaysNothing)

@@ -10,6 +10,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <string>
 #include <thread>
@@ -59,6 +62,11 @@ protected:
         });
         EXPECT_EQ(names.size(), 1U);
         return names.empty() ? "" : textOfFile(m_folder.path(names[0]));
+    }
+
+    [[nodiscard]] static bool isLink(const std::string &path)
+    {
+        return std::filesystem::is_symlink(path);
     }
 
     TemporaryFolder m_folder;
@@ -455,8 +463,8 @@ TEST_F(LinuxSettingsStoreTest, aDamagedFileThatCannotBeSetAsideIsLeftAlone)
     }
 
     EXPECT_EQ(textOfFile(m_path), "damaged");
-    EXPECT_EQ(log.lines(), Names(3, "tessaly.settings: cannot set aside " + m_path +
-                                        ": Operation not permitted"));
+    EXPECT_EQ(log.lines(),
+              Names{"tessaly.settings: cannot set aside " + m_path + ": Operation not permitted"});
 }
 
 TEST_F(LinuxSettingsStoreTest, aFileThatMayNotBeReadIsLeftAlone)
@@ -474,7 +482,7 @@ TEST_F(LinuxSettingsStoreTest, aFileThatMayNotBeReadIsLeftAlone)
         EXPECT_FALSE(store.flush());
         EXPECT_EQ(store.integer("key"), 1);
         EXPECT_EQ(log.lines(),
-                  Names(2, "tessaly.settings: cannot read " + m_path + ": Permission denied"));
+                  Names{"tessaly.settings: cannot read " + m_path + ": Permission denied"});
     });
 
     EXPECT_EQ(textOfFile(m_path), "somebody else's");
@@ -534,6 +542,82 @@ TEST_F(LinuxSettingsStoreTest, aReadOnlyFolderKeepsTheChangesPending)
     });
 
     EXPECT_EQ(onDisk(), (PlistDictionary{{"old", 1}}));
+}
+
+TEST_F(LinuxSettingsStoreTest, theSameFailureIsLoggedOnceUntilItIsOver)
+{
+    const std::string folder = m_folder.path("config");
+    m_path = folder + "/settings.plist";
+    const std::string complaint =
+        "tessaly.settings: cannot make the folder of " + m_path + ": Not a directory";
+    LinuxSettingsStore store(m_path);
+    const LoggedWarnings log;
+    for (std::size_t failureCount = 1; failureCount <= 2; ++failureCount) {
+        writeFile(folder, "");
+        for (const char *key : {"a", "b", "c"}) {
+            store.setInteger(key, static_cast<std::int64_t>(failureCount));
+            EXPECT_FALSE(store.flush());
+            EXPECT_FALSE(store.flush());
+        }
+        EXPECT_EQ(log.lines(), Names(failureCount, complaint));
+
+        ASSERT_EQ(unlink(folder.c_str()), 0);
+        EXPECT_TRUE(store.flush());
+        std::filesystem::remove_all(folder);
+    }
+}
+
+TEST_F(LinuxSettingsStoreTest, aLinkStaysAndTheFileBehindItIsReplaced)
+{
+    m_folder.folder("dotfiles");
+    const std::string target = m_folder.path("dotfiles/mine");
+    ASSERT_EQ(symlink("dotfiles/middle", m_path.c_str()), 0);
+    ASSERT_EQ(symlink(target.c_str(), m_folder.path("dotfiles/middle").c_str()), 0);
+    {
+        LinuxSettingsStore store(m_path); // the links lead nowhere so far
+        store.setInteger("key", 1);
+        EXPECT_TRUE(store.flush());
+        store.setInteger("key", 2);
+        EXPECT_TRUE(store.flush());
+    }
+    EXPECT_TRUE(isLink(m_path));
+    EXPECT_TRUE(isLink(m_folder.path("dotfiles/middle")));
+    EXPECT_FALSE(isLink(target));
+    EXPECT_EQ(LinuxSettingsStore(m_path).integer("key"), 2);
+    EXPECT_EQ(LinuxSettingsStore(target).integer("key"), 2);
+    EXPECT_EQ(namesIn(m_folder.path()),
+              (Names{"dotfiles", "settings.plist", "settings.plist.lock"}));
+    EXPECT_EQ(namesIn(m_folder.path("dotfiles")), (Names{"middle", "mine"}));
+}
+
+TEST_F(LinuxSettingsStoreTest, aDamagedFileBehindALinkIsSetAsideThere)
+{
+    m_folder.folder("dotfiles");
+    writeFile(m_folder.path("dotfiles/mine"), "damaged\n");
+    writeFile(m_folder.path("dotfiles/.tessaly-0123456789abcdef.tmp"), "of a killed process");
+    ASSERT_EQ(symlink("dotfiles/mine", m_path.c_str()), 0);
+    const LoggedWarnings log;
+    LinuxSettingsStore store(m_path);
+    store.setInteger("key", 1);
+    EXPECT_TRUE(store.flush());
+    EXPECT_TRUE(isLink(m_path));
+    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    const Names names = namesIn(m_folder.path("dotfiles"));
+    ASSERT_EQ(names.size(), 2U);
+    EXPECT_EQ(names[0], "mine");
+    EXPECT_TRUE(names[1].starts_with("mine.damaged-")) << names[1];
+    EXPECT_EQ(textOfFile(m_folder.path("dotfiles/" + names[1])), "damaged\n");
+}
+
+TEST_F(LinuxSettingsStoreTest, linksInACircleAreLeftAlone)
+{
+    ASSERT_EQ(symlink("settings.plist", m_path.c_str()), 0);
+    const LoggedWarnings log;
+    LinuxSettingsStore store(m_path);
+    store.setInteger("key", 1);
+    EXPECT_FALSE(store.flush());
+    EXPECT_TRUE(isLink(m_path));
+    EXPECT_EQ(log.lines().size(), 1U);
 }
 
 TEST_F(LinuxSettingsStoreTest, whileAnotherHoldsTheLockTheChangesStayPending)

@@ -10,8 +10,8 @@
 namespace tessaly {
 
 /// A mounted file system whose server takes requests and never answers them, as one on a machine
-/// that is gone. A thread that uses it is stuck in the kernel, whatever happens to its process, until
-/// this is destroyed: its calls fail then.
+/// that is gone. A thread that uses it is stuck in the kernel, whatever happens to its process; its
+/// call fails when this is destroyed.
 ///
 /// Requires: hasOwnMounts(). This process must not use the folder itself.
 class UnansweringMount {

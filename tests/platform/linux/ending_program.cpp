@@ -184,8 +184,8 @@ int claim(const std::string &argument)
     return QCoreApplication::exec();
 }
 
-/// "FOLDER:MOUNT:END". Claims, gets a thread stuck in the mount, and when it is asked to end does so
-/// by EndWatch ("watch") or by itself ("return").
+/// "FOLDER:MOUNT:END". Claims, gets a thread stuck in the mount, and when it is asked to end does
+/// so by EndWatch ("watch") or by itself ("return").
 int getStuck(const std::string &argument)
 {
     const QStringList parts = QString::fromStdString(argument).split(u':');
