@@ -6,13 +6,13 @@ namespace tessaly {
 
 /// The desktop's file manager, for showing where things are and what they are.
 ///
-/// Paths are absolute and bytes; a slash too many, in the middle or at the end, does no harm. What
-/// is no such path, and what does not exist, is not shown.
+/// Paths are absolute and bytes; a slash too many, in the middle or at the end, does no harm.
 ///
 /// Threads: the main thread. The calls return at once, and never wait for a file system or for
 ///          another program.
-/// Errors:  none reach the caller; they go to the log. Without a file manager something else is
-///          shown, as told below.
+/// Errors:  none reach the caller; they go to the log. Nothing is shown for what is no such path.
+///          For an item that no longer exists, or cannot be looked at, a window of our own says so.
+///          Without a file manager something else is shown, as told below.
 class FileManager {
 public:
     FileManager() = default;

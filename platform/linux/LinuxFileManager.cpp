@@ -93,6 +93,7 @@ void LinuxFileManager::show(std::string_view path, Method method,
                     callFileManager(url, method, [fallback, clean] { fallback(clean); });
                 } else {
                     logNotShown(clean, std::generic_category().message(error));
+                    showOwnWindow(clean); // which says why
                 }
             });
         });
