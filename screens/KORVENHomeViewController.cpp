@@ -244,7 +244,7 @@ QString KORVENHomeViewController::trashImageName(const KORVENFolderObject &row) 
 
 void KORVENHomeViewController::quickLookItem(std::string_view path)
 {
-    KORVENQuicklookController::sharedStore().quickLookItem(path);
+    KORVENQuicklookController::sharedStore().quickLookItem(path, shownFileNames());
 }
 
 std::string KORVENHomeViewController::itemArchivePath()

@@ -7,9 +7,13 @@
 #include "platform/SettingsStore.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <unordered_map>
 #include <utility>
+
+#include <sys/stat.h>
 
 namespace tessaly {
 
@@ -43,6 +47,30 @@ std::string folderOf(std::string_view path)
     const auto isDoubled = [](char a, char b) { return a == '/' && b == '/'; };
     folder.erase(std::unique(folder.begin(), folder.end(), isDoubled), folder.end());
     return std::string(withoutEndingSlashes(folder));
+}
+
+/// Puts the entries with these names first, in the order of the names; the others keep theirs.
+void orderAsShown(std::vector<PreviewFolderEntry> &entries,
+                  const std::vector<std::string> &shownNames)
+{
+    std::unordered_map<std::string_view, std::size_t> places;
+    for (const std::string &name : shownNames) {
+        places.emplace(name, places.size());
+    }
+    const auto placeOf = [&](const PreviewFolderEntry &entry) {
+        const auto found = places.find(entry.name);
+        return found != places.end() ? found->second : places.size();
+    };
+    std::stable_sort(entries.begin(), entries.end(),
+                     [&](const auto &a, const auto &b) { return placeOf(a) < placeOf(b); });
+}
+
+/// Whether the folder is there and the file is not.
+bool isGoneFrom(const std::string &folder, const std::string &file)
+{
+    struct stat status;
+    return stat(folder.c_str(), &status) == 0 && lstat(file.c_str(), &status) != 0 &&
+           errno == ENOENT;
 }
 
 } // namespace
@@ -95,43 +123,55 @@ void KORVENQuicklookController::close(GrantedFolder &folder) const
     folder = {};
 }
 
-void KORVENQuicklookController::quickLookItem(std::string_view path, std::string_view scanKey)
+void KORVENQuicklookController::quickLookItem(std::string_view path, std::string_view scanKey,
+                                              const std::vector<std::string> &shownNames)
 {
     close(m_scan);
     m_scan = opened(scanKey);
     if (m_scan.url) {
-        quickLookItem(path);
+        quickLookItem(path, shownNames);
     }
 }
 
-void KORVENQuicklookController::quickLookItem(std::string_view path)
+void KORVENQuicklookController::quickLookItem(std::string_view path,
+                                              const std::vector<std::string> &shownNames)
 {
-    quickLookItems(path);
+    quickLookItems(path, shownNames);
 }
 
-void KORVENQuicklookController::quickLookItems(std::string_view path)
+void KORVENQuicklookController::listFiles(std::string_view path,
+                                          const std::vector<std::string> &shownNames)
 {
-    m_savedPath = folderOf(path);
     m_qlArray.clear();
+    if (m_savedPath.find('\0') != std::string::npos) {
+        return;
+    }
+    std::vector<PreviewFolderEntry> entries = m_listFolder(m_savedPath);
+    orderAsShown(entries, shownNames);
     std::size_t start = 0;
-    if (m_savedPath.find('\0') == std::string::npos) {
-        for (const PreviewFolderEntry &entry : m_listFolder(m_savedPath)) {
-            if (entry.isFolder || entry.name.starts_with('.')) {
-                continue;
-            }
-            const std::string file = m_savedPath + '/' + entry.name;
-            auto url = fileUrl(file);
-            if (!url) {
-                continue;
-            }
-            if (file == path) {
-                start = m_qlArray.size();
-            }
-            m_qlArray.push_back(std::move(*url));
+    for (const PreviewFolderEntry &entry : entries) {
+        if (entry.isFolder || entry.name.starts_with('.')) {
+            continue;
         }
+        const std::string file = m_savedPath + '/' + entry.name;
+        auto url = fileUrl(file);
+        if (!url) {
+            continue;
+        }
+        if (file == path) {
+            start = m_qlArray.size();
+        }
+        m_qlArray.push_back(std::move(*url));
     }
     std::rotate(m_qlArray.begin(), m_qlArray.begin() + static_cast<std::ptrdiff_t>(start),
                 m_qlArray.end());
+}
+
+void KORVENQuicklookController::quickLookItems(std::string_view path,
+                                               const std::vector<std::string> &shownNames)
+{
+    m_savedPath = folderOf(path);
+    listFiles(path, shownNames);
 
     PreviewPanel &panel = m_services.previewPanels.sharedPreviewPanel();
     if (panel.isVisible()) {
@@ -141,6 +181,9 @@ void KORVENQuicklookController::quickLookItems(std::string_view path)
     }
     panel.setCurrentPreviewItemIndex(0);
     panel.reloadData();
+    if (const auto url = fileUrl(path); url && isGoneFrom(m_savedPath, std::string(path))) {
+        panel.showUnlistedItem(*url);
+    }
 }
 
 bool KORVENQuicklookController::acceptsPreviewPanelControl(PreviewPanel & /*panel*/)

@@ -18,10 +18,13 @@ class FolderBookmarks;
 /// The one controller of the preview panel: from a file's path it makes the list of the files to
 /// page through, the visible ones of the same folder with the chosen one first.
 ///
+/// Order:   the folder's files come in the order of `shownNames`, the names of the rows that the
+///          user sees; files that are no rows come after them, in the file system's order.
 /// Paths:   bytes. URLs: "file:" URLs (see FileUrl.hpp).
 /// Threads: the main thread; sharedStore() may be called first by any.
 /// Errors:  none reach the caller. A folder that cannot be read gives an empty list, a bookmark
-///          that does not resolve no preview at all.
+///          that does not resolve no preview at all. A file that has gone from its folder is shown
+///          as gone, beside the list.
 class KORVENQuicklookController final : public PreviewPanelController,
                                         public PreviewPanelDataSource,
                                         public PreviewPanelDelegate {
@@ -40,12 +43,13 @@ public:
 
     /// Previews a file of a folder that was scanned by way of the bookmark that the settings keep
     /// under the scan's key. Nothing is shown when there is none, or it does not resolve.
-    void quickLookItem(std::string_view path, std::string_view scanKey);
-    void quickLookItem(std::string_view path);
+    void quickLookItem(std::string_view path, std::string_view scanKey,
+                       const std::vector<std::string> &shownNames = {});
+    void quickLookItem(std::string_view path, const std::vector<std::string> &shownNames = {});
     /// Makes the list anew and shows the panel, with the file at this path first. When the path is
     /// none of the list's (a folder, a hidden file, another spelling), the list begins with the
     /// folder's first file.
-    void quickLookItems(std::string_view path);
+    void quickLookItems(std::string_view path, const std::vector<std::string> &shownNames = {});
 
     // What the panel asks.
     [[nodiscard]] bool acceptsPreviewPanelControl(PreviewPanel &panel) override;
@@ -87,6 +91,9 @@ private:
     /// The folder of the bookmark under a key of the settings, and access to it.
     [[nodiscard]] GrantedFolder opened(std::string_view settingsKey) const;
     void close(GrantedFolder &folder) const;
+
+    /// Makes the list of the files in m_savedPath.
+    void listFiles(std::string_view path, const std::vector<std::string> &shownNames);
 
     const Services m_services;
     FolderLister m_listFolder;

@@ -178,7 +178,7 @@ void KORVENScanViewController::loadHistoryItem(std::string_view scanKey)
 
 void KORVENScanViewController::quickLookItem(std::string_view path)
 {
-    KORVENQuicklookController::sharedStore().quickLookItem(path, m_uuid);
+    KORVENQuicklookController::sharedStore().quickLookItem(path, m_uuid, shownFileNames());
 }
 
 std::string KORVENScanViewController::itemArchivePath()

@@ -452,6 +452,17 @@ KORVENFolderCellView *ResultViewController::selectedCell() const
     return qobject_cast<KORVENFolderCellView *>(m_tableView->selectedCell());
 }
 
+std::vector<std::string> ResultViewController::shownFileNames() const
+{
+    std::vector<std::string> names;
+    for (const KORVENFolderObject &row : m_scanArray) {
+        if (!row.folderIsDirectory()) {
+            names.emplace_back(row.folderName());
+        }
+    }
+    return names;
+}
+
 void ResultViewController::showQuickLook()
 {
     if (KORVENFolderCellView *cell = selectedCell()) {

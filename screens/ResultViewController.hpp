@@ -146,6 +146,8 @@ protected:
     void showEmptyState(const QString &title, const QString &text);
     void showTotal(const QString &total);
     void reloadTable();
+    /// The names of the rows that are files, in the order in which they are shown.
+    [[nodiscard]] std::vector<std::string> shownFileNames() const;
     [[nodiscard]] KORVENButton &scanButton() const noexcept { return *m_scanButton; }
     [[nodiscard]] KORVENButton &cancelButton() const noexcept { return *m_cancelButton; }
 

@@ -3,6 +3,7 @@
 #include "platform/PreviewPanels.hpp"
 
 #include <cstddef>
+#include <string>
 
 namespace tessaly {
 
@@ -23,6 +24,7 @@ public:
     [[nodiscard]] std::size_t currentPreviewItemIndex() const override { return m_index; }
     void setCurrentPreviewItemIndex(std::size_t index) override { m_index = index; }
     void reloadData() override {}
+    void showUnlistedItem(const std::string & /*url*/) override {}
 
 private:
     PreviewPanelDelegate *m_delegate = nullptr;

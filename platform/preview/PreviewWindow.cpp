@@ -114,6 +114,18 @@ QString darkStyleSheet()
     )"_s;
 }
 
+/// A tooltip that shows the text as it is, whatever markup it holds, and wraps it.
+QString plainToolTip(const QString &text)
+{
+    return u"<p style=\"white-space: pre-wrap\">%1</p>"_s.arg(text.toHtmlEscaped());
+}
+
+/// Kept from Qt, which takes "[*]" in a title for a mark of its own.
+QString plainTitle(QString text)
+{
+    return text.replace("[*]"_L1, "[*][*]"_L1);
+}
+
 QString sizeOf(const PreviewInfo &info)
 {
     return QString::fromStdString(sizeText(static_cast<double>(info.status.byteCount)));
@@ -213,16 +225,24 @@ QSize PreviewWindow::largestImage() const
 
 void PreviewWindow::showFile(const std::string &path, std::size_t index, std::size_t count)
 {
-    stop();
-    const QString name = previewName(path);
     //: The title of a preview: a file's name, its place among the files, and their number
-    const QString title =
-        tr("%1 — %2 of %3").arg(name, QString::number(index + 1), QString::number(count));
-    m_title->setText(title);
-    m_title->setToolTip(name);
-    setWindowTitle(title);
-    m_previous->setEnabled(count > 1);
-    m_next->setEnabled(count > 1);
+    load(path,
+         tr("%1 — %2 of %3")
+             .arg(previewName(path), QString::number(index + 1), QString::number(count)),
+         count > 1);
+}
+
+void PreviewWindow::showUnlistedFile(const std::string &path, std::size_t count)
+{
+    load(path, previewName(path), count > 0);
+}
+
+void PreviewWindow::load(const std::string &path, const QString &title, bool canPage)
+{
+    stop();
+    showTitle(title, plainToolTip(previewName(path)));
+    m_previous->setEnabled(canPage);
+    m_next->setEnabled(canPage);
     m_open->setEnabled(true);
     m_note->clear();
     m_message->setText(tr("Loading…"));
@@ -230,12 +250,17 @@ void PreviewWindow::showFile(const std::string &path, std::size_t index, std::si
     m_loader->load(path, largestImage());
 }
 
+void PreviewWindow::showTitle(const QString &title, const QString &toolTip)
+{
+    m_title->setText(title);
+    m_title->setToolTip(toolTip);
+    setWindowTitle(plainTitle(title));
+}
+
 void PreviewWindow::showNothing()
 {
     stop();
-    m_title->setText(tr("Preview"));
-    m_title->setToolTip({});
-    setWindowTitle(tr("Preview"));
+    showTitle(tr("Preview"), {});
     m_previous->setEnabled(false);
     m_next->setEnabled(false);
     m_open->setEnabled(false);
@@ -280,6 +305,7 @@ void PreviewWindow::showCard(const PreviewInfo &info, const QString &message)
 void PreviewWindow::showLoaded(const LoadedPreview &preview)
 {
     m_info = preview.info;
+    m_open->setEnabled(m_info.status.kind != PreviewFileStatus::Kind::missing);
     QStringList note{m_info.type};
     if (const auto *image = std::get_if<PreviewImage>(&preview.content)) {
         m_image->show(*image);

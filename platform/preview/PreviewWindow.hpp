@@ -36,6 +36,8 @@ public:
 
     /// Shows the file at `path` (bytes), which is the one with this index of `count`.
     void showFile(const std::string &path, std::size_t index, std::size_t count);
+    /// Shows the file at `path` (bytes), which is none of the `count` that can be paged through.
+    void showUnlistedFile(const std::string &path, std::size_t count);
     /// Shows that there is no file.
     void showNothing();
     /// Gives up what is being read, and stops what plays.
@@ -78,6 +80,8 @@ private:
     bool handleKey(QWidget *focus, int key);
     bool scrollBy(int key);
     void toggleFullScreen();
+    void load(const std::string &path, const QString &title, bool canPage);
+    void showTitle(const QString &title, const QString &toolTip);
     void showLoaded(const LoadedPreview &preview);
     void showCard(const PreviewInfo &info, const QString &message);
     void showPage(QWidget *page, const QString &kind);

@@ -99,35 +99,56 @@ void QtPreviewPanel::endControl()
 
 void QtPreviewPanel::setCurrentPreviewItemIndex(std::size_t index)
 {
-    if (std::exchange(m_index, index) != index) {
+    if (std::exchange(m_index, index) != index || !m_unlistedUrl.empty()) {
         reloadData();
     }
 }
 
+std::size_t QtPreviewPanel::itemCount() const
+{
+    return m_dataSource != nullptr ? m_dataSource->numberOfPreviewItemsInPreviewPanel() : 0;
+}
+
 std::string QtPreviewPanel::currentUrl() const
 {
-    return m_dataSource != nullptr && m_index < m_dataSource->numberOfPreviewItemsInPreviewPanel()
-               ? m_dataSource->previewItemAtIndex(m_index)
-               : std::string();
+    if (!m_unlistedUrl.empty()) {
+        return m_unlistedUrl;
+    }
+    return m_index < itemCount() ? m_dataSource->previewItemAtIndex(m_index) : std::string();
 }
 
 void QtPreviewPanel::reloadData()
 {
+    m_unlistedUrl.clear();
     if (!isVisible()) {
         return; // is done when the panel opens
     }
-    const std::string url = currentUrl();
-    if (const auto path = pathOfFileUrl(url)) {
-        m_window->showFile(*path, m_index, m_dataSource->numberOfPreviewItemsInPreviewPanel());
+    if (const auto path = pathOfFileUrl(currentUrl())) {
+        m_window->showFile(*path, m_index, itemCount());
     } else {
         m_window->showNothing();
     }
 }
 
+void QtPreviewPanel::showUnlistedItem(const std::string &url)
+{
+    const auto path = pathOfFileUrl(url);
+    if (isVisible() && path) {
+        m_unlistedUrl = url;
+        m_window->showUnlistedFile(*path, itemCount());
+    }
+}
+
 void QtPreviewPanel::page(int step)
 {
-    const std::size_t count =
-        m_dataSource != nullptr ? m_dataSource->numberOfPreviewItemsInPreviewPanel() : 0;
+    const std::size_t count = itemCount();
+    if (!m_unlistedUrl.empty()) {
+        if (count > 0) {
+            m_index = step < 0 ? count - 1 : 0;
+            reloadData();
+        }
+        return;
+    }
     if (count < 2) {
         return;
     }

@@ -48,6 +48,7 @@ public:
     [[nodiscard]] std::size_t currentPreviewItemIndex() const override { return m_index; }
     void setCurrentPreviewItemIndex(std::size_t index) override;
     void reloadData() override;
+    void showUnlistedItem(const std::string &url) override;
 
     /// Tells the controller that its control has ended, if it has any.
     void endControl();
@@ -55,6 +56,9 @@ public:
     [[nodiscard]] PreviewWindow &window() const { return *m_window; }
 
 private:
+    /// Of the data source; 0 without one.
+    [[nodiscard]] std::size_t itemCount() const;
+    /// Of what is shown; empty when that is nothing.
     [[nodiscard]] std::string currentUrl() const;
     void page(int step);
     void restoreSize();
@@ -68,6 +72,7 @@ private:
     PreviewPanelDelegate *m_delegate = nullptr;
     PreviewPanelDataSource *m_dataSource = nullptr;
     std::size_t m_index = 0;
+    std::string m_unlistedUrl; ///< of what is shown in place of the current item; or empty
     QSize m_savedSize;
     std::unique_ptr<PreviewWindow> m_window;
 };

@@ -54,6 +54,7 @@ public:
     void reloadData() override
     {
         ++m_reloadCount;
+        m_unlistedItem.clear();
         m_items.clear();
         if (m_dataSource == nullptr) {
             return;
@@ -63,8 +64,12 @@ public:
         }
     }
 
+    void showUnlistedItem(const std::string &url) override { m_unlistedItem = url; }
+
     /// The items as of the last reload.
     [[nodiscard]] const std::vector<std::string> &items() const { return m_items; }
+    /// What is shown in place of them; empty when one of them is.
+    [[nodiscard]] const std::string &unlistedItem() const { return m_unlistedItem; }
 
     [[nodiscard]] int frontCount() const { return m_frontCount; }
     [[nodiscard]] int keyCount() const { return m_keyCount; }
@@ -78,6 +83,7 @@ private:
     PreviewPanelDataSource *m_dataSource = nullptr;
     std::size_t m_index = 0;
     std::vector<std::string> m_items;
+    std::string m_unlistedItem;
     bool m_isVisible = false;
     int m_frontCount = 0;
     int m_keyCount = 0;

@@ -209,6 +209,22 @@ TEST_F(KORVENHomeViewControllerTest, previewsByThePathAlone)
     EXPECT_TRUE(m_services.previewPanels.sharedPreviewPanel().isVisible());
 }
 
+TEST_F(KORVENHomeViewControllerTest, previewsPageInTheOrderOfTheRows)
+{
+    for (const char *name : {"Ada/b", "Ada/d", "Ada/a", "Ada/c"}) {
+        m_disk.file(name, 10);
+    }
+    openWith(*makeTree(homePath(), {file("b", 40), file("d", 30), file("a", 20), file("c", 10)}));
+    const auto &preview = KORVENQuicklookController::sharedStore();
+    cell(0).clickedName();
+    EXPECT_EQ(preview.qlArray(),
+              (Names{homeUrl() + "/b", homeUrl() + "/d", homeUrl() + "/a", homeUrl() + "/c"}));
+    m_screen->sortClicked();
+    cell(0).clickedName();
+    EXPECT_EQ(preview.qlArray(),
+              (Names{homeUrl() + "/a", homeUrl() + "/b", homeUrl() + "/c", homeUrl() + "/d"}));
+}
+
 TEST_F(KORVENHomeViewControllerTest, thePreferencesApplyWhenTheTableIsRefreshed)
 {
     openWith(*makeTree("/home/ada", {file("a", 10), file("b", 2'000'000)}));

@@ -67,6 +67,15 @@ TEST_F(KORVENQuicklookControllerTest, theFirstAndTheLastFileComeFirstToo)
     EXPECT_EQ(controller->qlArray(), (Urls{"file:///x/c", "file:///x/a", "file:///x/b"}));
 }
 
+TEST_F(KORVENQuicklookControllerTest, theShownNamesComeFirstInTheirOrder)
+{
+    const auto controller = controllerOf(m_abcd);
+    controller->quickLookItem("/x/a", {"c", "no such file", "a", "d"});
+    EXPECT_EQ(controller->qlArray(), (Urls{"file:///x/a", "file:///x/b", "file:///x/c"}));
+    controller->quickLookItem("/x/c", {"c", "no such file", "a", "d"});
+    EXPECT_EQ(controller->qlArray(), (Urls{"file:///x/c", "file:///x/a", "file:///x/b"}));
+}
+
 TEST_F(KORVENQuicklookControllerTest, whatIsNotInTheListLeavesTheOrder)
 {
     const auto controller = controllerOf({{".h", false}, {"a", false}, {"b", false}, {"d", true}});
@@ -129,6 +138,7 @@ TEST_F(KORVENQuicklookControllerTest, aFolderThatIsGoneShowsAnEmptyPanel)
     EXPECT_TRUE(controller->qlArray().empty());
     EXPECT_TRUE(panel().isVisible());
     EXPECT_TRUE(panel().items().empty());
+    EXPECT_EQ(panel().unlistedItem(), "");
 }
 
 TEST_F(KORVENQuicklookControllerTest, aPathThatIsNoneShowsAnEmptyPanel)

@@ -1,5 +1,6 @@
 #include "platform/preview/QtPreviewPanels.hpp"
 
+#include "platform/preview/CardView.hpp"
 #include "platform/preview/PreviewWindow.hpp"
 #include "platform/preview/TextView.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
@@ -10,9 +11,12 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <QTextDocument>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -161,6 +165,54 @@ TEST_F(QtPreviewPanelsTest, reloadingShowsWhatTheListHasBecome)
     EXPECT_EQ(title(), u"c — 1 of 1"_s);
 }
 
+TEST_F(QtPreviewPanelsTest, showsAFileBesideTheListUntilAnotherOneIsAskedFor)
+{
+    const std::string gone = fileUrl(m_folder.path("gone")).value();
+    panel().showUnlistedItem(gone);
+    EXPECT_FALSE(panel().isVisible());
+    open();
+    panel().setCurrentPreviewItemIndex(1);
+    const struct {
+        std::function<void()> leave;
+        QString title;
+    } ways[] = {{[this] { QTest::keyClick(&window(), Qt::Key_Right); }, u"a — 1 of 3"_s},
+                {[this] { QTest::keyClick(&window(), Qt::Key_Left); }, u"c — 3 of 3"_s},
+                {[this] { panel().reloadData(); }, u"c — 3 of 3"_s},
+                {[this] { panel().setCurrentPreviewItemIndex(2); }, u"c — 3 of 3"_s},
+                {[this] {
+                     panel().orderOut();
+                     open();
+                 },
+                 u"c — 3 of 3"_s}};
+    for (const auto &way : ways) {
+        panel().showUnlistedItem(gone);
+        EXPECT_EQ(title(), u"gone"_s);
+        waitUntil([this] { return window().shownKind() == u"card"_s; });
+        EXPECT_TRUE(window().cardView().text().contains(u"This file is no longer there."_s));
+        EXPECT_FALSE(button(u"Open"_s).isEnabled());
+        QTest::keyClick(&window(), Qt::Key_Return);
+        way.leave();
+        EXPECT_EQ(title(), way.title);
+        EXPECT_TRUE(button(u"Open"_s).isEnabled());
+    }
+    EXPECT_TRUE(m_opened.empty());
+}
+
+TEST_F(QtPreviewPanelsTest, pagesFromAFileBesideAListOfOne)
+{
+    open();
+    m_items.paths = {m_folder.path("c")};
+    panel().showUnlistedItem(fileUrl(m_folder.path("gone")).value());
+    QTest::mouseClick(&button(u"Next file"_s), Qt::LeftButton);
+    EXPECT_EQ(title(), u"c — 1 of 1"_s);
+
+    m_items.paths.clear();
+    panel().showUnlistedItem(fileUrl(m_folder.path("gone")).value());
+    EXPECT_FALSE(button(u"Next file"_s).isEnabled());
+    QTest::keyClick(&window(), Qt::Key_Right);
+    EXPECT_EQ(title(), u"gone"_s);
+}
+
 TEST_F(QtPreviewPanelsTest, arrowKeysPageAndWrapRound)
 {
     open();
@@ -291,6 +343,20 @@ TEST_F(QtPreviewPanelsTest, everyButtonHasANameForScreenReaders)
         EXPECT_FALSE(button->accessibleName().isEmpty() && button->text().isEmpty());
         EXPECT_NE(button->focusPolicy() & Qt::TabFocus, 0);
     }
+}
+
+TEST_F(QtPreviewPanelsTest, showsTheMarkupInANameAsItIs)
+{
+    const std::string name = "<b>a  & b [*]";
+    writeFile(m_folder.path(name), "text");
+    m_items.paths = {m_folder.path(name)};
+    open();
+    EXPECT_EQ(title(), u"<b>a  & b [*] — 1 of 1"_s);
+    EXPECT_TRUE(window().windowHandle()->title().startsWith(title()))
+        << window().windowHandle()->title().toStdString();
+    QTextDocument toolTip;
+    toolTip.setHtml(window().titleLabel().toolTip());
+    EXPECT_EQ(toolTip.toPlainText(), QString::fromStdString(name));
 }
 
 TEST_F(QtPreviewPanelsTest, namesOfAnyBytesHaveATitle)
