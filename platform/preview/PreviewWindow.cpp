@@ -134,14 +134,15 @@ QString sizeOf(const PreviewInfo &info)
 } // namespace
 
 PreviewWindow::PreviewWindow(bool canOpenFiles)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), m_loader(new PreviewLoader(this))
+    // A dialog, since window managers let no tool window fill the screen.
+    : QWidget(nullptr, Qt::Dialog | Qt::FramelessWindowHint), m_loader(new PreviewLoader(this))
 {
     setWindowTitle(tr("Preview"));
     setPalette(darkPalette());
     setStyleSheet(darkStyleSheet());
     setMouseTracking(true);
     setMinimumSize(360, 260);
-    // A tool window would otherwise vanish with the program's last other window.
+    // The program ends with its main window.
     setAttribute(Qt::WA_QuitOnClose, false);
 
     makeHeader();
@@ -422,16 +423,25 @@ bool PreviewWindow::scrollBy(int key)
 void PreviewWindow::toggleFullScreen()
 {
     setWindowState(windowState() ^ Qt::WindowFullScreen);
-    m_fullScreen->setGlyph(isFullScreen() ? GlyphButton::Glyph::window
-                                          : GlyphButton::Glyph::fullScreen,
-                           isFullScreen() ? tr("Leave full screen") : tr("Full screen"));
+}
+
+void PreviewWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    // Also when the window manager has changed it.
+    if (event->type() == QEvent::WindowStateChange) {
+        m_fullScreen->setGlyph(isFullScreen() ? GlyphButton::Glyph::window
+                                              : GlyphButton::Glyph::fullScreen,
+                               isFullScreen() ? tr("Leave full screen") : tr("Full screen"));
+    }
 }
 
 void PreviewWindow::closeEvent(QCloseEvent *event)
 {
-    // Whoever owns the window hides it, and knows then.
-    event->ignore();
+    // The owner hides the window. A window that refuses to close would keep the program from
+    // quitting, so the event is accepted either way.
     Q_EMIT closeAsked();
+    event->accept();
 }
 
 void PreviewWindow::paintEvent(QPaintEvent * /*event*/)
