@@ -93,9 +93,9 @@ public:
     virtual void setCurrentPreviewItemIndex(std::size_t index) = 0;
     /// Asks the data source again and shows the current item anew.
     virtual void reloadData() = 0;
-    /// Shows an item, by its "file:" URL, that is none of the data source's. Lasts until another
-    /// item is to be shown: paging leads to the data source's first one, or to its last, and so does
-    /// reloadData() to the current one. Does nothing while the panel is closed.
+    /// Shows an item, by its "file:" URL, that is none of the data source's, until another item is
+    /// to be shown: paging leads to the data source's first one or its last, reloadData() to the
+    /// current one. Does nothing while the panel is closed.
     virtual void showUnlistedItem(const std::string &url) = 0;
 };
 

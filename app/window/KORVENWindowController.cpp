@@ -13,6 +13,7 @@
 #include "app/window/PageView.hpp"
 #include "app/window/PreferenceSheet.hpp"
 #include "app/window/QuietMoment.hpp"
+#include "app/window/QuitKey.hpp"
 #include "app/window/RateMessageBox.hpp"
 #include "app/window/Sidebar.hpp"
 #include "app/window/SplitView.hpp"
@@ -148,6 +149,9 @@ void KORVENWindowController::awakeFromNib()
     selectPage(drivesPage);
     m_menuCommands = std::make_unique<MenuCommands>(*this);
     m_mainWindow->setApplicationMenu(&applicationMenu());
+    m_quitKey = std::make_unique<QuitKey>(
+        *m_mainWindow, applicationMenu().action(ApplicationMenu::Item::quit).shortcut(),
+        [this] { m_terminate(); });
     content->show(); // what is not shown gets no focus
     m_sidebar->outlineTable().setFocus();
     m_fullScreen->setFullscreenMenuItem(&fullscreenMenuItem());

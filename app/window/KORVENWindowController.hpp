@@ -26,6 +26,7 @@ class KORVENWindow;
 class MenuCommands;
 class PreferenceSheet;
 class QuietMoment;
+class QuitKey;
 class Sidebar;
 class SplitView;
 
@@ -149,6 +150,7 @@ private:
     PreferenceSheet *m_preferenceSheet = nullptr;
 
     std::unique_ptr<MenuCommands> m_menuCommands;
+    std::unique_ptr<QuitKey> m_quitKey;
     std::unique_ptr<HomeFolderGrant> m_homeFolderGrant;
     std::unique_ptr<KORVENDriveViewController> m_dvc;
     std::unique_ptr<KORVENHomeViewController> m_hvc;

@@ -1,4 +1,5 @@
-// The preview panel with a window manager that people use. The display is that of the whole program.
+// The preview panel with a window manager that people use. The display is that of the whole
+// program.
 
 #include "platform/preview/PreviewWindow.hpp"
 #include "platform/preview/QtPreviewPanels.hpp"
