@@ -93,9 +93,9 @@ class VirtualDesktop:
         )
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
 
-    def open_program(self, program):
+    def open_program(self, program, **more):
         """Starts Tessaly and waits for its window."""
-        process = self.start(program)
+        process = self.start(program, **more)
         waited(
             "the window of Tessaly",
             lambda: window_names(self.environment, "--name", "^Tessaly$"),

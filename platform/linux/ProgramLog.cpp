@@ -24,9 +24,12 @@ void writeMessage(QtMsgType /*type*/, const QMessageLogContext &context, const Q
 void ProgramLog::install()
 {
     std::signal(SIGPIPE, SIG_IGN);
+    // The rows' actions report nothing but their lines in the log, so these are always written.
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false\n"
                                                     "tessaly.*.debug=false\n"
-                                                    "tessaly.*.info=false\n"));
+                                                    "tessaly.*.info=false\n"
+                                                    "tessaly.screens.info=true\n"
+                                                    "tessaly.drives.info=true\n"));
     qInstallMessageHandler(writeMessage);
 }
 

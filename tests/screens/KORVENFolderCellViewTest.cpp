@@ -1,5 +1,6 @@
 #include "screens/KORVENFolderCellView.hpp"
 
+#include "tests/platform/linux/LoggedWarnings.hpp"
 #include "tests/screens/ScanScreenTest.hpp"
 
 #include <QAction>
@@ -87,6 +88,15 @@ TEST_F(KORVENFolderCellViewTest, aPressThatTheRowsWereReplacedUnderIsNoClick)
     QTest::mouseRelease(cell(0).iconImage(), Qt::LeftButton);
     QCoreApplication::processEvents();
     EXPECT_EQ(shownPath(), "/g");
+}
+
+TEST_F(KORVENFolderCellViewTest, whatIsShownInTheFileManagerIsLogged)
+{
+    showTree(makeTree("/f", {folder("d\n", {file("x", 20)})}));
+    const LoggedWarnings log;
+    cell(0).showInFinder();
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"tessaly.screens: name: d?"});
+    EXPECT_EQ(m_services.fileManager.revealed(), std::vector<std::string>{"//f/d\n"});
 }
 
 TEST_F(KORVENFolderCellViewTest, theMenuPreviewsFilesAlone)

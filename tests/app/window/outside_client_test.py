@@ -12,6 +12,7 @@ import os
 import shutil
 import subprocess
 import sys
+import tempfile
 
 PROJECT = os.path.dirname(
     os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -206,14 +207,21 @@ class DesktopForClients(VirtualDesktop):
         )
 
     def lead(self, program, part):
-        """Opens the program, lets a client do a part of the job, and sees the program end."""
-        process = self.open_program(program)
-        subprocess.run(
-            (sys.executable, "-B", __file__, AS_CLIENT, part), env=self.environment, check=True
-        )
-        status = process.wait(PATIENCE_SECONDS)
+        """Opens the program, lets a client do a part of the job, and sees the program end.
+
+        Returns what the program has written to its log.
+        """
+        with tempfile.TemporaryFile("w+") as log:
+            process = self.open_program(program, stderr=log)
+            subprocess.run(
+                (sys.executable, "-B", __file__, AS_CLIENT, part), env=self.environment, check=True
+            )
+            status = process.wait(PATIENCE_SECONDS)
+            log.seek(0)
+            lines = log.read().splitlines()
         if status != 0:
-            raise AssertionError(f"the program ended with status {status}")
+            raise AssertionError(f"the program ended with status {status}: {lines}")
+        return lines
 
 
 def make_files(folder):
@@ -242,7 +250,9 @@ def main(arguments):
         disk = os.path.join(desktop.home, DISK)
         make_files(disk)
         desktop.open()
-        desktop.lead(arguments[1], "scan")
+        log = desktop.lead(arguments[1], "scan")
+        if not any(line.endswith("name: Films") for line in log):
+            raise AssertionError(f"what was shown in the file manager was not logged: {log}")
         shutil.rmtree(disk)
         desktop.lead(arguments[1], "start_again")
     finally:

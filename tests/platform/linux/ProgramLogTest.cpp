@@ -7,11 +7,14 @@
 namespace tessaly {
 namespace {
 
-TEST(ProgramLog, showsWarningsOnly)
+TEST(ProgramLog, showsWarningsAndWhatTheRowsWereAskedFor)
 {
     EndingProgram program("log", "it went wrong");
     EXPECT_EQ(program.result(), 0);
-    EXPECT_EQ(program.complaints(), "tessaly: sample: it went wrong\ntessaly: of no category\n");
+    EXPECT_EQ(program.complaints(), "tessaly: sample: it went wrong\n"
+                                    "tessaly: screens: name: a row\n"
+                                    "tessaly: drives: name: a drive\n"
+                                    "tessaly: of no category\n");
 }
 
 TEST(ProgramLog, showsMoreWhenAskedTo)
@@ -21,6 +24,8 @@ TEST(ProgramLog, showsMoreWhenAskedTo)
     EXPECT_EQ(program.complaints(), "tessaly: sample: it went wrong\n"
                                     "tessaly: sample: some information\n"
                                     "tessaly: sample: a detail\n"
+                                    "tessaly: screens: name: a row\n"
+                                    "tessaly: drives: name: a drive\n"
                                     "tessaly: of no category\n");
 }
 

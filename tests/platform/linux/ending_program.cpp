@@ -37,6 +37,8 @@ namespace tessaly {
 namespace {
 
 Q_LOGGING_CATEGORY(sampleLog, "tessaly.sample")
+Q_LOGGING_CATEGORY(screensLog, "tessaly.screens")
+Q_LOGGING_CATEGORY(rowsOfDrivesLog, "tessaly.drives")
 
 constexpr std::size_t pageSize = 4096;
 
@@ -139,6 +141,8 @@ int log(const std::string &text)
     qCWarning(sampleLog).noquote() << QString::fromStdString(text);
     qCInfo(sampleLog) << "some information";
     qCDebug(sampleLog) << "a detail";
+    qCInfo(screensLog, "name: a row");
+    qCInfo(rowsOfDrivesLog, "name: a drive");
     qWarning("of no category");
     qDebug("nor this");
     return 0;
