@@ -3,7 +3,9 @@
 #include "engine/FolderWalk.hpp"
 
 #include <cassert>
+#include <cerrno>
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace tessaly {
@@ -29,11 +31,14 @@ private:
     std::shared_ptr<ScanState> m_scan;
 };
 
+/// errno tells why nothing is open, as after openFolderPath().
 OpenedFolder openPatiently(std::string_view path, DescriptorShare &share)
 {
     for (;;) {
         OpenedFolder folder = openFolderPath(path);
-        if (folder.descriptor.isOpen() || !isDescriptorShortage(errno) || !share.waitForRelief()) {
+        const int error = errno;
+        if (folder.descriptor.isOpen() || !isDescriptorShortage(error) || !share.waitForRelief()) {
+            errno = error;
             return folder;
         }
     }
@@ -71,6 +76,7 @@ void LUMThreadedScanner::listRootFolder(std::string_view path)
     DescriptorShare share(scan.budget);
     OpenedFolder folder = openPatiently(path, share);
     if (!folder.descriptor.isOpen()) {
+        scan.rootError = errno; // 0 for a kernel file system
         return;
     }
     scan.mounts = KernelMounts::below(folder.descriptor.number(), m_system.mountInfoPath);
@@ -113,6 +119,12 @@ std::int32_t LUMThreadedScanner::scanFolderR(WorkItem &&workItem)
         // What was recorded is whole; the rest of the subfolder stays empty.
     }
     return 0;
+}
+
+std::optional<std::string> LUMThreadedScanner::rootProblem() const
+{
+    const int error = m_state->rootError;
+    return error != 0 ? std::optional(std::generic_category().message(error)) : std::nullopt;
 }
 
 void LUMThreadedScanner::waitUntilFinished() const noexcept

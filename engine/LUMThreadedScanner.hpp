@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -83,6 +84,10 @@ public:
 
     /// Whether cancelScanInProgress() was called since scanRootFolder() began.
     [[nodiscard]] bool scanWasCancelled() const noexcept { return m_state->isCancelled(); }
+
+    /// Why the scanned folder itself could not be opened, in the system's words; nothing when it
+    /// could. To be asked when scanInProgress() has answered false.
+    [[nodiscard]] std::optional<std::string> rootProblem() const;
 
     /// The root; the handle keeps the whole tree alive.
     [[nodiscard]] std::shared_ptr<LUMFileContainer> rootContainer() const

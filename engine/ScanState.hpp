@@ -20,6 +20,7 @@ struct ScanState {
     std::shared_ptr<ScanTree> tree = std::make_shared<ScanTree>();
     DescriptorBudget budget;
     KernelMounts mounts; ///< set by the root walk before the first thread starts
+    int rootError = 0;   ///< why the root folder could not be opened (errno); set by the root walk
 
     /// Asked before every entry, so it costs no more than an ordinary read.
     [[nodiscard]] bool isCancelled() const noexcept

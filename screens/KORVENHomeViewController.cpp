@@ -7,8 +7,7 @@
 #include "app/controls/NameText.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "engine/FileCreationDate.hpp"
-#include "engine/ScanFileWriter.hpp"
-#include "engine/SetAsideFile.hpp"
+#include "engine/LastScanFile.hpp"
 #include "platform/DocumentsFolder.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/FolderBookmarks.hpp"
@@ -175,25 +174,22 @@ void KORVENHomeViewController::scanClicked()
     startScan(homePath(), m_homeFolder);
 }
 
-ScanResult KORVENHomeViewController::completedScan(const std::shared_ptr<ScanTree> &tree)
+ScanResult KORVENHomeViewController::completedScan(const FinishedScan &scan)
 {
-    const std::string path = itemArchivePath();
-    {
-        SetAsideFile lastScan(path);
-        auto written = writeScanFile(tree->root(), path);
-        if (!written) {
-            lastScan.discard(); // the disk may not have room for both
-            written = writeScanFile(tree->root(), path);
-        }
-        if (!written) {
-            qCWarning(homeLog, "The scan was not kept: %s", written.error().text().c_str());
-        }
-    }
+    LastScanFile lastScan(itemArchivePath());
+    const auto written =
+        lastScan.replace(scan.tree->root(), scan.rootProblem ? LastScanFile::Former::kept
+                                                             : LastScanFile::Former::deleted);
     KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Home folders scan completed"),
                                                                   ScanScreen::home);
 
-    ScanResult result = ScanResult::ofScan(tree);
-    const auto date = fileCreationDate(path);
+    ScanResult result = ScanResult::ofScan(scan);
+    if (!written) {
+        const std::string reason = written.error().text();
+        qCWarning(homeLog, "The scan was not kept: %s", reason.c_str());
+        result.notice = ScanResult::noticeOfLostScan(reason);
+    }
+    const auto date = fileCreationDate(lastScan.path());
     if (date) {
         result.dateText = formatDate(*date);
     } else {
@@ -211,7 +207,7 @@ void KORVENHomeViewController::notifyCanceled()
 std::optional<ScanResult> KORVENHomeViewController::loadScanResults()
 {
     const std::string path = itemArchivePath();
-    SetAsideFile::putBack(path);
+    LastScanFile(path).putBack();
     const auto date = fileCreationDate(path);
     if (!date) {
         return std::nullopt;

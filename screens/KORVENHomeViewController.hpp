@@ -65,7 +65,7 @@ public:
 private:
     void showStart() override;
     [[nodiscard]] std::optional<ScanResult> loadScanResults() override;
-    [[nodiscard]] ScanResult completedScan(const std::shared_ptr<ScanTree> &tree) override;
+    [[nodiscard]] ScanResult completedScan(const FinishedScan &scan) override;
     void notifyCanceled() override;
     [[nodiscard]] std::string pathBelow(const std::string &folder,
                                         std::string_view name) const override;

@@ -95,23 +95,27 @@ void KORVENScanViewController::notifyCanceled()
     KORVENAppDelegate::sharedDelegate().showCanceledNotification(tr("Scan canceled"));
 }
 
-ScanResult KORVENScanViewController::completedScan(const std::shared_ptr<ScanTree> &tree)
+ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
 {
     KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Scan completed"));
-    const LUMFileContainer &root = tree->root();
+    const LUMFileContainer &root = scan.tree->root();
     // The exact total: what the screen shows is rounded to single precision.
     const QString total = buildString(static_cast<double>(root.valueOfSubitems()));
     const KORVENHistoryItem item(std::string(root.itemName()), total.toStdString());
-    record(tree, item);
+    const auto problem = record(*scan.tree, item);
 
-    ScanResult result = ScanResult::ofScan(tree);
+    ScanResult result = ScanResult::ofScan(scan);
+    if (problem) {
+        qCWarning(scanLog, "The scan was not kept: %s", problem->c_str());
+        result.notice = ScanResult::noticeOfLostScan(*problem);
+    }
     result.scanKey = item.scanKey();
     result.dateText = formatDate(Timestamp::now());
     return result;
 }
 
-void KORVENScanViewController::record(const std::shared_ptr<ScanTree> &tree,
-                                      const KORVENHistoryItem &item)
+std::optional<std::string> KORVENScanViewController::record(const ScanTree &tree,
+                                                            const KORVENHistoryItem &item)
 {
     SettingsStore &settings = services().settings;
     const auto url = fileUrl(item.scanPath().value());
@@ -125,15 +129,17 @@ void KORVENScanViewController::record(const std::shared_ptr<ScanTree> &tree,
 
     try {
         KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
-        const auto written = writeScanFile(tree->root(), item.scanFilePath().value());
+        const auto written = writeScanFile(tree.root(), item.scanFilePath().value());
         if (!written) {
-            qCWarning(scanLog, "The scan was not kept: %s", written.error().text().c_str());
-            return;
+            return written.error().text();
         }
         store.addItem(std::make_shared<const KORVENHistoryItem>(item));
-        store.saveChanges();
+        if (!store.saveChanges()) {
+            return tr("the history could not be written").toStdString();
+        }
+        return std::nullopt;
     } catch (const NamedException &exception) {
-        qCWarning(scanLog, "The scan was not recorded: %s", exception.what());
+        return exception.reason();
     }
 }
 

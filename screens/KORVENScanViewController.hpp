@@ -42,7 +42,7 @@ public:
 private:
     void showStart() override;
     [[nodiscard]] std::optional<ScanResult> loadScanResults() override;
-    [[nodiscard]] ScanResult completedScan(const std::shared_ptr<ScanTree> &tree) override;
+    [[nodiscard]] ScanResult completedScan(const FinishedScan &scan) override;
     void notifyCanceled() override;
     [[nodiscard]] std::string pathBelow(const std::string &folder,
                                         std::string_view name) const override;
@@ -53,7 +53,10 @@ private:
 
     [[nodiscard]] static ScanResult historyProblem(const NamedException &exception);
     [[nodiscard]] static ScanResult recordedScan(const KORVENHistoryItem &record);
-    static void record(const std::shared_ptr<ScanTree> &tree, const KORVENHistoryItem &item);
+    /// Keeps the bookmark, the tree and the record. Why the scan is not in the history afterwards;
+    /// nothing when it is.
+    [[nodiscard]] static std::optional<std::string> record(const ScanTree &tree,
+                                                           const KORVENHistoryItem &item);
 
     std::string m_uuid;
 };

@@ -69,6 +69,7 @@ void ResultViewController::findOutlets(const QString &cellIdentifier)
     m_folderLabel = &outlet<QLabel>(view, "folderLabel");
     m_totalLabel = &outlet<QLabel>(view, "totalLabel");
     m_dateLabel = &outlet<QLabel>(view, "dateLabel");
+    m_noticeLabel = &outlet<QLabel>(view, "noticeLabel");
     m_scanProgress = &outlet<QProgressBar>(view, "scanProgress");
     m_resultPages = &outlet<QStackedWidget>(view, "resultPages");
     m_emptyPage = &outlet<QWidget>(view, "emptyPage");
@@ -154,6 +155,7 @@ void ResultViewController::startScan(const std::string &folder,
     m_scanFolder = folder;
     const bool isKeyboardOnButton = holdsKeyboard(*m_scanButton) || holdsKeyboard(*m_sortButton) ||
                                     holdsKeyboard(*m_emptyButton);
+    m_cancelButton->setTitle(tr("Cancel"));
     m_cancelButton->show();
     m_cancelButton->setEnabled(true);
     if (isKeyboardOnButton) {
@@ -168,6 +170,7 @@ void ResultViewController::startScan(const std::string &folder,
         m_emptyText->setText(drawableText(textOfName(folder)));
         m_emptyText->show();
     }
+    showNotice({});
     m_isScanRunningNow = true;
     m_workers.startScan(folder, grantedUrl);
 }
@@ -179,11 +182,12 @@ ScanWork::Step ResultViewController::scanCancelled()
     return [this] { cancelledScanResults(); };
 }
 
-ScanWork::Step ResultViewController::scanCompleted(const std::shared_ptr<ScanTree> &tree)
+ScanWork::Step ResultViewController::scanCompleted(const FinishedScan &scan)
 {
-    auto result = std::make_shared<ScanResult>(completedScan(tree));
+    auto result = std::make_shared<ScanResult>(completedScan(scan));
     return [this, result] {
         if (result->keepsScanningLook) {
+            showNotice(result->notice);
             m_lockDrillDown = true;
             takeResult(*result);
         } else {
@@ -194,7 +198,9 @@ ScanWork::Step ResultViewController::scanCompleted(const std::shared_ptr<ScanTre
 
 void ResultViewController::cancelClicked()
 {
-    m_workers.cancelScan();
+    if (m_workers.cancelScan()) {
+        m_cancelButton->setTitle(tr("Stopping…"));
+    }
 }
 
 void ResultViewController::takeResult(ScanResult &result)
@@ -228,6 +234,7 @@ void ResultViewController::updateScanResults(ScanResult result)
     folderNameField()->setText(textOfName(m_drillDownPath.value_or(std::string())));
     showDate(result.dateText);
     showTotal(m_drillResults != nullptr ? buildString(m_scanTotal) : QString());
+    showNotice(result.notice);
     resetOrder();
     m_emptyTitle->setText(result.emptyTitle);
     m_emptyText->setText(result.emptyText);
@@ -291,6 +298,12 @@ void ResultViewController::showDate(const QString &date)
 {
     m_dateLabel->setText(date);
     m_dateLabel->setVisible(!date.isEmpty()); // without one the path has the middle to itself
+}
+
+void ResultViewController::showNotice(const QString &notice)
+{
+    m_noticeLabel->setText(notice);
+    m_noticeLabel->setVisible(!notice.isEmpty());
 }
 
 void ResultViewController::showBackButton(bool isShown)

@@ -126,7 +126,7 @@ protected:
     [[nodiscard]] virtual std::optional<ScanResult> loadScanResults() = 0;
     /// Keeps a completed scan, tells the user and makes its result, in the order of the screen. On
     /// a worker.
-    [[nodiscard]] virtual ScanResult completedScan(const std::shared_ptr<ScanTree> &tree) = 0;
+    [[nodiscard]] virtual ScanResult completedScan(const FinishedScan &scan) = 0;
     /// Tells the user that a scan was cancelled. On a worker.
     virtual void notifyCanceled() = 0;
     /// The path of an entry of the level's folder.
@@ -155,7 +155,7 @@ private:
     void findOutlets(const QString &cellIdentifier);
 
     [[nodiscard]] Step loadResult() override;
-    [[nodiscard]] Step scanCompleted(const std::shared_ptr<ScanTree> &tree) override;
+    [[nodiscard]] Step scanCompleted(const FinishedScan &scan) override;
     [[nodiscard]] Step scanCancelled() override;
 
     void populateScanTable(const LUMFileContainer *folder);
@@ -173,6 +173,7 @@ private:
     void resetOrder();
     void showTableOrEmptyState();
     void showDate(const QString &date);
+    void showNotice(const QString &notice);
     void showBackButton(bool isShown);
 
     [[nodiscard]] KORVENFolderCellView *selectedCell() const;
@@ -193,6 +194,7 @@ private:
     QLabel *m_totalLabel = nullptr;
     QLabel *m_totalCaption = nullptr;
     QLabel *m_dateLabel = nullptr;
+    QLabel *m_noticeLabel = nullptr;
     QProgressBar *m_scanProgress = nullptr;
     QStackedWidget *m_resultPages = nullptr;
     QWidget *m_emptyPage = nullptr;

@@ -2,7 +2,6 @@
 
 #include "app/controls/NameLabel.hpp"
 #include "app/controls/NameText.hpp"
-#include "engine/FolderProblem.hpp"
 #include "engine/PrintableText.hpp"
 #include "engine/ScanFileReader.hpp"
 #include "screens/KORVENViewController.hpp"
@@ -25,15 +24,12 @@ ScanResult ScanResult::ofTree(const std::shared_ptr<ScanTree> &tree)
     return result;
 }
 
-ScanResult ScanResult::ofScan(const std::shared_ptr<ScanTree> &tree)
+ScanResult ScanResult::ofScan(const FinishedScan &scan)
 {
-    ScanResult result = ofTree(tree);
-    const LUMFileContainer &root = tree->root();
-    if (root.subitems().empty()) {
-        if (const auto problem = folderProblem(root.itemName())) {
-            result.emptyTitle = tr("This folder cannot be read");
-            result.emptyText = QString::fromLocal8Bit(problem->c_str());
-        }
+    ScanResult result = ofTree(scan.tree);
+    if (scan.rootProblem) {
+        result.emptyTitle = tr("This folder cannot be read");
+        result.emptyText = QString::fromLocal8Bit(scan.rootProblem->c_str());
     }
     return result;
 }
@@ -59,6 +55,11 @@ ScanResult ScanResult::ofProblem(const QString &title, const QString &text)
     result.emptyTitle = title;
     result.emptyText = text;
     return result;
+}
+
+QString ScanResult::noticeOfLostScan(const std::string &reason)
+{
+    return tr("This scan could not be kept: %1").arg(drawableText(textOfName(reason)));
 }
 
 ScanResult ScanResult::ofUnreadableFile(const QString &reason)

@@ -2,6 +2,7 @@
 
 #include "engine/ScanTree.hpp"
 #include "screens/ResultRows.hpp"
+#include "screens/ScanWork.hpp"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
@@ -30,6 +31,8 @@ public:
     /// What to say where the rows would be, instead of the usual; a title and a text.
     QString emptyTitle;
     QString emptyText;
+    /// What to say beside the rows; empty: nothing.
+    QString notice;
     /// The screen takes the tree but goes on to look as if it still scanned: rows, fields and
     /// buttons stay as they are, for good.
     bool keepsScanningLook = false;
@@ -39,12 +42,14 @@ public:
 
     /// A tree from its top.
     [[nodiscard]] static ScanResult ofTree(const std::shared_ptr<ScanTree> &tree);
-    /// The tree of a scan that has just ended. If nothing was found, it says what was in the way.
-    [[nodiscard]] static ScanResult ofScan(const std::shared_ptr<ScanTree> &tree);
+    /// The tree of a scan that has just ended. If its folder could not be opened, it says why.
+    [[nodiscard]] static ScanResult ofScan(const FinishedScan &scan);
     /// The tree of a scan file. If it cannot be read, the result says why, and so does the log.
     [[nodiscard]] static ScanResult ofFile(const std::string &path);
     /// No tree, for a reason.
     [[nodiscard]] static ScanResult ofProblem(const QString &title, const QString &text);
+    /// The notice of a scan that was completed but could not be kept, for this reason.
+    [[nodiscard]] static QString noticeOfLostScan(const std::string &reason);
     /// No tree, since its scan file cannot be read for this reason.
     [[nodiscard]] static ScanResult ofUnreadableFile(const QString &reason);
 };

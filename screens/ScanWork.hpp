@@ -4,8 +4,17 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace tessaly {
+
+/// What a scan has found.
+struct FinishedScan {
+    std::shared_ptr<ScanTree> tree;
+    /// Why the scanned folder itself could not be opened, in the system's words.
+    std::optional<std::string> rootProblem;
+};
 
 /// What a screen does on its ScanWorkers. Each call runs on a worker; what it answers is run on the
 /// main thread afterwards, unless it is empty.
@@ -22,8 +31,7 @@ public:
 
     /// Loads the last result.
     [[nodiscard]] virtual Step loadResult() = 0;
-    /// A scan has found this.
-    [[nodiscard]] virtual Step scanCompleted(const std::shared_ptr<ScanTree> &tree) = 0;
+    [[nodiscard]] virtual Step scanCompleted(const FinishedScan &scan) = 0;
     /// A scan has ended before its time.
     [[nodiscard]] virtual Step scanCancelled() = 0;
 };

@@ -1,13 +1,19 @@
 #include "screens/ScanWorkers.hpp"
 
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "engine/AbandonableWork.hpp"
 #include "engine/LUMThreadedScanner.hpp"
 #include "platform/FolderBookmarks.hpp"
 
 #include <QMetaObject>
 #include <QObject>
 
+#include <chrono>
 #include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace tessaly {
 
@@ -38,7 +44,44 @@ private:
     std::optional<std::string> m_url;
 };
 
+/// How long walks may take to see that they are cancelled. They look at each entry; one that takes
+/// longer hangs.
+constexpr std::chrono::milliseconds cancelTimeout{300};
+
+/// Asks the system what it is asked when access to a folder is started.
+void lookAt(const std::string &folder)
+{
+    struct stat status = {};
+    if (stat(folder.c_str(), &status) == 0) {
+        (void)faccessat(AT_FDCWD, folder.c_str(), R_OK | X_OK, AT_EACCESS);
+    }
+}
+
 } // namespace
+
+/// Belongs to the worker and to the thread that may be left behind.
+struct ScanWorkers::RunningScan {
+    LUMThreadedScanner scanner;
+    AbandonableWork work{cancelTimeout};
+    std::atomic<bool> isCancelWanted = false;
+
+    void run(const std::string &folder)
+    {
+        scanner.scanRootFolder(folder);
+        // A request from before the scan is forgotten by the scanner, but not by the user.
+        if (isCancelWanted) {
+            scanner.cancelScanInProgress();
+        }
+        scanner.waitUntilFinished();
+    }
+
+    void cancel()
+    {
+        isCancelWanted = true;
+        scanner.cancelScanInProgress();
+        work.giveUp();
+    }
+};
 
 ScanWorkers::ScanWorkers(ScanWork &work, QObject &screen) : m_work(work), m_screen(screen) {}
 
@@ -60,20 +103,19 @@ void ScanWorkers::startScan(const std::string &folder, const std::optional<std::
         m_worker.join(); // has ended, or is about to
     }
     {
-        const std::scoped_lock lock(m_scannerLock);
-        m_isCancelWanted = false;
-        m_scanner = std::make_shared<LUMThreadedScanner>();
+        const std::scoped_lock lock(m_scanLock);
+        m_scan = std::make_shared<RunningScan>();
     }
     m_worker = std::thread([this, folder, grantedUrl] { runScan(folder, grantedUrl); });
 }
 
-void ScanWorkers::cancelScan()
+bool ScanWorkers::cancelScan()
 {
-    const std::scoped_lock lock(m_scannerLock);
-    m_isCancelWanted = true;
-    if (m_scanner) {
-        m_scanner->cancelScanInProgress();
+    const std::scoped_lock lock(m_scanLock);
+    if (m_scan) {
+        m_scan->cancel();
     }
+    return m_scan != nullptr;
 }
 
 void ScanWorkers::stop()
@@ -101,35 +143,33 @@ void ScanWorkers::runLoader()
 
 void ScanWorkers::runScan(const std::string &folder, const std::optional<std::string> &grantedUrl)
 {
-    std::shared_ptr<LUMThreadedScanner> scanner;
+    std::shared_ptr<RunningScan> running;
     {
-        const std::scoped_lock lock(m_scannerLock);
-        scanner = m_scanner;
+        const std::scoped_lock lock(m_scanLock);
+        running = m_scan;
     }
+    const bool hasEnded = scan(running, folder, grantedUrl);
     {
-        const FolderAccess access(grantedUrl);
-        scan(*scanner, folder);
+        const std::scoped_lock lock(m_scanLock);
+        m_scan.reset(); // from here on it is too late to cancel
     }
-    if (!scanner->scanWasCancelled()) {
-        handOver(m_work.scanCompleted(scanner->tree()));
+    if (hasEnded && !running->scanner.scanWasCancelled()) {
+        handOver(m_work.scanCompleted({running->scanner.tree(), running->scanner.rootProblem()}));
     } else if (!m_isStopping) { // else it was not the user, and there is nobody left to tell
         handOver(m_work.scanCancelled());
     }
-    const std::scoped_lock lock(m_scannerLock);
-    m_scanner.reset();
 }
 
-void ScanWorkers::scan(LUMThreadedScanner &scanner, const std::string &folder)
+/// Whether the scan has ended by itself or after it was cancelled; else it was left behind.
+bool ScanWorkers::scan(const std::shared_ptr<RunningScan> &scan, const std::string &folder,
+                       const std::optional<std::string> &grantedUrl)
 {
-    scanner.scanRootFolder(folder);
-    {
-        // A request from before the scan is forgotten by the scanner, but not by the user.
-        const std::scoped_lock lock(m_scannerLock);
-        if (m_isCancelWanted) {
-            scanner.cancelScanInProgress();
-        }
+    // Starting the access looks at the folder, and cannot be left behind.
+    if (grantedUrl && !scan->work.run([folder] { lookAt(folder); })) {
+        return false;
     }
-    scanner.waitUntilFinished();
+    const FolderAccess access(grantedUrl);
+    return scan->work.run([scan, folder] { scan->run(folder); });
 }
 
 } // namespace tessaly

@@ -13,10 +13,12 @@ class QObject;
 
 namespace tessaly {
 
-class LUMThreadedScanner;
-
 /// The threads of a scan screen: one that loads the last result, and one for each scan. They hand
 /// over to the main thread what they made, and wait for nothing there.
+///
+/// A scan may hang for good in a folder of a server that is gone. So the worker has the scan run on
+/// a thread that it leaves behind when the scan is cancelled and does not end. What is left behind
+/// uses nothing but its own scanner.
 ///
 /// Threads: the main thread. `work` is called on the workers.
 class ScanWorkers final {
@@ -38,23 +40,27 @@ public:
     /// Requires: the last scan's step has been handed over.
     void startScan(const std::string &folder, const std::optional<std::string> &grantedUrl);
 
-    /// Ends the running scan soon, if there is one.
-    void cancelScan();
+    /// Ends the running scan soon: its step is handed over within a moment, even if the scan hangs.
+    /// False when there is none, or when it has ended and its result is on the way.
+    bool cancelScan();
 
-    /// Cancels the running scan and waits for all threads.
+    /// Cancels the running scan and waits for all threads but those that hang.
     void stop();
 
 private:
+    struct RunningScan;
+
     void runLoader();
     void runScan(const std::string &folder, const std::optional<std::string> &grantedUrl);
-    void scan(LUMThreadedScanner &scanner, const std::string &folder);
+    [[nodiscard]] static bool scan(const std::shared_ptr<RunningScan> &scan,
+                                   const std::string &folder,
+                                   const std::optional<std::string> &grantedUrl);
     void handOver(ScanWork::Step step);
 
     ScanWork &m_work;
     QObject &m_screen;
-    std::mutex m_scannerLock;
-    std::shared_ptr<LUMThreadedScanner> m_scanner; ///< of the scan that is running
-    bool m_isCancelWanted = false;
+    std::mutex m_scanLock;
+    std::shared_ptr<RunningScan> m_scan;    ///< that can be cancelled; guarded by m_scanLock
     std::atomic<bool> m_isStopping = false; ///< nobody is to be told any more
     std::thread m_loader;
     std::thread m_worker;

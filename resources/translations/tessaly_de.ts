@@ -377,6 +377,10 @@
         <source>This scan cannot be opened</source>
         <translation>Dieser Scan kann nicht geöffnet werden</translation>
     </message>
+    <message>
+        <source>This scan could not be kept: %1</source>
+        <translation>Dieser Scan konnte nicht aufbewahrt werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -1014,6 +1018,10 @@ Bitte wählen Sie Ihren persönlichen Ordner noch einmal aus.</translation>
         <source>the record names no file</source>
         <translation>der Eintrag nennt keine Datei</translation>
     </message>
+    <message>
+        <source>the history could not be written</source>
+        <translation>Der Verlauf konnte nicht geschrieben werden</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::KORVENViewController</name>
@@ -1272,6 +1280,14 @@ Lizenziert unter der Apache License 2.0.</translation>
     <message>
         <source>All items of this folder are hidden by the preferences.</source>
         <translation>Alle Objekte dieses Ordners sind durch die Einstellungen ausgeblendet.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Stopping…</source>
+        <translation>Wird angehalten …</translation>
     </message>
 </context>
 <context>

@@ -377,6 +377,10 @@
         <source>This scan cannot be opened</source>
         <translation>Cette analyse ne peut pas être ouverte</translation>
     </message>
+    <message>
+        <source>This scan could not be kept: %1</source>
+        <translation>Cette analyse n’a pas pu être conservée&#xa0;: %1</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -1014,6 +1018,10 @@ Veuillez choisir à nouveau votre dossier personnel.</translation>
         <source>the record names no file</source>
         <translation>l’entrée ne nomme aucun fichier</translation>
     </message>
+    <message>
+        <source>the history could not be written</source>
+        <translation>l’historique n’a pas pu être écrit</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::KORVENViewController</name>
@@ -1272,6 +1280,14 @@ Sous licence Apache License 2.0.</translation>
     <message>
         <source>All items of this folder are hidden by the preferences.</source>
         <translation>Tous les éléments de ce dossier sont masqués par les préférences.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Stopping…</source>
+        <translation>Arrêt…</translation>
     </message>
 </context>
 <context>

@@ -540,9 +540,17 @@ TEST(LUMThreadedScanner, mayGoBeforeItsScanHasEnded)
 
 TEST(LUMThreadedScanner, mayGoWithItsTreeWhileThreadsAreWalking)
 {
+    std::vector<std::weak_ptr<ScanTree>> trees;
     for (int i = 0; i < 20; ++i) {
         LUMThreadedScanner scanner;
         scanner.scanRootFolder("/usr/share");
+        trees.push_back(scanner.tree());
+    }
+    // The last walk frees the tree. No walk may be left for the tests that count what is open.
+    for (const auto &tree : trees) {
+        while (!tree.expired()) {
+            std::this_thread::yield();
+        }
     }
 }
 
@@ -588,6 +596,22 @@ TEST(LUMThreadedScanner, runsBesideOtherScans)
     for (std::thread &scan : scans) {
         scan.join();
     }
+}
+
+TEST(LUMThreadedScanner, saysWhyItsRootCouldNotBeOpened)
+{
+    const auto problemOf = [](const std::string &path) {
+        LUMThreadedScanner scanner;
+        scanner.scanRootFolder(path);
+        scanner.waitUntilFinished();
+        return scanner.rootProblem();
+    };
+    const TemporaryFolder folder;
+    folder.file("file", 1);
+    EXPECT_EQ(problemOf(folder.path("missing")), "No such file or directory");
+    EXPECT_EQ(problemOf(folder.path("file")), "Not a directory");
+    EXPECT_EQ(problemOf(folder.path()), std::nullopt);
+    EXPECT_EQ(problemOf("/proc"), std::nullopt) << "it is not listed, but could be";
 }
 
 TEST(LUMThreadedScanner, leavesNoDescriptorOpen)

@@ -5,6 +5,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -21,8 +22,12 @@ public:
         DateStyle hours;
     };
 
+    /// Run before each text is made, by whatever thread.
+    std::function<void()> beforeEach = [] {};
+
     [[nodiscard]] std::string text(Time time, DateStyle date, DateStyle hours) const override
     {
+        beforeEach();
         {
             const std::scoped_lock lock(m_mutex);
             m_calls.push_back({time, date, hours});

@@ -102,6 +102,37 @@ TEST_F(KORVENHomeLastScanTest, aCompletedScanReplacesTheLastOne)
     EXPECT_EQ(listedNames(m_documents.path("documents")), Names{"scanhome.archive"});
 }
 
+TEST_F(KORVENHomeLastScanTest, aScanThatCouldNotOpenTheFolderKeepsTheFormerFileBesideIt)
+{
+    openWith(*makeTree(homePath(), {file("old", 10)}));
+    ASSERT_EQ(rmdir(homePath().c_str()), 0);
+    scan();
+    EXPECT_EQ(notifiedTexts(), Names{"Home folders scan completed"});
+    EXPECT_EQ(label("emptyTitle"), u"This folder cannot be read"_s);
+    EXPECT_EQ(label("emptyText"), u"No such file or directory"_s);
+    const auto kept = readScanFile(archivePath() + ".kept");
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(childNames(kept.value()->root()), Names{"old"});
+    EXPECT_EQ(childNames(readScanFile(archivePath()).value()->root()), Names{});
+
+    m_disk.folder("Ada");
+    m_disk.file("Ada/new", 1'000);
+    scan();
+    EXPECT_EQ(rowNames(), Names{"new"});
+    EXPECT_EQ(listedNames(m_documents.path("documents")), Names{"scanhome.archive"});
+}
+
+TEST_F(KORVENHomeLastScanTest, aScanThatWasKeptBesideOneThatWasNeverWrittenComesBack)
+{
+    grantHome();
+    keepScan(*makeTree(homePath(), {file("old", 10)}));
+    std::filesystem::rename(archivePath(), archivePath() + ".kept");
+    openScreen();
+    loadLast();
+    EXPECT_EQ(rowNames(), Names{"old"});
+    EXPECT_EQ(listedNames(m_documents.path("documents")), Names{"scanhome.archive"});
+}
+
 TEST_F(KORVENHomeLastScanTest, aScanThatAKilledProcessHadSetAsideIsThereAtTheNextStart)
 {
     grantHome();
@@ -179,6 +210,9 @@ TEST_F(KORVENHomeLastScanTest, aScanThatCannotBeKeptLeavesTheScreenScanning)
     EXPECT_EQ(label("dateLabel"), date);
     EXPECT_EQ(label("totalLabel"), u"0.01 KB"_s);
     EXPECT_EQ(listedNames(m_documents.path("documents")), Names{}) << "the old scan is gone";
+    EXPECT_TRUE(named<QLabel>("noticeLabel").isVisible());
+    EXPECT_TRUE(label("noticeLabel").startsWith(u"This scan could not be kept: "_s));
+    EXPECT_TRUE(label("noticeLabel").endsWith(u"File too large"_s));
     const auto lines = warnings.lines();
     EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
         return line.starts_with("tessaly.screens.home: The scan was not kept: ") &&

@@ -1,5 +1,7 @@
 #include "screens/KORVENScanViewController.hpp"
 
+#include "tests/engine/TreeLines.hpp"
+#include "tests/platform/linux/LoggedWarnings.hpp"
 #include "tests/screens/ScanScreenTest.hpp"
 
 #include <QProgressBar>
@@ -7,8 +9,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <fstream>
+#include <future>
 #include <limits>
+#include <utility>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -107,6 +112,44 @@ TEST_F(KORVENScanViewControllerTest, scansShowsAndRecordsAFolder)
     EXPECT_EQ(m_services.notifier.notifications()[0].text, "Scan completed");
 }
 
+TEST_F(KORVENScanViewControllerTest, theUserIsToldBeforeTheScanIsKept)
+{
+    std::vector<std::string> keptWhenTold{"nobody was told"};
+    m_services.notifier.beforeEach = [&] {
+        keptWhenTold = listedNames(m_documents.path("documents"));
+        EXPECT_EQ(m_services.settings.log(), Names{});
+    };
+    m_services.settings.clearLog();
+    openScreen();
+    chooseAndScan(m_disk.path());
+    waitForScan();
+    EXPECT_EQ(keptWhenTold, Names{});
+    EXPECT_EQ(archives().size(), 1U);
+}
+
+TEST_F(KORVENScanViewControllerTest, theRecordedTotalIsExactWhereTheShownOneIsRounded)
+{
+    // The next number in single precision is 8192 * 15069276 = 123,447,508,992.
+    m_disk.file("large", 123'444'999'999);
+    openScreen();
+    chooseAndScan(m_disk.path());
+    waitForScan();
+    const auto records = KORVENHistoryStore::sharedStore().allItems();
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(records[0]->scanTotal(), "123.44 GB");
+    EXPECT_EQ(label("totalLabel"), u"123.45 GB"_s);
+}
+
+TEST_F(KORVENScanViewControllerTest, keepsABookmarkOfTheScannedFolderUnderTheKeyOfTheScan)
+{
+    openScreen();
+    chooseAndScan(m_disk.path());
+    waitForScan();
+    const auto bookmark = m_services.settings.data(m_screen->uuid());
+    ASSERT_TRUE(bookmark);
+    EXPECT_EQ(m_services.bookmarks.resolve(*bookmark), fileUrl(m_disk.path()));
+}
+
 TEST_F(KORVENScanViewControllerTest, showsTheMostRecentScanWhenItStarts)
 {
     recordTree(*makeTree("/old", {file("a", 1'000)}), 100);
@@ -120,6 +163,32 @@ TEST_F(KORVENScanViewControllerTest, showsTheMostRecentScanWhenItStarts)
     EXPECT_EQ(m_screen->scanFolder(), "/new");
     EXPECT_EQ(label("dateLabel"), u"2001-01-01 00:05 [1,1]"_s);
     EXPECT_EQ(m_screen->uuid(), KORVENHistoryStore::sharedStore().getMostRecentScan()->scanKey());
+}
+
+TEST_F(KORVENScanViewControllerTest, aScanStartedWhileTheLastOneIsLoadedIsWhatIsShown)
+{
+    recordTree(*makeTree("/old", {file("old", 1'000)}));
+    m_disk.file("new", 1'000);
+    openScreen();
+    std::promise<pid_t> loader;
+    std::promise<void> canGoOn;
+    m_services.dates.beforeEach = [&, isLoader = true]() mutable {
+        if (std::exchange(isLoader, false)) {
+            loader.set_value(gettid());
+            canGoOn.get_future().wait();
+        }
+    };
+    m_screen->startLoading();
+    const std::string task = "/proc/self/task/" + std::to_string(loader.get_future().get());
+
+    chooseAndScan(m_disk.path());
+    waitForScan();
+    canGoOn.set_value();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !std::filesystem::exists(task); }, 60'000));
+    QCoreApplication::processEvents(); // what the loader has handed over
+
+    EXPECT_EQ(rowNames(), Names{"new"});
+    EXPECT_EQ(shownPath(), m_disk.path());
 }
 
 TEST_F(KORVENScanViewControllerTest, aLevelOfHiddenItemsHasATotalButNoRows)
@@ -337,6 +406,7 @@ TEST_F(KORVENScanViewControllerTest, cancellingLeavesNothingAndRecordsNothing)
     showTree(makeTree("/before", {file("a", 10)}));
     const std::string key = m_screen->uuid();
     const auto recordCount = KORVENHistoryStore::sharedStore().allItems().size();
+    m_services.settings.clearLog();
 
     chooseAndScan(m_disk.path());
     press("cancelButton");
@@ -348,6 +418,7 @@ TEST_F(KORVENScanViewControllerTest, cancellingLeavesNothingAndRecordsNothing)
     EXPECT_EQ(label("dateLabel"), u""_s);
     EXPECT_EQ(m_screen->drillDownPath(), std::nullopt);
     EXPECT_EQ(m_screen->uuid(), key);
+    EXPECT_EQ(m_services.settings.log(), Names{}) << "a setting was stored";
     EXPECT_EQ(KORVENHistoryStore::sharedStore().allItems().size(), recordCount);
     ASSERT_EQ(m_services.notifier.notifications().size(), 1U);
     EXPECT_EQ(m_services.notifier.notifications()[0].text, "Scan canceled");
@@ -367,6 +438,7 @@ TEST_F(KORVENScanViewControllerTest, aScanThatCannotBeKeptIsShownAndNotRecorded)
     openScreen();
     (void)KORVENHistoryStore::sharedStore();
     ASSERT_EQ(rmdir(m_documents.path("documents").c_str()), 0);
+    const LoggedWarnings log;
 
     chooseAndScan(m_disk.path());
     waitForScan();
@@ -375,6 +447,46 @@ TEST_F(KORVENScanViewControllerTest, aScanThatCannotBeKeptIsShownAndNotRecorded)
     EXPECT_TRUE(KORVENHistoryStore::sharedStore().allItems().empty());
     EXPECT_EQ(m_services.notifier.notifications()[0].text, "Scan completed");
     EXPECT_TRUE(m_services.settings.hasKey(m_screen->uuid())) << "the bookmark stays";
+    const auto &notice = named<QLabel>("noticeLabel");
+    EXPECT_TRUE(notice.isVisible());
+    EXPECT_TRUE(notice.text().startsWith(u"This scan could not be kept: "_s));
+    EXPECT_TRUE(notice.text().endsWith(u"No such file or directory"_s));
+    const auto lines = log.lines();
+    EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
+        return line.starts_with("tessaly.screens.scan: The scan was not kept: ");
+    }));
+
+    m_documents.folder("documents");
+    chooseAndScan(m_disk.path());
+    EXPECT_FALSE(notice.isVisible()) << "it is about the scan before";
+    waitForScan();
+    EXPECT_FALSE(notice.isVisible());
+}
+
+TEST_F(KORVENScanViewControllerTest, aScanOfWhichTheHistoryCannotBeWrittenSaysSo)
+{
+    m_disk.file("a", 1'000);
+    openScreen();
+    (void)KORVENHistoryStore::sharedStore();
+    m_documents.folder("documents/scanHistory.archive"); // no file takes its place
+    chooseAndScan(m_disk.path());
+    waitForScan();
+    EXPECT_EQ(rowNames(), Names{"a"});
+    EXPECT_TRUE(label("noticeLabel").startsWith(u"This scan could not be kept: "_s));
+}
+
+TEST_F(KORVENScanViewControllerTest, anotherScanThatIsShownHasNoNotice)
+{
+    const std::string key = recordTree(*makeTree("/f", {file("b", 10)}));
+    openScreen();
+    ASSERT_EQ(unlink(KORVENHistoryStore::sharedStore().itemForKey(key)->scanFilePath()->c_str()),
+              0);
+    ASSERT_EQ(rmdir(m_documents.path("documents").c_str()), 0);
+    chooseAndScan(m_disk.path());
+    waitForScan();
+    ASSERT_TRUE(named<QLabel>("noticeLabel").isVisible());
+    m_screen->loadHistoryItem(key);
+    EXPECT_FALSE(named<QLabel>("noticeLabel").isVisible());
 }
 
 TEST_F(KORVENScanViewControllerTest, aRecordWithoutItsFileShowsTheEmptyStateAndWhy)
