@@ -4,13 +4,15 @@
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
 #include "engine/PrintableText.hpp"
+#include "history/ScanFiles.hpp"
 #include "platform/DocumentsFolder.hpp"
 
 #include <QLoggingCategory>
 
 #include <algorithm>
 #include <cerrno>
-#include <optional>
+#include <iterator>
+#include <unordered_set>
 #include <utility>
 
 #include <sys/stat.h>
@@ -22,6 +24,16 @@ namespace {
 Q_LOGGING_CATEGORY(historyLog, "tessaly.history", QtWarningMsg)
 
 constexpr std::string_view historyFileName = "scanHistory.archive";
+// No ".archive", so that no record's key names it.
+constexpr std::string_view removalsFileName = "scanHistory.removals";
+
+std::string inDocuments(std::string_view name)
+{
+    std::string path = services().documents.path();
+    path += '/';
+    path += name;
+    return path;
+}
 
 void logError(const char *what, const ArchiveError &error)
 {
@@ -46,23 +58,29 @@ KORVENHistoryStore &KORVENHistoryStore::sharedStore()
 }
 
 KORVENHistoryStore::KORVENHistoryStore()
-    : m_listener(KORVENAppDelegate::sharedDelegate()), m_calls(FileCalls::system())
+    : m_listener(KORVENAppDelegate::sharedDelegate()), m_calls(FileCalls::system()),
+      m_removals({}, m_calls)
 {
     throw NamedException("Singleton", "Use +[KORVENHistoryStore sharedStore]");
 }
 
 KORVENHistoryStore::KORVENHistoryStore(HistoryListener &listener, FileCalls &calls)
-    : m_listener(listener), m_calls(calls)
+    : m_listener(listener), m_calls(calls), m_removals(inDocuments(removalsFileName), calls)
 {
     load();
 }
 
 void KORVENHistoryStore::load()
 {
+    // Now, since a scan of this run has its file a moment before it has its record.
+    m_keysAtStart = scanKeysIn(services().documents.path());
+    if (const auto loaded = m_removals.load(); !loaded) {
+        logError("It is not known which scans were being deleted", loaded.error());
+    }
     const std::string path = itemArchivePath();
     auto records = readHistoryFile(path);
     if (records) {
-        m_privateItems = std::move(records.value());
+        adopt(std::move(records.value()));
         return;
     }
     if (records.error().kind != ArchiveError::Kind::unreadable) {
@@ -71,11 +89,13 @@ void KORVENHistoryStore::load()
     }
     m_isFileKnown = isMissing(path);
     if (!m_isFileKnown) {
+        m_problem = records.error().text();
         logError("The history is not read", records.error());
     }
 }
 
-bool KORVENHistoryStore::mayWrite()
+/// Reads the file if that has failed so far. Requires: m_saving is held.
+bool KORVENHistoryStore::tryToRead()
 {
     if (m_isFileKnown) {
         return true;
@@ -83,15 +103,57 @@ bool KORVENHistoryStore::mayWrite()
     const std::string path = itemArchivePath();
     auto records = readHistoryFile(path);
     if (!records && !isMissing(path)) {
+        const std::scoped_lock lock(m_listLock);
+        m_problem = records.error().text();
         return false;
     }
-    if (records) {
-        const std::scoped_lock lock(m_listLock);
-        m_privateItems.insert(m_privateItems.begin(), records.value().begin(),
-                              records.value().end());
-    }
     m_isFileKnown = true;
+    m_hasAdopted = true;
+    adopt(records ? std::move(records.value()) : HistoryRecords());
     return true;
+}
+
+/// Puts the records of the file before those of this run.
+void KORVENHistoryStore::adopt(HistoryRecords records)
+{
+    const auto isBeingRemoved = [this](const Record &record) {
+        return m_removals.contains(record->scanKey());
+    };
+    m_isSaved = std::erase_if(records, isBeingRemoved) == 0;
+    const std::scoped_lock lock(m_listLock);
+    m_privateItems.insert(m_privateItems.begin(), std::make_move_iterator(records.begin()),
+                          std::make_move_iterator(records.end()));
+    m_problem.reset();
+}
+
+/// Requires: no lock is held.
+void KORVENHistoryStore::tellOfAdoption()
+{
+    if (m_hasAdopted.exchange(false)) {
+        m_listener.historyStoreUpdated();
+    }
+}
+
+std::optional<std::string> KORVENHistoryStore::problem() const
+{
+    const std::scoped_lock lock(m_listLock);
+    return m_problem;
+}
+
+bool KORVENHistoryStore::readAgain()
+{
+    bool isKnown = true;
+    {
+        const std::scoped_lock lock(m_saving);
+        const bool isNew = !m_isFileKnown;
+        const bool hasNewRecords = !allItems().empty();
+        isKnown = tryToRead();
+        if (isKnown && isNew && hasNewRecords) {
+            save();
+        }
+    }
+    tellOfAdoption();
+    return isKnown;
 }
 
 HistoryRecords KORVENHistoryStore::allItems() const
@@ -109,18 +171,23 @@ void KORVENHistoryStore::addItem(Record record)
     m_listener.historyStoreUpdated();
 }
 
+void KORVENHistoryStore::addItems(HistoryRecords records)
+{
+    {
+        const std::scoped_lock lock(m_listLock);
+        m_privateItems.insert(m_privateItems.end(), std::make_move_iterator(records.begin()),
+                              std::make_move_iterator(records.end()));
+    }
+    m_listener.historyStoreUpdated();
+}
+
 void KORVENHistoryStore::removeItem(const Record &record)
 {
     // The caller's may be the one in the list, which does not live until the end.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const Record removed = record;
-    if (const auto file = removed->scanFilePath()) {
-        if (m_calls.unlink(file->c_str()) != 0 && errno != ENOENT) {
-            logError("A scan was not deleted",
-                     systemError(ArchiveError::Kind::unwritable, "cannot delete " + *file, errno));
-        }
-    } else {
-        qCWarning(historyLog, "A record's key names no scan's file; nothing is deleted.");
+    if (!deleteScanFile(*removed)) {
+        noteRemovals({removed}); // else the next start takes it for a scan without a record
     }
     {
         const std::scoped_lock lock(m_listLock);
@@ -144,25 +211,127 @@ void KORVENHistoryStore::removeAllScans()
     }
 }
 
+bool KORVENHistoryStore::noteRemovals(const HistoryRecords &records)
+{
+    const std::scoped_lock lock(m_saving);
+    const auto noted = m_removals.add(records);
+    if (!noted) {
+        logError("Removals were not noted", noted.error());
+    }
+    return noted.hasValue();
+}
+
+void KORVENHistoryStore::takeOut(const HistoryRecords &records)
+{
+    const std::unordered_set<Record> taken(records.begin(), records.end());
+    {
+        const std::scoped_lock lock(m_saving);
+        {
+            const std::scoped_lock listLock(m_listLock);
+            std::erase_if(m_privateItems,
+                          [&](const Record &record) { return taken.contains(record); });
+        }
+        save();
+    }
+    tellOfAdoption();
+}
+
+void KORVENHistoryStore::finishRemoval(const KORVENHistoryItem &record)
+{
+    deleteScanFile(record);
+    m_listener.reloadHistoryDelete(record.scanKey());
+}
+
+void KORVENHistoryStore::endRemoval()
+{
+    const std::scoped_lock lock(m_saving);
+    if (!m_isSaved && !save()) {
+        return; // the next start takes the records out
+    }
+    if (const auto settled = m_removals.settle(); !settled) {
+        logError("Removals are still noted", settled.error());
+    }
+}
+
+HistoryRecords KORVENHistoryStore::removalsLeft()
+{
+    const std::scoped_lock lock(m_saving);
+    if (!m_isSaved) {
+        save(); // before a file is deleted, so that no record is ever without one
+    }
+    return m_removals.unfinished();
+}
+
+bool KORVENHistoryStore::deleteScanFile(const KORVENHistoryItem &record)
+{
+    if (const auto file = record.scanFilePath()) {
+        if (m_calls.unlink(file->c_str()) != 0 && errno != ENOENT) {
+            logError("A scan was not deleted",
+                     systemError(ArchiveError::Kind::unwritable,
+                                 "cannot delete " + printableText(*file), errno));
+            return false;
+        }
+    } else {
+        qCWarning(historyLog, "A record's key names no scan's file; nothing is deleted.");
+    }
+    const std::scoped_lock lock(m_saving);
+    m_removals.markDeleted(record.scanKey());
+    return true;
+}
+
+std::vector<std::string> KORVENHistoryStore::takeKeysWithoutRecord()
+{
+    const std::scoped_lock lock(m_saving);
+    if (!m_isFileKnown || !m_removals.isKnown()) {
+        return {};
+    }
+    std::unordered_set<std::optional<std::string>> recorded;
+    for (const Record &record : allItems()) {
+        recorded.insert(record->scanKey());
+    }
+    std::vector<std::string> keys = std::exchange(m_keysAtStart, {});
+    std::erase_if(keys, [&](const std::string &key) {
+        return recorded.contains(key) || m_removals.contains(key);
+    });
+    return keys;
+}
+
 std::string KORVENHistoryStore::itemArchivePath() const
 {
-    std::string path = services().documents.path();
-    path += '/';
-    path += historyFileName;
-    return path;
+    return archivePath();
+}
+
+std::string KORVENHistoryStore::archivePath()
+{
+    return inDocuments(historyFileName);
 }
 
 bool KORVENHistoryStore::saveChanges()
 {
-    const std::scoped_lock lock(m_saving);
-    if (!mayWrite()) {
+    bool isSaved = false;
+    {
+        const std::scoped_lock lock(m_saving);
+        isSaved = save();
+    }
+    tellOfAdoption();
+    return isSaved;
+}
+
+/// Requires: m_saving is held, and m_listLock is not.
+bool KORVENHistoryStore::save()
+{
+    if (!tryToRead()) {
+        qCWarning(historyLog, "The history was not saved, since it cannot be read: %s",
+                  printableText(problem().value_or(std::string())).c_str());
+        m_isSaved = false;
         return false;
     }
     const auto written = writeHistoryFile(allItems(), itemArchivePath(), m_calls);
+    m_isSaved = written.hasValue();
     if (!written) {
         logError("The history was not saved", written.error());
     }
-    return written.hasValue();
+    return m_isSaved;
 }
 
 KORVENHistoryStore::Record KORVENHistoryStore::getMostRecentScan() const

@@ -67,6 +67,8 @@ KORVENHistoryViewController::KORVENHistoryViewController(const QString &nibName)
     findOutlets();
     makeShortcuts();
     connect(&m_removal, &ScansRemoval::ended, this, &KORVENHistoryViewController::updateButtons);
+    connect(&m_watch, &HistoryFileWatch::mayHaveChanged, this,
+            &KORVENHistoryViewController::readAgain);
 }
 
 KORVENHistoryViewController::~KORVENHistoryViewController()
@@ -85,6 +87,7 @@ void KORVENHistoryViewController::findOutlets()
     m_sortButton = &outlet<KORVENButton>(view, "sortButton");
     m_deleteButton = &outlet<KORVENButton>(view, "deleteButton");
     m_countLabel = &outlet<QLabel>(view, "countLabel");
+    m_problemLabel = &outlet<QLabel>(view, "problemLabel");
     m_historyPages = &outlet<QStackedWidget>(view, "historyPages");
     m_emptyPage = &outlet<QWidget>(view, "emptyPage");
     m_emptyTitle = &outlet<QLabel>(view, "emptyTitle");
@@ -93,6 +96,7 @@ void KORVENHistoryViewController::findOutlets()
     makeCaption(*m_countLabel);
     makeTitle(*m_emptyTitle);
     makeCaption(*m_emptyText);
+    m_problemLabel->hide();
 
     const QStringList missing = wireActions(view, *this,
                                             {{"refreshButton", [this] { scanClicked(); }},
@@ -143,10 +147,19 @@ void KORVENHistoryViewController::loadHistory()
 {
     HistoryRecords records;
     try {
-        records = KORVENHistoryStore::sharedStore().allItems();
-        m_problem.clear();
+        KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
+        m_problem = QString::fromStdString(store.problem().value_or(std::string()));
+        records = store.allItems();
+        if (m_problem.isEmpty()) {
+            m_upkeep.start(store);
+        }
     } catch (const NamedException &exception) {
         m_problem = QString::fromStdString(exception.reason());
+    }
+    if (m_problem.isEmpty()) {
+        m_watch.stop();
+    } else {
+        m_watch.start(KORVENHistoryStore::archivePath());
     }
     std::reverse(records.begin(), records.end()); // of two of one date the later one comes first
     sortNewestFirst(records);
@@ -157,6 +170,22 @@ void KORVENHistoryViewController::loadHistory()
     }
     setSortByDate(true);
     reloadTable();
+}
+
+/// Tries again to read a history that could not be read.
+void KORVENHistoryViewController::readAgain()
+{
+    QString problem;
+    try {
+        KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
+        store.readAgain();
+        problem = QString::fromStdString(store.problem().value_or(std::string()));
+    } catch (const NamedException &exception) {
+        problem = QString::fromStdString(exception.reason());
+    }
+    if (problem != m_problem) {
+        reloadHistory();
+    }
 }
 
 void KORVENHistoryViewController::reloadHistory()
@@ -302,10 +331,14 @@ void KORVENHistoryViewController::selectAgain(int rowBefore)
 void KORVENHistoryViewController::showRowsOrEmptyState()
 {
     const int count = numberOfRowsInTableView();
+    m_problemLabel->setVisible(!m_problem.isEmpty() && count > 0);
     if (!m_problem.isEmpty()) {
+        const QString title = tr("The history cannot be read");
+        const QString text = tr("Scans are not recorded until it can be: %1").arg(m_problem);
         m_countLabel->clear();
-        m_emptyTitle->setText(tr("The history cannot be read"));
-        m_emptyText->setText(tr("Scans are not recorded until it can be: %1").arg(m_problem));
+        m_problemLabel->setText(title + u'\n' + text);
+        m_emptyTitle->setText(title);
+        m_emptyText->setText(text);
     } else {
         m_countLabel->setText(count == 0   ? tr("No scans kept")
                               : count == 1 ? tr("1 scan kept")

@@ -3,6 +3,8 @@
 #include "app/controls/CellTableSource.hpp"
 #include "app/controls/PressGuard.hpp"
 #include "history/HistoryFile.hpp"
+#include "history/HistoryFileWatch.hpp"
+#include "history/HistoryUpkeep.hpp"
 #include "history/ScansRemoval.hpp"
 
 #include <QObject>
@@ -29,6 +31,10 @@ class KORVENHistoryCellView;
 /// deleted; and what there is to say when there are none, or when the history cannot be read.
 ///
 /// The rows are a copy of the store's list, sorted and pruned here without touching the store.
+///
+/// While the history cannot be read, the screen says why, above the rows of this run's scans, and
+/// watches the file; the old rows are shown as soon as it can be read. What an earlier run left
+/// undone in the history (see HistoryUpkeep) is finished after the history was read.
 ///
 /// Keys:    Return opens the selected scan again, Delete deletes it and does not repeat.
 /// Mouse:   of a double click on a delete button, the second click deletes nothing (PressGuard).
@@ -68,8 +74,8 @@ public:
     void scanClicked();
     /// Turns to the other order.
     void sortClicked();
-    /// Deletes all scans, without asking back. When there are many this goes on while the event
-    /// loop runs, and the buttons have to wait for it.
+    /// Deletes all scans, without asking back (see ScansRemoval). When there are many this goes on
+    /// while the event loop runs, and the buttons have to wait for it.
     void deleteAllClicked();
 
     /// Sorts the rows by the order that is set, and shows them from the first one on.
@@ -101,6 +107,7 @@ private:
     void reloadTable();
     void selectAgain(int rowBefore);
     void showRowsOrEmptyState();
+    void readAgain();
     void updateButtons();
     void deleteSelected();
 
@@ -119,6 +126,7 @@ private:
     KORVENButton *m_sortButton = nullptr;
     KORVENButton *m_deleteButton = nullptr;
     QLabel *m_countLabel = nullptr;
+    QLabel *m_problemLabel = nullptr;
     QStackedWidget *m_historyPages = nullptr;
     QWidget *m_emptyPage = nullptr;
     QLabel *m_emptyTitle = nullptr;
@@ -137,6 +145,8 @@ private:
     Record m_selected; ///< of the row that was selected last
     ScansRemoval m_removal;
     PressGuard m_pressGuard{this};
+    HistoryFileWatch m_watch{this};
+    HistoryUpkeep m_upkeep;
 };
 
 } // namespace tessaly

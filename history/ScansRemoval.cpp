@@ -2,7 +2,6 @@
 
 #include "history/KORVENHistoryStore.hpp"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -17,17 +16,19 @@ constexpr qint64 sliceMs = 40;
 
 } // namespace
 
-ScansRemoval::ScansRemoval(QObject *parent) : QObject(parent)
-{
-    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
-            &ScansRemoval::finish);
-}
-
 void ScansRemoval::start(HistoryRecords records)
 {
     Q_ASSERT(!isRunning());
     m_records = std::move(records);
     m_next = 0;
+    if (!isRunning()) {
+        return;
+    }
+    KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
+    m_isTakenOut = store.noteRemovals(m_records) && m_records.size() > fewRecords;
+    if (m_isTakenOut) {
+        store.takeOut(m_records);
+    }
     removeSlice();
     if (isRunning()) {
         continueLater();
@@ -38,9 +39,6 @@ void ScansRemoval::continueLater()
 {
     // A timer, not a queued call: what the window system has to say comes in between.
     QTimer::singleShot(0, this, [this] {
-        if (!isRunning()) {
-            return; // finish() was quicker
-        }
         removeSlice();
         if (isRunning()) {
             continueLater();
@@ -50,17 +48,6 @@ void ScansRemoval::continueLater()
     });
 }
 
-void ScansRemoval::finish()
-{
-    if (!isRunning()) {
-        return;
-    }
-    while (isRunning()) {
-        removeNext();
-    }
-    Q_EMIT ended();
-}
-
 void ScansRemoval::removeSlice()
 {
     QElapsedTimer timer;
@@ -68,12 +55,21 @@ void ScansRemoval::removeSlice()
     while (isRunning() && timer.elapsed() < sliceMs) {
         removeNext();
     }
+    if (!isRunning()) {
+        KORVENHistoryStore::sharedStore().endRemoval();
+    }
 }
 
 void ScansRemoval::removeNext()
 {
+    KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
     // Out of the list first: what is told of the removal may ask whether this is running.
-    KORVENHistoryStore::sharedStore().removeItem(std::exchange(m_records[m_next++], nullptr));
+    const auto record = std::exchange(m_records[m_next++], nullptr);
+    if (m_isTakenOut) {
+        store.finishRemoval(*record);
+    } else {
+        store.removeItem(record);
+    }
 }
 
 } // namespace tessaly

@@ -2,9 +2,13 @@
 
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "engine/AtomicFile.hpp"
+#include "engine/ScanFileWriter.hpp"
+#include "history/HistoryUpkeep.hpp"
 #include "history/KORVENHistoryStore.hpp"
+#include "history/ScanFiles.hpp"
 #include "tests/engine/ChildProcess.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
+#include "tests/engine/TreeBuilder.hpp"
 #include "tests/fakes/FailingFileCalls.hpp"
 #include "tests/fakes/FakeServices.hpp"
 #include "tests/history/OwnHistoryStore.hpp"
@@ -122,6 +126,168 @@ TEST_F(HistoryKillTest, killedAtAnyMomentNothingSavedIsLost)
         expectNothingSavedIsLost();
         AtomicFile::removeLeftovers(m_folder.path());
     }
+}
+
+/// Scans with a file each, which are removed all at once by a process that is killed on the way.
+class HistoryRemovalKillTest : public testing::Test {
+protected:
+    static constexpr int removedCount = 20;
+
+    void recordScans()
+    {
+        HistoryRecords records;
+        for (int i = 0; i < removedCount; ++i) {
+            records.push_back(scan("/removed"));
+        }
+        records.push_back(scan("/kept"));
+        ASSERT_TRUE(writeHistoryFile(records, m_historyFile));
+    }
+
+    [[nodiscard]] HistoryRecords::value_type scan(const std::string &path) const
+    {
+        auto record = std::make_shared<const KORVENHistoryItem>(path, "0.01 KB");
+        const auto tree = makeTree(path, {file("a", 10)});
+        EXPECT_TRUE(writeScanFile(tree->root(), m_folder.path(*record->scanKey() + ".archive")));
+        return record;
+    }
+
+    void removeAllButTheLast(FileCalls &calls)
+    {
+        const auto store = OwnHistoryStore::open(m_delegate, calls);
+        HistoryRecords records = store->allItems();
+        records.pop_back();
+        store->noteRemovals(records);
+        store->takeOut(records);
+        for (const auto &record : records) {
+            store->finishRemoval(*record);
+        }
+        store->endRemoval();
+    }
+
+    [[nodiscard]] std::set<std::string> savedKeys() const
+    {
+        const auto records = readHistoryFile(m_historyFile);
+        std::set<std::string> keys;
+        if (!records) {
+            EXPECT_NE(access(m_historyFile.c_str(), F_OK), 0) << records.error().text();
+            return keys;
+        }
+        for (const auto &record : records.value()) {
+            keys.insert(record->scanKey().value());
+        }
+        return keys;
+    }
+    [[nodiscard]] std::set<std::string> scanKeys() const
+    {
+        const auto keys = scanKeysIn(m_folder.path());
+        return {keys.begin(), keys.end()};
+    }
+
+    void expectNoRecordWithoutAFile() const
+    {
+        const std::set<std::string> files = scanKeys();
+        for (const std::string &key : savedKeys()) {
+            EXPECT_TRUE(files.contains(key)) << key;
+        }
+    }
+
+    /// Starts the program again, as it were.
+    void finishWhatIsLeft(FileCalls &calls = FileCalls::system())
+    {
+        AtomicFile::removeLeftovers(m_folder.path());
+        const auto store = OwnHistoryStore::open(m_delegate, calls);
+        HistoryUpkeep::run(*store);
+    }
+
+    void clear() const { removeContents(m_folder.descriptor()); }
+
+    TemporaryFolder m_folder;
+    const std::string m_historyFile = m_folder.path("scanHistory.archive");
+    const std::string m_removalsFile = m_folder.path("scanHistory.removals");
+    FakeServices m_services{m_folder.path()};
+    KORVENAppDelegate m_delegate{m_services.all()};
+};
+
+TEST_F(HistoryRemovalKillTest, killedBeforeAnyCallAllAreRemovedOrNone)
+{
+    bool wasKilled = true;
+    for (std::size_t call = 0; wasKilled; ++call) {
+        SCOPED_TRACE(call);
+        recordScans();
+        KillableChild process([&] {
+            FailingFileCalls calls;
+            calls.fatalCall = call;
+            removeAllButTheLast(calls);
+        });
+        wasKilled = process.wasKilled();
+        expectNoRecordWithoutAFile();
+        const bool isNoted = access(m_removalsFile.c_str(), F_OK) == 0;
+        const bool isDone = savedKeys().size() == 1;
+        EXPECT_TRUE(!wasKilled || isNoted || isDone || scanKeys().size() == removedCount + 1);
+
+        finishWhatIsLeft();
+
+        EXPECT_EQ(savedKeys(), scanKeys());
+        EXPECT_EQ(savedKeys().size(), isNoted || isDone ? 1U : removedCount + 1U);
+        EXPECT_NE(access(m_removalsFile.c_str(), F_OK), 0);
+        ASSERT_GT(removedCount * 4U, call) << "it does not come to its end";
+        clear();
+    }
+}
+
+TEST_F(HistoryRemovalKillTest, theNextStartMayBeKilledAsWell)
+{
+    bool wasKilled = true;
+    for (std::size_t call = 0; wasKilled; ++call) {
+        SCOPED_TRACE(call);
+        recordScans();
+        const auto records = readHistoryFile(m_historyFile).value();
+        ASSERT_TRUE(writeHistoryFile({records.begin(), records.end() - 1}, m_removalsFile));
+        KillableChild process([&] {
+            FailingFileCalls calls;
+            calls.fatalCall = call;
+            finishWhatIsLeft(calls);
+        });
+        wasKilled = process.wasKilled();
+        expectNoRecordWithoutAFile();
+
+        finishWhatIsLeft();
+
+        EXPECT_EQ(savedKeys(), std::set{*records.back()->scanKey()});
+        EXPECT_EQ(scanKeys(), savedKeys());
+        EXPECT_NE(access(m_removalsFile.c_str(), F_OK), 0);
+        clear();
+    }
+}
+
+TEST_F(HistoryRemovalKillTest, killedBetweenAScanAndItsRecordTheNextStartMakesTheRecord)
+{
+    bool wasKilled = true;
+    for (std::size_t call = 0; wasKilled; ++call) {
+        SCOPED_TRACE(call);
+        const std::size_t countBefore = savedKeys().size();
+        KillableChild process([&] {
+            FailingFileCalls calls;
+            calls.fatalCall = call;
+            const auto store = OwnHistoryStore::open(m_delegate, calls);
+            const auto record = std::make_shared<const KORVENHistoryItem>("/scanned", "0.01 KB");
+            const auto tree = makeTree("/scanned", {file("a", 10)});
+            if (writeScanFile(tree->root(), record->scanFilePath().value(), calls)) {
+                store->addItem(record);
+                store->saveChanges();
+            }
+        });
+        wasKilled = process.wasKilled();
+        expectNoRecordWithoutAFile();
+        const std::size_t fileCount = scanKeys().size();
+
+        finishWhatIsLeft();
+
+        EXPECT_EQ(scanKeys().size(), fileCount) << "no scan is lost";
+        EXPECT_EQ(savedKeys(), scanKeys());
+        EXPECT_GE(savedKeys().size(), countBefore);
+    }
+    EXPECT_GT(savedKeys().size(), 3U);
 }
 
 } // namespace

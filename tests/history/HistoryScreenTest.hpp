@@ -29,6 +29,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 namespace tessaly {
 
 /// Passes messages about the history on to the screen, as the window does, and records all.
@@ -124,6 +126,18 @@ protected:
         item->setScanDate(Timestamp{date});
         std::ofstream(item->scanFilePath().value()) << "a scan";
         store().addItem(item);
+    }
+    /// More scans than the window shows; the newest is "/scan 0".
+    void openMany(int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            record("K" + std::to_string(i), "/scan " + std::to_string(i), -i);
+        }
+        openScreen();
+    }
+    [[nodiscard]] bool hasFile(const std::string &name) const
+    {
+        return access(m_documents.path("documents/" + name).c_str(), F_OK) == 0;
     }
     void showRows(int count)
     {

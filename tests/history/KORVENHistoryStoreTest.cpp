@@ -1,20 +1,14 @@
 #include "history/KORVENHistoryStore.hpp"
 
-#include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
 #include "tests/engine/ArchiveVectors.hpp"
 #include "tests/engine/ChildProcess.hpp"
-#include "tests/engine/TemporaryFolder.hpp"
-#include "tests/fakes/FailingFileCalls.hpp"
-#include "tests/fakes/FakeMainWindow.hpp"
-#include "tests/fakes/FakeServices.hpp"
-#include "tests/history/OwnHistoryStore.hpp"
+#include "tests/history/HistoryStoreTest.hpp"
+#include "tests/platform/linux/LoggedWarnings.hpp"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -26,87 +20,7 @@
 namespace tessaly {
 namespace {
 
-using Keys = std::vector<std::string>;
-using Log = std::vector<std::string>;
-using Record = KORVENHistoryStore::Record;
-
-/// Runs something at each message, and passes the messages on.
-class SpyingListener final : public HistoryListener {
-public:
-    explicit SpyingListener(HistoryListener &next) : m_next(next) {}
-
-    std::function<void()> onMessage = [] {};
-
-    void historyStoreUpdated() override
-    {
-        onMessage();
-        m_next.historyStoreUpdated();
-    }
-    void reloadHistoryDelete(const std::optional<std::string> &scanKey) override
-    {
-        onMessage();
-        m_next.reloadHistoryDelete(scanKey);
-    }
-
-private:
-    HistoryListener &m_next;
-};
-
-class KORVENHistoryStoreTest : public testing::Test {
-protected:
-    KORVENHistoryStoreTest() { m_delegate.setWindowController(&m_window); }
-
-    std::unique_ptr<KORVENHistoryStore> openStore()
-    {
-        return OwnHistoryStore::open(m_listener, m_calls);
-    }
-
-    /// A record with this key, whose scan has a file.
-    Record record(const std::string &key, double date = 0) const
-    {
-        const auto record = std::make_shared<KORVENHistoryItem>("/path of " + key, "1.00 KB");
-        record->setScanKey(key);
-        record->setScanDate(Timestamp{date});
-        makeFile(key + ".archive");
-        return record;
-    }
-
-    void makeFile(const std::string &name, const std::string &text = "a scan") const
-    {
-        std::ofstream(m_folder.path(name)) << text;
-    }
-    [[nodiscard]] bool hasFile(const std::string &name) const
-    {
-        return access(m_folder.path(name).c_str(), F_OK) == 0;
-    }
-
-    static Keys keysOf(const HistoryRecords &records)
-    {
-        Keys keys;
-        for (const Record &record : records) {
-            keys.push_back(record->scanKey().value_or("(none)"));
-        }
-        return keys;
-    }
-    /// What the next start will read.
-    [[nodiscard]] Keys savedKeys() const
-    {
-        const auto records = readHistoryFile(m_historyFile);
-        return records ? keysOf(records.value()) : Keys{records.error().text()};
-    }
-    [[nodiscard]] long countOf(const std::string &call) const
-    {
-        return std::count(m_calls.log().begin(), m_calls.log().end(), call);
-    }
-
-    TemporaryFolder m_folder;
-    const std::string m_historyFile = m_folder.path("scanHistory.archive");
-    FakeServices m_services{m_folder.path()};
-    FakeMainWindow m_window;
-    KORVENAppDelegate m_delegate{m_services.all()};
-    SpyingListener m_listener{m_delegate};
-    FailingFileCalls m_calls;
-};
+class KORVENHistoryStoreTest : public HistoryStoreTest {};
 
 TEST_F(KORVENHistoryStoreTest, startsEmptyWithoutAFileAndMakesNone)
 {
@@ -501,9 +415,74 @@ TEST_F(KORVENHistoryStoreTest, anUnreadableHistoryThatIsGoneLaterIsBegunAnew)
     EXPECT_EQ(savedKeys(), Keys{"B"});
 }
 
+TEST_F(KORVENHistoryStoreTest, aHistoryThatCannotBeReadIsAProblemUntilItCanBe)
+{
+    m_folder.folder("scanHistory.archive");
+    const auto store = openStore();
+    ASSERT_TRUE(store->problem());
+    EXPECT_NE(store->problem()->find(m_historyFile), std::string::npos) << *store->problem();
+    store->addItem(record("B"));
+    {
+        const LoggedWarnings log;
+        EXPECT_FALSE(store->saveChanges());
+        ASSERT_EQ(log.lines().size(), 1U);
+        EXPECT_EQ(log.lines().front(),
+                  "tessaly.history: The history was not saved, since it cannot be read: " +
+                      *store->problem());
+    }
+    EXPECT_FALSE(store->readAgain());
+    EXPECT_TRUE(store->problem());
+    EXPECT_EQ(m_window.log(), Log{"historyStoreUpdated"});
+
+    ASSERT_EQ(rmdir(m_historyFile.c_str()), 0);
+    ASSERT_TRUE(writeHistoryFile({record("A")}, m_historyFile));
+    EXPECT_TRUE(store->readAgain());
+
+    EXPECT_EQ(store->problem(), std::nullopt);
+    EXPECT_EQ(keysOf(store->allItems()), (Keys{"A", "B"}));
+    EXPECT_EQ(savedKeys(), (Keys{"A", "B"})) << "what could not be saved is saved now";
+    EXPECT_EQ(m_window.log(), (Log{"historyStoreUpdated", "historyStoreUpdated"}));
+
+    EXPECT_TRUE(store->readAgain());
+    EXPECT_EQ(keysOf(store->allItems()), (Keys{"A", "B"})) << "it is read once";
+    EXPECT_EQ(m_window.log().size(), 2U);
+}
+
+TEST_F(KORVENHistoryStoreTest, aSaveThatFindsTheHistoryReadableTellsOfItsRecords)
+{
+    m_folder.folder("scanHistory.archive");
+    const auto store = openStore();
+    ASSERT_EQ(rmdir(m_historyFile.c_str()), 0);
+    ASSERT_TRUE(writeHistoryFile({record("A")}, m_historyFile));
+
+    EXPECT_TRUE(store->saveChanges());
+
+    EXPECT_EQ(store->problem(), std::nullopt);
+    EXPECT_EQ(keysOf(store->allItems()), Keys{"A"});
+    EXPECT_EQ(m_window.log(), Log{"historyStoreUpdated"});
+}
+
+TEST_F(KORVENHistoryStoreTest, aHistoryThatIsReadAgainAndHasNothingNewIsNotWritten)
+{
+    m_folder.folder("scanHistory.archive");
+    const auto store = openStore();
+    ASSERT_EQ(rmdir(m_historyFile.c_str()), 0);
+    EXPECT_TRUE(store->readAgain());
+    EXPECT_FALSE(hasFile("scanHistory.archive"));
+    EXPECT_EQ(m_calls.log().size(), 0U);
+}
+
+/// Does nothing, so that it orders no threads.
+class SilentListener final : public HistoryListener {
+public:
+    void historyStoreUpdated() override {}
+    void reloadHistoryDelete(const std::optional<std::string> & /*scanKey*/) override {}
+};
+
 TEST_F(KORVENHistoryStoreTest, isWrittenAndReadByManyThreadsAtOnce)
 {
-    const auto store = openStore();
+    SilentListener listener;
+    const auto store = OwnHistoryStore::open(listener); // with the system's own calls, likewise
     constexpr int perThread = 50;
     std::vector<std::thread> threads;
     for (const char *name : {"x", "y"}) {

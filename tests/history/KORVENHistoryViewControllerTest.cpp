@@ -26,15 +26,6 @@ protected:
         record("A", "/a", 100);
         openScreen();
     }
-    /// More scans than the window shows; the newest is "/scan 0".
-    void openMany(int count)
-    {
-        for (int i = 0; i < count; ++i) {
-            record("K" + std::to_string(i), "/scan " + std::to_string(i), -i);
-        }
-        openScreen();
-    }
-
     [[nodiscard]] RowDeparture *departure() const
     {
         return m_screen->view()->findChild<RowDeparture *>();
@@ -347,49 +338,6 @@ TEST_F(KORVENHistoryViewControllerTest, deletesAllOneByOneInTheStoresOrder)
     EXPECT_TRUE(button("refreshButton").isEnabled());
 }
 
-TEST_F(KORVENHistoryViewControllerTest, manyAreDeletedWhileTheEventLoopRuns)
-{
-    constexpr int count = 1'500;
-    openMany(count);
-    // Each removal takes a moment that no machine does a slice of thousands of them in.
-    m_screen->deleteAllClicked();
-    ASSERT_GT(m_screen->numberOfRowsInTableView(), 0) << "it is done in one go";
-    EXPECT_LT(m_screen->numberOfRowsInTableView(), count) << "the first slice is done at once";
-    for (const char *name : {"deleteButton", "sortButton", "refreshButton"}) {
-        EXPECT_FALSE(button(name).isEnabled()) << name;
-    }
-    EXPECT_FALSE(cell(0).deleteButton()->isEnabled());
-    const int left = m_screen->numberOfRowsInTableView();
-    m_screen->deleteAllClicked();
-    table().selectRow(0);
-    QTest::keyClick(&table(), Qt::Key_Delete);
-    EXPECT_EQ(m_screen->numberOfRowsInTableView(), left) << "the user has to wait";
-
-    record("new", "/recorded meanwhile", 1e6);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return button("deleteButton").isEnabled(); }, 300'000));
-
-    showRows(1);
-    EXPECT_EQ(shownPaths(), Paths{"/recorded meanwhile"});
-    EXPECT_TRUE(cell(0).deleteButton()->isEnabled());
-    ASSERT_EQ(m_mainWindow.log.size(), std::size_t{count});
-    for (int i = 0; i < count; ++i) {
-        ASSERT_EQ(m_mainWindow.log[static_cast<std::size_t>(i)],
-                  "reloadHistoryDelete K" + std::to_string(i));
-    }
-    EXPECT_EQ(readHistoryFile(store().itemArchivePath()).value().size(), 1U);
-}
-
-TEST_F(KORVENHistoryViewControllerTest, whatIsLeftIsDeletedWhenTheProgramQuits)
-{
-    openMany(1'500);
-    m_screen->deleteAllClicked();
-    ASSERT_GT(store().allItems().size(), 0U);
-    QMetaObject::invokeMethod(
-        qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
-    QCoreApplication::exec();
-    EXPECT_TRUE(store().allItems().empty());
-}
-
 TEST_F(KORVENHistoryViewControllerTest, tenThousandScansTakeFewCells)
 {
     constexpr int count = 10'000;
@@ -470,33 +418,6 @@ TEST_F(KORVENHistoryViewControllerTest, aPressOutlivesAReloadThatLeavesItsRow)
     QTest::mouseRelease(pressed, Qt::LeftButton);
     showRows(2);
     EXPECT_EQ(shownPaths(), (Paths{"/b", "/a"}));
-}
-
-// An unreadable history.
-
-TEST_F(KORVENHistoryViewControllerTest, aHistoryThatCannotBeReadSaysSoWhereTheRowsWouldBe)
-{
-    const std::string file = m_documents.path("documents/scanHistory.archive");
-    std::ofstream(file) << "bplist00 and then nonsense";
-    openScreen();
-
-    EXPECT_TRUE(named<QWidget>("emptyPage").isVisible());
-    EXPECT_EQ(label("emptyTitle"), u"The history cannot be read"_s);
-    EXPECT_TRUE(label("emptyText").contains(QString::fromStdString(file)));
-    EXPECT_EQ(label("countLabel"), QString());
-    EXPECT_EQ(m_screen->numberOfRowsInTableView(), 0);
-
-    m_screen->deleteAllClicked();
-    m_screen->sortClicked();
-    m_screen->reloadHistoryDelete("A");
-    press("refreshButton");
-    EXPECT_EQ(label("emptyTitle"), u"The history cannot be read"_s);
-    EXPECT_EQ(m_mainWindow.log, Log{"scanClicked"});
-    EXPECT_EQ(access(file.c_str(), F_OK), 0) << "it is left as it is";
-
-    ASSERT_EQ(unlink(file.c_str()), 0);
-    m_screen->reloadHistory();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return label("emptyTitle") == u"No scans kept yet"_s; }));
 }
 
 // Buttons and keys.

@@ -75,7 +75,7 @@ Needs needsOfHistory()
 {
     return {{{cellTable, {"tableView"}},
              {korvenButton, {"refreshButton", "sortButton", "deleteButton"}},
-             {"QLabel", {"countLabel", "emptyTitle", "emptyText"}},
+             {"QLabel", {"countLabel", "problemLabel", "emptyTitle", "emptyText"}},
              {"QStackedWidget", {"historyPages"}},
              {"QWidget", {"emptyPage"}}},
             {"refreshButton", "sortButton", "deleteButton"}};
