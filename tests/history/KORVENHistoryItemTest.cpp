@@ -151,6 +151,37 @@ TEST_F(KORVENHistoryItemTest, comesBackFromAnArchive)
     EXPECT_EQ(read.scanDate(), item.scanDate());
 }
 
+TEST_F(KORVENHistoryItemTest, isWrittenInTheOrderOfPathTotalKeyAndDate)
+{
+    KORVENHistoryItem item("/the path", "the total");
+    item.setScanKey("the key");
+    item.setScanDate(Timestamp{-1234.5});
+    KeyedArchiveWriter writer;
+    const auto place = writer.reserve();
+    item.encodeWithCoder(writer, place);
+    MemorySink file;
+    ASSERT_TRUE(writer.finish(place, file));
+
+    const KeyedArchiveReader reader(file.bytes());
+    const auto uidOf = [&](std::string_view key) {
+        KeyedArchiveReader::NameMatcher names{key};
+        return reader.uid(*reader.fields(reader.object(reader.root()), names)[0], key);
+    };
+    EXPECT_LT(uidOf("scanPath"), uidOf("scanTotal"));
+    EXPECT_LT(uidOf("scanTotal"), uidOf("scanKey"));
+    EXPECT_LT(uidOf("scanKey"), uidOf("scanDate"));
+
+    const std::string bytes(reinterpret_cast<const char *>(file.bytes().data()),
+                            file.bytes().size());
+    std::size_t last = 0;
+    for (const char *text : {"/the path", "the total", "the key"}) {
+        const std::size_t at = bytes.find(text);
+        ASSERT_NE(at, std::string::npos) << text;
+        EXPECT_GT(at, last) << text;
+        last = at;
+    }
+}
+
 TEST_F(KORVENHistoryItemTest, emptyValuesComeBackEmptyAndSortAsNothing)
 {
     const KORVENHistoryItem read = archivedAndRead(emptyItem());
