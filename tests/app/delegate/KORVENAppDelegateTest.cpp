@@ -7,9 +7,15 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
+#include <memory>
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -21,6 +27,51 @@ namespace {
 
 using Log = std::vector<std::string>;
 using Sound = Notification::Sound;
+
+/// Calls back when it is asked for the release.
+class WatchedRelease final : public SystemRelease {
+public:
+    explicit WatchedRelease(std::function<void()> asked) : m_asked(std::move(asked)) {}
+
+    [[nodiscard]] Version version() const override
+    {
+        m_asked();
+        return {10, 7};
+    }
+
+private:
+    std::function<void()> m_asked;
+};
+
+/// Settings without values, which call back when a key is looked for.
+class WatchedSettings final : public SettingsStore {
+public:
+    explicit WatchedSettings(std::function<void()> asked) : m_asked(std::move(asked)) {}
+
+    [[nodiscard]] bool hasKey(std::string_view /*key*/) const override
+    {
+        m_asked();
+        return true;
+    }
+    [[nodiscard]] std::int64_t integer(std::string_view /*key*/) const override { return 0; }
+    [[nodiscard]] std::optional<std::string> text(std::string_view /*key*/) const override
+    {
+        return std::nullopt;
+    }
+    [[nodiscard]] std::optional<Data> data(std::string_view /*key*/) const override
+    {
+        return std::nullopt;
+    }
+    void setInteger(std::string_view /*key*/, std::int64_t /*value*/) override {}
+    void setDefault(std::string_view /*key*/, std::int64_t /*value*/) override {}
+    void setText(std::string_view /*key*/, std::string_view /*value*/) override {}
+    void setData(std::string_view /*key*/, std::span<const std::byte> /*value*/) override {}
+    void remove(std::string_view /*key*/) override {}
+    bool flush() override { return true; }
+
+private:
+    std::function<void()> m_asked;
+};
 
 class KORVENAppDelegateTest : public testing::Test {
 protected:
@@ -57,6 +108,29 @@ TEST_F(KORVENAppDelegateTest, storesTheDefaultsOnTheFirstRunEachAtOnce)
                    "setInteger notificationSoundPreference 1", "flush",
                    "setInteger diskGraphColorPreference 1", "flush",
                    "setInteger folderGraphColorPreference 1", "flush"}));
+}
+
+TEST_F(KORVENAppDelegateTest, asksForTheReleaseThenReadsThePreferencesThenSetsTheFlags)
+{
+    // The flags are looked at while the delegate is being constructed.
+    std::allocator<KORVENAppDelegate> allocator;
+    KORVENAppDelegate *const delegate = allocator.allocate(1);
+    Log log;
+    WatchedRelease release([&] { log.emplace_back("release"); });
+    WatchedSettings settings([&] {
+        log.emplace_back(delegate->run10p7Mode() ? "preference after the flags" : "preference");
+    });
+    const Services all = m_services.all();
+    std::construct_at(delegate,
+                      Services{settings, all.bookmarks, all.documents, release, all.notifier,
+                               all.dates, all.previewPanels, all.fileManager, all.folderChooser,
+                               all.account, all.volumes, all.applications, all.urls});
+    EXPECT_TRUE(delegate->run10p7Mode());
+    std::destroy_at(delegate);
+    allocator.deallocate(delegate, 1);
+
+    EXPECT_EQ(log, (Log{"release", "preference", "preference", "preference", "preference",
+                        "preference", "preference"}));
 }
 
 TEST_F(KORVENAppDelegateTest, readsWhatIsStoredAndWritesNothing)

@@ -85,6 +85,20 @@ TEST_F(HomeFolderGrantTest, removingTakesTheGrantAwayAndEndsTheProgram)
     expectRestart();
 }
 
+TEST_F(HomeFolderGrantTest, isStoredBeforeAnybodyIsTold)
+{
+    Names log;
+    HomeFolderGrant grant(window(), [&] { log = m_services.settings.log(); });
+    m_services.settings.clearLog();
+    grant.removeHomeFolder();
+    EXPECT_EQ(log, (Names{"remove homeFolder", "flush"}));
+    m_services.settings.clearLog();
+    grant.customHomeFolder();
+    m_services.folderChooser.answer("/home/other");
+    ASSERT_EQ(log.size(), 2U);
+    EXPECT_EQ(log[1], "flush");
+}
+
 TEST_F(HomeFolderGrantTest, theSheetsButtonsDoTheSame)
 {
     m_controller->showPreferenceSheet();
