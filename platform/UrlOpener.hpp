@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 namespace tessaly {
@@ -20,6 +21,10 @@ public:
     /// Opens the address: "https:" in the browser, "macappstore:" as the page of the same program
     /// in the desktop's software centre. What is no address is not opened.
     virtual void openUrl(std::string_view url) = 0;
+
+    /// Whether something is installed that opens the address. `answer` is called once, later and on
+    /// the main thread; never when this is destroyed before.
+    virtual void canOpenUrl(std::string_view url, std::function<void(bool)> answer) = 0;
 };
 
 } // namespace tessaly

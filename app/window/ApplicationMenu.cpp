@@ -4,14 +4,15 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace tessaly {
 
-ApplicationMenu::ApplicationMenu(StateReader readState, QWidget *parent)
-    : QMenu(parent), m_readState(std::move(readState))
+ApplicationMenu::ApplicationMenu(StateReader readState, std::vector<Item> leftOut, QWidget *parent)
+    : QMenu(parent), m_readState(std::move(readState)), m_leftOut(std::move(leftOut))
 {
     setAccessibleName(tr("Menu"));
     addScreenItems();
@@ -27,7 +28,12 @@ ApplicationMenu::ApplicationMenu(StateReader readState, QWidget *parent)
 
 QAction *ApplicationMenu::add(QMenu &menu, Item item, const QString &title, const QKeySequence &key)
 {
-    QAction *action = menu.addAction(title);
+    auto *action = new QAction(title, &menu);
+    if (std::ranges::find(m_leftOut, item) == m_leftOut.end()) {
+        menu.addAction(action);
+    } else {
+        action->setEnabled(false);
+    }
     action->setShortcut(key);
     // Shown, and no more: see handleKey().
     action->setShortcutContext(Qt::WidgetShortcut);
@@ -72,7 +78,7 @@ void ApplicationMenu::addHelpItems()
     add(tools, Item::diskUtility, tr("&Disk Utility"));
     add(tools, Item::fileManager, tr("&File Manager"));
     add(tools, Item::systemSettings, tr("&System Settings"));
-    QMenu &help = *addMenu(tr("H&elp"));
+    auto &help = *new QMenu(tr("H&elp"), this);
     add(help, Item::webHelp, tr("Tessaly &Help"), Qt::Key_F1);
     add(help, Item::website, tr("&Website"));
     add(help, Item::support, tr("&Support"));
@@ -81,6 +87,10 @@ void ApplicationMenu::addHelpItems()
     add(help, Item::facebook, tr("Tessaly on &Facebook"));
     add(help, Item::twitter, tr("Tessaly on &Twitter"));
     add(help, Item::google, tr("Tessaly on &Google+"));
+    const bool hasItems = !std::ranges::all_of(help.actions(), &QAction::isSeparator);
+    if (hasItems) {
+        addMenu(&help);
+    }
 }
 
 void ApplicationMenu::update()

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <functional>
+#include <vector>
 
 class QKeyEvent;
 
@@ -67,7 +68,9 @@ public:
     };
     using StateReader = std::function<State()>;
 
-    explicit ApplicationMenu(StateReader readState, QWidget *parent = nullptr);
+    /// `leftOut`: what the menu does not offer. Their actions exist, but cannot be used.
+    explicit ApplicationMenu(StateReader readState, std::vector<Item> leftOut = {},
+                             QWidget *parent = nullptr);
 
     [[nodiscard]] QAction &action(Item item) const
     {
@@ -87,6 +90,7 @@ private:
     void addHelpItems();
 
     StateReader m_readState;
+    std::vector<Item> m_leftOut;
     std::array<QAction *, static_cast<std::size_t>(Item::count)> m_actions{};
 };
 

@@ -37,9 +37,14 @@ KORVENRate::KORVENRate(std::string appId, std::unique_ptr<RateAlert> alert)
     }
 }
 
+bool KORVENRate::isDue() const noexcept
+{
+    return m_runCount >= firstAskingCount && m_runCount <= lastCount;
+}
+
 void KORVENRate::checkRateAndReview()
 {
-    if (m_runCount >= firstAskingCount && m_runCount <= lastCount) {
+    if (isDue()) {
         rateAndReviewAlert();
     }
 }

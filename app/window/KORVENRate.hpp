@@ -29,6 +29,8 @@ public:
     /// `appId`: the program's identifier in the store, decimal digits. `alert` asks the user.
     KORVENRate(std::string appId, std::unique_ptr<RateAlert> alert);
 
+    /// Whether it is time to ask the user.
+    [[nodiscard]] bool isDue() const noexcept;
     /// Asks the user if it is time to.
     void checkRateAndReview();
     /// Asks the user, and does what they answer. Without an answer nothing changes.

@@ -29,6 +29,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -161,8 +162,30 @@ void KORVENWindowController::awakeFromNib()
     m_mainWindow->installEventFilter(this);
     m_rateAndReview = std::make_unique<KORVENRate>(storeIdentifier(),
                                                    std::make_unique<RateMessageBox>(*m_mainWindow));
-    m_rateMoment = std::make_unique<QuietMoment>(*m_mainWindow,
-                                                 [this] { m_rateAndReview->checkRateAndReview(); });
+    askToRate();
+}
+
+/// Asks the user to rate the program, once nothing else is in front of the window. Not where the
+/// answer would lead nowhere: no maker has set a store, and there is no software centre.
+void KORVENWindowController::askToRate()
+{
+    const auto ask = [controller = QPointer(this)](bool canOpen) {
+        if (canOpen && controller != nullptr) {
+            controller->m_rateMoment =
+                std::make_unique<QuietMoment>(*controller->m_mainWindow, [controller] {
+                    controller->m_rateAndReview->checkRateAndReview();
+                });
+        }
+    };
+    const std::string page = storePage(storeIdentifier());
+    if (!m_rateAndReview->isDue()) {
+        return;
+    }
+    if (isSetByMaker(page)) {
+        ask(true);
+    } else {
+        services().urls.canOpenUrl(page, ask);
+    }
 }
 
 void KORVENWindowController::makeScreens()

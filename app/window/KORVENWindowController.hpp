@@ -128,6 +128,7 @@ public:
 
 private:
     void makeScreens();
+    void askToRate();
     void windowDidResize();
     void emptyWindowPainted();
     void startLoading();

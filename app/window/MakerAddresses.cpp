@@ -2,6 +2,11 @@
 
 namespace tessaly {
 
+bool isSetByMaker(std::string_view address)
+{
+    return address.find(TESSALY_UNSET_HOST) == std::string_view::npos;
+}
+
 std::string makerWebsite()
 {
     return TESSALY_WEBSITE;

@@ -5,8 +5,12 @@
 
 /// The maker's addresses on the web and the program's identifier in the store: the one place that
 /// knows them. A build for another maker sets them as cache variables (TESSALY_WEBSITE, …, see
-/// CMakeLists.txt).
+/// CMakeLists.txt). What nobody has set lies on a host that does not exist, and is not offered to
+/// users.
 namespace tessaly {
+
+/// Whether the address is one that a maker has set.
+[[nodiscard]] bool isSetByMaker(std::string_view address);
 
 /// The home page; ends with a slash.
 [[nodiscard]] std::string makerWebsite();

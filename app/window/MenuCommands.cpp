@@ -3,6 +3,7 @@
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/RowActions.hpp"
 #include "app/window/KORVENWindowController.hpp"
+#include "app/window/MakerAddresses.hpp"
 #include "app/window/PreferenceSheet.hpp"
 #include "drives/KORVENDriveViewController.hpp"
 #include "history/KORVENHistoryViewController.hpp"
@@ -13,15 +14,40 @@
 
 #include <array>
 #include <initializer_list>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace tessaly {
 
 using Controller = KORVENWindowController;
 using Item = ApplicationMenu::Item;
 
+namespace {
+
+/// The links whose addresses no maker has set.
+std::vector<Item> unsetLinks()
+{
+    std::vector<Item> unset;
+    for (const auto &[item, address] : std::initializer_list<std::pair<Item, std::string>>{
+             {Item::webHelp, makerHelpPage()},
+             {Item::website, makerWebsite()},
+             {Item::support, makerSupportPage()},
+             {Item::storePage, storePage(storeIdentifier())},
+             {Item::facebook, makerFacebookPage()},
+             {Item::twitter, makerTwitterPage()},
+             {Item::google, makerGooglePage()}}) {
+        if (!isSetByMaker(address)) {
+            unset.push_back(item);
+        }
+    }
+    return unset;
+}
+
+} // namespace
+
 MenuCommands::MenuCommands(KORVENWindowController &controller)
-    : m_controller(controller), m_menu([this] { return state(); })
+    : m_controller(controller), m_menu([this] { return state(); }, unsetLinks())
 {
     connectWindowItems();
     connectScreenItems();

@@ -65,17 +65,32 @@ void LinuxUrlOpener::openUrl(std::string_view url)
         logNotOpened(std::string(url), "not an address that this program opens");
         return;
     }
+    lookForProgram(*opened, [this, text = std::string(url), url = *opened](bool canOpen) {
+        if (!canOpen) {
+            logNotOpened(text, "no program for such addresses is installed");
+        } else if (!m_opener(url)) {
+            logNotOpened(text, "the desktop refused");
+        }
+    });
+}
+
+void LinuxUrlOpener::canOpenUrl(std::string_view url, std::function<void(bool)> answer)
+{
+    if (const auto opened = openedUrl(url)) {
+        lookForProgram(*opened, std::move(answer));
+    } else {
+        m_work.poster()([answer = std::move(answer)] { answer(false); });
+    }
+}
+
+/// Reads the desktop's files on another thread.
+void LinuxUrlOpener::lookForProgram(const QUrl &url, std::function<void(bool)> answer) const
+{
     const bool hasBrowserVariable = !qEnvironmentVariableIsEmpty("BROWSER");
-    BackgroundWork::start([this, text = std::string(url), url = *opened, hasBrowserVariable,
+    BackgroundWork::start([scheme = url.scheme(), answer = std::move(answer), hasBrowserVariable,
                            post = m_work.poster(), places = DesktopPlaces::ofEnvironment()] {
-        const bool canOpen = hasProgramFor(url.scheme(), hasBrowserVariable, places);
-        post([this, text, url, canOpen] {
-            if (!canOpen) {
-                logNotOpened(text, "no program for such addresses is installed");
-            } else if (!m_opener(url)) {
-                logNotOpened(text, "the desktop refused");
-            }
-        });
+        const bool canOpen = hasProgramFor(scheme, hasBrowserVariable, places);
+        post([answer, canOpen] { answer(canOpen); });
     });
 }
 

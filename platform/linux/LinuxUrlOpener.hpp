@@ -25,6 +25,7 @@ public:
     explicit LinuxUrlOpener(Opener opener = openWithDesktop);
 
     void openUrl(std::string_view url) override;
+    void canOpenUrl(std::string_view url, std::function<void(bool)> answer) override;
 
     /// What is opened for an address; nothing when it is none of the above.
     [[nodiscard]] static std::optional<QUrl> openedUrl(std::string_view url);
@@ -32,6 +33,8 @@ public:
     static bool openWithDesktop(const QUrl &url);
 
 private:
+    void lookForProgram(const QUrl &url, std::function<void(bool)> answer) const;
+
     Opener m_opener;
     BackgroundWork m_work; ///< ends first, and with it what it would call here
 };

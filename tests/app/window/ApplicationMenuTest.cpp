@@ -1,6 +1,5 @@
 #include "app/window/ApplicationMenu.hpp"
 
-#include "app/window/MakerAddresses.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
 #include <QPushButton>
@@ -48,9 +47,10 @@ protected:
 
 TEST_F(ApplicationMenuTest, hasTitlesKeysAndMnemonicsThatDiffer)
 {
+    const ApplicationMenu full([] { return ApplicationMenu::State(); }); // nothing is left out
     QSet<QString> keys;
     for (int i = 0; i < static_cast<int>(Item::count); ++i) {
-        const QAction &item = action(static_cast<Item>(i));
+        const QAction &item = full.action(static_cast<Item>(i));
         EXPECT_FALSE(item.text().isEmpty()) << i;
         const QString key = item.shortcut().toString();
         EXPECT_FALSE(keys.contains(key)) << qPrintable(key);
@@ -58,9 +58,11 @@ TEST_F(ApplicationMenuTest, hasTitlesKeysAndMnemonicsThatDiffer)
             keys << key;
         }
     }
-    QList<QMenu *> menus = menu().findChildren<QMenu *>();
-    EXPECT_EQ(menus.size(), 3);
-    menus << &menu();
+    QList<const QMenu *> menus{&full};
+    for (const QMenu *one : full.findChildren<QMenu *>()) {
+        menus << one;
+    }
+    EXPECT_EQ(menus.size(), 4);
     for (const QMenu *one : menus) {
         QSet<QString> letters;
         for (const QAction *item : one->actions()) {
@@ -261,24 +263,36 @@ TEST_F(ApplicationMenuTest, opensAndIsBlockedByThePreferences)
         EXPECT_FALSE(isEnabled(item)) << static_cast<int>(item);
     }
     EXPECT_TRUE(isEnabled(Item::quit));
-    EXPECT_TRUE(isEnabled(Item::webHelp));
+    EXPECT_TRUE(isEnabled(Item::about));
     m_controller->closePreferenceSheet();
     EXPECT_TRUE(isEnabled(Item::preferences));
 }
 
-TEST_F(ApplicationMenuTest, leadsToOtherProgramsAndPages)
+TEST_F(ApplicationMenuTest, leadsToOtherPrograms)
 {
-    for (const Item item :
-         {Item::diskUtility, Item::fileManager, Item::systemSettings, Item::webHelp, Item::website,
-          Item::support, Item::storePage, Item::facebook, Item::twitter, Item::google}) {
+    for (const Item item : {Item::diskUtility, Item::fileManager, Item::systemSettings}) {
         ASSERT_TRUE(action(item).isEnabled());
         action(item).trigger();
     }
     EXPECT_EQ(m_services.applications.launched,
               (Names{"Disk Utility.app", "Finder.app", "System Preferences.app"}));
-    EXPECT_EQ(m_services.urls.opened, (Names{makerHelpPage(), makerWebsite(), makerSupportPage(),
-                                             storePage(storeIdentifier()), makerFacebookPage(),
-                                             makerTwitterPage(), makerGooglePage()}));
+}
+
+TEST_F(ApplicationMenuTest, leavesOutLinksThatNoMakerHasSet)
+{
+    for (const Item item : {Item::webHelp, Item::website, Item::support, Item::storePage,
+                            Item::facebook, Item::twitter, Item::google}) {
+        EXPECT_FALSE(isEnabled(item)) << qPrintable(action(item).text());
+        action(item).trigger();
+    }
+    QTest::keyClick(&outlineTable(), Qt::Key_F1);
+    EXPECT_EQ(m_services.urls.opened, Names{});
+    QStringList titles;
+    for (const QAction *item : menu().actions()) {
+        titles << item->text();
+    }
+    EXPECT_FALSE(titles.contains(u"H&elp"_s)) << "nothing would be in it";
+    EXPECT_TRUE(titles.contains(u"&Tools"_s));
 }
 
 TEST_F(ApplicationMenuTest, grantsAndRemovesTheHomeFolder)

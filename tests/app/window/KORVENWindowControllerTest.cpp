@@ -2,6 +2,7 @@
 
 #include "app/window/MakerAddresses.hpp"
 #include "app/window/ProgramVersion.hpp"
+#include "app/window/QuietMoment.hpp"
 #include "app/window/SplitView.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
@@ -23,6 +24,12 @@ using Controller = KORVENWindowController;
 
 class KORVENWindowControllerTest : public WindowTest {
 protected:
+    /// The next start asks to be rated.
+    void makeRatingDue()
+    {
+        m_services.settings.setText("KORVENRate_version_num", std::string(programVersion()));
+        m_services.settings.setInteger("KORVENRate_run_count", 2);
+    }
     void expectPage(int page) const
     {
         EXPECT_EQ(m_controller->selectedPage(), page);
@@ -437,26 +444,86 @@ TEST_F(KORVENWindowControllerTest, aClickWithControlLeavesTheSidebarsRowSelected
     EXPECT_EQ(m_controller->selectedPage(), KORVENWindowController::scanPage);
 }
 
+TEST_F(KORVENWindowControllerTest, selectsTheScreenBeforeItScans)
+{
+    openWindow();
+    int changeCount = 0;
+    const QObject untilTheEnd;
+    QObject::connect(&m_controller->tabView(), &QStackedWidget::currentChanged, &untilTheEnd, [&] {
+        ++changeCount;
+        EXPECT_FALSE(m_services.folderChooser.isOpen());
+        EXPECT_FALSE(m_controller->hvc().isScanRunningNow());
+    });
+    m_controller->scanClicked();
+    EXPECT_TRUE(m_services.folderChooser.isOpen());
+    m_services.folderChooser.answer(std::nullopt);
+    m_controller->scanHomeClicked();
+    EXPECT_TRUE(m_controller->hvc().isScanRunningNow());
+    EXPECT_EQ(changeCount, 2);
+}
+
+TEST_F(KORVENWindowControllerTest, destroysTheHistoryScreenLast)
+{
+    openWindow();
+    QStringList destroyed;
+    const auto watch = [&destroyed](QObject &screen, const QString &name) {
+        QObject::connect(&screen, &QObject::destroyed, [&destroyed, name] { destroyed << name; });
+    };
+    watch(m_controller->lvc(), u"history"_s);
+    watch(m_controller->avc(), u"scan"_s);
+    watch(m_controller->hvc(), u"home"_s);
+    watch(m_controller->dvc(), u"drives"_s);
+    closeWindow();
+    EXPECT_EQ(destroyed, (QStringList{u"drives"_s, u"home"_s, u"scan"_s, u"history"_s}));
+}
+
 TEST_F(KORVENWindowControllerTest, asksToBeRatedOnceTheWindowIsThere)
 {
-    m_services.settings.setText("KORVENRate_version_num", std::string(programVersion()));
-    m_services.settings.setInteger("KORVENRate_run_count", 2);
+    makeRatingDue();
     QString asked;
     QTimer answer;
     QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
         if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
             EXPECT_TRUE(window().isVisible());
             asked = box->text();
-            box->close();
+            QTest::mouseClick(box->buttons().first(), Qt::LeftButton);
             answer.stop();
         }
     });
     answer.start();
     makeWindow();
+    EXPECT_EQ(m_services.urls.asked, Names{storePage(storeIdentifier())});
+    m_services.urls.answer(true);
     window().show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !asked.isEmpty(); }));
     EXPECT_EQ(asked, "Tessaly - Rate and Review");
-    EXPECT_EQ(m_services.settings.integer("KORVENRate_run_count"), 0);
+    EXPECT_EQ(m_services.settings.integer("KORVENRate_run_count"), 9);
+    EXPECT_EQ(m_services.urls.opened, Names{storePage(storeIdentifier())});
+}
+
+TEST_F(KORVENWindowControllerTest, doesNotAskToBeRatedWhereNothingOpensTheStore)
+{
+    makeRatingDue();
+    openWindow();
+    m_services.urls.answer(false);
+    bool isMoment = false;
+    const QuietMoment moment(window(), [&] { isMoment = true; });
+    QTimer closing; // a box would keep the moment from coming
+    QObject::connect(&closing, &QTimer::timeout, &closing, [] {
+        if (QWidget *box = QApplication::activeModalWidget()) {
+            ADD_FAILURE() << "it asks";
+            box->close();
+        }
+    });
+    closing.start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isMoment; }));
+    EXPECT_EQ(m_services.settings.integer("KORVENRate_run_count"), 3) << "the start counts";
+}
+
+TEST_F(KORVENWindowControllerTest, doesNotLookForAStoreBeforeItIsTimeToAsk)
+{
+    openWindow();
+    EXPECT_EQ(m_services.urls.asked, Names{});
 }
 
 TEST_F(KORVENWindowControllerTest, whatTheStartHasCountedIsStoredBeforeTheEnd)

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -82,6 +83,25 @@ TEST_F(LinuxUrlOpenerTest, logsThatNothingIsInstalledForIt)
     for (const char *url : {"mailto:ada@example.com", "macappstore://store.example/id12"}) {
         EXPECT_TRUE(opened(url).ends_with("no program for such addresses is installed")) << url;
     }
+}
+
+TEST_F(LinuxUrlOpenerTest, tellsWhetherSomethingOpensAnAddress)
+{
+    const auto canOpen = [this](const char *url) {
+        std::optional<bool> answer;
+        m_opener.canOpenUrl(url, [&answer](bool can) { answer = can; });
+        EXPECT_FALSE(answer) << "it is answered later";
+        waitUntil([&] { return answer.has_value(); });
+        return *answer;
+    };
+    const char *const storePage = "macappstore://store.example/id12";
+    EXPECT_FALSE(canOpen(storePage));
+    EXPECT_FALSE(canOpen("https://example.com/"));
+    m_desktop.install("centre", "MimeType=x-scheme-handler/appstream;\n");
+    EXPECT_TRUE(canOpen(storePage));
+    EXPECT_FALSE(canOpen("https://example.com/"));
+    EXPECT_FALSE(canOpen("appstream:other"));
+    EXPECT_EQ(m_opened, "");
 }
 
 TEST_F(LinuxUrlOpenerTest, takesTheBrowserThatIsNamedOtherwise)
