@@ -23,7 +23,7 @@ using Kind = ArchiveError::Kind;
 
 /// Far more than settings take. What is larger is not read to its end.
 constexpr std::size_t largestSettings = std::size_t{64} << 20U;
-constexpr std::chrono::milliseconds timeBetweenTries{10};
+constexpr std::chrono::milliseconds timeBetweenLockTries{10};
 constexpr int nameAttempts = 100;
 
 std::string utcNow()
@@ -92,7 +92,7 @@ Result<SettingsFile::Lock, ArchiveError> SettingsFile::lock()
             m_isPatient = false;
             return unwritable("cannot lock", EWOULDBLOCK);
         }
-        std::this_thread::sleep_for(timeBetweenTries);
+        std::this_thread::sleep_for(timeBetweenLockTries);
     }
     m_isPatient = true;
     return lock;
