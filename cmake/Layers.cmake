@@ -9,12 +9,14 @@
 # them.
 
 set(TESSALY_LAYERS
-    engine platform platform_linux preview resources delegate controls history screens drives
-    window)
+    engine platform platform_linux preview_protocol preview_decoder preview resources delegate
+    controls history screens drives window)
 
 set(TESSALY_FOLDER_engine          engine)
 set(TESSALY_FOLDER_platform        platform)
 set(TESSALY_FOLDER_platform_linux  platform/linux)
+set(TESSALY_FOLDER_preview_protocol platform/preview/protocol)
+set(TESSALY_FOLDER_preview_decoder platform/preview/decoder)
 set(TESSALY_FOLDER_preview         platform/preview)
 set(TESSALY_FOLDER_resources       resources)
 set(TESSALY_FOLDER_delegate        app/delegate)
@@ -27,7 +29,9 @@ set(TESSALY_FOLDER_window          app/window)
 set(TESSALY_MAY_USE_engine)
 set(TESSALY_MAY_USE_platform)
 set(TESSALY_MAY_USE_platform_linux  engine platform)
-set(TESSALY_MAY_USE_preview         engine platform)
+set(TESSALY_MAY_USE_preview_protocol engine)
+set(TESSALY_MAY_USE_preview_decoder engine preview_protocol)
+set(TESSALY_MAY_USE_preview         engine platform preview_protocol)
 set(TESSALY_MAY_USE_resources)
 set(TESSALY_MAY_USE_delegate        platform)
 set(TESSALY_MAY_USE_controls        engine resources)

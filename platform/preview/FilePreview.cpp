@@ -1,7 +1,7 @@
 #include "platform/preview/FilePreview.hpp"
 
 #include "engine/PrintableText.hpp"
-#include "platform/preview/ImageDecoder.hpp"
+#include "platform/preview/DecoderSession.hpp"
 #include "platform/preview/TextDecoder.hpp"
 
 #include <QCoreApplication>
@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <array>
 #include <new>
+#include <optional>
 #include <utility>
+#include <variant>
 
 using namespace Qt::StringLiterals;
 
@@ -77,17 +79,47 @@ bool isMedia(const QString &type)
            type == "application/ogg"_L1 || type == "application/vnd.rn-realmedia"_L1;
 }
 
-PreviewContent imageContent(DecodedImage decoded, bool isDrawing)
+/// Whether a file that counts as an image is a drawing, compressed or not: by its content, since
+/// its name may be any. No other format begins like these.
+bool isDrawing(const QString &type, QByteArray head)
 {
-    switch (decoded.problem) {
-    case ImageProblem::none:
-        return std::move(decoded.image);
-    case ImageProblem::tooLarge:
-        return PreviewCard{isDrawing
-                               ? Texts::tr("This drawing is damaged, or too large to preview.")
-                               : Texts::tr("This image is too large to preview.")};
+    if (type.startsWith("image/svg+xml"_L1) || head.startsWith("\x1F\x8B")) {
+        return true;
+    }
+    if (head.startsWith("\xEF\xBB\xBF")) {
+        head.remove(0, 3);
+    }
+    return head.trimmed().startsWith('<');
+}
+
+PreviewContent imageContent(const std::optional<DecoderSession::Image> &decoded, bool isDrawing)
+{
+    if (!decoded) {
+        return PreviewCard{undecodedMessage()};
+    }
+    if (decoded->problem == DecoderProblem::none) {
+        return decoded->image;
+    }
+    if (isDrawing) {
+        return PreviewCard{Texts::tr("This drawing is damaged, or too large to preview.")};
+    }
+    return PreviewCard{decoded->problem == DecoderProblem::tooLarge
+                           ? Texts::tr("This image is too large to preview.")
+                           : Texts::tr("This image cannot be read. It may be damaged.")};
+}
+
+PreviewContent documentContent(const std::optional<DecoderSession::Document> &opened)
+{
+    if (!opened) {
+        return PreviewCard{undecodedMessage()};
+    }
+    switch (opened->problem) {
+    case DecoderProblem::none:
+        return opened->document;
+    case DecoderProblem::locked:
+        return PreviewCard{Texts::tr("This document is protected by a password.")};
     default:
-        return PreviewCard{Texts::tr("This image cannot be read. It may be damaged.")};
+        return PreviewCard{Texts::tr("This document cannot be read. It may be damaged.")};
     }
 }
 
@@ -107,42 +139,70 @@ PreviewText textContent(QString text, bool isCut)
     return {std::move(text), PreviewText::Cut::lines};
 }
 
-PreviewContent contentOf(std::shared_ptr<PreviewFile> file, const QMimeType &type,
-                         const QByteArray &head, QSize bounds)
-{
-    const QString name = type.name();
-    file->seek(0);
-    if (name == "image/svg+xml"_L1) {
-        return imageContent(decodeSvg(*file, bounds), true);
+/// One file on its way to a preview.
+class Reading {
+public:
+    Reading(std::shared_ptr<PreviewFile> file, const std::shared_ptr<DecoderProcess> &decoders,
+            const std::stop_token &stop)
+        : m_file(std::move(file)),
+          m_session(std::make_shared<DecoderSession>(decoders, m_file, stop))
+    {
     }
-    if (name.startsWith("image/"_L1)) {
-        DecodedImage decoded = decodeImage(*file, bounds);
-        if (decoded.problem != ImageProblem::unreadable || !type.inherits(u"text/plain"_s)) {
-            return imageContent(std::move(decoded), false);
+
+    [[nodiscard]] PreviewContent content(const QMimeType &type, const QByteArray &head,
+                                         QSize bounds) const
+    {
+        const QString name = type.name();
+        if (name.startsWith("image/"_L1)) {
+            const bool isDrawn = isDrawing(name, head);
+            const auto decoded = m_session->image(bounds, isDrawn);
+            const bool mayBeText = decoded && decoded->problem == DecoderProblem::unreadable &&
+                                   !isDrawn && type.inherits(u"text/plain"_s);
+            if (!mayBeText) { // some images are texts
+                return imageContent(decoded, isDrawn);
+            }
         }
-        file->seek(0); // some images are texts
-    }
-    if (name == "application/pdf"_L1) {
-        return PreviewPdf{std::move(file), {}, 0};
-    }
-    QByteArray bytes = head;
-    if (!head.isEmpty() && decodeText(head, true)) {
-        file->seek(0);
-        bytes = file->read(previewTextByteCount);
-        const bool isCut = file->size() > bytes.size();
-        if (auto text = decodeText(bytes, isCut)) {
-            return textContent(std::move(*text), isCut);
+        if (name == "application/pdf"_L1) {
+            return documentContent(m_session->document());
         }
+        if (auto text = this->text(head)) {
+            return std::move(*text);
+        }
+        if (isMedia(name) && !isPlaylist(name, head)) {
+            m_file->seek(0);
+            return PreviewMedia{m_file, name.startsWith("video/"_L1)};
+        }
+        if (head.isEmpty() && type.inherits(u"text/plain"_s)) {
+            return PreviewText{};
+        }
+        return PreviewCard{};
     }
-    if (isMedia(name) && !isPlaylist(name, head)) {
-        file->seek(0);
-        return PreviewMedia{std::move(file), name.startsWith("video/"_L1)};
+
+    /// What shows this content as long as it is shown; nothing when it is complete.
+    [[nodiscard]] std::shared_ptr<DecoderSession> session(const PreviewContent &content) const
+    {
+        const auto *image = std::get_if<PreviewImage>(&content);
+        const bool isNeeded =
+            std::holds_alternative<PreviewPdf>(content) || (image != nullptr && image->isMoving);
+        return isNeeded ? m_session : nullptr;
     }
-    if (head.isEmpty() && type.inherits(u"text/plain"_s)) {
-        return PreviewText{};
+
+private:
+    [[nodiscard]] std::optional<PreviewText> text(const QByteArray &head) const
+    {
+        if (head.isEmpty() || !decodeText(head, true)) {
+            return std::nullopt;
+        }
+        m_file->seek(0);
+        const QByteArray bytes = m_file->read(previewTextByteCount);
+        const bool isCut = m_file->size() > bytes.size();
+        auto text = decodeText(bytes, isCut);
+        return text ? std::optional(textContent(std::move(*text), isCut)) : std::nullopt;
     }
-    return PreviewCard{};
-}
+
+    std::shared_ptr<PreviewFile> m_file;
+    std::shared_ptr<DecoderSession> m_session;
+};
 
 } // namespace
 
@@ -153,12 +213,20 @@ QString previewName(std::string_view path)
         printableText(slash == std::string_view::npos ? path : path.substr(slash + 1)));
 }
 
-LoadedPreview readPreview(const std::string &path, QSize bounds, std::stop_token stop)
+QString undecodedMessage()
+{
+    return Texts::tr("This file cannot be shown.");
+}
+
+ReadPreview readPreview(const std::string &path, QSize bounds,
+                        const std::shared_ptr<DecoderProcess> &decoders,
+                        const std::stop_token &stop)
 {
     // As much as is looked at to tell types apart.
     constexpr qint64 headByteCount = qint64{16} << 10U;
     const QMimeDatabase types;
-    LoadedPreview loaded;
+    ReadPreview read;
+    LoadedPreview &loaded = read.preview;
     PreviewInfo &info = loaded.info;
     info.path = path;
     info.name = previewName(path);
@@ -168,25 +236,27 @@ LoadedPreview readPreview(const std::string &path, QSize bounds, std::stop_token
                        ? types.mimeTypeForFile(info.name, QMimeDatabase::MatchExtension)
                        : types.mimeTypeForName(typeNameOf(info.status.kind)));
 
-    auto opened = PreviewFile::openPath(path, std::move(stop));
+    auto opened = PreviewFile::openPath(path, stop);
     if (!opened) {
         loaded.content = PreviewCard{messageOf(opened.error())};
-        return loaded;
+        return read;
     }
     std::shared_ptr<PreviewFile> file = std::move(opened.value());
     try {
         const QByteArray head = file->read(headByteCount);
         if (head.isEmpty() && file->error() != QFile::NoError) {
             loaded.content = PreviewCard{messageOf(PreviewFile::Error::failed)};
-            return loaded;
+            return read;
         }
         const QMimeType type = types.mimeTypeForFileNameAndData(info.name, head);
         describe(info, type);
-        loaded.content = contentOf(std::move(file), type, head, bounds);
+        const Reading reading(std::move(file), decoders, stop);
+        loaded.content = reading.content(type, head, bounds);
+        read.session = reading.session(loaded.content);
     } catch (const std::bad_alloc &) {
         loaded.content = PreviewCard{Texts::tr("There is too little memory for a preview.")};
     }
-    return loaded;
+    return read;
 }
 
 } // namespace tessaly

@@ -26,7 +26,12 @@ void drawCheckers(QPainter &painter, const QRect &place)
 
 } // namespace
 
-ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
+ImageView::ImageView(QWidget *parent) : QWidget(parent)
+{
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_frameTimer, &QTimer::timeout, this, &ImageView::frameWanted);
+}
 
 ImageView::~ImageView() = default;
 
@@ -34,23 +39,27 @@ void ImageView::show(const PreviewImage &image)
 {
     clear();
     m_image = image;
-    if (!image.movie.isEmpty()) {
-        m_movieBytes.setData(image.movie);
-        m_movie = std::make_unique<QMovie>(&m_movieBytes);
-        connect(m_movie.get(), &QMovie::updated, this, qOverload<>(&QWidget::update));
-        m_movie->start();
-    }
     update();
+    if (isMoving()) {
+        Q_EMIT frameWanted();
+    }
 }
 
 void ImageView::clear()
 {
-    m_movie.reset();
-    m_movieBytes.close();
-    m_movieBytes.setData(QByteArray());
+    m_frameTimer.stop();
     m_image = {};
     m_scaled = {};
     update();
+}
+
+void ImageView::setFrame(const QImage &image, int delayMs)
+{
+    if (isMoving()) {
+        m_image.image = image;
+        m_frameTimer.start(delayMs);
+        update();
+    }
 }
 
 QRect ImageView::place() const
@@ -79,9 +88,9 @@ void ImageView::paintEvent(QPaintEvent * /*event*/)
     if (m_image.image.hasAlphaChannel()) {
         drawCheckers(painter, target);
     }
-    if (m_movie) {
+    if (isMoving()) {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(target, m_movie->currentPixmap());
+        painter.drawImage(target, m_image.image);
         return;
     }
     const QSize pixels = (QSizeF(target.size()) * devicePixelRatioF()).toSize();

@@ -2,16 +2,14 @@
 
 #include "platform/preview/PreviewContent.hpp"
 
-#include <QBuffer>
-#include <QMovie>
 #include <QPixmap>
+#include <QTimer>
 #include <QWidget>
-
-#include <memory>
 
 namespace tessaly {
 
-/// An image as large as it fits, but no larger than it is.
+/// An image as large as it fits, but no larger than it is. One that moves gets its frames one by
+/// one: each is asked for when the one before has been shown long enough.
 class ImageView final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ImageView)
@@ -22,8 +20,13 @@ public:
 
     void show(const PreviewImage &image);
     void clear();
+    /// The answer to frameWanted(): the next frame, and for how long it is shown.
+    void setFrame(const QImage &image, int delayMs);
 
-    [[nodiscard]] bool isMoving() const { return m_movie != nullptr; }
+    [[nodiscard]] bool isMoving() const { return m_image.isMoving; }
+
+Q_SIGNALS:
+    void frameWanted();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -33,8 +36,7 @@ private:
 
     PreviewImage m_image;
     QPixmap m_scaled; ///< for the place and the screen that it was drawn at last
-    QBuffer m_movieBytes;
-    std::unique_ptr<QMovie> m_movie;
+    QTimer m_frameTimer;
 };
 
 } // namespace tessaly

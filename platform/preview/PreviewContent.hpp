@@ -2,7 +2,6 @@
 
 #include "platform/preview/PreviewFile.hpp"
 
-#include <QByteArray>
 #include <QImage>
 #include <QSize>
 #include <QSizeF>
@@ -34,8 +33,8 @@ struct PreviewImage {
     QImage image;
     QSize fullSize; ///< before it was scaled down, in pixels; for drawings that scale without loss
                     ///< their nominal size
-    bool mayGrow = false; ///< such a drawing
-    QByteArray movie;     ///< the whole file, when the image moves
+    bool mayGrow = false;  ///< such a drawing
+    bool isMoving = false; ///< this is its first frame
 };
 
 struct PreviewText {
@@ -45,10 +44,8 @@ struct PreviewText {
     Cut cut = Cut::none; ///< the file goes on after so many bytes, or lines
 };
 
-/// Is opened in two steps, since documents are read on a thread of their own: at first there is
-/// only the file.
+/// The pages are drawn as they are asked for.
 struct PreviewPdf {
-    std::shared_ptr<PreviewFile> file;
     std::vector<QSizeF> pageSizes; ///< points; the document's first pages, up to a limit
     int pageCount = 0;
 };

@@ -1,7 +1,7 @@
 #include "platform/preview/PreviewLoader.hpp"
 
-#include "platform/preview/FilePreview.hpp"
-#include "platform/preview/PdfReader.hpp"
+#include "platform/preview/DecoderProcess.hpp"
+#include "platform/preview/DecoderSession.hpp"
 #include "platform/preview/ReplyBox.hpp"
 
 #include <utility>
@@ -10,9 +10,15 @@
 namespace tessaly {
 
 PreviewLoader::PreviewLoader(QObject *parent)
-    : QObject(parent), m_replies(std::make_shared<ReplyBox>(this)),
-      m_documents(std::make_shared<PdfReader>())
+    : PreviewLoader(std::make_shared<DecoderProcess>(), parent)
 {
+}
+
+PreviewLoader::PreviewLoader(std::shared_ptr<DecoderProcess> decoders, QObject *parent)
+    : QObject(parent), m_replies(std::make_shared<ReplyBox>(this)), m_decoders(std::move(decoders))
+{
+    // Ready by the time that the window is.
+    m_threads.post(PreviewThreads::Lane::pages, {}, [started = m_decoders] { started->start(); });
 }
 
 PreviewLoader::~PreviewLoader()
@@ -36,15 +42,10 @@ void PreviewLoader::post(PreviewThreads::Lane lane, std::function<std::function<
 void PreviewLoader::load(const std::string &path, QSize bounds)
 {
     cancel();
-    post(PreviewThreads::Lane::files, [this, path, bounds, stop = m_stop.get_token()] {
-        auto preview = std::make_shared<const LoadedPreview>(readPreview(path, bounds, stop));
-        return [this, preview] {
-            if (std::holds_alternative<PreviewPdf>(preview->content)) {
-                openDocument(*preview);
-            } else {
-                Q_EMIT loaded(*preview);
-            }
-        };
+    post(PreviewThreads::Lane::files, [this, path, bounds, decoders = m_decoders,
+                                       stop = m_stop.get_token()] {
+        auto read = std::make_shared<const ReadPreview>(readPreview(path, bounds, decoders, stop));
+        return [this, read] { show(*read); };
     });
 }
 
@@ -52,38 +53,60 @@ void PreviewLoader::cancel()
 {
     m_stop.request_stop();
     m_stop = std::stop_source();
-    ++m_number;
-    if (!std::exchange(m_mayHaveDocument, false)) {
-        return;
-    }
-    // The documents' thread alone may close it.
-    m_threads.post(PreviewThreads::Lane::documents, std::stop_source(),
-                   [documents = m_documents] { documents->close(); });
+    m_session.reset();
 }
 
-void PreviewLoader::openDocument(const LoadedPreview &asked)
+void PreviewLoader::show(const ReadPreview &read)
 {
-    m_mayHaveDocument = true;
-    post(PreviewThreads::Lane::documents, [this, asked, documents = m_documents,
-                                           number = m_number] {
-        LoadedPreview preview = asked;
-        const PdfProblem problem = documents->open(number, std::get<PreviewPdf>(preview.content));
-        if (problem == PdfProblem::locked) {
-            preview.content = PreviewCard{tr("This document is protected by a password.")};
-        } else if (problem == PdfProblem::damaged) {
-            preview.content = PreviewCard{tr("This document cannot be read. It may be damaged.")};
-        }
-        return [this, preview = std::move(preview)] { Q_EMIT loaded(preview); };
-    });
+    m_info = read.preview.info;
+    m_session = read.session;
+    m_hasDrawnPage = false;
+    if (const auto *image = std::get_if<PreviewImage>(&read.preview.content)) {
+        m_frameSize = image->fullSize;
+    }
+    Q_EMIT loaded(read.preview);
 }
 
 void PreviewLoader::drawPage(int page, QSize size)
 {
-    post(PreviewThreads::Lane::documents,
-         [this, page, size, documents = m_documents, number = m_number] {
-             const QImage image = documents->pageImage(number, page, size);
-             return [this, page, image] { Q_EMIT pageDrawn(page, image); };
-         });
+    if (!m_session) {
+        return;
+    }
+    post(PreviewThreads::Lane::pages, [this, page, size, session = m_session] {
+        const QImage image = session->page(page, size);
+        return [this, page, image, hasFailed = session->hasFailed()] {
+            showPage(page, image, hasFailed);
+        };
+    });
+}
+
+void PreviewLoader::showPage(int page, const QImage &image, bool hasFailed)
+{
+    if (!m_session) {
+        return; // another page has ended it meanwhile
+    }
+    if (hasFailed && !m_hasDrawnPage) {
+        m_session.reset();
+        Q_EMIT loaded({m_info, PreviewCard{undecodedMessage()}});
+        return;
+    }
+    m_hasDrawnPage = m_hasDrawnPage || !image.isNull();
+    Q_EMIT pageDrawn(page, image);
+}
+
+void PreviewLoader::nextFrame()
+{
+    if (!m_session) {
+        return;
+    }
+    post(PreviewThreads::Lane::pages, [this, size = m_frameSize, session = m_session] {
+        const DecoderSession::Frame frame = session->nextFrame(size);
+        return [this, frame] {
+            if (!frame.image.isNull()) {
+                Q_EMIT frameDecoded(frame.image, frame.delayMs);
+            }
+        };
+    });
 }
 
 } // namespace tessaly

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/preview/FilePreview.hpp"
 #include "platform/preview/PreviewContent.hpp"
 #include "platform/preview/PreviewThreads.hpp"
 
@@ -7,7 +8,6 @@
 #include <QObject>
 #include <QSize>
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <stop_token>
@@ -15,7 +15,8 @@
 
 namespace tessaly {
 
-class PdfReader;
+class DecoderProcess;
+class DecoderSession;
 class ReplyBox;
 
 /// Reads one preview at a time, away from the main thread; what was asked before is given up.
@@ -27,32 +28,43 @@ class PreviewLoader : public QObject {
 
 public:
     explicit PreviewLoader(QObject *parent = nullptr);
+    /// With decoders of another program than the usual one.
+    PreviewLoader(std::shared_ptr<DecoderProcess> decoders, QObject *parent);
     /// May wait for two seconds (see PreviewThreads).
     ~PreviewLoader() override;
 
     /// Reads the file at `path` (bytes); loaded() follows, unless something else is asked before.
     void load(const std::string &path, QSize bounds);
-    /// Gives up what was asked, and closes the file.
+    /// Gives up what was asked, closes the file, and has its decoder killed.
     void cancel();
 
     /// Draws a page of the document that was loaded last; pageDrawn() follows.
     void drawPage(int page, QSize size);
+    /// Decodes the next frame of the image that was loaded last, which moves; frameDecoded()
+    /// follows, unless there is none.
+    void nextFrame();
 
 Q_SIGNALS:
+    /// Comes once more, with a card, when no page of a document could be drawn since its decoder
+    /// came to no end.
     void loaded(const tessaly::LoadedPreview &preview);
     /// A null image when the page cannot be drawn.
     void pageDrawn(int page, const QImage &image);
+    void frameDecoded(const QImage &image, int delayMs);
 
 private:
-    void openDocument(const LoadedPreview &asked);
+    void show(const ReadPreview &read);
+    void showPage(int page, const QImage &image, bool hasFailed);
     /// Runs `job` on a thread, and what it returns on the main thread, unless cancelled meanwhile.
     void post(PreviewThreads::Lane lane, std::function<std::function<void()>()> job);
 
     std::shared_ptr<ReplyBox> m_replies;
-    std::shared_ptr<PdfReader> m_documents;
+    std::shared_ptr<DecoderProcess> m_decoders;
     std::stop_source m_stop;
-    std::uint64_t m_number = 0; ///< of the file that was asked for last
-    bool m_mayHaveDocument = false;
+    PreviewInfo m_info;                        ///< of the file that was loaded last
+    std::shared_ptr<DecoderSession> m_session; ///< what is still to be decoded of it
+    QSize m_frameSize;
+    bool m_hasDrawnPage = false;
     PreviewThreads m_threads;
 };
 

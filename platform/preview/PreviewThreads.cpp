@@ -58,7 +58,7 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
             lock.unlock();
             entry.job();
             entry.job = nullptr; // gives back what it holds before anybody hears of its end
-            malloc_trim(0);      // what decoding took would stay with this thread otherwise
+            malloc_trim(0);      // what reading took would stay with this thread otherwise
             lock.lock();
             running.erase(std::find(running.begin(), running.end(), entry.stop));
         }
@@ -105,7 +105,7 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
 
 PreviewThreads::PreviewThreads()
     // Two, so that a file which cannot be stopped does not keep the next one waiting.
-    : m_files(std::make_shared<Queue>(2)), m_documents(std::make_shared<Queue>(1))
+    : m_files(std::make_shared<Queue>(2)), m_pages(std::make_shared<Queue>(1))
 {
 }
 
@@ -114,14 +114,14 @@ PreviewThreads::~PreviewThreads()
     constexpr std::chrono::seconds patience(2);
     const auto latest = std::chrono::steady_clock::now() + patience;
     m_files->end();
-    m_documents->end();
+    m_pages->end();
     m_files->waitForEnd(latest);
-    m_documents->waitForEnd(latest);
+    m_pages->waitForEnd(latest);
 }
 
 void PreviewThreads::post(Lane lane, std::stop_source stop, Job job)
 {
-    (lane == Lane::documents ? m_documents : m_files)->post({std::move(stop), std::move(job)});
+    (lane == Lane::pages ? m_pages : m_files)->post({std::move(stop), std::move(job)});
 }
 
 } // namespace tessaly

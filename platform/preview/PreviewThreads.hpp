@@ -7,7 +7,7 @@
 
 namespace tessaly {
 
-/// The threads on which files are decoded. They start with the first job.
+/// The threads on which files are read and decoders are waited for. They start with the first job.
 ///
 /// Ownership: a job keeps alive what it uses, since it may outlive this: the destructor drops jobs
 ///            that have not begun, asks the others to stop, and waits for them for two seconds at
@@ -15,8 +15,9 @@ namespace tessaly {
 /// Threads:   any.
 class PreviewThreads {
 public:
-    /// Documents have a thread of their own, on which all their jobs run.
-    enum class Lane : std::uint8_t { files, documents };
+    /// What follows of a file that is shown, pages and frames, has a thread of its own, on which
+    /// all these jobs run in their order.
+    enum class Lane : std::uint8_t { files, pages };
     using Job = std::function<void()>;
 
     PreviewThreads();
@@ -33,7 +34,7 @@ private:
     struct Queue;
 
     std::shared_ptr<Queue> m_files;
-    std::shared_ptr<Queue> m_documents;
+    std::shared_ptr<Queue> m_pages;
 };
 
 } // namespace tessaly

@@ -158,6 +158,8 @@ PreviewWindow::PreviewWindow(bool canOpenFiles)
     connect(m_loader, &PreviewLoader::loaded, this, &PreviewWindow::showLoaded);
     connect(m_loader, &PreviewLoader::pageDrawn, m_pdf, &PdfView::setPage);
     connect(m_pdf, &PdfView::pageWanted, m_loader, &PreviewLoader::drawPage);
+    connect(m_image, &ImageView::frameWanted, m_loader, &PreviewLoader::nextFrame);
+    connect(m_loader, &PreviewLoader::frameDecoded, m_image, &ImageView::setFrame);
     connect(m_media, &MediaView::failed, this, [this](const QString &reason) {
         showCard(m_info, tr("This cannot be played: %1").arg(reason));
     });

@@ -46,6 +46,18 @@
         <source>There is too little memory for a preview.</source>
         <translation>Für eine Vorschau ist zu wenig Speicher frei.</translation>
     </message>
+    <message>
+        <source>This document is protected by a password.</source>
+        <translation>Dieses Dokument ist durch ein Passwort geschützt.</translation>
+    </message>
+    <message>
+        <source>This document cannot be read. It may be damaged.</source>
+        <translation>Dieses Dokument kann nicht gelesen werden. Es ist vielleicht beschädigt.</translation>
+    </message>
+    <message>
+        <source>This file cannot be shown.</source>
+        <translation>Diese Datei kann nicht gezeigt werden.</translation>
+    </message>
 </context>
 <context>
     <name>FolderCell</name>
@@ -1152,17 +1164,6 @@ Lizenziert unter der Apache License 2.0.</translation>
     <message>
         <source>Preferences</source>
         <translation>Einstellungen</translation>
-    </message>
-</context>
-<context>
-    <name>tessaly::PreviewLoader</name>
-    <message>
-        <source>This document is protected by a password.</source>
-        <translation>Dieses Dokument ist durch ein Passwort geschützt.</translation>
-    </message>
-    <message>
-        <source>This document cannot be read. It may be damaged.</source>
-        <translation>Dieses Dokument kann nicht gelesen werden. Es ist vielleicht beschädigt.</translation>
     </message>
 </context>
 <context>

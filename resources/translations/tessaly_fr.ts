@@ -46,6 +46,18 @@
         <source>There is too little memory for a preview.</source>
         <translation>Il y a trop peu de mémoire pour un aperçu.</translation>
     </message>
+    <message>
+        <source>This document is protected by a password.</source>
+        <translation>Ce document est protégé par un mot de passe.</translation>
+    </message>
+    <message>
+        <source>This document cannot be read. It may be damaged.</source>
+        <translation>Ce document ne peut pas être lu. Il est peut-être endommagé.</translation>
+    </message>
+    <message>
+        <source>This file cannot be shown.</source>
+        <translation>Ce fichier ne peut pas être affiché.</translation>
+    </message>
 </context>
 <context>
     <name>FolderCell</name>
@@ -1152,17 +1164,6 @@ Sous licence Apache License 2.0.</translation>
     <message>
         <source>Preferences</source>
         <translation>Préférences</translation>
-    </message>
-</context>
-<context>
-    <name>tessaly::PreviewLoader</name>
-    <message>
-        <source>This document is protected by a password.</source>
-        <translation>Ce document est protégé par un mot de passe.</translation>
-    </message>
-    <message>
-        <source>This document cannot be read. It may be damaged.</source>
-        <translation>Ce document ne peut pas être lu. Il est peut-être endommagé.</translation>
     </message>
 </context>
 <context>

@@ -23,6 +23,7 @@ ID = "io.tessaly.Tessaly"
 ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256)
 PROGRAM = "bin/tessaly"
 MODULE = "lib/tessaly/modules/preview.so"
+DECODER = "lib/tessaly/modules/preview-decoder"
 DESKTOP_FILE = f"share/applications/{ID}.desktop"
 METAINFO = f"share/metainfo/{ID}.metainfo.xml"
 MANUAL = "share/man/man1/tessaly.1.gz"
@@ -31,6 +32,7 @@ CHANGELOG = "share/doc/tessaly/changelog.gz"
 EXPECTED = {
     PROGRAM,
     MODULE,
+    DECODER,
     DESKTOP_FILE,
     METAINFO,
     MANUAL,
@@ -95,7 +97,14 @@ class InstallationTest(Installed):
     def test_everybody_may_read_and_nobody_write(self):
         for name in EXPECTED:
             mode = os.stat(self.path(name)).st_mode & 0o7777
-            self.assertEqual(mode, 0o755 if name == PROGRAM else 0o644, name)
+            self.assertEqual(mode, 0o755 if name in (PROGRAM, DECODER) else 0o644, name)
+
+    def test_the_decoder_starts_and_is_of_no_use_by_itself(self):
+        result = subprocess.run(
+            [self.path(DECODER)], stdin=subprocess.DEVNULL, capture_output=True, check=False
+        )
+        self.assertEqual(result.returncode, 2)
+        self.assertIn(b"a part of Tessaly", result.stderr)
 
     def test_a_packager_can_put_it_elsewhere_first(self):
         with tempfile.TemporaryDirectory() as stage:

@@ -92,8 +92,9 @@ class PackageContent(Package):
         fields = self.fields()
         for library in ("libc6", "libstdc++6", "libqt6widgets6", "libqt6dbus6", "libicu"):
             self.assertIn(library, fields["Depends"])
-        for library_of_the_module in ("libqt6pdf6", "libqt6svg6", "libqt6multimedia6"):
-            self.assertIn(library_of_the_module, fields["Depends"])
+        self.assertIn("libqt6multimedia6", fields["Depends"])
+        for library_of_the_decoder in ("libqt6pdf6", "libqt6svg6", "libseccomp2", "zlib1g"):
+            self.assertIn(library_of_the_decoder, fields["Depends"])
         for package in ("udisks2", "qt6-image-formats-plugins", "fonts-inter"):
             self.assertIn(package, fields["Recommends"])
 
@@ -103,14 +104,15 @@ class PackageContent(Package):
         for mode, owner, path in contents:
             self.assertTrue("./usr/".startswith(path) or path.startswith("./usr/"), path)
             self.assertEqual(owner, "root/root", path)
-            executable = path.endswith("/") or path == "./usr/bin/tessaly"
+            executable = path.endswith(("/", "/bin/tessaly", "/modules/preview-decoder"))
             self.assertEqual(mode[1:], "rwxr-xr-x" if executable else "rw-r--r--", path)
 
-    def test_program_and_module_are_stripped_and_hardened(self):
+    def test_programs_and_module_are_stripped_and_hardened(self):
         needs(self, "readelf")
         with tempfile.TemporaryDirectory() as folder:
             self.output("dpkg-deb", "--extract", self.package, folder)
-            for name in ("usr/bin/tessaly", "usr/lib/tessaly/modules/preview.so"):
+            modules = "usr/lib/tessaly/modules"
+            for name in ("usr/bin/tessaly", f"{modules}/preview.so", f"{modules}/preview-decoder"):
                 with self.subTest(name):
                     self.check_hardening(os.path.join(folder, name))
 

@@ -1,5 +1,7 @@
 #include "platform/preview/FilePreview.hpp"
 
+#include "platform/preview/DecoderProcess.hpp"
+#include "platform/preview/DecoderSession.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/preview/PreviewFiles.hpp"
 
@@ -23,12 +25,14 @@ protected:
         writeFile(m_folder.path(name), bytes);
         return preview(name);
     }
-    LoadedPreview preview(const std::string &name)
+    LoadedPreview preview(const std::string &name) { return previewOf(m_folder.path(name)); }
+    LoadedPreview previewOf(const std::string &path)
     {
-        return readPreview(m_folder.path(name), {800, 600}, {});
+        return readPreview(path, {800, 600}, m_decoders, {}).preview;
     }
 
     const TemporaryFolder m_folder;
+    const std::shared_ptr<DecoderProcess> m_decoders = std::make_shared<DecoderProcess>();
 };
 
 template <typename Content>
@@ -56,6 +60,37 @@ TEST_F(FilePreviewTest, tellsFilesByTheirContent)
     EXPECT_TRUE(is<PreviewCard>(preview("g", QByteArray("\0\1\2\3\xFF", 5))));
     EXPECT_TRUE(is<PreviewCard>(preview("h", "")));
     EXPECT_TRUE(is<PreviewText>(preview("i.txt", "")));
+}
+
+TEST_F(FilePreviewTest, showsDrawingsUnderAnyNameAndCompressed)
+{
+    const QByteArray drawing =
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="20" height="10"/>)";
+    for (const char *name : {"a.svg", "a.png", "a.jpg", "a.gif", "a.tiff", "a"}) {
+        const LoadedPreview shown = preview(name, drawing);
+        ASSERT_TRUE(is<PreviewImage>(shown)) << name << message(shown).toStdString();
+        EXPECT_TRUE(std::get<PreviewImage>(shown.content).mayGrow) << name;
+        EXPECT_EQ(std::get<PreviewImage>(shown.content).fullSize, QSize(20, 10)) << name;
+    }
+    EXPECT_TRUE(is<PreviewImage>(preview("a.svgz", gzipBytes(drawing))));
+}
+
+TEST_F(FilePreviewTest, keepsADecoderForWhatIsStillToBeDecoded)
+{
+    writeFile(m_folder.path("a.png"), imageBytes("png", {9, 9}, Qt::red));
+    writeFile(m_folder.path("a.gif"), movingGif());
+    writeFile(m_folder.path("a.pdf"), pdfBytes(2));
+    EXPECT_EQ(readPreview(m_folder.path("a.png"), {9, 9}, m_decoders, {}).session, nullptr);
+    const auto movie = readPreview(m_folder.path("a.gif"), {9, 9}, m_decoders, {}).session;
+    ASSERT_NE(movie, nullptr);
+    EXPECT_EQ(movie->nextFrame({1, 1}).image.pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_EQ(movie->nextFrame({1, 1}).image.pixelColor(0, 0), QColor(Qt::blue));
+    const auto document = readPreview(m_folder.path("a.pdf"), {9, 9}, m_decoders, {}).session;
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(document->page(1, {300, 200}).size(), QSize(300, 200));
+    EXPECT_EQ(document->page(1, {300, 200}).pixelColor(50, 130), QColor(Qt::blue));
+    EXPECT_TRUE(document->page(7, {300, 200}).isNull());
+    EXPECT_FALSE(document->hasFailed());
 }
 
 TEST_F(FilePreviewTest, describesAnyFile)
@@ -119,12 +154,12 @@ TEST_F(FilePreviewTest, hasACardForAllThatIsNoFile)
     EXPECT_EQ(message(preview("folder")), u"Only files have a preview."_s);
     EXPECT_EQ(message(preview("pipe")), u"Only files have a preview."_s);
     EXPECT_EQ(message(preview("gone")), u"This file is no longer there."_s);
-    EXPECT_EQ(message(readPreview("/dev/zero", {9, 9}, {})), u"Only files have a preview."_s);
+    EXPECT_EQ(message(previewOf("/dev/zero")), u"Only files have a preview."_s);
 }
 
 TEST_F(FilePreviewTest, readsFilesThatLieAboutTheirSize)
 {
-    const LoadedPreview version = readPreview("/proc/version", {9, 9}, {});
+    const LoadedPreview version = previewOf("/proc/version");
     ASSERT_TRUE(is<PreviewText>(version));
     EXPECT_FALSE(std::get<PreviewText>(version.content).text.isEmpty());
 }

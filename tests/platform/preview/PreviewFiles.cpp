@@ -126,6 +126,29 @@ QByteArray movingGif()
            QByteArray("\x02\x02\x4C\x01\x00", 5) + ';';
 }
 
+QByteArray gzipBytes(const QByteArray &bytes)
+{
+    const QByteArray packed = qCompress(bytes, 9);
+    // Between Qt's length with the two bytes of zlib's header, and its checksum.
+    const QByteArray deflated = packed.sliced(6, packed.size() - 10);
+    return QByteArray("\x1F\x8B\x08\0\0\0\0\0\0\x03", 10) + deflated + littleEndian(crc32(bytes)) +
+           littleEndian(static_cast<quint32>(bytes.size()));
+}
+
+QByteArray pdfOf(const std::vector<QByteArray> &objects)
+{
+    QByteArray bytes = "%PDF-1.4\n";
+    QByteArray table;
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        table += QByteArray::number(bytes.size()).rightJustified(10, '0') + " 00000 n \n";
+        bytes += QByteArray::number(static_cast<int>(i) + 1) + " 0 obj" + objects[i] + " endobj\n";
+    }
+    const QByteArray count = QByteArray::number(static_cast<int>(objects.size()) + 1);
+    const QByteArray tableOffset = QByteArray::number(bytes.size());
+    return bytes + "xref\n0 " + count + "\n0000000000 65535 f \n" + table + "trailer<</Size " +
+           count + "/Root 1 0 R>>\nstartxref\n" + tableOffset + "\n%%EOF";
+}
+
 QByteArray pdfBytes(int pageCount)
 {
     std::vector<QByteArray> objects{
@@ -143,16 +166,7 @@ QByteArray pdfBytes(int pageCount)
                           "\nendstream");
     }
     objects[1] = "<</Type/Pages/Kids[" + pages + "]/Count " + QByteArray::number(pageCount) + ">>";
-    QByteArray bytes = "%PDF-1.4\n";
-    QByteArray table;
-    for (std::size_t i = 0; i < objects.size(); ++i) {
-        table += QByteArray::number(bytes.size()).rightJustified(10, '0') + " 00000 n \n";
-        bytes += QByteArray::number(static_cast<int>(i) + 1) + " 0 obj" + objects[i] + " endobj\n";
-    }
-    const QByteArray count = QByteArray::number(static_cast<int>(objects.size()) + 1);
-    const QByteArray tableOffset = QByteArray::number(bytes.size());
-    return bytes + "xref\n0 " + count + "\n0000000000 65535 f \n" + table + "trailer<</Size " +
-           count + "/Root 1 0 R>>\nstartxref\n" + tableOffset + "\n%%EOF";
+    return pdfOf(objects);
 }
 
 QByteArray wavBytes()

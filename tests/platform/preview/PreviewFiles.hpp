@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace tessaly {
 
@@ -27,8 +28,14 @@ void writeFile(const std::string &path, const QByteArray &bytes);
 /// A GIF file of one pixel with two pictures, one red and one blue.
 [[nodiscard]] QByteArray movingGif();
 
+/// These bytes compressed by gzip.
+[[nodiscard]] QByteArray gzipBytes(const QByteArray &bytes);
+
 /// A document of so many pages of 300 by 200 points, with a word on each.
 [[nodiscard]] QByteArray pdfBytes(int pageCount);
+
+/// A document of these objects, the first of which is its catalogue.
+[[nodiscard]] QByteArray pdfOf(const std::vector<QByteArray> &objects);
 
 /// A second of a sound.
 [[nodiscard]] QByteArray wavBytes();

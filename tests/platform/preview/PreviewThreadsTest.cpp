@@ -24,14 +24,14 @@ TEST(PreviewThreads, aJobThatTakesLongLeavesRoomForTheNextOne)
     mayEnd.set_value();
 }
 
-TEST(PreviewThreads, documentsStayOnOneThreadAndInOrder)
+TEST(PreviewThreads, pagesStayOnOneThreadAndInOrder)
 {
     PreviewThreads threads;
     std::vector<int> order;
     std::vector<std::thread::id> ids;
     std::promise<void> done;
     for (int i = 0; i < 5; ++i) {
-        threads.post(Lane::documents, {}, [&, i] {
+        threads.post(Lane::pages, {}, [&, i] {
             order.push_back(i);
             ids.push_back(std::this_thread::get_id());
             if (i == 4) {
@@ -51,9 +51,9 @@ TEST(PreviewThreads, aStoppedJobIsLeftOut)
     std::stop_source stop;
     stop.request_stop();
     bool hasRun = false;
-    threads.post(Lane::documents, stop, [&hasRun] { hasRun = true; });
+    threads.post(Lane::pages, stop, [&hasRun] { hasRun = true; });
     std::promise<void> next;
-    threads.post(Lane::documents, {}, [&next] { next.set_value(); });
+    threads.post(Lane::pages, {}, [&next] { next.set_value(); });
     next.get_future().wait();
     EXPECT_FALSE(hasRun);
 }

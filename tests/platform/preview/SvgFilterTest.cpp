@@ -1,4 +1,4 @@
-#include "platform/preview/SvgFilter.hpp"
+#include "platform/preview/decoder/SvgFilter.hpp"
 
 #include "tests/platform/preview/PreviewFiles.hpp"
 
@@ -65,6 +65,20 @@ TEST(SvgFilter, dropsImagesInsideThatAreLargeOrLeadOn)
     for (const QByteArray &url : {large, leadsOn, QByteArray("data:image/png;base64,")}) {
         EXPECT_EQ(filtered(drawing("<image href=\"" + url + "\"/>")), drawing("<image/>"));
     }
+}
+
+TEST(SvgFilter, unpacksWhatIsCompressed)
+{
+    const QByteArray source = drawing("<image xlink:href=\"/dev/zero\"/><rect/>");
+    EXPECT_EQ(filtered(gzipBytes(source)), drawing("<image/><rect/>"));
+    EXPECT_EQ(filtered(gzipBytes(source).first(40)), std::nullopt);
+}
+
+TEST(SvgFilter, unpacksNoMoreThanTheLimit)
+{
+    const QByteArray source = drawing(QByteArray(20 << 20U, ' '));
+    EXPECT_LT(gzipBytes(source).size(), 100'000);
+    EXPECT_EQ(filtered(gzipBytes(source)), std::nullopt);
 }
 
 TEST(SvgFilter, refusesReferencesThatMultiply)

@@ -1,8 +1,8 @@
-#include "platform/preview/ImageDecoder.hpp"
+#include "platform/preview/decoder/ImageDecoder.hpp"
 
-#include "platform/preview/PreviewFile.hpp"
-#include "platform/preview/SvgFilter.hpp"
+#include "platform/preview/decoder/SvgFilter.hpp"
 
+#include <QIODevice>
 #include <QImageReader>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -11,7 +11,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <mutex>
 
 namespace tessaly {
 
@@ -24,18 +23,12 @@ constexpr qint64 mostPixels = 500'000'000;
 constexpr qint64 mostWholeBytes = qint64{128} << 20U;
 /// Decoders that read their file whole.
 constexpr qint64 mostFileBytes = qint64{128} << 20U;
-/// From here on one at a time.
-constexpr qint64 largeBytes = qint64{32} << 20U;
-// What may be decoded anew for each frame, on the main thread.
+// What may be decoded again for each frame.
 constexpr qint64 mostMoviePixels = 2'000'000;
 constexpr qint64 mostMovieBytes = qint64{32} << 20U;
 
 /// Pixels that a drawing's elements may fill, if each fills the whole of it: a matter of seconds.
 constexpr double mostDrawnPixels = 3e10;
-/// Larger drawings are drawn in strips, between which they can be stopped.
-constexpr std::uint64_t simpleDrawing = 2000;
-
-std::mutex largeDecodes;
 
 quint8 byteAt(const QByteArray &bytes, qsizetype index)
 {
@@ -43,47 +36,47 @@ quint8 byteAt(const QByteArray &bytes, qsizetype index)
 }
 
 /// Whether a JPEG file comes in several scans, whose coefficients are kept for the whole image.
-bool hasSeveralScans(PreviewFile &file)
+bool hasSeveralScans(QIODevice &device)
 {
     constexpr quint8 startOfScan = 0xDA;
     constexpr std::array<quint8, 3> unusualMarkers{0xC4, 0xC8, 0xCC}; // tables among the frames
     int components = 0;
-    file.seek(2);
+    device.seek(2);
     for (;;) {
-        const QByteArray header = file.read(4);
+        const QByteArray header = device.read(4);
         if (header.size() < 4 || byteAt(header, 0) != 0xFF) {
             return true; // nothing can be said
         }
         const quint8 marker = byteAt(header, 1);
         if (marker == 0xFF) { // padding
-            file.seek(file.pos() - 3);
+            device.seek(device.pos() - 3);
             continue;
         }
         const int length = byteAt(header, 2) * 256 + byteAt(header, 3);
-        const qint64 next = file.pos() + length - 2;
+        const qint64 next = device.pos() + length - 2;
         if (marker >= 0xC0 && marker <= 0xCF &&
             std::count(unusualMarkers.begin(), unusualMarkers.end(), marker) == 0) {
-            const QByteArray frame = file.read(6);
+            const QByteArray frame = device.read(6);
             if (frame.size() < 6 || (marker != 0xC0 && marker != 0xC1)) {
                 return true;
             }
             components = byteAt(frame, 5);
         } else if (marker == startOfScan) {
-            const QByteArray scan = file.read(1);
+            const QByteArray scan = device.read(1);
             return scan.isEmpty() || byteAt(scan, 0) < components;
         }
-        if (length < 2 || !file.seek(next)) {
+        if (length < 2 || !device.seek(next)) {
             return true;
         }
     }
 }
 
 /// Whether a PNG file is scaled down line by line: one of true colour that comes in one pass.
-bool isReadByLines(PreviewFile &file)
+bool isReadByLines(QIODevice &device)
 {
     constexpr qint64 bitDepthOffset = 24; // the colour type follows; two bytes on, the passes
-    file.seek(bitDepthOffset);
-    const QByteArray kind = file.read(5);
+    device.seek(bitDepthOffset);
+    const QByteArray kind = device.read(5);
     constexpr quint8 colored = 2;
     return kind.size() == 5 && byteAt(kind, 0) == 8 && (byteAt(kind, 1) & colored) != 0 &&
            byteAt(kind, 1) != 3 && byteAt(kind, 4) == 0;
@@ -97,18 +90,37 @@ struct ImageHeader {
     bool isMoving = false;
 };
 
-/// By a reader of its own, since decoders begin where reading the header has left them.
-ImageHeader headerOf(PreviewFile &file)
+/// A reader for a format that was told by the content, and for no other.
+std::unique_ptr<QImageReader> readerOf(QIODevice &device, const QByteArray &format)
 {
-    file.seek(0);
-    QImageReader reader(&file);
+    device.seek(0);
+    auto reader = std::make_unique<QImageReader>(&device, format);
+    reader->setAutoDetectImageFormat(false);
+    return reader;
+}
+
+/// Formats that are no images. The reader of the first loads its whole file, and what that refers
+/// to, to tell its size.
+bool isDrawingOrDocument(const QByteArray &format)
+{
+    return format.startsWith("svg") || format == "pdf";
+}
+
+/// By a reader of its own, since decoders begin where reading the header has left them.
+ImageHeader headerOf(QIODevice &device)
+{
     ImageHeader header;
-    header.format = reader.format();
-    header.size = reader.size();
-    header.isTurned = (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
-    header.isMoving = reader.supportsAnimation();
+    device.seek(0);
+    header.format = QImageReader::imageFormat(&device); // looks at the first bytes alone
+    if (header.format.isEmpty() || isDrawingOrDocument(header.format)) {
+        return {};
+    }
+    const auto reader = readerOf(device, header.format);
+    header.size = reader->size();
+    header.isTurned = (reader->transformation() & QImageIOHandler::TransformationRotate90) != 0;
+    header.isMoving = reader->supportsAnimation();
     // Of a damaged image, decoders may tell a format that there is none of.
-    const QImage::Format pixels = reader.imageFormat();
+    const QImage::Format pixels = reader->imageFormat();
     if (pixels > QImage::Format_Invalid && pixels < QImage::NImageFormats) {
         // Scaling makes smaller pixels this large.
         header.bytesPerPixel = pixels == QImage::Format_Grayscale16
@@ -126,26 +138,30 @@ bool readsFileWhole(const QByteArray &format)
 }
 
 /// The bytes that decoding takes at its height, before anything is scaled.
-qint64 bytesToDecode(const ImageHeader &header, qint64 pixels, PreviewFile &file)
+qint64 bytesToDecode(const ImageHeader &header, qint64 pixels, QIODevice &device)
 {
     if (header.format == "jpeg") {
         constexpr qint64 leastScale = 64;      // it decodes at an eighth of both sides
         constexpr qint64 coefficientBytes = 3; // of the usual kind, with colours at half scale
-        return hasSeveralScans(file) ? pixels * coefficientBytes
-                                     : pixels * header.bytesPerPixel / leastScale;
+        return hasSeveralScans(device) ? pixels * coefficientBytes
+                                       : pixels * header.bytesPerPixel / leastScale;
     }
-    if (header.format == "png" && isReadByLines(file)) {
+    if (header.format == "png" && isReadByLines(device)) {
         return 0;
     }
     return pixels * header.bytesPerPixel;
 }
 
-/// The file's bytes, if its image can be decoded again and again.
-QByteArray movieOf(QSize size, PreviewFile &file)
+bool isSmallMovie(const ImageHeader &header, QSize size, QIODevice &device)
 {
-    const bool isSmall = qint64{size.width()} * size.height() <= mostMoviePixels;
-    return isSmall && file.size() <= mostMovieBytes && file.seek(0) ? file.read(mostMovieBytes)
-                                                                    : QByteArray();
+    return header.format == "gif" && header.isMoving &&
+           qint64{size.width()} * size.height() <= mostMoviePixels &&
+           device.size() <= mostMovieBytes;
+}
+
+QSize sizeWithin(QSize size, QSize room)
+{
+    return size.scaled(room, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }
 
 QSize sizeToDraw(QSize nominal, QSize bounds, std::uint64_t work)
@@ -158,55 +174,49 @@ QSize sizeToDraw(QSize nominal, QSize bounds, std::uint64_t work)
 
 } // namespace
 
-DecodedImage decodeImage(PreviewFile &file, QSize bounds)
+DecodedImage decodeImage(QIODevice &device, QSize bounds)
 {
     DecodedImage decoded;
-    const ImageHeader header = headerOf(file);
-    // The last two would not be read as images, and the first of them looks at other files.
-    if (header.format.isEmpty() || header.format.startsWith("svg") || header.format == "pdf") {
+    const ImageHeader header = headerOf(device);
+    if (header.format.isEmpty()) {
         decoded.problem = ImageProblem::unreadable;
         return decoded;
     }
     const qint64 pixels = qint64{header.size.width()} * header.size.height();
-    const qint64 bytes = bytesToDecode(header, pixels, file);
-    if (pixels > mostPixels || bytes > mostWholeBytes ||
-        (readsFileWhole(header.format) && file.size() > mostFileBytes)) {
+    if (pixels > mostPixels || bytesToDecode(header, pixels, device) > mostWholeBytes ||
+        (readsFileWhole(header.format) && device.size() > mostFileBytes)) {
         decoded.problem = ImageProblem::tooLarge;
         return decoded;
     }
-    file.seek(0);
-    QImageReader reader(&file, header.format);
-    reader.setAutoTransform(true);
+    const auto reader = readerOf(device, header.format);
+    reader->setAutoTransform(true);
     const QSize room = header.isTurned ? bounds.transposed() : bounds;
     if (header.size.isValid() &&
         (header.size.width() > room.width() || header.size.height() > room.height())) {
-        const QSize scaled = header.size.scaled(room, Qt::KeepAspectRatio);
-        reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
+        reader->setScaledSize(sizeWithin(header.size, room));
     }
-    std::unique_lock lock(largeDecodes, std::defer_lock);
-    if (bytes > largeBytes) {
-        lock.lock();
-    }
-    QImage image = reader.read();
+    QImage image = reader->read();
     if (image.isNull()) {
         decoded.problem = ImageProblem::unreadable;
         return decoded;
     }
-    QSize &fullSize = decoded.image.fullSize;
-    fullSize = !header.size.isValid() ? image.size()
-               : header.isTurned      ? header.size.transposed()
-                                      : header.size;
-    decoded.image.image = std::move(image);
-    if (header.format == "gif" && header.isMoving) {
-        decoded.image.movie = movieOf(fullSize, file);
+    decoded.fullSize = !header.size.isValid() ? image.size()
+                       : header.isTurned      ? header.size.transposed()
+                                              : header.size;
+    if (image.width() > bounds.width() || image.height() > bounds.height()) {
+        // A format that does not tell the size beforehand.
+        image = image.scaled(sizeWithin(image.size(), bounds), Qt::IgnoreAspectRatio,
+                             Qt::SmoothTransformation);
     }
+    decoded.image = std::move(image);
+    decoded.isMoving = isSmallMovie(header, decoded.fullSize, device);
     return decoded;
 }
 
-DecodedImage decodeSvg(PreviewFile &file, QSize bounds)
+DecodedImage decodeSvg(QIODevice &device, QSize bounds)
 {
     DecodedImage decoded;
-    const auto drawing = filteredSvg(file);
+    const auto drawing = filteredSvg(device);
     QSvgRenderer renderer;
     if (!drawing || !renderer.load(drawing->source)) {
         decoded.problem = drawing ? ImageProblem::unreadable : ImageProblem::tooLarge;
@@ -216,22 +226,36 @@ DecodedImage decodeSvg(PreviewFile &file, QSize bounds)
     QImage image(sizeToDraw(nominal, bounds, drawing->work), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    const int stripCount = drawing->work > simpleDrawing ? 6 : 1;
-    for (int strip = 0; strip < stripCount; ++strip) {
-        if (file.isStopped()) {
-            decoded.problem = ImageProblem::unreadable;
-            return decoded;
-        }
-        const int top = image.height() * strip / stripCount;
-        const int end = image.height() * (strip + 1) / stripCount;
-        painter.setClipRect(0, top, image.width(), end - top);
-        renderer.render(&painter, QRectF(image.rect()));
-    }
+    renderer.render(&painter, QRectF(image.rect()));
     painter.end();
-    decoded.image.image = std::move(image);
-    decoded.image.fullSize = nominal;
-    decoded.image.mayGrow = true;
+    decoded.image = std::move(image);
+    decoded.fullSize = nominal;
     return decoded;
+}
+
+ImageFrames::ImageFrames(QIODevice &device) : m_device(device)
+{
+    restart();
+}
+
+ImageFrames::~ImageFrames() = default;
+
+void ImageFrames::restart()
+{
+    m_device.seek(0);
+    m_reader = readerOf(m_device, QImageReader::imageFormat(&m_device));
+}
+
+ImageFrames::Frame ImageFrames::next()
+{
+    Frame frame;
+    frame.image = m_reader->read();
+    if (frame.image.isNull()) {
+        restart();
+        frame.image = m_reader->read();
+    }
+    frame.delayMs = m_reader->nextImageDelay();
+    return frame;
 }
 
 } // namespace tessaly

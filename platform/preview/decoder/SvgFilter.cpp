@@ -1,4 +1,6 @@
-#include "platform/preview/SvgFilter.hpp"
+#include "platform/preview/decoder/SvgFilter.hpp"
+
+#include "platform/preview/decoder/UnpackedFile.hpp"
 
 #include <QBuffer>
 #include <QHash>
@@ -192,8 +194,8 @@ private:
 
 std::optional<FilteredSvg> filteredSvg(QIODevice &device)
 {
-    const QByteArray source = device.read(longestFile + 1);
-    return source.size() > longestFile ? std::nullopt : SvgCopy(source).made();
+    const auto source = unpackedFile(device, longestFile);
+    return source ? SvgCopy(*source).made() : std::nullopt;
 }
 
 } // namespace tessaly

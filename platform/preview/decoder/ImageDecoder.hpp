@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QImage>
+#include <QSize>
+
+#include <cstdint>
+#include <memory>
+
+class QIODevice;
+class QImageReader;
+
+namespace tessaly {
+
+enum class ImageProblem : std::uint8_t {
+    none,
+    unreadable, ///< of no format that is understood, or damaged
+    tooLarge,   ///< to be decoded in the memory and time that a preview may take
+};
+
+struct DecodedImage {
+    QImage image;
+    QSize fullSize; ///< before it was scaled down, in pixels; for drawings their nominal size
+    bool isMoving = false; ///< and small enough to be decoded frame by frame as it is shown
+    ImageProblem problem = ImageProblem::none;
+};
+
+/// Decodes an image, turned upright and no larger than `bounds` (pixels). Takes at most about
+/// 256 MB meanwhile. A drawing is none, whatever the file is called.
+[[nodiscard]] DecodedImage decodeImage(QIODevice &device, QSize bounds);
+
+/// Draws an SVG drawing so that it fills `bounds`. Nothing outside the file is looked at.
+/// Requires: a QGuiApplication, which has the fonts.
+[[nodiscard]] DecodedImage decodeSvg(QIODevice &device, QSize bounds);
+
+/// The frames of an image that moves, one after the other and from the start again.
+class ImageFrames {
+public:
+    /// `device` must outlive this.
+    explicit ImageFrames(QIODevice &device);
+    ~ImageFrames();
+    ImageFrames(const ImageFrames &) = delete;
+    ImageFrames &operator=(const ImageFrames &) = delete;
+    ImageFrames(ImageFrames &&) = delete;
+    ImageFrames &operator=(ImageFrames &&) = delete;
+
+    struct Frame {
+        QImage image; ///< null when there is no further one
+        int delayMs = 0;
+    };
+    [[nodiscard]] Frame next();
+
+private:
+    void restart();
+
+    QIODevice &m_device;
+    std::unique_ptr<QImageReader> m_reader;
+};
+
+} // namespace tessaly

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QSizeF>
+
+#include <cstdint>
+#include <memory>
+
+class QImage;
+class QIODevice;
+class QPdfDocument;
+
+namespace tessaly {
+
+enum class PdfProblem : std::uint8_t { none, damaged, locked };
+
+/// A document, and images of its pages.
+///
+/// Threads: all documents of a process on the same one, since the library behind this lets only one
+///          thread in.
+class PdfReader {
+public:
+    PdfReader();
+    ~PdfReader();
+    PdfReader(const PdfReader &) = delete;
+    PdfReader &operator=(const PdfReader &) = delete;
+    PdfReader(PdfReader &&) = delete;
+    PdfReader &operator=(PdfReader &&) = delete;
+
+    /// Opens the document, which is read from as long as this exists.
+    PdfProblem open(QIODevice &device);
+
+    /// 0 when none is open.
+    [[nodiscard]] int pageCount() const;
+    /// In points.
+    [[nodiscard]] QSizeF pageSize(int page) const;
+    /// Fills the paper with the page, on white. False when it cannot be drawn.
+    bool drawPage(int page, QImage &paper) const;
+
+private:
+    std::unique_ptr<QPdfDocument> m_document;
+};
+
+} // namespace tessaly
