@@ -78,8 +78,7 @@ void DecoderServer::run()
         for (const Child &child : m_children) {
             watched.push_back({child.socket.number(), POLLRDHUP, 0});
         }
-        // The first file waits for what it needs alone, and is not disturbed by the rest.
-        const int ready = poll(watched.data(), watched.size(), mayLoadMore() ? idleMs : -1);
+        const int ready = poll(watched.data(), watched.size(), msUntilLoading());
         if (ready == 0) {
             loadMore();
         }
@@ -209,17 +208,22 @@ void DecoderServer::loadDocuments()
     m_document->drawPage(0, paper);
 }
 
-bool DecoderServer::mayLoadMore() const
+int DecoderServer::msUntilLoading() const
 {
-    return m_hasStarted && !(m_hasImageFormats && m_document && m_application);
+    // The program makes its window before it asks for the first file, which leaves the time for
+    // what takes the least. More would be in that file's way.
+    if (!m_document) {
+        return m_hasStarted ? idleMs : 0;
+    }
+    return m_hasImageFormats && m_application ? -1 : idleMs;
 }
 
 void DecoderServer::loadMore()
 {
-    if (!m_hasImageFormats) {
-        loadImageFormats();
-    } else if (!m_document) {
+    if (!m_document) {
         loadDocuments();
+    } else if (!m_hasImageFormats) {
+        loadImageFormats();
     } else {
         loadFonts();
     }

@@ -52,9 +52,9 @@ private:
     void loadImageFormats();
     void loadFonts();
     void loadDocuments();
-    [[nodiscard]] bool mayLoadMore() const;
-    /// One of them.
+    /// One of them, if nothing is to be done for so long; for ever when all is done.
     void loadMore();
+    [[nodiscard]] int msUntilLoading() const;
 
     MessageSocket m_socket;
     FileDescriptor m_childSignals;
