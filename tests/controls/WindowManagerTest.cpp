@@ -1,10 +1,14 @@
 // The main window with a window manager that people use: what only the two can do together.
 
 #include "app/controls/KORVENWindow.hpp"
+#include "app/controls/PressGuard.hpp"
 #include "tests/platform/linux/ManagedDisplay.hpp"
 
 #include <QApplication>
 #include <QMenu>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QStringList>
 #include <QTest>
 
@@ -20,6 +24,25 @@ namespace {
 
 /// How long something may take on a machine that has much else to do.
 constexpr int patienceMs = 30'000;
+
+/// What the windows of this program have been told of the mouse.
+class MouseLog final : public QObject {
+public:
+    MouseLog() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched->isWindowType() && event->type() == QEvent::MouseButtonRelease) {
+            ++releaseCount;
+        } else if (watched->isWindowType() && event->type() == QEvent::MouseMove) {
+            place = static_cast<const QMouseEvent *>(event)->globalPosition().toPoint();
+        }
+        return false;
+    }
+
+    int releaseCount = 0;
+    QPoint place;
+};
 
 class WindowManagerTest : public testing::Test {
 protected:
@@ -137,6 +160,38 @@ TEST_F(WindowManagerTest, aDoubleClickOnTheTitleMaximisesAndAnotherRestores)
     EXPECT_EQ(xdotool(doubleClick), 0);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window->isMaximized(); }, patienceMs));
     EXPECT_TRUE(waitForFrame(before));
+}
+
+TEST_F(WindowManagerTest, theSecondClickOfADoubleClickDoesNotPressWhatTookTheButtonsPlace)
+{
+    QPushButton scan(&*m_window);
+    QPushButton cancel(&*m_window);
+    scan.setGeometry(300, 300, 120, 40);
+    cancel.setGeometry(scan.geometry());
+    cancel.hide();
+    scan.show();
+    PressGuard guard;
+    guard.setClock([] { return PressGuard::Time(); }); // as if the machine had nothing else to do
+    guard.watch(scan);
+    guard.watch(cancel);
+    const QSignalSpy cancelled(&cancel, &QPushButton::clicked);
+    QObject::connect(&scan, &QPushButton::clicked, &scan, [&] {
+        scan.hide();
+        cancel.show();
+    });
+    const MouseLog mouse;
+    point(scan.mapToGlobal(QPoint(60, 20)));
+    EXPECT_EQ(xdotool({u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"50"_s, u"1"_s}), 0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mouse.releaseCount == 2; }, patienceMs));
+    EXPECT_TRUE(cancel.isVisible());
+    EXPECT_EQ(cancelled.count(), 0);
+
+    const QPoint elsewhere = scan.mapToGlobal(QPoint(60, 120));
+    point(elsewhere);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return mouse.place == elsewhere; }, patienceMs));
+    point(scan.mapToGlobal(QPoint(60, 20)));
+    EXPECT_EQ(xdotool({u"click"_s, u"1"_s}), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return cancelled.count() == 1; }, patienceMs));
 }
 
 TEST_F(WindowManagerTest, aRightClickOnTheTitleOpensTheMenuAtThePointer)
