@@ -50,6 +50,28 @@ constexpr std::chrono::seconds unmountPatience{2};
 /// For all of the end: long enough for a completed scan to be written to a slow disk.
 constexpr std::chrono::seconds endPatience{30};
 
+/// What the program asks of the desktop. Members are destroyed before those that they use.
+struct LinuxServices {
+    LinuxSettingsStore settings;
+    LinuxFolderBookmarks bookmarks;
+    LinuxSystemRelease release;
+    LinuxNotifier notifier;
+    IcuDateTexts dates;
+    LoadedPreviewPanels previewPanels{LoadedPreviewPanels::modulePathOfProgram(), settings};
+    LinuxFileManager fileManager{dates};
+    QtFolderChooser folderChooser;
+    LinuxUserAccount account;
+    LinuxVolumeService volumes;
+    LinuxApplicationLauncher applications;
+    LinuxUrlOpener urls;
+
+    [[nodiscard]] Services with(DocumentsFolder &documents)
+    {
+        return {settings,    bookmarks,     documents, release, notifier,     dates, previewPanels,
+                fileManager, folderChooser, account,   volumes, applications, urls};
+    }
+};
+
 /// By which the desktop knows the program.
 void nameApplication()
 {
@@ -100,21 +122,8 @@ int main(int argumentCount, char **arguments)
         return instance.endSecondStart();
     }
 
-    LinuxSettingsStore settings;
-    LinuxFolderBookmarks bookmarks;
-    LinuxSystemRelease release;
-    LinuxNotifier notifier;
-    IcuDateTexts dates;
-    LoadedPreviewPanels previewPanels(LoadedPreviewPanels::modulePathOfProgram(), settings);
-    LinuxFileManager fileManager(dates);
-    QtFolderChooser folderChooser;
-    LinuxUserAccount account;
-    LinuxVolumeService volumes;
-    LinuxApplicationLauncher applications;
-    LinuxUrlOpener urls;
-    KORVENAppDelegate delegate({settings, bookmarks, documents, release, notifier, dates,
-                                previewPanels, fileManager, folderChooser, account, volumes,
-                                applications, urls});
+    LinuxServices desktop;
+    KORVENAppDelegate delegate(desktop.with(documents));
     AtomicFile::removeLeftovers(documents.path());
 
     auto controller = std::make_unique<KORVENWindowController>();
@@ -134,10 +143,10 @@ int main(int argumentCount, char **arguments)
     delegate.applicationWillTerminate();
     instance.setActivated({});
     delegate.setWindowController(nullptr);
-    settings.flush();
+    desktop.settings.flush();
     const EndWatch watch(endPatience, status, [&instance] { instance.release(); });
     controller.reset(); // ends scans, and keeps what they have completed
-    settings.flush();
+    desktop.settings.flush();
     if (!waitForUnmounts(unmountPatience)) {
         instance.release();
         std::_Exit(status); // their threads use the services, which must not go

@@ -96,7 +96,7 @@ QString problemOfAccessibility(Clock::time_point deadline)
     std::string address = qgetenv(accessibilityVariable).toStdString();
     if (address.empty()) {
         BusLink session(sessionBusAddress(), QStringLiteral("accessibility"));
-        if (const QString problem = session.openWithin(timeUntil(deadline)); !problem.isEmpty()) {
+        if (QString problem = session.openWithin(timeUntil(deadline)); !problem.isEmpty()) {
             return problem;
         }
         QDBusPendingReply<QString> answer = session.bus().asyncCall(
@@ -111,7 +111,7 @@ QString problemOfAccessibility(Clock::time_point deadline)
         address = answer.value().toStdString();
     }
     BusLink accessibility(address, QStringLiteral("accessibility"));
-    if (const QString problem = accessibility.openWithin(timeUntil(deadline)); !problem.isEmpty()) {
+    if (QString problem = accessibility.openWithin(timeUntil(deadline)); !problem.isEmpty()) {
         return problem;
     }
     QDBusPendingCall answer = accessibility.bus().asyncCall(
