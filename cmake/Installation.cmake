@@ -1,6 +1,6 @@
 # What "cmake --install" puts below a prefix: the program and what a desktop wants to know about it.
-# Nothing else is installed but its module, and beside it the child program that decodes previews;
-# the libraries are part of the program, and so are its translations.
+# Nothing else is installed but its module and the child programs that it starts; the libraries are
+# part of the program, and so are its translations.
 #
 # CMAKE_INSTALL_BINDIR and the like (GNUInstallDirs) say where.
 
@@ -13,6 +13,7 @@ set(tessaly_id io.tessaly.Tessaly) # platform/ProgramIdentity.hpp has it for the
 install(TARGETS tessaly RUNTIME)
 install(TARGETS tessaly_preview_module LIBRARY DESTINATION "${TESSALY_MODULE_FOLDER}")
 install(TARGETS preview-decoder RUNTIME DESTINATION "${TESSALY_MODULE_FOLDER}")
+install(TARGETS tessaly_file_system_probe RUNTIME DESTINATION "${TESSALY_HELPER_FOLDER}")
 
 install(FILES "${tessaly_desktop}/${tessaly_id}.desktop"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")

@@ -1,7 +1,8 @@
-# Modules: libraries that the program loads by itself, when they are needed.
+# Modules: libraries that the program loads by itself, when they are needed. Helpers: programs that
+# it starts.
 #
-# TESSALY_MODULES_FROM_PROGRAM is where they lie as seen from the program's folder, in the build as
-# after the installation.
+# TESSALY_MODULES_FROM_PROGRAM and TESSALY_HELPERS_FROM_PROGRAM are where they lie as seen from the
+# program's folder, in the build as after the installation.
 
 include(GNUInstallDirs)
 
@@ -9,6 +10,10 @@ include(GNUInstallDirs)
 set(TESSALY_MODULE_FOLDER "${CMAKE_INSTALL_LIBDIR}/tessaly/modules")
 file(RELATIVE_PATH TESSALY_MODULES_FROM_PROGRAM
     "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}/tessaly/modules")
+
+set(TESSALY_HELPER_FOLDER "${CMAKE_INSTALL_LIBEXECDIR}/tessaly")
+file(RELATIVE_PATH TESSALY_HELPERS_FROM_PROGRAM
+    "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBEXECDIR}/tessaly")
 
 # A layer may become part of the program or of a module. Nobody outside calls into either.
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)

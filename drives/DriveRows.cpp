@@ -59,14 +59,22 @@ KORVENDriveObject driveRow(const std::string &name, const std::string &fullPath,
 {
     const VolumeFigures figures = information.figures.value_or(VolumeFigures{});
     const double used = static_cast<double>(figures.total) - static_cast<double>(figures.free);
-    return {name,
-            fullPath,
-            figures.total,
-            figures.free,
-            used,
-            information.isRemovable,
-            information.isUnmountable,
-            information.typeName};
+    KORVENDriveObject row(name, fullPath, figures.total, figures.free, used,
+                          information.isRemovable, information.isUnmountable, information.typeName);
+    row.setFiguresOld(information.areFiguresOld);
+    return row;
+}
+
+KORVENDriveObject withFigures(const KORVENDriveObject &row,
+                              const std::optional<VolumeFigures> &figures)
+{
+    VolumeInformation information;
+    information.figures = figures;
+    information.isRemovable = row.isRemoveable();
+    information.isUnmountable = row.isUnmountable();
+    KORVENDriveObject changed = driveRow(row.diskName(), row.diskFullPath(), information);
+    changed.setDiskType(row.diskType());
+    return changed;
 }
 
 void sortDrives(std::vector<KORVENDriveObject> &rows, DriveOrder order)

@@ -3,12 +3,14 @@
 #include "drives/KORVENDriveObject.hpp"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace tessaly {
 
 class VolumeEnumerator;
+struct VolumeFigures;
 struct VolumeInformation;
 
 enum class DriveOrder : std::uint8_t {
@@ -24,6 +26,10 @@ enum class DriveOrder : std::uint8_t {
 /// The row of a volume. One without figures counts as having no space at all.
 [[nodiscard]] KORVENDriveObject driveRow(const std::string &name, const std::string &fullPath,
                                          const VolumeInformation &information);
+
+/// The same row with the figures that its volume has now; as driveRow() has them when it has none.
+[[nodiscard]] KORVENDriveObject withFigures(const KORVENDriveObject &row,
+                                            const std::optional<VolumeFigures> &figures);
 
 /// Rows that compare equal keep their order.
 void sortDrives(std::vector<KORVENDriveObject> &rows, DriveOrder order);

@@ -20,6 +20,22 @@ void EjectingVolumes::add(const std::string &name)
     Q_EMIT changed();
 }
 
+void EjectingVolumes::remove(const std::string &name)
+{
+    if (m_names.erase(name) > 0) {
+        Q_EMIT changed();
+    }
+}
+
+std::vector<std::string> EjectingVolumes::names() const
+{
+    std::vector<std::string> names;
+    for (const auto &[name, request] : m_names) {
+        names.push_back(name);
+    }
+    return names;
+}
+
 void EjectingVolumes::keepOnly(const std::set<std::string> &names)
 {
     std::erase_if(m_names, [&](const auto &ejecting) { return !names.contains(ejecting.first); });

@@ -7,11 +7,12 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace tessaly {
 
-/// The volumes that were asked to go and are on their way, as far as anybody can tell: what comes
-/// of it is not told, so each counts as on its way for a while, or until it is listed no more.
+/// The volumes that were asked to go, until they are listed no more or are known to stay. What does
+/// not become known counts as done after a while.
 ///
 /// Threads: the main thread.
 class EjectingVolumes final : public QObject {
@@ -22,12 +23,15 @@ public:
 
     /// From now on, anew if it was so already.
     void add(const std::string &name);
+    /// It stays.
+    void remove(const std::string &name);
+    [[nodiscard]] std::vector<std::string> names() const;
     [[nodiscard]] bool contains(const std::string &name) const { return m_names.contains(name); }
     /// Forgets those that are not among the names. Sends nothing.
     void keepOnly(const std::set<std::string> &names);
 
 Q_SIGNALS:
-    /// Volumes came or went by time; not those that keepOnly() forgets.
+    /// Volumes came, or went because they stay or by time; not those that keepOnly() forgets.
     void changed();
 
 private:

@@ -120,6 +120,14 @@ void KORVENDriveCellView::connectOutlets()
     });
 }
 
+void KORVENDriveCellView::showFiguresOld(bool areOld)
+{
+    for (QLabel *label : {m_driveTotal, m_driveUsed, m_driveFree}) {
+        label->setEnabled(!areOld);
+        label->setToolTip(areOld ? tr("As of the last time the volume answered") : QString());
+    }
+}
+
 void KORVENDriveCellView::showEjectControl(bool isEjecting)
 {
     m_isEjecting = isEjecting;
@@ -165,6 +173,7 @@ void KORVENDriveCellView::showInfo()
 
 QMenu *KORVENDriveCellView::popUpMenu(const QPoint &place)
 {
+    Q_EMIT menuRequested();
     auto *menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const Target chosen = target();

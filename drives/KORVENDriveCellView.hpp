@@ -59,6 +59,9 @@ public:
     [[nodiscard]] std::int32_t diskType() const noexcept { return m_diskType; }
     void setDiskType(std::int32_t type) noexcept { m_diskType = type; }
 
+    /// Shows the figures as those that the volume had when it last answered, or as current.
+    void showFiguresOld(bool areOld);
+
     /// Shows the eject control of a volume that can go, by the flags: ready, or busy while the
     /// volume is on its way. Shows none for any other volume.
     void showEjectControl(bool isEjecting);
@@ -78,6 +81,8 @@ public:
 Q_SIGNALS:
     /// The volume with this name, as bytes, was asked to go.
     void ejectRequested(const std::string &name);
+    /// The row's menu is about to open.
+    void menuRequested();
 
 private:
     /// What the actions are about, independent of the cell.

@@ -61,6 +61,10 @@ public:
     [[nodiscard]] std::int32_t diskType() const noexcept { return m_diskType; }
     void setDiskType(std::int32_t type) noexcept { m_diskType = type; }
 
+    /// The figures were read before: the volume has not answered in time since.
+    [[nodiscard]] bool areFiguresOld() const noexcept { return m_areFiguresOld; }
+    void setFiguresOld(bool areOld) noexcept { m_areFiguresOld = areOld; }
+
     /// The used part of the volume as a fraction, 0 to 1, from total and free alone. Not a number
     /// when the total is 0.
     [[nodiscard]] double sizeAsPercent() const noexcept;
@@ -83,6 +87,7 @@ private:
     bool m_isRemoveable = false;
     bool m_isUnmountable = false;
     std::int32_t m_diskType = hfsType;
+    bool m_areFiguresOld = false;
 };
 
 } // namespace tessaly

@@ -39,6 +39,8 @@ const QString cellFile = u"KORVENDriveCell"_s;
 
 constexpr int leastRowHeight = 84;
 
+constexpr auto diskUtility = "Disk Utility.app";
+
 /// The kind of file system, as the icon's tooltip names it.
 QString kindName(std::int32_t diskType)
 {
@@ -67,6 +69,11 @@ KORVENDriveViewController::KORVENDriveViewController(const QString &nibName)
     services().volumes.setChangeListener([guard = QPointer(this)] {
         if (guard) {
             guard->discMounted();
+        }
+    });
+    services().volumes.setRefusalListener([guard = QPointer(this)](const std::string &path) {
+        if (guard) {
+            guard->endEjecting(path);
         }
     });
     connect(&m_ejecting, &EjectingVolumes::changed, this, [this] {
@@ -125,6 +132,8 @@ void KORVENDriveViewController::awakeFromNib()
     m_emptyTitle->setText(tr("Looking for volumes…"));
     m_emptyText->hide();
     m_drivePages->setCurrentWidget(m_emptyPage);
+    m_launchButton->hide(); // until it is known that there is something to launch
+    lookForDiskUtility();
     runScanDrives();
 }
 
@@ -148,20 +157,28 @@ void KORVENDriveViewController::prepareCells()
 void KORVENDriveViewController::runScanDrives()
 {
     VolumeService &volumes = services().volumes;
-    std::vector<std::string> names = listedVolumes(*volumes.enumerator());
+    const std::vector<std::string> names = listedVolumes(*volumes.enumerator());
     std::vector<std::string> paths;
     paths.reserve(names.size());
     for (const std::string &name : names) {
         paths.push_back(volumes.pathOf(name));
     }
     const unsigned number = ++m_scanNumber;
-    volumes.readInformation(std::move(paths),
-                            [guard = QPointer(this), number, names = std::move(names)](
-                                const std::vector<VolumeInformation> &answers) {
-                                if (guard && guard->m_view && guard->m_scanNumber == number) {
-                                    guard->showDrives(names, answers);
-                                }
-                            });
+    const auto isCurrent = [guard = QPointer(this), number] {
+        return guard && guard->m_view && guard->m_scanNumber == number;
+    };
+    volumes.readInformation(
+        std::move(paths),
+        [this, isCurrent, names](const std::vector<VolumeInformation> &answers) {
+            if (isCurrent()) {
+                showDrives(names, answers);
+            }
+        },
+        [this, isCurrent, names](std::size_t index, const std::optional<VolumeFigures> &figures) {
+            if (isCurrent() && index < names.size()) {
+                showLateFigures(names[index], figures);
+            }
+        });
 }
 
 void KORVENDriveViewController::showDrives(const std::vector<std::string> &names,
@@ -179,6 +196,31 @@ void KORVENDriveViewController::showDrives(const std::vector<std::string> &names
     sortTable();
     selectName(selected);
     showCountOrEmptyState();
+}
+
+void KORVENDriveViewController::showLateFigures(const std::string &name,
+                                                const std::optional<VolumeFigures> &figures)
+{
+    const auto row = std::find_if(m_disksArray.begin(), m_disksArray.end(),
+                                  [&](const auto &each) { return each.diskName() == name; });
+    if (row == m_disksArray.end()) {
+        return;
+    }
+    // What is in view stays there, though this row may change its place.
+    const std::string selected = selectedName();
+    *row = withFigures(*row, figures);
+    sortDrives(m_disksArray, m_sortBySizeFlag ? DriveOrder::size : DriveOrder::name);
+    m_tableView->reloadData();
+    selectName(selected);
+}
+
+void KORVENDriveViewController::endEjecting(const std::string &path)
+{
+    for (const std::string &name : m_ejecting.names()) {
+        if (services().volumes.pathOf(name) == path) {
+            m_ejecting.remove(name);
+        }
+    }
 }
 
 void KORVENDriveViewController::showCountOrEmptyState()
@@ -211,11 +253,22 @@ void KORVENDriveViewController::discMounted()
 void KORVENDriveViewController::refreshClicked()
 {
     runScanDrives();
+    lookForDiskUtility();
+}
+
+void KORVENDriveViewController::lookForDiskUtility()
+{
+    services().applications.askWhetherInstalled(
+        diskUtility, [guard = QPointer(this)](bool isInstalled) {
+            if (guard && guard->m_view) {
+                guard->m_launchButton->setVisible(isInstalled);
+            }
+        });
 }
 
 void KORVENDriveViewController::launchClicked()
 {
-    services().applications.launchApplication("Disk Utility.app");
+    services().applications.launchApplication(diskUtility);
 }
 
 void KORVENDriveViewController::sortClicked()
@@ -313,10 +366,22 @@ void KORVENDriveViewController::fillCell(QWidget &widget, const KORVENDriveObjec
     const QString image = row.isRemoveable() ? u"drive_usb.png"_s : u"drive.png"_s;
     cell.driveImage()->setImage(artworkIcon(image), image);
     cell.driveImage()->setToolTip(kindName(row.diskType()));
+    cell.showFiguresOld(row.areFiguresOld());
     cell.showEjectControl(m_ejecting.contains(row.diskName()));
     m_pressGuard.watch(*cell.ejectButton());
     connect(&cell, &KORVENDriveCellView::ejectRequested, &m_ejecting, &EjectingVolumes::add,
             Qt::UniqueConnection);
+    connect(&cell, &KORVENDriveCellView::menuRequested, this,
+            &KORVENDriveViewController::selectRowOfSender, Qt::UniqueConnection);
+}
+
+void KORVENDriveViewController::selectRowOfSender()
+{
+    for (int row = 0; row < numberOfRowsInTableView(); ++row) {
+        if (cellAt(row) == sender()) {
+            m_tableView->selectRow(row);
+        }
+    }
 }
 
 KORVENDriveCellView *KORVENDriveViewController::selectedCell() const
@@ -356,8 +421,10 @@ QString KORVENDriveViewController::accessibleText(int row) const
     if (std::isnan(share)) {
         return tr("%1, size unknown").arg(name);
     }
-    return tr("%1, %2 used, %3")
-        .arg(name, QString::fromStdString(object.diskUsedAsString()), percentText(share).trimmed());
+    const QString used = QString::fromStdString(object.diskUsedAsString());
+    const QString percent = percentText(share).trimmed();
+    return object.areFiguresOld() ? tr("%1, %2 used, %3, out of date").arg(name, used, percent)
+                                  : tr("%1, %2 used, %3").arg(name, used, percent);
 }
 
 void KORVENDriveViewController::activateRow(int row)

@@ -11,6 +11,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,18 +23,23 @@ namespace tessaly {
 class CellTableView;
 class KORVENButton;
 class KORVENDriveCellView;
+struct VolumeFigures;
 struct VolumeInformation;
 
 /// The screen that lists the mounted volumes, one row each, with how full they are. The list is
-/// made anew, in the order that the user chose, whenever volumes were mounted or unmounted and when
-/// the user asks; the rows before stay in view until the volumes have answered.
+/// rebuilt, in the order that the user chose, whenever volumes were mounted or unmounted and when
+/// the user asks; the rows before stay in view until the volumes have answered. A volume that does
+/// not answer in time keeps the figures that it had, marked as old, until it does.
+///
+/// The button for the disk utility is there where the desktop has one.
 ///
 /// Threads: the main thread.
 class KORVENDriveViewController final : public QObject, public RowActions, private CellTableSource {
     Q_OBJECT
 
 public:
-    /// Is told of mounts from now on. `nibName`: of the interface file with the screen's view.
+    /// Is told of mounts, and of volumes that stay, from now on. `nibName`: of the interface file
+    /// with the screen's view.
     explicit KORVENDriveViewController(
         const QString &nibName = QStringLiteral("KORVENDriveViewController"));
     ~KORVENDriveViewController() override;
@@ -87,7 +93,14 @@ private:
     void prepareCells();
     void showDrives(const std::vector<std::string> &names,
                     const std::vector<VolumeInformation> &information);
+    void showLateFigures(const std::string &name, const std::optional<VolumeFigures> &figures);
     void showCountOrEmptyState();
+    /// A volume that was asked to go stays.
+    void endEjecting(const std::string &path);
+    /// Offers the disk utility if the desktop has one.
+    void lookForDiskUtility();
+    /// Selects the row whose cell has sent the signal.
+    void selectRowOfSender();
     [[nodiscard]] std::string selectedName() const;
     void selectName(const std::string &name);
     [[nodiscard]] const KORVENDriveObject &rowAt(int row) const;

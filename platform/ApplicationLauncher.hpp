@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 namespace tessaly {
@@ -21,6 +22,11 @@ public:
     /// "System Preferences.app" (the settings). Any other name, and one whose counterpart is not
     /// installed, starts nothing.
     virtual void launchApplication(std::string_view name) = 0;
+
+    /// Asks whether launchApplication() would find a program by that name now. Answers on the main
+    /// thread, never before it returns, nor after this object is destroyed.
+    virtual void askWhetherInstalled(std::string_view name,
+                                     std::function<void(bool isInstalled)> answer) = 0;
 };
 
 } // namespace tessaly

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -20,10 +21,12 @@ struct VolumeFigures {
 
 /// What is known about a volume.
 struct VolumeInformation {
-    std::optional<VolumeFigures> figures; ///< nothing when they cannot be read, or not in time
-    bool isRemovable = false;             ///< the medium can be taken out
-    bool isUnmountable = false;           ///< the user may unmount it
+    /// Nothing when they cannot be read, or were never read in time.
+    std::optional<VolumeFigures> figures;
+    bool isRemovable = false;   ///< the medium can be taken out
+    bool isUnmountable = false; ///< the user may unmount it
     std::string typeName; ///< of the file system: "hfs", "afpfs", "msdos", or other; may be empty
+    bool areFiguresOld = false; ///< the volume has not answered in time; they were read before
 
     bool operator==(const VolumeInformation &) const = default;
 };
@@ -54,6 +57,9 @@ class VolumeService {
 public:
     /// Takes one answer for each path that was asked for, in their order.
     using Answer = std::function<void(std::vector<VolumeInformation>)>;
+    /// Takes the figures of one path, by its number in the question.
+    using LateFigures =
+        std::function<void(std::size_t index, const std::optional<VolumeFigures> &figures)>;
 
     VolumeService() = default;
     virtual ~VolumeService() = default;
@@ -65,22 +71,32 @@ public:
     /// The entries as they are now. Does not wait for any file system.
     [[nodiscard]] virtual std::unique_ptr<VolumeEnumerator> enumerator() = 0;
 
-    /// The path where the entry of this name is mounted. An entry that is not there (any more) has
-    /// a path that does not exist.
+    /// The path of the entry of this name: where it is mounted, but "/Volumes//" for "/". An entry
+    /// that is not there (any more) has a path that does not exist.
     [[nodiscard]] virtual std::string pathOf(std::string_view name) const = 0;
 
     /// Asks the volumes at the paths, all at once, and answers on the main thread once all have
-    /// answered, or two seconds later at the latest: a volume that has not answered by then counts
-    /// as one that cannot be read. Never answers before it returns.
-    virtual void readInformation(std::vector<std::string> paths, Answer answer) = 0;
+    /// answered, or two seconds later at the latest: a volume that has not answered by then keeps
+    /// the figures that it had the last time. Never answers before it returns.
+    ///
+    /// A volume that answers after that is told to `late`, on the main thread, until something is
+    /// asked again.
+    virtual void readInformation(std::vector<std::string> paths, Answer answer,
+                                 LateFigures late) = 0;
 
     /// Asks for the volume that is mounted at the path to be unmounted and its medium to be
-    /// ejected. Returns at once; only the log is told of the outcome.
+    /// ejected. Returns at once. The log is told of the outcome, and the refusal listener when the
+    /// volume stays.
     virtual void unmountAndEject(std::string_view path) = 0;
 
-    /// Unmounts the volume and waits for the outcome, which only the log is told of. Any thread
-    /// but the main thread.
+    /// Unmounts the volume and waits for the outcome, which is told in the same way. Any thread but
+    /// the main thread.
     virtual void unmount(std::string_view path) = 0;
+
+    /// Has this called on the main thread when it is known that a volume stays that was asked to
+    /// go, with the path as it was asked for; never before that request has returned. Replaces the
+    /// listener before.
+    virtual void setRefusalListener(std::function<void(const std::string &path)> refused) = 0;
 
     /// Has this called on the main thread after volumes were mounted or unmounted, or when one has
     /// another name or other flags by now; changes that come close together are one. Replaces

@@ -63,6 +63,16 @@ void LinuxApplicationLauncher::launchApplication(std::string_view name)
     });
 }
 
+void LinuxApplicationLauncher::askWhetherInstalled(std::string_view name,
+                                                   std::function<void(bool isInstalled)> answer)
+{
+    BackgroundWork::start([wanted = counterpartNamed(name), answer = std::move(answer),
+                           post = m_work.poster(), places = DesktopPlaces::ofEnvironment()] {
+        const bool isInstalled = wanted && counterpartOf(*wanted, DesktopEntries(places));
+        post([answer, isInstalled] { answer(isInstalled); });
+    });
+}
+
 bool LinuxApplicationLauncher::startByItself(const std::vector<std::string> &words,
                                              const std::string &folder)
 {

@@ -25,6 +25,8 @@ public:
     explicit LinuxApplicationLauncher(Starter starter = startByItself);
 
     void launchApplication(std::string_view name) override;
+    void askWhetherInstalled(std::string_view name,
+                             std::function<void(bool isInstalled)> answer) override;
 
     static bool startByItself(const std::vector<std::string> &words, const std::string &folder);
 

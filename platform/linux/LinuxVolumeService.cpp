@@ -3,9 +3,12 @@
 #include "engine/PrintableText.hpp"
 #include "platform/linux/CleanPath.hpp"
 #include "platform/linux/LinuxVolumeEnumerator.hpp"
+#include "platform/linux/ProbeProcess.hpp"
 #include "platform/linux/UnmountPrograms.hpp"
 #include "platform/linux/UserMounts.hpp"
 #include "platform/linux/VolumeFacts.hpp"
+#include "platform/linux/VolumeFilter.hpp"
+#include "platform/linux/VolumeSpace.hpp"
 #include "platform/linux/VolumeTypes.hpp"
 
 #include <QMetaObject>
@@ -26,6 +29,7 @@ constexpr std::chrono::milliseconds mergeTime(100);
 
 /// Paths of volumes that are not there are in here, where nothing is.
 constexpr auto missingVolumes = "/Volumes/";
+constexpr auto rootEntryPath = "/Volumes//";
 
 void logNotUnmounted(const std::string &path, const std::string &reason)
 {
@@ -36,19 +40,47 @@ void logNotUnmounted(const std::string &path, const std::string &reason)
 
 /// What UDisks2 does not know, the user may be allowed to unmount: what FUSE programs show, and
 /// what fstab says. Waits for the outcome; an explanation when it is not unmounted.
-std::optional<std::string> unmountAsUser(const Mount &volume)
+std::optional<std::string> unmountAsUser(const Mount &volume, FileSystemProbe &probe,
+                                         std::chrono::milliseconds timeout)
 {
-    return isFuse(volume.type) ? unmountFuse(volume.mountPoint) : unmountByUser(volume.mountPoint);
+    if (!isFuse(volume.type)) {
+        return unmountByUser(volume.mountPoint);
+    }
+    auto problem = unmountFuse(volume.mountPoint);
+    if (problem && !probe.answersWithin(timeout, volume.mountPoint)) {
+        // Its program hangs. Requests that it holds keep the volume busy, even those of processes
+        // that were killed. One that does answer is in use, and stays.
+        problem = detachFuse(volume.mountPoint);
+    }
+    return problem;
 }
 
-/// Logs an outcome that is not what was asked for.
-void logOutcome(const Mount &volume, const Outcome &outcome)
+/// Why a volume stays, by what UDisks2 has answered.
+std::optional<std::string> problemOf(const Outcome &outcome)
 {
-    if (outcome.result == UDisksResult::unknown) {
-        logNotUnmounted(volume.mountPoint, "UDisks2 is not there, or does not know it");
-    } else if (outcome.result == UDisksResult::failed) {
-        logNotUnmounted(volume.mountPoint, outcome.problem);
+    switch (outcome.result) {
+    case UDisksResult::done:
+        return std::nullopt;
+    case UDisksResult::unknown:
+        return "UDisks2 is not there, or does not know it";
+    case UDisksResult::failed:
+        break;
     }
+    return outcome.problem;
+}
+
+/// What a path is asked about: where its entry is mounted.
+std::string mountPathOf(const std::string &path)
+{
+    return path == rootEntryPath ? std::string(rootPath) : cleanPath(path);
+}
+
+VolumeFiguresReader::Source systemFigures(std::shared_ptr<FileSystemProbe> probe)
+{
+    return [probe = std::move(probe)](const VolumeFiguresReader::Place &place) {
+        return place.mayHang ? probe->spaceAt(place.path)
+                             : VolumeFiguresReader::Reading(spaceAt(place.path));
+    };
 }
 
 } // namespace
@@ -57,14 +89,46 @@ void logOutcome(const Mount &volume, const Outcome &outcome)
 struct LinuxVolumeService::Question {
     std::vector<std::string> paths;
     Answer answer;
-    std::vector<VolumeFiguresReader::Figures> figures;
+    LateFigures late;
+    std::vector<VolumeFiguresReader::Space> spaces;
     int missingCount = 2; ///< the figures, and UDisks2
+};
+
+/// A volume that is to be unmounted. Used on other threads, and after the service is destroyed.
+struct LinuxVolumeService::UnmountRequest {
+    std::string path; ///< as it was asked for
+    Mount volume;
+    bool mayUser = false;      ///< unmount it without UDisks2
+    bool isForUDisks = true;   ///< UDisks2 would take this mount and no other
+    bool isMountedOnce = true; ///< and may be ejected
+    std::shared_ptr<FileSystemProbe> probe;
+    std::chrono::milliseconds timeout{};
+
+    /// Our own questions to the volume would keep it busy.
+    [[nodiscard]] FileSystemProbe::Quiet silence() const
+    {
+        return probe->silence(volume.mountPoint);
+    }
+
+    /// Does what UDisks2 could not or must not do. Waits; returns why the volume stays.
+    [[nodiscard]] std::optional<std::string> finish(const Outcome &outcome) const
+    {
+        if (!isForUDisks) {
+            return unmountThere(volume.mountPoint);
+        }
+        return outcome.result == UDisksResult::unknown && mayUser
+                   ? unmountAsUser(volume, *probe, timeout)
+                   : problemOf(outcome);
+    }
 };
 
 LinuxVolumeService::LinuxVolumeService(const VolumeSources &sources,
                                        VolumeFiguresReader::Source figures,
-                                       std::chrono::milliseconds patience)
-    : m_sources(sources), m_patience(patience), m_list(sources), m_figures(std::move(figures))
+                                       std::chrono::milliseconds timeout)
+    : m_sources(sources), m_timeout(timeout),
+      m_probe(std::make_shared<FileSystemProbe>(
+          sources.probe.empty() ? ProbeProcess::programOfInstallation() : sources.probe)),
+      m_list(sources), m_figures(figures ? std::move(figures) : systemFigures(m_probe))
 {
     m_merge.setSingleShot(true);
     m_merge.setInterval(mergeTime);
@@ -72,7 +136,7 @@ LinuxVolumeService::LinuxVolumeService(const VolumeSources &sources,
                      [this] { askUDisks([this] { tellIfChanged(); }); });
     m_client = new UDisksClient(
         m_sources.bus, [this, post = m_work.poster()] { post([this] { checkSoon(); }); },
-        m_patience);
+        m_timeout);
     m_client->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_client, &QObject::deleteLater);
     m_thread.start();
@@ -80,6 +144,7 @@ LinuxVolumeService::LinuxVolumeService(const VolumeSources &sources,
 
 LinuxVolumeService::~LinuxVolumeService()
 {
+    m_probe->stopAll();
     m_thread.quit();
     m_thread.wait(); // not for long: nothing that the client does waits for somebody else
 }
@@ -92,14 +157,19 @@ std::unique_ptr<VolumeEnumerator> LinuxVolumeService::enumerator()
 
 std::string LinuxVolumeService::pathOf(std::string_view name) const
 {
+    if (name == rootPath) {
+        return rootEntryPath;
+    }
     return m_list.pathOf(name).value_or(missingVolumes + std::string(name));
 }
 
-void LinuxVolumeService::readInformation(std::vector<std::string> paths, Answer answer)
+void LinuxVolumeService::readInformation(std::vector<std::string> paths, Answer answer,
+                                         LateFigures late)
 {
     const auto question = std::make_shared<Question>();
     question->paths = std::move(paths);
     question->answer = std::move(answer);
+    question->late = std::move(late);
     const auto oneHasCome = [this, question] {
         if (--question->missingCount == 0) {
             this->answer(*question);
@@ -108,14 +178,24 @@ void LinuxVolumeService::readInformation(std::vector<std::string> paths, Answer 
     const VolumeFacts facts(m_sources);
     std::vector<VolumeFiguresReader::Place> places;
     for (const std::string &path : question->paths) {
-        const Mount *volume = facts.volumeOf(cleanPath(path));
-        places.push_back({path, volume == nullptr ? 0 : volume->device});
+        const std::string mountPath = mountPathOf(path);
+        const Mount *volume = facts.volumeOf(mountPath);
+        places.push_back({mountPath, volume == nullptr ? 0 : volume->device,
+                          volume == nullptr || !isOnLocalDisk(*volume)});
     }
-    m_figures.read(places, m_patience,
-                   [question, oneHasCome](std::vector<VolumeFiguresReader::Figures> figures) {
-                       question->figures = std::move(figures);
-                       oneHasCome();
-                   });
+    m_figures.read(
+        places, m_timeout,
+        [question, oneHasCome](std::vector<VolumeFiguresReader::Space> spaces) {
+            question->spaces = std::move(spaces);
+            oneHasCome();
+        },
+        [question](std::size_t index, const VolumeFiguresReader::Figures &figures) {
+            if (question->missingCount > 0) { // UDisks2 has not answered yet
+                question->spaces[index] = {figures, false};
+            } else if (question->late) {
+                question->late(index, figures);
+            }
+        });
     askUDisks(oneHasCome);
 }
 
@@ -125,85 +205,118 @@ void LinuxVolumeService::answer(const Question &question)
     std::vector<VolumeInformation> information;
     m_toldFacts.clear();
     for (std::size_t i = 0; i < question.paths.size(); ++i) {
-        const std::string &path = question.paths[i];
-        information.push_back(facts.informationAbout(cleanPath(path), udisks()));
+        const std::string path = mountPathOf(question.paths[i]);
+        information.push_back(facts.informationAbout(path, udisks()));
         m_toldFacts[path] = information.back();
-        information.back().figures = question.figures[i];
+        information.back().figures = question.spaces[i].figures;
+        information.back().areFiguresOld = question.spaces[i].isOld;
     }
     question.answer(std::move(information));
 }
 
 void LinuxVolumeService::unmountAndEject(std::string_view path)
 {
-    const std::optional<Mount> volume = volumeToUnmount(cleanPath(path));
-    if (!volume) {
+    const auto request = requestFor(path);
+    if (!request) {
         return;
     }
-    const auto finish = [volume = *volume, byUser = mayUserUnmount(*volume),
-                         post = m_work.poster()](const Outcome &outcome) {
-        if (outcome.result != UDisksResult::unknown || !byUser) {
-            post([volume, outcome] { logOutcome(volume, outcome); });
-            return;
+    const auto report = [this, request = *request,
+                         post = m_work.poster()](const std::optional<std::string> &problem) {
+        if (problem) {
+            post([this, request, problem] {
+                logNotUnmounted(request.volume.mountPoint, *problem);
+                tellRefused(request.path);
+            });
         }
-        BackgroundWork::start([volume, post] {
-            if (const auto problem = unmountAsUser(volume)) {
-                post([volume, problem] { logNotUnmounted(volume.mountPoint, *problem); });
-            }
-        });
     };
-    QMetaObject::invokeMethod(
-        m_client,
-        [client = m_client, volume = *volume, finish] {
-            client->unmount(volume.mountPoint, volume.device, AfterUnmount::eject, finish);
-        },
-        Qt::QueuedConnection);
+    const auto ask = [client = m_client, request = *request, report] {
+        // Not on the main thread: ending the questions may take a moment.
+        const auto finish = [request, report, quiet = request.silence()](const Outcome &outcome) {
+            BackgroundWork::start(
+                [request, report, quiet, outcome] { report(request.finish(outcome)); });
+        };
+        if (request.isForUDisks) {
+            client->unmount(request.volume.mountPoint, request.volume.device,
+                            request.isMountedOnce ? AfterUnmount::eject : AfterUnmount::nothing,
+                            finish);
+        } else {
+            finish({});
+        }
+    };
+    QMetaObject::invokeMethod(m_client, ask, Qt::QueuedConnection);
 }
 
 void LinuxVolumeService::unmount(std::string_view path)
 {
-    const std::optional<Mount> volume = volumeToUnmount(cleanPath(path));
-    if (!volume) {
+    const auto request = requestFor(path);
+    if (!request) {
         return;
     }
-    const bool byUser = mayUserUnmount(*volume);
-    auto promise = std::make_shared<std::promise<Outcome>>();
-    std::future<Outcome> outcomeToCome = promise->get_future();
-    QMetaObject::invokeMethod(
-        m_client,
-        [client = m_client, volume = *volume, promise = std::move(promise)] {
-            client->unmount(volume.mountPoint, volume.device, AfterUnmount::nothing,
-                            [promise](const Outcome &outcome) { promise->set_value(outcome); });
-        },
-        Qt::QueuedConnection);
-    // From here on nothing of this object is used, as it may go meanwhile.
+    const auto tell = [this, path = request->path, post = m_work.poster()] {
+        post([this, path] { tellRefused(path); });
+    };
+    const FileSystemProbe::Quiet quiet = request->silence();
     Outcome outcome;
-    try {
-        outcome = outcomeToCome.get();
-    } catch (const std::future_error &) {
-        return; // it has gone, and its promise with it
+    if (request->isForUDisks) {
+        auto promise = std::make_shared<std::promise<Outcome>>();
+        std::future<Outcome> outcomeToCome = promise->get_future();
+        QMetaObject::invokeMethod(
+            m_client,
+            [client = m_client, volume = request->volume, promise = std::move(promise)] {
+                client->unmount(volume.mountPoint, volume.device, AfterUnmount::nothing,
+                                [promise](const Outcome &its) { promise->set_value(its); });
+            },
+            Qt::QueuedConnection);
+        // From here on nothing of this object is used: it may be destroyed meanwhile.
+        try {
+            outcome = outcomeToCome.get();
+        } catch (const std::future_error &) {
+            return; // it was destroyed, and its promise with it
+        }
     }
-    if (outcome.result != UDisksResult::unknown || !byUser) {
-        logOutcome(*volume, outcome);
-    } else if (const auto problem = unmountAsUser(*volume)) {
-        logNotUnmounted(volume->mountPoint, *problem);
+    if (const auto problem = request->finish(outcome)) {
+        logNotUnmounted(request->volume.mountPoint, *problem);
+        tell();
     }
 }
 
-bool LinuxVolumeService::mayUserUnmount(const Mount &volume) const
-{
-    return isFuse(volume.type) || UserMounts(m_sources).mayUnmount(volume);
-}
-
-/// Nothing, and a line in the log, for a path that is not to be unmounted.
-std::optional<Mount> LinuxVolumeService::volumeToUnmount(const std::string &path) const
+/// Nothing, and a refusal, for a path that is not to be unmounted.
+std::optional<LinuxVolumeService::UnmountRequest>
+LinuxVolumeService::requestFor(std::string_view path)
 {
     const VolumeFacts facts(m_sources);
-    const Mount *volume = facts.volumeOf(path);
-    if (volume == nullptr || volume->mountPoint != path || path == "/") {
-        logNotUnmounted(path, path == "/" ? "the system is on it" : "no volume is mounted there");
+    const std::string mountPoint = cleanPath(path);
+    const Mount *volume = facts.volumeOf(mountPoint);
+    if (volume == nullptr || volume->mountPoint != mountPoint || mountPoint == rootPath) {
+        logNotUnmounted(mountPoint, mountPoint == rootPath ? "the system is on it"
+                                                           : "no volume is mounted there");
+        m_work.poster()([this, path = std::string(path)] { tellRefused(path); });
         return std::nullopt;
     }
-    return *volume;
+    UnmountRequest request;
+    request.path = path;
+    request.volume = *volume;
+    request.mayUser = isFuse(volume->type) || UserMounts(m_sources).mayUnmount(*volume);
+    if (const auto mounts = facts.mountsOfDevice(*volume); !mounts.empty()) {
+        // UDisks2 unmounts devices and not places: it takes what was mounted last.
+        request.isForUDisks = mounts.back().id == volume->id;
+        request.isMountedOnce = mounts.size() == 1;
+    }
+    request.probe = m_probe;
+    request.timeout = m_timeout;
+    return request;
+}
+
+void LinuxVolumeService::tellRefused(const std::string &path) const
+{
+    if (const auto refused = m_refused) { // it may set another one
+        refused(path);
+    }
+}
+
+void LinuxVolumeService::setRefusalListener(std::function<void(const std::string &path)> refused)
+{
+    m_refused = std::move(refused);
 }
 
 void LinuxVolumeService::askUDisks(std::function<void()> then)
@@ -213,7 +326,7 @@ void LinuxVolumeService::askUDisks(std::function<void()> then)
             std::exchange(*then, nullptr)();
         }
     };
-    QTimer::singleShot(m_patience, Qt::PreciseTimer, &m_timers, finish);
+    QTimer::singleShot(m_timeout, Qt::PreciseTimer, &m_timers, finish);
     const auto take = [this, finish,
                        post = m_work.poster()](const std::optional<UDisksVolumes> &volumes) {
         post([this, finish, volumes] {
@@ -268,7 +381,7 @@ bool LinuxVolumeService::hasOtherFacts() const
 {
     const VolumeFacts facts(m_sources);
     for (const auto &[path, told] : m_toldFacts) {
-        if (facts.informationAbout(cleanPath(path), udisks()) != told) {
+        if (facts.informationAbout(path, udisks()) != told) {
             return true;
         }
     }

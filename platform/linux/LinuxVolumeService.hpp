@@ -2,6 +2,7 @@
 
 #include "platform/VolumeService.hpp"
 #include "platform/linux/BackgroundWork.hpp"
+#include "platform/linux/FileSystemProbe.hpp"
 #include "platform/linux/MountWatch.hpp"
 #include "platform/linux/UDisksClient.hpp"
 #include "platform/linux/UDisksVolumes.hpp"
@@ -27,23 +28,28 @@ namespace tessaly {
 /// The mounted file systems, by the kernel's list of mounts and, where it is there, by UDisks2.
 ///
 /// Entries:  volumesAmong() says which there are, VolumeNames what they are called. What has been
-///           unmounted has the path "/Volumes/NAME", where nothing is.
+///           unmounted has the path "/Volumes/NAME", where nothing is. "/" has "/Volumes//", by
+///           which it can be asked about but not unmounted.
 /// Figures:  free is what the user may still fill, without what is reserved for the system.
-/// Waiting:  nothing here waits for a volume, a bus or a service, but for unmount(). Threads that a
-///           dead volume keeps waiting are left behind, one for each at the most.
+/// Waiting:  nothing here waits for a volume, a bus or a service, but for unmount(). Volumes that
+///           are not on a disk of this computer are asked by child processes (FileSystemProbe),
+///           which are killed before the volume is unmounted.
+/// Going:    UDisks2 unmounts the volumes that it knows; FUSE's or the system's programs what users
+///           may unmount. Of a device that is mounted in several places only the mount at the path
+///           goes, and nothing is ejected. What a FUSE program shows that does not answer any more
+///           is detached at once ("lazy").
 /// Requires: a QCoreApplication and its event loop.
 /// Errors:   go to the log "tessaly.platform.volumes".
 /// End:      answers that have not come are dropped. An unmount() that is under way returns.
 class LinuxVolumeService final : public VolumeService {
 public:
-    static constexpr std::chrono::milliseconds usualPatience = std::chrono::seconds(2);
+    static constexpr std::chrono::milliseconds usualTimeout = std::chrono::seconds(2);
 
-    /// `figures` asks a volume for its space. A volume or a service that has not answered after
-    /// `patience` is not waited for any more.
-    explicit LinuxVolumeService(
-        const VolumeSources &sources = {},
-        VolumeFiguresReader::Source figures = VolumeFiguresReader::figuresAt,
-        std::chrono::milliseconds patience = usualPatience);
+    /// `figures` asks a volume for its space; empty for the system's own answer. `timeout`: of a
+    /// volume or a service that does not answer.
+    explicit LinuxVolumeService(const VolumeSources &sources = {},
+                                VolumeFiguresReader::Source figures = {},
+                                std::chrono::milliseconds timeout = usualTimeout);
     ~LinuxVolumeService() override;
     LinuxVolumeService(const LinuxVolumeService &) = delete;
     LinuxVolumeService &operator=(const LinuxVolumeService &) = delete;
@@ -52,27 +58,29 @@ public:
 
     [[nodiscard]] std::unique_ptr<VolumeEnumerator> enumerator() override;
     [[nodiscard]] std::string pathOf(std::string_view name) const override;
-    void readInformation(std::vector<std::string> paths, Answer answer) override;
+    void readInformation(std::vector<std::string> paths, Answer answer, LateFigures late) override;
     void unmountAndEject(std::string_view path) override;
     void unmount(std::string_view path) override;
+    void setRefusalListener(std::function<void(const std::string &path)> refused) override;
     void setChangeListener(std::function<void()> changed) override;
 
 private:
     struct Question;
-
+    struct UnmountRequest;
     /// Calls `then` when UDisks2 has answered, or when it takes too long.
     void askUDisks(std::function<void()> then);
     [[nodiscard]] const UDisksVolumes *udisks() const;
 
     void answer(const Question &question);
-    [[nodiscard]] std::optional<Mount> volumeToUnmount(const std::string &path) const;
-    [[nodiscard]] bool mayUserUnmount(const Mount &volume) const;
+    [[nodiscard]] std::optional<UnmountRequest> requestFor(std::string_view path);
+    void tellRefused(const std::string &path) const;
     void checkSoon();
     void tellIfChanged();
     [[nodiscard]] bool hasOtherFacts() const;
 
     VolumeSources m_sources;
-    std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_timeout;
+    std::shared_ptr<FileSystemProbe> m_probe; ///< shared with the threads that ask by it
     VolumeList m_list;
     std::optional<UDisksVolumes> m_udisksVolumes; ///< as it said last; nothing when it is not there
 
@@ -80,6 +88,7 @@ private:
     std::vector<VolumeList::Entry> m_toldEntries;
     std::map<std::string, VolumeInformation> m_toldFacts; ///< by path, without figures
 
+    std::function<void(const std::string &path)> m_refused;
     std::function<void()> m_changed;
     std::unique_ptr<MountWatch> m_watch;
     QTimer m_merge; ///< runs while changes that come close together are gathered

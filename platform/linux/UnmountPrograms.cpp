@@ -2,6 +2,7 @@
 
 #include "engine/FileCalls.hpp"
 #include "engine/FileDescriptor.hpp"
+#include "platform/linux/StartedChild.hpp"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +12,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,24 +20,6 @@ namespace tessaly {
 namespace {
 
 using Words = std::vector<std::string>;
-
-/// Starts a program, found by PATH, whose complaints go to a descriptor. Returns an errno value.
-int start(Words command, int complaints, pid_t &process)
-{
-    std::vector<char *> words;
-    for (std::string &word : command) {
-        words.push_back(word.data());
-    }
-    words.push_back(nullptr);
-    posix_spawn_file_actions_t actions = {};
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
-    posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, complaints, STDERR_FILENO);
-    const int error = posix_spawnp(&process, words[0], &actions, nullptr, words.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    return error;
-}
 
 /// What can be read until the other end is closed; of a long text the beginning.
 std::string textFrom(int descriptor)
@@ -72,7 +54,7 @@ std::optional<std::string> runFirst(const std::vector<Words> &commands)
     int error = ENOENT;
     for (const Words &command : commands) {
         if (error == ENOENT) {
-            error = start(command, otherEnd.number(), process);
+            error = startChild(command, -1, otherEnd.number(), process);
         }
     }
     otherEnd.close();
@@ -94,6 +76,17 @@ std::optional<std::string> unmountFuse(const std::string &mountPoint)
 {
     return runFirst(
         {{"fusermount3", "-u", "--", mountPoint}, {"fusermount", "-u", "--", mountPoint}});
+}
+
+std::optional<std::string> detachFuse(const std::string &mountPoint)
+{
+    return runFirst({{"fusermount3", "-u", "-z", "--", mountPoint},
+                     {"fusermount", "-u", "-z", "--", mountPoint}});
+}
+
+std::optional<std::string> unmountThere(const std::string &mountPoint)
+{
+    return runFirst({{"umount", "-i", "--", mountPoint}});
 }
 
 std::optional<std::string> unmountByUser(const std::string &mountPoint)

@@ -12,6 +12,14 @@ namespace tessaly {
 /// Errors:  returns what went wrong, as bytes; nothing when it is unmounted.
 [[nodiscard]] std::optional<std::string> unmountFuse(const std::string &mountPoint);
 
+/// The same of a FUSE file system whose program does not answer: it goes from the list of mounts at
+/// once, and from the kernel when nobody uses it any more ("lazy").
+[[nodiscard]] std::optional<std::string> detachFuse(const std::string &mountPoint);
+
+/// The same by "umount", of exactly what is mounted at that place: "umount" asks no helper, which
+/// could take another place where the same file system is mounted.
+[[nodiscard]] std::optional<std::string> unmountThere(const std::string &mountPoint);
+
 /// The same of a file system that fstab lets users mount and unmount, by "umount".
 [[nodiscard]] std::optional<std::string> unmountByUser(const std::string &mountPoint);
 

@@ -24,7 +24,8 @@ bool isForUsers(const std::string &options)
 
 } // namespace
 
-UserMounts::UserMounts(const VolumeSources &sources) : m_user(sources.user)
+UserMounts::UserMounts(const VolumeSources &sources)
+    : m_user(sources.user), m_userName(sources.userName)
 {
     std::ifstream fstab(sources.fstab);
     for (std::string line; std::getline(fstab, line);) {
@@ -44,6 +45,13 @@ bool UserMounts::mayUnmount(const Mount &mount) const
 {
     return m_mountPoints.contains(mount.mountPoint) ||
            (isFuse(mount.type) && mount.option("user_id") == std::to_string(m_user));
+}
+
+bool UserMounts::isMountedForUser(const Mount &mount) const
+{
+    const std::string folder = folderOf(mount.mountPoint);
+    return !m_userName.empty() &&
+           (folder == "/media/" + m_userName || folder == "/run/media/" + m_userName);
 }
 
 } // namespace tessaly

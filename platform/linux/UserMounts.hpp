@@ -21,8 +21,13 @@ public:
 
     [[nodiscard]] bool mayUnmount(const Mount &mount) const;
 
+    /// Whether it lies where UDisks2 mounts what this user asks for: in the folder of "/media" or
+    /// "/run/media" that has the user's name. UDisks2 lets the same user unmount it.
+    [[nodiscard]] bool isMountedForUser(const Mount &mount) const;
+
 private:
     uid_t m_user;
+    std::string m_userName;
     std::set<std::string> m_mountPoints; ///< those of fstab
 };
 

@@ -6,6 +6,7 @@
 #include "platform/linux/VolumeTypes.hpp"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tessaly {
 
@@ -23,6 +24,18 @@ const Mount *VolumeFacts::volumeOf(std::string_view path) const
                (holder != nullptr && holder->id == volume.id && volume.mountPoint != rootPath);
     });
     return found == m_volumes.end() ? nullptr : &*found;
+}
+
+std::vector<Mount> VolumeFacts::mountsOfDevice(const Mount &volume) const
+{
+    std::vector<Mount> mounts;
+    if (volume.source.starts_with("/dev/")) {
+        std::copy_if(m_table.mounts().begin(), m_table.mounts().end(), std::back_inserter(mounts),
+                     [&](const Mount &mount) {
+                         return mount.device == volume.device || mount.source == volume.source;
+                     });
+    }
+    return mounts;
 }
 
 VolumeInformation VolumeFacts::informationAbout(std::string_view path,
@@ -44,8 +57,9 @@ VolumeInformation VolumeFacts::informationAbout(std::string_view path,
     } else if (const auto device = BlockDevice::below(*volume, m_sources)) {
         information.isRemovable = device->isRemovable();
     }
-    information.isUnmountable =
-        (known != nullptr && known->isUnmountable) || m_userMounts.mayUnmount(*volume);
+    const bool mayAskUDisks =
+        known != nullptr && (known->isUnmountable || m_userMounts.isMountedForUser(*volume));
+    information.isUnmountable = mayAskUDisks || m_userMounts.mayUnmount(*volume);
     return information;
 }
 

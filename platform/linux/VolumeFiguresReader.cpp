@@ -4,100 +4,100 @@
 
 #include <algorithm>
 
-#include <sys/statvfs.h>
-
 namespace tessaly {
 
-namespace {
-
-using Blocks = std::uint64_t;
-
-/// As bytes; the most there can be where a file system claims more.
-std::uint64_t bytesIn(Blocks count, std::uint64_t blockSize)
-{
-    std::uint64_t byteCount = 0;
-    return __builtin_mul_overflow(count, blockSize, &byteCount) ? UINT64_MAX : byteCount;
-}
-
-/// Some file systems say less than none is available: the user has filled what is reserved.
-Blocks availableBlocks(const struct statvfs &status)
-{
-    const bool isBelowZero = static_cast<std::int64_t>(status.f_bavail) < 0;
-    return isBelowZero ? 0 : std::min<Blocks>(status.f_bavail, status.f_blocks);
-}
-
-} // namespace
-
-/// What was asked for at once. Its timer owns it.
+/// What was asked for at once.
 struct VolumeFiguresReader::Batch {
-    std::vector<Figures> figures;
+    std::vector<Place> places;
+    std::vector<Space> spaces;
+    std::vector<bool> isAnswered;
     std::size_t missingCount = 0;
-    Answer answer; ///< empty once it has been called
-
-    void finish()
-    {
-        if (answer) {
-            std::exchange(answer, nullptr)(std::move(figures));
-        }
-    }
+    Answer answer;   ///< empty once it has been called
+    LateAnswer late; ///< empty when another question came after this one
 };
 
 VolumeFiguresReader::VolumeFiguresReader(Source source) : m_source(std::move(source)) {}
 
-void VolumeFiguresReader::read(const std::vector<Place> &places, std::chrono::milliseconds patience,
-                               Answer answer)
+void VolumeFiguresReader::read(const std::vector<Place> &places, std::chrono::milliseconds timeout,
+                               Answer answer, LateAnswer late)
 {
+    for (auto &[place, waiting] : m_waiting) {
+        std::erase_if(waiting, [](const auto &waiter) { return !waiter.first->answer; });
+        for (const auto &[batch, index] : waiting) {
+            batch->late = nullptr;
+        }
+    }
+    std::erase_if(m_last, [&](const auto &last) {
+        return std::find(places.begin(), places.end(), last.first) == places.end();
+    });
     const auto batch = std::make_shared<Batch>();
-    batch->figures.resize(places.size());
+    batch->places = places;
+    batch->spaces.resize(places.size());
+    batch->isAnswered.resize(places.size());
     batch->missingCount = places.size();
     batch->answer = std::move(answer);
-    QTimer::singleShot(places.empty() ? std::chrono::milliseconds(0) : patience, Qt::PreciseTimer,
-                       &m_timers, [batch] { batch->finish(); });
+    batch->late = std::move(late);
+    QTimer::singleShot(places.empty() ? std::chrono::milliseconds(0) : timeout, Qt::PreciseTimer,
+                       &m_timers, [this, batch] { finish(*batch); });
     for (std::size_t i = 0; i < places.size(); ++i) {
-        ask(places[i], batch, i);
+        ask(batch, i);
     }
 }
 
-void VolumeFiguresReader::ask(const Place &place, const std::shared_ptr<Batch> &batch,
-                              std::size_t index)
+void VolumeFiguresReader::ask(const std::shared_ptr<Batch> &batch, std::size_t index)
 {
+    const Place place = batch->places[index];
     const bool isUnderWay = m_waiting.contains(place);
-    auto &waiting = m_waiting[place];
-    std::erase_if(waiting, [](const auto &waiter) { return waiter.first.expired(); });
-    waiting.emplace_back(batch, index);
+    m_waiting[place].emplace_back(batch, index);
     if (isUnderWay) {
         return;
     }
     const auto post = m_work.poster();
     const bool isStarted = BackgroundWork::tryStart([this, source = m_source, place, post] {
-        post([this, place, figures = source(place.path)] { take(place, figures); });
+        post([this, place, reading = source(place)] { take(place, reading); });
     });
     if (!isStarted) {
-        post([this, place] { take(place, std::nullopt); });
+        post([this, place] { take(place, Figures()); });
     }
 }
 
-void VolumeFiguresReader::take(const Place &place, const Figures &figures)
+void VolumeFiguresReader::take(const Place &place, const Reading &reading)
 {
-    auto waiting = m_waiting.extract(place);
-    for (const auto &[waiter, index] : waiting.mapped()) {
-        if (const auto batch = waiter.lock(); batch && batch->answer) {
-            batch->figures[index] = figures;
-            if (--batch->missingCount == 0) {
-                batch->finish();
+    const auto waiting = m_waiting.extract(place);
+    if (!reading) {
+        return; // those that wait get the last figures when their time is over
+    }
+    m_last.erase(place);
+    if (*reading) {
+        m_last.emplace(place, **reading);
+    }
+    for (const auto &[batch, index] : waiting.mapped()) {
+        if (!batch->answer) {
+            if (batch->late) {
+                batch->late(index, *reading);
             }
+            continue;
+        }
+        batch->spaces[index] = {*reading, false};
+        batch->isAnswered[index] = true;
+        if (--batch->missingCount == 0) {
+            finish(*batch);
         }
     }
 }
 
-VolumeFiguresReader::Figures VolumeFiguresReader::figuresAt(const std::string &path)
+void VolumeFiguresReader::finish(Batch &batch) const
 {
-    struct statvfs status = {};
-    if (statvfs(path.c_str(), &status) != 0) {
-        return std::nullopt;
+    if (!batch.answer) {
+        return;
     }
-    return VolumeFigures{bytesIn(status.f_blocks, status.f_frsize),
-                         bytesIn(availableBlocks(status), status.f_frsize)};
+    for (std::size_t i = 0; i < batch.places.size(); ++i) {
+        const auto last = m_last.find(batch.places[i]);
+        if (!batch.isAnswered[i] && last != m_last.end()) {
+            batch.spaces[i] = {last->second, true};
+        }
+    }
+    std::exchange(batch.answer, nullptr)(std::move(batch.spaces));
 }
 
 } // namespace tessaly

@@ -18,51 +18,69 @@
 
 namespace tessaly {
 
-/// Reads the space of volumes, each on a thread of its own: a server that is gone may keep whoever
-/// asks for its volume waiting for ever. There is one such thread for a volume at the most, however
-/// often it is asked for, and nobody waits for it, neither this class nor the end of the process.
+/// Reads the space of volumes, each on a thread of its own: a server that is gone may never answer
+/// whoever asks for its volume. There is at most one such thread for a volume, however often it is
+/// asked for, and nobody waits for it, neither this class nor the end of the process.
+///
+/// A volume that does not answer in time keeps the figures that it had the last time, marked as
+/// old, until it answers.
 ///
 /// Threads: one, with an event loop.
 class VolumeFiguresReader {
 public:
+    /// Nothing when they cannot be read.
     using Figures = std::optional<VolumeFigures>;
-    /// Asks the file system at a path. Called on other threads; may take for ever, and may be under
-    /// way when the process ends.
-    using Source = std::function<Figures(const std::string &path)>;
-    /// Takes one answer for each place that was asked for, in their order.
-    using Answer = std::function<void(std::vector<Figures>)>;
+    /// What a source has found out: nothing at all when it was stopped before it knew.
+    using Reading = std::optional<Figures>;
 
-    /// A path, and the number of the file system that is mounted there: if another one takes its
-    /// place, that is another question.
+    /// A path, and the number of the file system that is mounted there: another file system at the
+    /// same path is another question.
     struct Place {
         std::string path;
         std::uint64_t device = 0;
+        bool mayHang = true; ///< it is on no disk of this computer: a server or a program serves it
 
         // NOLINTNEXTLINE(modernize-use-nullptr): it takes the defaulted operator for a 0
         auto operator<=>(const Place &) const = default;
     };
 
-    explicit VolumeFiguresReader(Source source = figuresAt);
+    /// What is known of a place.
+    struct Space {
+        Figures figures;
+        bool isOld = false; ///< they were read before, and there was no answer in time now
 
-    /// Asks all at once. Answers once all have answered, or after `patience`; what has not answered
-    /// by then is nothing. Never answers before it returns, nor after this is gone.
-    void read(const std::vector<Place> &places, std::chrono::milliseconds patience, Answer answer);
+        bool operator==(const Space &) const = default;
+    };
 
-    /// What the system says of the file system that holds a path. Free is what the user may still
-    /// fill, without what is reserved for the system. Nothing when the path leads nowhere.
-    [[nodiscard]] static Figures figuresAt(const std::string &path);
+    /// Asks the file system at a place. Called on other threads; may never return, and may still be
+    /// running when the process ends.
+    using Source = std::function<Reading(const Place &place)>;
+    /// Takes one answer for each place that was asked for, in their order.
+    using Answer = std::function<void(std::vector<Space>)>;
+    /// Takes the answer of one place, by its number in the question, that came after the timeout.
+    using LateAnswer = std::function<void(std::size_t index, const Figures &figures)>;
+
+    explicit VolumeFiguresReader(Source source);
+
+    /// Asks all at once. Answers once all have answered, or after `timeout`. Answers that come
+    /// later go to `late`, until the next read(). Neither is called before this returns, nor after
+    /// this object is destroyed.
+    void read(const std::vector<Place> &places, std::chrono::milliseconds timeout, Answer answer,
+              LateAnswer late);
 
 private:
     struct Batch;
 
-    void ask(const Place &place, const std::shared_ptr<Batch> &batch, std::size_t index);
-    void take(const Place &place, const Figures &figures);
+    void ask(const std::shared_ptr<Batch> &batch, std::size_t index);
+    void take(const Place &place, const Reading &reading);
+    void finish(Batch &batch) const;
 
     Source m_source;
     /// Who waits for the threads that are under way, and for which of their places.
-    std::map<Place, std::vector<std::pair<std::weak_ptr<Batch>, std::size_t>>> m_waiting;
+    std::map<Place, std::vector<std::pair<std::shared_ptr<Batch>, std::size_t>>> m_waiting;
+    std::map<Place, VolumeFigures> m_last; ///< of the places that were asked for last
     QObject m_timers;
-    BackgroundWork m_work; ///< ends first, and with it what it would call here
+    BackgroundWork m_work; ///< destroyed first: nothing calls this object after that
 };
 
 } // namespace tessaly

@@ -62,4 +62,9 @@ std::vector<Mount> volumesAmong(const MountTable &table)
     return volumes;
 }
 
+bool isOnLocalDisk(const Mount &mount)
+{
+    return mount.source.starts_with("/dev/") && !isFuse(mount.type);
+}
+
 } // namespace tessaly

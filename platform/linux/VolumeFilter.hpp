@@ -13,4 +13,8 @@ namespace tessaly {
 /// Mounts of mere folders (bind mounts) and mounts that others cover count for nothing.
 [[nodiscard]] std::vector<Mount> volumesAmong(const MountTable &table);
 
+/// Whether the kernel itself serves the file system from a disk of this computer. Any other one may
+/// never answer: a server may be gone, a program may hang.
+[[nodiscard]] bool isOnLocalDisk(const Mount &mount);
+
 } // namespace tessaly

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/PasswordEntry.hpp"
 #include "platform/linux/SystemBusAddress.hpp"
 
 #include <string>
@@ -7,6 +8,13 @@
 #include <unistd.h>
 
 namespace tessaly {
+
+/// The name of the user whom this process runs for; empty when the system does not know it.
+[[nodiscard]] inline std::string loginName()
+{
+    const auto entry = PasswordEntry::ofThisUser();
+    return entry ? entry->loginName : std::string();
+}
 
 /// Where LinuxVolumeService learns of the system's volumes.
 struct VolumeSources {
@@ -16,6 +24,8 @@ struct VolumeSources {
     std::string devices = "/dev";                   ///< the devices' files and their links
     std::string bus = systemBusAddress();           ///< the D-Bus address where UDisks2 is
     uid_t user = getuid();
+    std::string userName = loginName(); ///< empty when the system has none
+    std::string probe;                  ///< see ProbeProcess; empty for the installed one
 };
 
 } // namespace tessaly

@@ -43,6 +43,18 @@ TEST(EjectingVolumes, itIsForgottenWhenItIsListedNoMore)
     EXPECT_TRUE(volumes.contains("b"));
 }
 
+TEST(EjectingVolumes, itIsForgottenWhenItIsKnownToStay)
+{
+    EjectingVolumes volumes(aDay);
+    volumes.add("a");
+    volumes.add("b");
+    const QSignalSpy changed(&volumes, &EjectingVolumes::changed);
+    volumes.remove("a");
+    volumes.remove("c");
+    EXPECT_EQ(volumes.names(), std::vector<std::string>{"b"});
+    EXPECT_EQ(changed.count(), 1);
+}
+
 TEST(EjectingVolumes, theTimeOfAnEarlierRequestDoesNotEndALaterOne)
 {
     // Timers of the same length end in the order of their start.

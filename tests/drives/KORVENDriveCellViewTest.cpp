@@ -152,6 +152,35 @@ TEST_F(KORVENDriveCellViewTest, theRowIsBusyUntilTheVolumeIsListedNoMore)
     EXPECT_EQ(cell(1).ejectLabel()->text(), u"Eject"_s);
 }
 
+TEST_F(KORVENDriveCellViewTest, theRowIsReadyAgainWhenTheVolumeIsKnownToStay)
+{
+    addVolume("/", 10, 0, removable);
+    addVolume("stick", 10, 1, both);
+    addVolume("other", 10, 5, unmountable);
+    openScreen();
+    for (int row = 0; row < 3; ++row) {
+        cell(row).ejectDrive();
+    }
+    const auto busyRows = [this] {
+        std::vector<int> rows;
+        for (int row = 0; row < 3; ++row) {
+            if (!cell(row).ejectButton()->isEnabled()) {
+                rows.push_back(row);
+            }
+        }
+        return rows;
+    };
+    EXPECT_EQ(busyRows(), (std::vector{0, 1, 2}));
+    volumes().refusalListener("/Volumes/stick");
+    EXPECT_EQ(busyRows(), (std::vector{0, 2}));
+    EXPECT_EQ(cell(1).ejectLabel()->text(), u"Eject"_s);
+    volumes().refusalListener("/Volumes//");
+    volumes().refusalListener("/Volumes/elsewhere");
+    EXPECT_EQ(busyRows(), (std::vector{2}));
+    m_screen.reset();
+    volumes().refusalListener("/Volumes/other");
+}
+
 TEST_F(KORVENDriveCellViewTest, aVolumeInUseStaysAndNothingIsSaid)
 {
     addVolume("busy", 10, 5, removable);
@@ -227,6 +256,21 @@ TEST_F(KORVENDriveCellViewTest, theMenuButtonOpensTheMenu)
     ASSERT_NE(menu, nullptr);
     entry(*menu, u"Show Info"_s).trigger();
     EXPECT_EQ(informed(), Paths{"/Volumes/a"});
+}
+
+TEST_F(KORVENDriveCellViewTest, theRowWhoseMenuIsOpenIsTheSelectedOne)
+{
+    addVolume("a", 10, 0);
+    addVolume("b", 10, 5);
+    openScreen();
+    table().selectRow(0);
+    QTest::mouseClick(cell(1).findChild<QToolButton *>(u"menuButton"_s), Qt::LeftButton);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(table().selectedRow(), 1);
+    QApplication::activePopupWidget()->close();
+    QTest::mouseClick(cell(0).findChild<QToolButton *>(u"menuButton"_s), Qt::LeftButton);
+    EXPECT_EQ(table().selectedRow(), 0);
+    QApplication::activePopupWidget()->close();
 }
 
 TEST_F(KORVENDriveCellViewTest, theMenuActsOnTheRowThatItWasOpenedOn)

@@ -328,9 +328,81 @@ TEST_F(KORVENDriveViewControllerTest, thereIsNoCellBeyondTheLastRow)
 
 TEST_F(KORVENDriveViewControllerTest, startsTheDiskUtility)
 {
-    openScreen();
+    openScreenUnanswered();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return button("launchButton").isVisible(); }));
     QTest::mouseClick(&button("launchButton"), Qt::LeftButton);
     EXPECT_EQ(m_services.applications.launched, Names{"Disk Utility.app"});
+}
+
+TEST_F(KORVENDriveViewControllerTest, offersTheDiskUtilityOnlyWhereThereIsOne)
+{
+    m_services.applications.isInstalled = false;
+    openScreen();
+    EXPECT_FALSE(button("launchButton").isVisible());
+    QCoreApplication::processEvents(); // the answer
+    EXPECT_FALSE(button("launchButton").isVisible());
+
+    m_services.applications.isInstalled = true;
+    refresh();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return button("launchButton").isVisible(); }));
+    m_services.applications.isInstalled = false;
+    refresh();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !button("launchButton").isVisible(); }));
+}
+
+TEST_F(KORVENDriveViewControllerTest, oldFiguresAreShownAsSuchUntilTheVolumeAnswers)
+{
+    addVolume("slow", 1'000'000'000, 600'000'000, removable, "afpfs");
+    addVolume("other", 10, 5);
+    volumes().information.at("/Volumes/slow").areFiguresOld = true;
+    openScreen();
+    ASSERT_EQ(shownNames(), (Names{"other", "slow"}));
+    const auto labels = [this](int row) {
+        KORVENDriveCellView &shown = cell(row);
+        return std::vector{shown.driveTotal(), shown.driveUsed(), shown.driveFree()};
+    };
+    for (const QLabel *label : labels(1)) {
+        EXPECT_FALSE(label->isEnabled());
+        EXPECT_EQ(label->toolTip(), u"As of the last time the volume answered"_s);
+    }
+    for (const QLabel *label : labels(0)) {
+        EXPECT_TRUE(label->isEnabled());
+        EXPECT_EQ(label->toolTip(), QString());
+    }
+    EXPECT_EQ(cell(1).driveTotal()->text(), u"1.00 GB"_s);
+    const QAbstractItemModel &model = *table().model();
+    EXPECT_EQ(model.data(model.index(1, 0), Qt::AccessibleTextRole).toString(),
+              u"slow, 400.00 MB used, 40%, out of date"_s);
+
+    table().selectRow(1);
+    volumes().lateFigures.at(0)(0, VolumeFigures{1'000'000'000, 200'000'000});
+    ASSERT_EQ(shownNames(), (Names{"slow", "other"})) << "it is the fullest now";
+    EXPECT_EQ(cell(0).driveUsed()->text(), u"800.00 MB"_s);
+    EXPECT_TRUE(cell(0).driveUsed()->isEnabled());
+    EXPECT_EQ(cell(0).driveUsed()->toolTip(), QString());
+    EXPECT_TRUE(cell(0).isRemoveable());
+    EXPECT_EQ(cell(0).diskType(), 1);
+    EXPECT_EQ(table().selectedRow(), 0);
+    EXPECT_EQ(model.data(model.index(0, 0), Qt::AccessibleTextRole).toString(),
+              u"slow, 800.00 MB used, 80%"_s);
+}
+
+TEST_F(KORVENDriveViewControllerTest, aLateAnswerThatIsOutOfDateIsIgnored)
+{
+    addVolume("slow", 10, 5);
+    openScreen();
+    refresh();
+    volumes().lateFigures.at(0)(0, VolumeFigures{10, 1});
+    EXPECT_EQ(m_screen->disksArray()[0].diskFree(), 5U);
+    m_screen->refreshClicked(); // of the question before the one that is open
+    volumes().lateFigures.at(1)(0, VolumeFigures{10, 1});
+    EXPECT_EQ(m_screen->disksArray()[0].diskFree(), 5U);
+    answer();
+    volumes().lateFigures.at(2)(0, std::nullopt);
+    EXPECT_EQ(m_screen->disksArray()[0].diskTotal(), 0U);
+    const auto late = volumes().lateFigures.at(2);
+    m_screen.reset();
+    late(0, VolumeFigures{10, 1});
 }
 
 TEST_F(KORVENDriveViewControllerTest, sortingShowsTheFirstRowsAndKeepsTheSelection)

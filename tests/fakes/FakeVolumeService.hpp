@@ -24,9 +24,10 @@ public:
         return "/Volumes/" + std::string(name);
     }
 
-    void readInformation(std::vector<std::string> paths, Answer answer) override
+    void readInformation(std::vector<std::string> paths, Answer answer, LateFigures late) override
     {
         questions.emplace_back(std::move(paths), std::move(answer));
+        lateFigures.push_back(std::move(late));
     }
 
     void unmountAndEject(std::string_view path) override { ejected.emplace_back(path); }
@@ -38,6 +39,11 @@ public:
         }
         const std::scoped_lock lock(m_lock);
         m_unmounted.emplace_back(path);
+    }
+
+    void setRefusalListener(std::function<void(const std::string &path)> refused) override
+    {
+        refusalListener = std::move(refused);
     }
 
     void setChangeListener(std::function<void()> changed) override
@@ -68,8 +74,10 @@ public:
     std::vector<std::string> entries;
     std::map<std::string, VolumeInformation> information; ///< by path
     std::vector<std::pair<std::vector<std::string>, Answer>> questions;
+    std::vector<LateFigures> lateFigures; ///< of all questions, also those that were answered
     std::vector<std::string> ejected;
     std::function<void()> listener;
+    std::function<void(const std::string &path)> refusalListener;
     /// Called by unmount(), on its thread. To be set before the first one.
     std::function<void()> whileUnmounting;
 

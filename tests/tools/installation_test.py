@@ -24,15 +24,17 @@ ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256)
 PROGRAM = "bin/tessaly"
 MODULE = "lib/tessaly/modules/preview.so"
 DECODER = "lib/tessaly/modules/preview-decoder"
+HELPER = "libexec/tessaly/file-system-probe"
 DESKTOP_FILE = f"share/applications/{ID}.desktop"
 METAINFO = f"share/metainfo/{ID}.metainfo.xml"
 MANUAL = "share/man/man1/tessaly.1.gz"
 CHANGELOG = "share/doc/tessaly/changelog.gz"
-# All that there is: no other library, no header, no test, no other program.
+# All that there is: no other library, no header, no test.
 EXPECTED = {
     PROGRAM,
     MODULE,
     DECODER,
+    HELPER,
     DESKTOP_FILE,
     METAINFO,
     MANUAL,
@@ -97,7 +99,7 @@ class InstallationTest(Installed):
     def test_everybody_may_read_and_nobody_write(self):
         for name in EXPECTED:
             mode = os.stat(self.path(name)).st_mode & 0o7777
-            self.assertEqual(mode, 0o755 if name in (PROGRAM, DECODER) else 0o644, name)
+            self.assertEqual(mode, 0o755 if name in (PROGRAM, DECODER, HELPER) else 0o644, name)
 
     def test_the_decoder_starts_and_is_of_no_use_by_itself(self):
         result = subprocess.run(

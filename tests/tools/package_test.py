@@ -16,6 +16,12 @@ import unittest
 
 import skippable
 
+PROGRAMS = (
+    "/usr/bin/tessaly",
+    "/usr/lib/tessaly/modules/preview-decoder",
+    "/usr/libexec/tessaly/file-system-probe",
+)
+
 CPACK, BUILD = sys.argv[1:3]
 del sys.argv[1:3]
 FOLDER = os.path.join(BUILD, "tests", "package")
@@ -104,17 +110,16 @@ class PackageContent(Package):
         for mode, owner, path in contents:
             self.assertTrue("./usr/".startswith(path) or path.startswith("./usr/"), path)
             self.assertEqual(owner, "root/root", path)
-            executable = path.endswith(("/", "/bin/tessaly", "/modules/preview-decoder"))
+            executable = path.endswith("/") or path[1:] in PROGRAMS
             self.assertEqual(mode[1:], "rwxr-xr-x" if executable else "rw-r--r--", path)
 
     def test_programs_and_module_are_stripped_and_hardened(self):
         needs(self, "readelf")
         with tempfile.TemporaryDirectory() as folder:
             self.output("dpkg-deb", "--extract", self.package, folder)
-            modules = "usr/lib/tessaly/modules"
-            for name in ("usr/bin/tessaly", f"{modules}/preview.so", f"{modules}/preview-decoder"):
+            for name in (*PROGRAMS, "/usr/lib/tessaly/modules/preview.so"):
                 with self.subTest(name):
-                    self.check_hardening(os.path.join(folder, name))
+                    self.check_hardening(folder + name)
 
     def check_hardening(self, program):
         sections = self.output("readelf", "--wide", "--section-headers", program)

@@ -21,14 +21,20 @@ constexpr auto service = "/usr/libexec/udisks2/udisksd";
 /// In here it keeps a record of what it has mounted.
 constexpr auto recordFolder = "/var/lib";
 
+/// In here it mounts what users ask it to.
+constexpr auto mediaFolder = "/media";
+
 /// What a loop device with such an image is taken for. Others may see it as well, so it has a name
 /// and a number that nobody else's has.
-std::string rulesFor(const std::string &image)
+std::string rulesFor(const std::string &image, DiskService::Hint hint)
 {
+    const char *isSystem = hint == DiskService::Hint::system ? "1" : "0";
     return R"(SUBSYSTEM=="block", KERNEL=="loop*", ATTR{loop/backing_file}=="*)" + image +
            R"(", ENV{ID_SERIAL}="Stick_)" + image + R"(", ENV{ID_SERIAL_SHORT}=")" + image +
            R"(", ENV{ID_BUS}="usb", ENV{ID_VENDOR}="Test", ENV{ID_MODEL}="Stick", )"
-           R"(ENV{ID_DRIVE_FLASH}="1", ENV{UDISKS_SYSTEM}="0", ENV{UDISKS_AUTO}="1")"
+           R"(ENV{ID_DRIVE_FLASH}="1", ENV{UDISKS_SYSTEM}=")" +
+           isSystem +
+           R"(", ENV{UDISKS_AUTO}="1")"
            "\n";
 }
 
@@ -47,6 +53,9 @@ std::optional<std::string> DiskService::missingRequirement()
     if (access(manager, X_OK) != 0 || access(service, X_OK) != 0) {
         return "udisks2 and udev";
     }
+    if (access(mediaFolder, X_OK) != 0) {
+        return mediaFolder;
+    }
     return PrivateBus::isInstalled() ? std::nullopt : std::optional<std::string>("dbus-daemon");
 }
 
@@ -61,7 +70,7 @@ DiskService::~DiskService()
     }
 }
 
-DiskService::DiskService() : m_image(nameOf(m_folder.path()))
+DiskService::DiskService(Hint hint) : m_image(nameOf(m_folder.path()))
 {
     m_folder.folder("dev");
     m_folder.folder("bin");
@@ -80,8 +89,9 @@ DiskService::DiskService() : m_image(nameOf(m_folder.path()))
     m_mounts.push_back(std::make_unique<ScopedMount>(devices, "/dev", nullptr, MS_BIND | MS_REC));
     m_mounts.push_back(std::make_unique<ScopedMount>("state", "/run", "tmpfs"));
     m_mounts.push_back(std::make_unique<ScopedMount>("record", recordFolder, "tmpfs"));
+    m_mounts.push_back(std::make_unique<ScopedMount>("media", mediaFolder, "tmpfs"));
     run("mkdir -p /run/udev/rules.d /run/udisks2 /run/lock /run/mount");
-    writeFile("/run/udev/rules.d/99-test.rules", rulesFor(m_image));
+    writeFile("/run/udev/rules.d/99-test.rules", rulesFor(m_image, hint));
 
     m_manager = std::make_unique<StartedProgram>(std::vector<std::string>{manager});
     while (access("/run/udev/control", F_OK) != 0) {

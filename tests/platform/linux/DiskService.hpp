@@ -22,8 +22,11 @@ public:
     /// What is missing for there to be one; nothing when it can be.
     [[nodiscard]] static std::optional<std::string> missingRequirement();
 
+    enum class Hint { user, system };
+
+    /// `hint`: whether UDisks2 takes the stick for one of the user's or for a disk of the system's.
     /// Requires: no missingRequirement().
-    DiskService();
+    explicit DiskService(Hint hint = Hint::user);
     ~DiskService();
     DiskService(const DiskService &) = delete;
     DiskService &operator=(const DiskService &) = delete;

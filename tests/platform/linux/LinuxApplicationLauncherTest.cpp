@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -96,6 +97,24 @@ TEST_F(LinuxApplicationLauncherTest, startsOtherSettingsThatDoNotMindTheDesktop)
 
     desktop.install("xfce-settings-manager", "Categories=Settings;DesktopSettings;\n");
     EXPECT_EQ(started("System Preferences.app"), Words{"xfce-settings-manager"});
+}
+
+TEST_F(LinuxApplicationLauncherTest, saysWhetherAProgramIsInstalled)
+{
+    const MadeDesktop desktop("GNOME");
+    const auto isInstalled = [this](const std::string &name) {
+        std::optional<bool> answer;
+        m_launcher.askWhetherInstalled(name, [&](bool found) { answer = found; });
+        EXPECT_FALSE(answer) << "it never answers at once";
+        waitUntil([&] { return answer.has_value(); });
+        return *answer;
+    };
+    EXPECT_FALSE(isInstalled("Disk Utility.app"));
+    desktop.install("gparted");
+    EXPECT_TRUE(isInstalled("Disk Utility.app"));
+    EXPECT_FALSE(isInstalled("Finder.app"));
+    EXPECT_FALSE(isInstalled("gparted"));
+    EXPECT_EQ(m_started, Words());
 }
 
 TEST_F(LinuxApplicationLauncherTest, startsTheDiskUtility)

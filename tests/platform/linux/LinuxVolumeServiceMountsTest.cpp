@@ -88,15 +88,16 @@ protected:
     [[nodiscard]] VolumeInformation informationAbout(const std::string &path)
     {
         std::optional<VolumeInformation> information;
-        m_service.readInformation({path}, [&](const std::vector<VolumeInformation> &answers) {
-            information = answers.at(0);
-        });
+        m_service.readInformation(
+            {path},
+            [&](const std::vector<VolumeInformation> &answers) { information = answers.at(0); },
+            {});
         waitUntil([&] { return information.has_value(); });
         return *information;
     }
 
     TemporaryFolder m_folder;
-    LinuxVolumeService m_service;
+    LinuxVolumeService m_service{{.probe = TESSALY_PROBE}};
 };
 
 TEST_F(LinuxVolumeServiceMountsTest, seesADiskOnceAndNeitherMemoryNorBindMounts)

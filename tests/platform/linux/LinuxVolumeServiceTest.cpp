@@ -35,12 +35,12 @@ constexpr std::chrono::hours longEnough(1);
 const std::string stickPath = "/media/my stick";
 
 /// Never answers for "/mnt/nfs".
-VolumeFiguresReader::Figures madeUpFigures(const std::string &path)
+VolumeFiguresReader::Reading madeUpFigures(const VolumeFiguresReader::Place &place)
 {
-    if (path == "/mnt/nfs") {
+    if (place.path == "/mnt/nfs") {
         std::promise<void>().get_future().wait();
     }
-    return VolumeFigures{path.size(), 1};
+    return VolumeFigures{place.path.size(), 1};
 }
 
 Names namesOf(LinuxVolumeService &service)
@@ -58,10 +58,12 @@ Answers answersOf(LinuxVolumeService &service, const std::vector<std::string> &p
 {
     std::optional<Answers> answers;
     const auto here = std::this_thread::get_id();
-    service.readInformation(paths, [&](Answers information) {
-        EXPECT_EQ(std::this_thread::get_id(), here);
-        answers = std::move(information);
-    });
+    service.readInformation(paths,
+                            [&](Answers information) {
+                                EXPECT_EQ(std::this_thread::get_id(), here);
+                                answers = std::move(information);
+                            },
+                            {});
     EXPECT_FALSE(answers); // it never answers at once
     waitUntil([&] { return answers.has_value(); });
     return *answers;
@@ -133,7 +135,7 @@ TEST_F(LinuxVolumeServiceTest, listsTheVolumesByName)
 {
     const auto volumes = service();
     EXPECT_EQ(namesOf(*volumes), (Names{"/", "My Stick", "far away"}));
-    EXPECT_EQ(volumes->pathOf("/"), "/");
+    EXPECT_EQ(volumes->pathOf("/"), "/Volumes//");
     EXPECT_EQ(volumes->pathOf("My Stick"), stickPath);
     EXPECT_EQ(volumes->pathOf("missing"), "/Volumes/missing");
     EXPECT_EQ(volumes->pathOf("my stick"), "/Volumes/my stick");
@@ -143,7 +145,7 @@ TEST_F(LinuxVolumeServiceTest, answersInTheOrderOfTheQuestion)
 {
     m_system.sources().user = 1000;
     const auto volumes = service();
-    const Answers answers = answersOf(*volumes, {stickPath, "/", "/Volumes/missing", "/"});
+    const Answers answers = answersOf(*volumes, {stickPath, "/Volumes//", "/Volumes/missing", "/"});
     ASSERT_EQ(answers.size(), 4U);
     EXPECT_EQ(answers[0].figures, (VolumeFigures{stickPath.size(), 1}));
     EXPECT_TRUE(answers[0].isRemovable);
@@ -160,7 +162,7 @@ TEST_F(LinuxVolumeServiceTest, answersInTheOrderOfTheQuestion)
 TEST_F(LinuxVolumeServiceTest, doesNotWaitForADeadVolume)
 {
     m_system.mount("/mnt/nfs", "nfs4", "0:42", "server:/x");
-    const auto volumes = service(LinuxVolumeService::usualPatience);
+    const auto volumes = service(LinuxVolumeService::usualTimeout);
     const Answers answers = answersOf(*volumes, {"/", "/mnt/nfs", stickPath});
     ASSERT_EQ(answers.size(), 3U);
     EXPECT_TRUE(answers[0].figures);
@@ -175,7 +177,7 @@ TEST_F(LinuxVolumeServiceTest, dropsAnswersWhenItGoes)
     m_system.mount("/mnt/nfs", "nfs4", "0:42", "server:/x");
     auto volumes = service(hardlyAny);
     bool isAnswered = false;
-    volumes->readInformation({"/mnt/nfs"}, [&](const Answers &) { isAnswered = true; });
+    volumes->readInformation({"/mnt/nfs"}, [&](const Answers &) { isAnswered = true; }, {});
     volumes.reset();
     const auto others = service(hardlyAny);
     (void)answersOf(*others, {"/mnt/nfs"});
@@ -200,7 +202,7 @@ TEST_F(LinuxVolumeServiceTest, doesNotWaitForUDisks)
         GTEST_SKIP() << "needs dbus-daemon";
     }
     m_udisks->withholdAnswers();
-    const auto volumes = service(LinuxVolumeService::usualPatience);
+    const auto volumes = service(LinuxVolumeService::usualTimeout);
     const Answers answers = answersOf(*volumes, {stickPath});
     EXPECT_TRUE(answers.at(0).figures);
     EXPECT_TRUE(answers.at(0).isRemovable); // as the kernel says
@@ -401,7 +403,7 @@ TEST_F(LinuxVolumeServiceTest, tellsWhoeverWasSetLast)
 
 TEST(LinuxVolumeService, readsThisSystem)
 {
-    LinuxVolumeService volumes;
+    LinuxVolumeService volumes({.probe = TESSALY_PROBE});
     const auto enumerator = volumes.enumerator();
     EXPECT_EQ(enumerator->next(), "/");
     const Answers answers = answersOf(volumes, {"/"});
@@ -415,7 +417,7 @@ TEST(LinuxVolumeService, mayGoBeforeItHasDoneAnything)
     for (int count = 0; count < 20; ++count) {
         LinuxVolumeService volumes;
         volumes.setChangeListener([] {});
-        volumes.readInformation({"/"}, [](const Answers &) {});
+        volumes.readInformation({"/"}, [](const Answers &) {}, {});
     }
 }
 

@@ -38,8 +38,10 @@ protected:
         }
         ASSERT_TRUE(
             DiskService::run("mkdir '/run/my media' && mount " + m_device + " '/run/my media'"));
-        m_volumes = std::make_unique<LinuxVolumeService>();
+        m_volumes = std::make_unique<LinuxVolumeService>(VolumeSources{.probe = TESSALY_PROBE});
         m_volumes->setChangeListener([this] { ++m_changeCount; });
+        m_volumes->setRefusalListener(
+            [this](const std::string &path) { m_refused.push_back(path); });
     }
 
     void TearDown() override
@@ -51,12 +53,12 @@ protected:
     }
 
     /// The name of what is mounted there; empty when nothing is.
-    [[nodiscard]] std::string name()
+    [[nodiscard]] std::string name(const std::string &path = "/run/my media")
     {
         const auto enumerator = m_volumes->enumerator();
         while (const auto name = enumerator->next()) {
             enumerator->skipDescendants();
-            if (m_volumes->pathOf(*name) == "/run/my media") {
+            if (m_volumes->pathOf(*name) == path) {
                 return *name;
             }
         }
@@ -68,7 +70,8 @@ protected:
         std::optional<VolumeInformation> information;
         m_volumes->readInformation(
             {m_volumes->pathOf("My Stick")},
-            [&](const std::vector<VolumeInformation> &answers) { information = answers.at(0); });
+            [&](const std::vector<VolumeInformation> &answers) { information = answers.at(0); },
+            {});
         waitUntil([&] { return information.has_value(); });
         return *information;
     }
@@ -85,6 +88,7 @@ protected:
     std::string m_device;
     std::unique_ptr<LinuxVolumeService> m_volumes;
     int m_changeCount = 0;
+    Names m_refused;
 };
 
 TEST_F(LinuxVolumeServiceUDisksTest, saysWhatTheStickIs)
@@ -132,6 +136,103 @@ TEST_F(LinuxVolumeServiceUDisksTest, leavesAStickInUseWhereItIs)
     m_volumes->unmountAndEject("/run/my media");
     waitUntil(isRefused);
     EXPECT_EQ(name(), "My Stick");
+    waitUntil([this] { return !m_refused.empty(); });
+    EXPECT_EQ(m_refused, Names{"/run/my media"});
+}
+
+TEST_F(LinuxVolumeServiceUDisksTest, refusesTheSystemsOwnByItsStatedPath)
+{
+    EXPECT_EQ(m_volumes->pathOf("/"), "/Volumes//");
+    const LogLines log("tessaly.platform.volumes");
+    m_volumes->unmountAndEject("/Volumes//");
+    EXPECT_TRUE(m_refused.empty()) << "not before it returns";
+    waitUntil([this] { return !m_refused.empty(); });
+    std::thread([&] { m_volumes->unmount("/Volumes//"); }).join();
+    waitUntil([this] { return m_refused.size() == 2; });
+    EXPECT_EQ(m_refused, (Names{"/Volumes//", "/Volumes//"}));
+}
+
+/// The stick is mounted at two places, of which the shorter one is the row's.
+class MountedTwiceTest : public LinuxVolumeServiceUDisksTest {
+protected:
+    void mountAgain(const std::string &script)
+    {
+        waitForStick();
+        ASSERT_TRUE(DiskService::run(script));
+        waitUntil([this] { return name("/run/m") == "My Stick"; });
+    }
+    [[nodiscard]] static bool isMounted(const std::string &path)
+    {
+        return DiskService::run("mountpoint -q '" + path + "'");
+    }
+    void TearDown() override
+    {
+        LinuxVolumeServiceUDisksTest::TearDown();
+        if (!m_device.empty()) {
+            umount2("/run/m", MNT_DETACH);
+        }
+    }
+};
+
+TEST_F(MountedTwiceTest, theOneOfTheRowIsUnmountedIfItWasMountedLast)
+{
+    mountAgain("mkdir /run/m && mount " + m_device + " /run/m");
+    m_volumes->unmountAndEject("/run/m");
+    waitUntil([this] { return name("/run/my media") == "My Stick"; });
+    EXPECT_TRUE(isMounted("/run/my media"));
+    EXPECT_TRUE(m_disks->hasStick());
+}
+
+TEST_F(MountedTwiceTest, theOneOfTheRowIsUnmountedIfItWasMountedFirst)
+{
+    mountAgain("mkdir /run/m && umount '/run/my media' && mount " + m_device + " /run/m && mount " +
+               m_device + " '/run/my media'");
+    m_volumes->unmountAndEject("/run/m");
+    waitUntil([this] { return name("/run/my media") == "My Stick"; });
+    EXPECT_FALSE(isMounted("/run/m"));
+    EXPECT_TRUE(isMounted("/run/my media"));
+    EXPECT_TRUE(m_disks->hasStick());
+    EXPECT_EQ(m_refused, Names{});
+}
+
+/// A disk that UDisks2 takes for one of the system's, and that the user has it mount.
+TEST(LinuxVolumeServiceUDisks, letsTheUserUnmountWhatHeHasMounted)
+{
+    if (const auto missing = DiskService::missingRequirement()) {
+        GTEST_SKIP() << "needs " << *missing;
+    }
+    const DiskService disks(DiskService::Hint::system);
+    const std::string device = disks.makeStick("Inner");
+    if (device.empty()) {
+        GTEST_SKIP() << "needs a loop device";
+    }
+    LinuxVolumeService volumes({.probe = TESSALY_PROBE});
+    const auto isUnmountable = [&] {
+        std::optional<bool> answer;
+        volumes.readInformation({volumes.pathOf("Inner")},
+                                [&](const auto &answers) { answer = answers.at(0).isUnmountable; },
+                                {});
+        waitUntil([&] { return answer.has_value(); });
+        return *answer;
+    };
+    const auto isListed = [&] {
+        const auto enumerator = volumes.enumerator();
+        while (const auto name = enumerator->next()) {
+            enumerator->skipDescendants();
+            if (name == "Inner") {
+                return true;
+            }
+        }
+        return false;
+    };
+    ASSERT_TRUE(DiskService::run("mkdir /run/inner && mount " + device + " /run/inner"));
+    while (!isListed()) {}
+    EXPECT_FALSE(isUnmountable()) << "root has mounted it there";
+    ASSERT_TRUE(DiskService::run("umount /run/inner && udisksctl mount -b " + device));
+    while (!isListed() || !isUnmountable()) {}
+    EXPECT_TRUE(volumes.pathOf("Inner").starts_with("/media/"));
+    std::thread([&] { volumes.unmount(volumes.pathOf("Inner")); }).join();
+    EXPECT_FALSE(isListed());
 }
 
 } // namespace

@@ -1,9 +1,12 @@
 #include "platform/linux/UDisksClient.hpp"
 
+#include "platform/linux/BusLink.hpp"
 #include "tests/platform/linux/FakeUDisksService.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/SilentBus.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
+
+#include <QDBusConnection>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace tessaly {
@@ -71,6 +75,17 @@ protected:
         m_client->unmount(path, device, afterUnmount, [&](const Outcome &its) { outcome = its; });
         waitUntil([&] { return outcome.has_value(); });
         return *outcome;
+    }
+
+    /// The one connection that a BusLink has made for volumes, and that is open.
+    [[nodiscard]] static QDBusConnection connectionOfClient()
+    {
+        for (int number = 1;; ++number) {
+            QDBusConnection connection(QStringLiteral("tessaly-volumes-%1").arg(number));
+            if (connection.isConnected()) {
+                return connection;
+            }
+        }
     }
 
     std::unique_ptr<PrivateBus> m_bus;
@@ -221,6 +236,28 @@ TEST_F(UDisksClientTest, failsWhenTheServiceGoesMeanwhile)
     service.reset();
     waitUntil([&] { return outcome.has_value(); });
     EXPECT_EQ(outcome->result, Result::failed);
+}
+
+TEST_F(UDisksClientTest, failsWhenTheBusGoesBetweenTwoSteps)
+{
+    FakeUDisksService service(stick());
+    std::optional<Outcome> outcome;
+    service.onCall("Unmount", [&] { service.withholdAnswers(); });
+    m_client->unmount("/media/my stick", 0, AfterUnmount::eject,
+                      [&](const Outcome &its) { outcome = its; });
+    waitUntil([&] { return service.waitForCalls(0).size() == 1; });
+    // The answer comes while nobody looks, and then the bus is gone. What the bus tells the client
+    // comes in turn: once the client has an answer of the bus itself, it has this one as well.
+    service.giveAnswers();
+    QDBusConnection connection = connectionOfClient();
+    connection.call(BusLink::callOfBus("GetId"));
+    m_bus->stop();
+    while (connection.isConnected()) {
+        std::this_thread::yield();
+    }
+    waitUntil([&] { return outcome.has_value(); });
+    EXPECT_EQ(outcome->result, Result::failed);
+    EXPECT_EQ(outcome->problem, "Eject: the bus is gone");
 }
 
 TEST_F(UDisksClientTest, dropsWhatIsUnansweredWhenItGoes)

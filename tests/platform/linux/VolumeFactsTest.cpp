@@ -56,6 +56,37 @@ TEST_F(VolumeFactsTest, comeFromTheKernelAndFstabWithoutUDisks)
     EXPECT_EQ(facts.informationAbout("/mnt/mac", nullptr), information(false, false, "hfs"));
 }
 
+TEST_F(VolumeFactsTest, letTheUserUnmountWhatUDisksHasMountedForHim)
+{
+    UDisksObjects objects;
+    m_system.sources().userName = "me";
+    for (const std::string path : {"/media/me/disk", "/run/media/me/disk", "/media/you/disk",
+                                   "/media/me/folder/disk", "/media/disk"}) {
+        m_system.mount(path, "ext4", "8:3", "/dev/sda3");
+        objects.addDevice({.name = "sda3", .mountPoints = {path}, .isSystem = true});
+        const UDisksVolumes udisks(objects.objects());
+        const bool isHis = path == "/media/me/disk" || path == "/run/media/me/disk";
+        const VolumeFacts facts(m_system.sources());
+        EXPECT_EQ(facts.informationAbout(path, &udisks).isUnmountable, isHis) << path;
+        EXPECT_FALSE(facts.informationAbout(path, nullptr).isUnmountable) << path;
+        m_system.unmountAll();
+        m_system.mount("/", "ext4", "8:1", "/dev/sda1");
+    }
+}
+
+TEST_F(VolumeFactsTest, knowAllMountsOfADeviceInTheirOrder)
+{
+    const int first = m_system.mount("/b", "ext4", "8:3", "/dev/sda3");
+    m_system.mount("/c", "ext4", "8:4", "/dev/sda4");
+    const int last = m_system.mount("/a", "btrfs", "0:70", "/dev/sda3", "/folder");
+    const VolumeFacts facts(m_system.sources());
+    const auto mounts = facts.mountsOfDevice(*facts.volumeOf("/b"));
+    ASSERT_EQ(mounts.size(), 2U);
+    EXPECT_EQ(mounts[0].id, first);
+    EXPECT_EQ(mounts[1].id, last);
+    EXPECT_TRUE(facts.mountsOfDevice(*facts.volumeOf("/home/me/r")).empty());
+}
+
 TEST_F(VolumeFactsTest, comeFromUDisksWhereItKnowsTheVolume)
 {
     UDisksObjects objects;

@@ -1,4 +1,5 @@
 #include "tests/engine/TemporaryFolder.hpp"
+#include "tests/platform/linux/OwnMounts.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 
 #include <QApplication>
@@ -9,10 +10,12 @@
 
 #include <sys/stat.h>
 
-/// Windows that nobody sees, on a desktop that has nothing to do with the user's: no session bus
-/// but where a test makes one, and a home folder in which Qt may keep what it likes.
+/// Mounts of our own where we may have such. Windows that nobody sees, on a desktop that has
+/// nothing to do with the user's: no session bus but where a test makes one, and a home folder in
+/// which Qt may keep what it likes.
 int main(int argc, char **argv)
 {
+    tessaly::takeOwnMounts();
     const tessaly::SessionBusPlace place;
     const tessaly::TemporaryFolder home;
     setenv("HOME", home.path().c_str(), 1);

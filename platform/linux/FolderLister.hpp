@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tessaly {
+
+class ProbeProcess;
+
+/// Lists the folders in a folder, wherever it is: a child process looks at it (ProbeProcess), so
+/// that nothing of this process hangs on a server that is gone.
+///
+/// Threads: one, with an event loop.
+class FolderLister final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `program`: see ProbeProcess.
+    explicit FolderLister(std::string program, QObject *parent = nullptr);
+    ~FolderLister() override;
+    FolderLister(const FolderLister &) = delete;
+    FolderLister &operator=(const FolderLister &) = delete;
+    FolderLister(FolderLister &&) = delete;
+    FolderLister &operator=(FolderLister &&) = delete;
+
+    /// Looks at the path from now on, and at none before.
+    void list(const std::string &path);
+    /// Sends nothing more.
+    void stop();
+
+Q_SIGNALS:
+    /// There is a folder at the path.
+    void opened();
+    /// There is none, or it cannot be read: an errno value. In the latter case after opened().
+    void failed(int error);
+    /// Names of folders in it, as bytes and in no order. Comes several times.
+    void found(const std::vector<std::string> &names);
+    /// There are no more.
+    void finished();
+
+private:
+    void take();
+    void takeWords();
+
+    std::string m_program;
+    std::unique_ptr<ProbeProcess> m_process;
+    std::unique_ptr<QSocketNotifier> m_notifier; ///< destroyed before what it watches
+    std::string m_text;                          ///< what was read and has not ended yet
+    int m_statusCount = 0;                       ///< of the numbers that come before the names
+};
+
+} // namespace tessaly
