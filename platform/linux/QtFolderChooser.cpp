@@ -1,12 +1,18 @@
 #include "platform/linux/QtFolderChooser.hpp"
 
 #include "platform/linux/FolderDialog.hpp"
+#include "platform/linux/ProbeProcess.hpp"
 
 #include <QMetaObject>
 
 #include <utility>
 
 namespace tessaly {
+
+QtFolderChooser::QtFolderChooser(std::string probe)
+    : m_probe(probe.empty() ? ProbeProcess::programOfInstallation() : std::move(probe))
+{
+}
 
 QtFolderChooser::~QtFolderChooser()
 {
@@ -23,7 +29,7 @@ void QtFolderChooser::chooseFolder(QWidget &window, const Request &request, Answ
             Qt::QueuedConnection);
         return;
     }
-    m_dialog = new FolderDialog(window, request);
+    m_dialog = new FolderDialog(window, request, m_probe);
     QObject::connect(
         m_dialog, &QDialog::finished, &m_context, [this, answer = std::move(answer)](int result) {
             // No longer the open one, so that the answer may lead to the next request.

@@ -5,21 +5,20 @@
 #include <QObject>
 #include <QPointer>
 
+#include <string>
+
 namespace tessaly {
 
 class FolderDialog;
 
-/// Asks with the desktop's own folder dialog where its platform theme has one, or else with Qt's.
-///
-/// Folders whose names are not valid UTF-8: Qt's dialog lists none of them, and cannot start in
-/// one. The user reaches them by typing a "file:" URL, in which any byte can be written ("%FF").
-/// The desktop's dialog gives them as the desktop does; where it hands Qt a text and not a URL,
-/// they are not found.
+/// Asks with a dialog of our own (FolderDialog), which never waits for a folder. The dialogs of Qt
+/// and of the desktops' themes hang with the whole program when a server in sight is gone.
 ///
 /// Requires: a QApplication.
 class QtFolderChooser final : public FolderChooser {
 public:
-    QtFolderChooser() = default;
+    /// `probe`: the program that looks at folders, see ProbeProcess; empty for the installed one.
+    explicit QtFolderChooser(std::string probe = {});
     ~QtFolderChooser() override;
     QtFolderChooser(const QtFolderChooser &) = delete;
     QtFolderChooser &operator=(const QtFolderChooser &) = delete;
@@ -29,6 +28,7 @@ public:
     void chooseFolder(QWidget &window, const Request &request, Answer answer) override;
 
 private:
+    std::string m_probe;
     QPointer<FolderDialog> m_dialog; ///< the one that is open
     QObject m_context;               ///< what waits for the event loop ends with it
 };

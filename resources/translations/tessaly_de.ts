@@ -667,6 +667,50 @@
         <source>Choose a Folder</source>
         <translation>Ordner auswählen</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>Übergeordneter Ordner</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
+    </message>
+    <message>
+        <source>Folders</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Directory:</source>
+        <translation>Ordner:</translation>
+    </message>
+    <message>
+        <source>Show hidden folders</source>
+        <translation>Versteckte Ordner anzeigen</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Persönlicher Ordner</translation>
+    </message>
+    <message>
+        <source>Computer</source>
+        <translation>Computer</translation>
+    </message>
+    <message>
+        <source>Looking into “%1”…</source>
+        <translation>„%1“ wird gelesen …</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be read: %2</source>
+        <translation>„%1“ kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>There is no folder “%1”.</source>
+        <translation>Es gibt keinen Ordner „%1“.</translation>
+    </message>
+    <message>
+        <source>Looking for “%1”…</source>
+        <translation>„%1“ wird gesucht …</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::FullScreen</name>
@@ -838,6 +882,10 @@
         <source>Show Info</source>
         <translation>Informationen zeigen</translation>
     </message>
+    <message>
+        <source>As of the last time the volume answered</source>
+        <translation>Stand der letzten Antwort des Volumes</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::KORVENDriveViewController</name>
@@ -876,6 +924,10 @@
     <message>
         <source>%1, %2 used, %3</source>
         <translation>%1, %2 belegt, %3</translation>
+    </message>
+    <message>
+        <source>%1, %2 used, %3, out of date</source>
+        <translation>%1, %2 belegt, %3, nicht aktuell</translation>
     </message>
 </context>
 <context>

@@ -667,6 +667,50 @@
         <source>Choose a Folder</source>
         <translation>Choisir un dossier</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>Dossier parent</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Emplacements</translation>
+    </message>
+    <message>
+        <source>Folders</source>
+        <translation>Dossiers</translation>
+    </message>
+    <message>
+        <source>Directory:</source>
+        <translation>Dossier :</translation>
+    </message>
+    <message>
+        <source>Show hidden folders</source>
+        <translation>Afficher les dossiers cachés</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Dossier personnel</translation>
+    </message>
+    <message>
+        <source>Computer</source>
+        <translation>Ordinateur</translation>
+    </message>
+    <message>
+        <source>Looking into “%1”…</source>
+        <translation>Lecture de « %1 »…</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be read: %2</source>
+        <translation>Impossible de lire « %1 » : %2</translation>
+    </message>
+    <message>
+        <source>There is no folder “%1”.</source>
+        <translation>Le dossier « %1 » n’existe pas.</translation>
+    </message>
+    <message>
+        <source>Looking for “%1”…</source>
+        <translation>Recherche de « %1 »…</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::FullScreen</name>
@@ -838,6 +882,10 @@
         <source>Show Info</source>
         <translation>Afficher les informations</translation>
     </message>
+    <message>
+        <source>As of the last time the volume answered</source>
+        <translation>État lors de la dernière réponse du volume</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::KORVENDriveViewController</name>
@@ -876,6 +924,10 @@
     <message>
         <source>%1, %2 used, %3</source>
         <translation>%1, %2 utilisés, %3</translation>
+    </message>
+    <message>
+        <source>%1, %2 used, %3, out of date</source>
+        <translation>%1, %2 utilisés, %3, pas à jour</translation>
     </message>
 </context>
 <context>

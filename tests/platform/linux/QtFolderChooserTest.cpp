@@ -3,13 +3,18 @@
 #include "platform/FileUrl.hpp"
 #include "platform/linux/FolderDialog.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
+#include "tests/platform/linux/HangingVolume.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
 
+#include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -26,7 +31,7 @@ namespace {
 
 using Answers = std::vector<std::optional<std::string>>;
 
-/// A chooser that shows Qt's own dialog on a window.
+/// A chooser that shows its dialog on a window.
 class QtFolderChooserTest : public testing::Test {
 protected:
     QtFolderChooserTest()
@@ -53,14 +58,62 @@ protected:
         return *dialog().findChild<QDialogButtonBox *>()->button(which);
     }
 
+    template <typename Widget>
+    [[nodiscard]] Widget &part(const char *name) const
+    {
+        return *dialog().findChild<Widget *>(QString::fromLatin1(name));
+    }
+    [[nodiscard]] QLineEdit &path() const { return part<QLineEdit>("path"); }
+    [[nodiscard]] QString message() const { return part<QLabel>("message").text(); }
+
+    /// The folders that are listed and not hidden.
+    [[nodiscard]] std::vector<std::string> listed() const
+    {
+        std::vector<std::string> names;
+        const auto &list = part<QListWidget>("folders");
+        for (int row = 0; row < list.count(); ++row) {
+            if (!list.item(row)->isHidden()) {
+                names.push_back(list.item(row)->text().toStdString());
+            }
+        }
+        return names;
+    }
+    void waitForList(const std::vector<std::string> &names)
+    {
+        waitUntil([&] { return listed() == names; });
+    }
+    [[nodiscard]] QListWidgetItem &item(const char *name) const
+    {
+        return *part<QListWidget>("folders").findItems(QString::fromUtf8(name), {}).at(0);
+    }
+    void doubleClick(const char *name)
+    {
+        auto &list = part<QListWidget>("folders");
+        const QPoint place = list.visualItemRect(&item(name)).center();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+    }
+
     void type(const std::string &text)
     {
-        auto *edit = dialog().findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
         dialog().activateWindow();
-        edit->setFocus(); // without it, Qt takes the text to be its own
-        waitUntil([&] { return edit->hasFocus(); });
-        edit->clear();
-        QTest::keyClicks(edit, QString::fromStdString(text));
+        path().setFocus();
+        path().clear();
+        QTest::keyClicks(&path(), QString::fromStdString(text));
+    }
+
+    /// Waits for the next answer.
+    [[nodiscard]] std::optional<std::string> answer()
+    {
+        waitUntil([this] { return !m_answers.empty(); });
+        const auto answer = m_answers.front();
+        m_answers.erase(m_answers.begin());
+        return answer;
+    }
+    /// Waits until the dialog has a folder to start in.
+    void waitForStart()
+    {
+        waitUntil([this] { return message().isEmpty(); });
     }
 
     /// The dialogs that were closed are deleted, as the event loop would do.
@@ -71,7 +124,7 @@ protected:
 
     TemporaryFolder m_folder;
     std::unique_ptr<QWidget> m_window = std::make_unique<QWidget>();
-    std::unique_ptr<QtFolderChooser> m_chooser = std::make_unique<QtFolderChooser>();
+    std::unique_ptr<QtFolderChooser> m_chooser = std::make_unique<QtFolderChooser>(TESSALY_PROBE);
     Answers m_answers;
 };
 
@@ -82,10 +135,8 @@ TEST_F(QtFolderChooserTest, asksForOneFolderInFrontOfTheWindow)
     EXPECT_TRUE(dialog().isVisible());
     EXPECT_EQ(dialog().windowModality(), Qt::WindowModal);
     EXPECT_EQ(dialog().parentWidget(), m_window.get());
-    EXPECT_EQ(dialog().fileMode(), QFileDialog::Directory);
-    EXPECT_TRUE(dialog().testOption(QFileDialog::ShowDirsOnly));
-    EXPECT_FALSE(dialog().testOption(QFileDialog::DontUseNativeDialog));
-    EXPECT_EQ(dialog().directory().absolutePath().toStdString(), m_folder.path());
+    EXPECT_EQ(dialog().windowTitle(), "Choose a Folder");
+    EXPECT_EQ(dialog().currentFolder(), m_folder.path());
     EXPECT_EQ(button(QDialogButtonBox::Open).text(), "Save");
     EXPECT_TRUE(m_answers.empty());
 }
@@ -103,7 +154,7 @@ TEST_F(QtFolderChooserTest, answersTheFolderThatIsTyped)
     type(m_folder.path("inside"));
     EXPECT_EQ(button(QDialogButtonBox::Open).text(), "Scan");
     confirm();
-    EXPECT_EQ(m_answers, Answers{m_folder.path("inside")});
+    EXPECT_EQ(answer(), m_folder.path("inside"));
 }
 
 TEST_F(QtFolderChooserTest, answersTheFolderThatIsTypedAndNotOneOnTheWay)
@@ -112,32 +163,32 @@ TEST_F(QtFolderChooserTest, answersTheFolderThatIsTypedAndNotOneOnTheWay)
     ask(m_folder.path("inside"));
     type(m_folder.path("inside//deeper/"));
     confirm();
-    EXPECT_EQ(m_answers, Answers{m_folder.path("inside/deeper")});
+    EXPECT_EQ(answer(), m_folder.path("inside/deeper"));
 }
 
 TEST_F(QtFolderChooserTest, answersTheNameThatIsTyped)
 {
     ask(m_folder.path());
     type("inside");
-    QTest::keyClick(&dialog(), Qt::Key_Return);
-    EXPECT_EQ(m_answers, Answers{m_folder.path("inside")});
+    QTest::keyClick(&path(), Qt::Key_Return);
+    EXPECT_EQ(answer(), m_folder.path("inside"));
 }
 
 TEST_F(QtFolderChooserTest, answersTheFolderInWhichItStarts)
 {
     ask(m_folder.path() + "//inside/");
     confirm();
-    EXPECT_EQ(m_answers, Answers{m_folder.path("inside")});
+    EXPECT_EQ(answer(), m_folder.path("inside"));
 }
 
 TEST_F(QtFolderChooserTest, answersFoldersOfOddNames)
 {
     for (const std::string name : {"a b", "100%#?", "caf\xC3\xA9", "\"quoted\" \"twice\"",
-                                   "back\\slash", " file:", "a\nb"}) {
+                                   "back\\slash", " file:", "a\nb", "\xFF", "~"}) {
         m_folder.folder(name);
         ask(m_folder.path(name));
         confirm();
-        EXPECT_EQ(m_answers.back(), m_folder.path(name));
+        EXPECT_EQ(answer(), m_folder.path(name));
         clearUp();
     }
 }
@@ -159,11 +210,17 @@ TEST_F(QtFolderChooserTest, doesNotAcceptAFile)
 {
     m_folder.file("file");
     ask(m_folder.path());
-    type(m_folder.path("file"));
-    EXPECT_FALSE(button(QDialogButtonBox::Open).isEnabled());
-    QTest::keyClick(&dialog(), Qt::Key_Return);
-    EXPECT_TRUE(dialog().isVisible());
+    for (const std::string name : {"file", "missing", "file/inside"}) {
+        type(m_folder.path(name));
+        QTest::keyClick(&path(), Qt::Key_Return);
+        const QString expected = QStringLiteral("There is no folder “%1”.")
+                                     .arg(QString::fromStdString(m_folder.path(name)));
+        waitUntil([&] { return message() == expected; });
+        EXPECT_TRUE(dialog().isVisible());
+    }
     EXPECT_TRUE(m_answers.empty());
+    QTest::keyClick(&path(), Qt::Key_Backspace);
+    EXPECT_EQ(message(), QString());
 }
 
 TEST_F(QtFolderChooserTest, aTypedUrlReachesAFolderOfAnyBytes)
@@ -172,15 +229,64 @@ TEST_F(QtFolderChooserTest, aTypedUrlReachesAFolderOfAnyBytes)
     ask(m_folder.path());
     type(fileUrl(m_folder.path("\xFF %")).value());
     confirm();
-    EXPECT_EQ(m_answers, Answers{m_folder.path("\xFF %")});
+    EXPECT_EQ(answer(), m_folder.path("\xFF %"));
 }
 
-TEST_F(QtFolderChooserTest, startsAboveAFolderThatQtCannotName)
+TEST_F(QtFolderChooserTest, listsFoldersAndLinksToFolders)
 {
-    m_folder.folder("\xFF");
-    m_folder.folder("\xFF/inside");
-    ask(m_folder.path("\xFF/inside"));
-    EXPECT_EQ(dialog().directory().absolutePath().toStdString(), m_folder.path());
+    for (const char *name : {"inside/b", "inside/A", "inside/.hidden", "inside/\xFF"}) {
+        m_folder.folder(name);
+    }
+    m_folder.file("inside/file");
+    m_folder.link("inside/link", "A");
+    m_folder.link("inside/broken", "nowhere");
+    ask(m_folder.path("inside"));
+    waitForList({"?", "A", "b", "link"});
+    for (auto *box : dialog().findChildren<QCheckBox *>()) {
+        box->click();
+    }
+    EXPECT_EQ(listed(), (std::vector<std::string>{".hidden", "?", "A", "b", "link"}));
+    part<QListWidget>("folders").setCurrentItem(&item("?"));
+    confirm();
+    EXPECT_EQ(answer(), m_folder.path("inside/\xFF"));
+}
+
+TEST_F(QtFolderChooserTest, goesIntoFoldersAndUpAgain)
+{
+    m_folder.folder("inside/deeper");
+    ask(m_folder.path());
+    waitForList({"inside"});
+    doubleClick("inside");
+    waitForList({"deeper"});
+    EXPECT_EQ(path().text().toStdString(), m_folder.path("inside"));
+    part<QListWidget>("folders").setCurrentRow(0);
+    EXPECT_EQ(path().text().toStdString(), m_folder.path("inside/deeper"));
+    QTest::keyClick(&part<QListWidget>("folders"), Qt::Key_Return);
+    waitUntil([this] { return dialog().currentFolder() == m_folder.path("inside/deeper"); });
+    waitForStart();
+    EXPECT_TRUE(m_answers.empty()) << "Return has not confirmed";
+
+    QTest::mouseClick(&part<QToolButton>("upButton"), Qt::LeftButton);
+    waitForList({"deeper"});
+    QTest::keyClick(&part<QListWidget>("folders"), Qt::Key_Backspace);
+    waitForList({"inside"});
+    EXPECT_EQ(path().text().toStdString(), m_folder.path());
+    confirm();
+    EXPECT_EQ(answer(), m_folder.path());
+}
+
+TEST_F(QtFolderChooserTest, hasPlacesToStartFrom)
+{
+    ask(m_folder.path());
+    auto &places = part<QListWidget>("places");
+    ASSERT_GE(places.count(), 2);
+    EXPECT_EQ(places.item(0)->text(), "Home");
+    QTest::mouseClick(places.viewport(), Qt::LeftButton, {},
+                      places.visualItemRect(places.item(1)).center());
+    EXPECT_EQ(dialog().currentFolder(), "/");
+    waitForStart();
+    confirm();
+    EXPECT_EQ(answer(), "/");
 }
 
 TEST_F(QtFolderChooserTest, startsInTheNearestFolderThereIs)
@@ -188,7 +294,8 @@ TEST_F(QtFolderChooserTest, startsInTheNearestFolderThereIs)
     m_folder.file("file");
     for (const std::string name : {"missing/missing", "file", "file/missing"}) {
         ask(m_folder.path(name));
-        EXPECT_EQ(dialog().directory().absolutePath().toStdString(), m_folder.path()) << name;
+        waitForStart();
+        EXPECT_EQ(dialog().currentFolder(), m_folder.path()) << name;
         cancel();
         clearUp();
     }
@@ -198,7 +305,7 @@ TEST_F(QtFolderChooserTest, startsAtHomeWhenItIsToldNoPath)
 {
     for (const std::string path : {"", "relative"}) {
         ask(path);
-        EXPECT_EQ(dialog().directory().absolutePath().toStdString(), std::getenv("HOME"));
+        EXPECT_EQ(dialog().currentFolder(), std::getenv("HOME"));
         cancel();
         clearUp();
     }
@@ -217,8 +324,9 @@ TEST_F(QtFolderChooserTest, staysWithTheDialogThatIsOpen)
     EXPECT_EQ(dialogs().size(), 1);
     EXPECT_EQ(button(QDialogButtonBox::Open).text(), "Scan");
 
+    waitForStart();
     confirm();
-    EXPECT_EQ(m_answers, Answers{m_folder.path()});
+    EXPECT_EQ(answer(), m_folder.path());
     EXPECT_EQ(others, none);
 }
 
@@ -230,7 +338,7 @@ TEST_F(QtFolderChooserTest, mayBeAskedAgainByTheAnswer)
     clearUp();
     ASSERT_EQ(dialogs().size(), 1);
     confirm();
-    EXPECT_EQ(m_answers, Answers{m_folder.path("inside")});
+    EXPECT_EQ(answer(), m_folder.path("inside"));
 }
 
 TEST_F(QtFolderChooserTest, answersNoMoreWhenTheWindowIsGone)
@@ -241,8 +349,9 @@ TEST_F(QtFolderChooserTest, answersNoMoreWhenTheWindowIsGone)
 
     m_window = std::make_unique<QWidget>();
     ask(m_folder.path());
+    waitForStart();
     confirm();
-    EXPECT_EQ(m_answers, Answers{m_folder.path()});
+    EXPECT_EQ(answer(), m_folder.path());
 }
 
 TEST_F(QtFolderChooserTest, answersNoMoreWhenItIsGone)
@@ -253,6 +362,72 @@ TEST_F(QtFolderChooserTest, answersNoMoreWhenItIsGone)
     EXPECT_TRUE(dialogs().isEmpty());
     QCoreApplication::processEvents();
     EXPECT_TRUE(m_answers.empty());
+}
+
+/// A folder in which a file system is mounted that does not answer.
+class HangingFolderTest : public QtFolderChooserTest {
+protected:
+    void SetUp() override
+    {
+        if (const auto missing = HangingVolume::missingRequirement()) {
+            GTEST_SKIP() << "needs " << *missing;
+        }
+        m_folder.folder("inside/dead");
+        m_folder.folder("inside/living");
+        m_folder.link("inside/link", "dead");
+        m_volume = std::make_unique<HangingVolume>(
+            m_folder.path("inside/dead"), std::vector<std::string>{"statfs", "getattr", "readdir"});
+        m_volume->hang();
+    }
+
+    std::unique_ptr<HangingVolume> m_volume;
+};
+
+TEST_F(HangingFolderTest, isListedAmongTheOthers)
+{
+    ask(m_folder.path("inside"));
+    waitForList({"dead", "living"});
+    m_volume->waitUntilHeld("getattr"); // for the link, on which only the child waits
+    doubleClick("living");
+    waitUntil([this] { return dialog().currentFolder() == m_folder.path("inside/living"); });
+    waitForStart();
+    confirm();
+    EXPECT_EQ(answer(), m_folder.path("inside/living"));
+}
+
+TEST_F(HangingFolderTest, canBeLeftAgainAndAnswersLater)
+{
+    ask(m_folder.path("inside"));
+    waitForList({"dead", "living"});
+    doubleClick("dead");
+    EXPECT_EQ(dialog().currentFolder(), m_folder.path("inside/dead"));
+    m_volume->waitUntilHeld("getattr");
+    EXPECT_EQ(message(), "Looking into “dead”…");
+    QTest::mouseClick(&part<QToolButton>("upButton"), Qt::LeftButton);
+    waitForList({"dead", "living"});
+
+    doubleClick("dead");
+    m_volume->answer();
+    waitForList({"inside", "link"});
+    confirm();
+    EXPECT_EQ(answer(), m_folder.path("inside/dead"));
+}
+
+TEST_F(HangingFolderTest, canBeTypedAndGivenUp)
+{
+    ask(m_folder.path());
+    type(m_folder.path("inside/dead/inside"));
+    QTest::keyClick(&path(), Qt::Key_Return);
+    m_volume->waitUntilHeld("getattr");
+    EXPECT_TRUE(dialog().isVisible());
+    type(m_folder.path("inside/living"));
+    QTest::keyClick(&path(), Qt::Key_Return);
+    EXPECT_EQ(answer(), m_folder.path("inside/living"));
+    clearUp();
+
+    ask(m_folder.path("inside/dead"));
+    QTest::keyClick(&dialog(), Qt::Key_Escape);
+    EXPECT_EQ(answer(), std::nullopt);
 }
 
 } // namespace
