@@ -175,10 +175,10 @@ void FolderDialog::connectListers()
     connect(&m_lister, &FolderLister::opened, this, [this] {
         m_isStarting = false;
         m_isThere = true;
-        m_message->clear();
     });
     connect(&m_lister, &FolderLister::failed, this, &FolderDialog::takeFailure);
     connect(&m_lister, &FolderLister::found, this, &FolderDialog::addFolders);
+    connect(&m_lister, &FolderLister::finished, this, &FolderDialog::endReading);
     connect(&m_check, &FolderLister::opened, this, [this] {
         m_check.stop();
         m_chosen = m_checked;
@@ -197,7 +197,15 @@ void FolderDialog::showFolder(const std::string &path)
         showPath(m_folder);
     }
     m_message->setText(tr("Looking into “%1”…").arg(shownText(nameOf(m_folder))));
+    m_isReading = true;
     m_lister.list(m_folder);
+}
+
+void FolderDialog::endReading()
+{
+    if (std::exchange(m_isReading, false)) {
+        m_message->clear();
+    }
 }
 
 void FolderDialog::goUp()
@@ -218,6 +226,7 @@ void FolderDialog::enter(const QListWidgetItem *item)
 
 void FolderDialog::addFolders(const std::vector<std::string> &names)
 {
+    endReading(); // there may be more, but what is there can be used
     const QIcon icon = style()->standardIcon(QStyle::SP_DirIcon);
     for (const std::string &name : names) {
         QListWidgetItem *item = newItem(icon, name, joined(m_folder, name));
@@ -240,6 +249,7 @@ void FolderDialog::takeFailure(int error)
         showFolder(folderOf(m_folder));
         return;
     }
+    m_isReading = false;
     m_message->setText(tr("“%1” cannot be read: %2")
                            .arg(shownText(m_folder),
                                 QString::fromStdString(std::generic_category().message(error))));
@@ -268,6 +278,7 @@ void FolderDialog::accept()
         return;
     }
     m_checked = path;
+    m_isReading = false;
     m_message->setText(tr("Looking for “%1”…").arg(shownText(path)));
     m_check.list(path);
 }

@@ -63,6 +63,7 @@ private:
     void goUp();
     void enter(const QListWidgetItem *item);
     void addFolders(const std::vector<std::string> &names);
+    void endReading();
     void showHiddenFolders(bool areShown);
     void takeFailure(int error);
     void takeCheckFailure(int error);
@@ -76,6 +77,7 @@ private:
     std::string m_shownPath;  ///< what the line shows, unless the user has changed it
     bool m_isStarting = true; ///< until a folder was found to start in
     bool m_isThere = false;   ///< the current folder is one
+    bool m_isReading = false; ///< and the message says so
     std::optional<std::string> m_chosen;
 
     // The dialog owns them.

@@ -68,6 +68,7 @@ void HangingVolume::waitUntilHeld(const std::string &operation) const
 void HangingVolume::freeze() const
 {
     m_program.sendSignal(SIGSTOP);
+    m_program.waitForStop();
 }
 
 void HangingVolume::waitForReport(const std::string &line) const

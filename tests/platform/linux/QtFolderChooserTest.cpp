@@ -4,6 +4,7 @@
 #include "platform/linux/FolderDialog.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/linux/HangingVolume.hpp"
+#include "tests/platform/linux/StartedProgram.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
 
 #include <QCheckBox>
@@ -19,10 +20,12 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessaly {
@@ -401,7 +404,8 @@ TEST_F(HangingFolderTest, canBeLeftAgainAndAnswersLater)
     waitForList({"dead", "living"});
     doubleClick("dead");
     EXPECT_EQ(dialog().currentFolder(), m_folder.path("inside/dead"));
-    m_volume->waitUntilHeld("getattr");
+    m_volume->waitUntilHeld("readdir");
+    QCoreApplication::processEvents();
     EXPECT_EQ(message(), "Looking into “dead”…");
     QTest::mouseClick(&part<QToolButton>("upButton"), Qt::LeftButton);
     waitForList({"dead", "living"});
@@ -428,6 +432,20 @@ TEST_F(HangingFolderTest, canBeTypedAndGivenUp)
     ask(m_folder.path("inside/dead"));
     QTest::keyClick(&dialog(), Qt::Key_Escape);
     EXPECT_EQ(answer(), std::nullopt);
+}
+
+TEST_F(HangingFolderTest, keepsNoProgramFromEnding)
+{
+    for (const auto &[folder, operation] :
+         {std::pair("inside", "getattr"), std::pair("inside/dead", "readdir")}) {
+        StartedProgram program({TESSALY_ENDING_PROGRAM, "choose-folder", m_folder.path(folder)});
+        EXPECT_EQ(program.reportedLine(), "asked");
+        m_volume->waitUntilHeld(operation);
+        program.sendSignal(SIGTERM);
+        EXPECT_EQ(program.waitForEnd(), 0) << program.complaints();
+        m_volume->answer(); // lets go of the child
+        m_volume->hang();
+    }
 }
 
 } // namespace

@@ -129,6 +129,14 @@ void StartedProgram::sendSignal(int number) const
     }
 }
 
+void StartedProgram::waitForStop() const
+{
+    int status = 0;
+    if (waitpid(m_process, &status, WUNTRACED) != m_process || !WIFSTOPPED(status)) {
+        throw std::runtime_error(m_name + " has not stopped");
+    }
+}
+
 int StartedProgram::waitForEnd()
 {
     int status = 0;

@@ -35,6 +35,9 @@ public:
 
     void sendSignal(int number) const;
 
+    /// Waits until SIGSTOP has stopped all of it.
+    void waitForStop() const;
+
     /// Waits for its end, and returns how it ended as waitpid() says it.
     [[nodiscard]] int waitForEnd();
 

@@ -7,6 +7,7 @@
 #include "platform/linux/CrashLog.hpp"
 #include "platform/linux/LinuxSettingsStore.hpp"
 #include "platform/linux/ProgramLog.hpp"
+#include "platform/linux/QtFolderChooser.hpp"
 #include "platform/linux/SingleInstance.hpp"
 #include "platform/linux/TerminationSignals.hpp"
 #include "tests/fakes/FakeServices.hpp"
@@ -15,6 +16,7 @@
 #include <QLoggingCategory>
 #include <QMetaObject>
 #include <QStringList>
+#include <QWidget>
 
 #include <array>
 #include <chrono>
@@ -240,6 +242,18 @@ int withStatus(const std::function<void()> &body)
 
 using Way = std::function<int(const std::string &)>;
 
+/// Asks for a folder, starting with this one, until it is asked to end.
+int chooseFolder(const std::string &folder)
+{
+    const TerminationSignals terminationSignals;
+    QWidget window;
+    window.show();
+    QtFolderChooser chooser(TESSALY_PROBE);
+    chooser.chooseFolder(window, {folder, "Scan"}, [](const auto & /*answer*/) {});
+    report("asked");
+    return QApplication::exec();
+}
+
 const std::map<std::string, Way> ways = {
     {"segv", [](auto &) { return withStatus([] { writeToPage(-1, PROT_NONE); }); }},
     {"bus",
@@ -264,6 +278,7 @@ const std::map<std::string, Way> ways = {
     {"claim", claim},
     {"claim-late", claimLate},
     {"get-stuck", getStuck},
+    {"choose-folder", chooseFolder},
 };
 
 } // namespace
