@@ -68,6 +68,12 @@ CellTableView::CellTableView(QWidget *parent) : QListView(parent), m_model(new C
     // Queued: whoever sets both selects the row before it becomes the current one.
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &CellTableView::makeSelectedRowCurrent, Qt::QueuedConnection);
+    // Qt sends this only when both presses were on the same row of the same content.
+    connect(this, &QListView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (m_source != nullptr) {
+            m_source->activateRow(index.row());
+        }
+    });
 }
 
 CellTableView::~CellTableView() = default;
@@ -155,6 +161,14 @@ void CellTableView::makeSelectedRowCurrent()
     }
 }
 
+/// The item view makes the first row the current one when it gets the focus, but selects none.
+void CellTableView::selectCurrentRow()
+{
+    if (selectedRow() < 0 && currentIndex().isValid()) {
+        selectRow(currentIndex().row());
+    }
+}
+
 QWidget *CellTableView::selectedCell()
 {
     const int row = selectedRow();
@@ -173,6 +187,23 @@ QItemSelectionModel::SelectionFlags CellTableView::selectionCommand(const QModel
                                                            : command;
 }
 
+void CellTableView::focusInEvent(QFocusEvent *event)
+{
+    QListView::focusInEvent(event);
+    if (event->reason() != Qt::MouseFocusReason) { // else the press selects a row
+        selectCurrentRow();
+    }
+}
+
+void CellTableView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) {
+        QListView::mouseDoubleClickEvent(event);
+    } else {
+        mousePressEvent(event); // doubleClicked() does not tell the buttons apart
+    }
+}
+
 void CellTableView::keyPressEvent(QKeyEvent *event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -180,6 +211,10 @@ void CellTableView::keyPressEvent(QKeyEvent *event)
     if (m_source != nullptr && isReturn && modifiers == Qt::NoModifier && selectedRow() >= 0) {
         scrollTo(currentIndex()); // a row that is out of sight has no cell
         m_source->activateRow(selectedRow());
+        return;
+    }
+    if (event->key() == Qt::Key_Escape) {
+        event->ignore(); // the item view would search for it
         return;
     }
     if (!event->text().isEmpty() && m_source != nullptr &&

@@ -18,7 +18,9 @@ class CellTableSource;
 /// take no more cells than fit into the window. Selection, keys, type-ahead and what assistive
 /// technology sees are those of the item view that this is.
 ///
-/// Keys: Return goes into the selected row, the menu key shows its menu.
+/// Keys:  Return goes into the selected row, the menu key shows its menu. When a key brings the
+///        focus, a row is selected if none was.
+/// Mouse: a double click goes into a row, except on what takes clicks itself.
 class CellTableView : public QListView {
     Q_OBJECT
 
@@ -65,6 +67,8 @@ public:
     [[nodiscard]] QWidget *selectedCell();
 
 protected:
+    void focusInEvent(QFocusEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     [[nodiscard]] QItemSelectionModel::SelectionFlags
     selectionCommand(const QModelIndex &index, const QEvent *event = nullptr) const override;
@@ -82,6 +86,7 @@ private:
 
     /// Assistive technology selects a row, but leaves the current row as it was.
     void makeSelectedRowCurrent();
+    void selectCurrentRow();
     void layOutCells();
     [[nodiscard]] std::pair<int, int> rowsInSight() const;
 

@@ -18,6 +18,7 @@ void ClickableView::mousePressEvent(QMouseEvent *event)
 {
     m_isPressed = m_isClickable && event->button() == Qt::LeftButton &&
                   clickableRect().contains(event->position().toPoint());
+    m_tookLastPress = m_isPressed;
     event->ignore(); // the row is selected as well
 }
 
@@ -40,7 +41,8 @@ void ClickableView::mouseReleaseEvent(QMouseEvent *event)
 
 void ClickableView::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    event->ignore(); // the first of its two clicks has done what there is to do
+    // The first of its two clicks has done what there is to do, if it was one on this.
+    event->setAccepted(std::exchange(m_tookLastPress, false));
 }
 
 } // namespace tessaly

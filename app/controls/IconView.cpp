@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include <cmath>
+
 namespace tessaly {
 
 IconView::IconView(QWidget *parent) : ClickableView(parent)
@@ -30,9 +32,13 @@ void IconView::setImageSize(QSize size)
 void IconView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    QRect place({0, 0}, m_imageSize);
+    // QIcon::paint() enlarges the image for one scale at a scale between two, pixel by pixel. So
+    // take the one for the next whole scale, and draw it smaller.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QPixmap image = m_image.pixmap(m_imageSize, std::ceil(painter.deviceTransform().m11()));
+    QRect place({0, 0}, image.deviceIndependentSize().toSize());
     place.moveCenter(rect().center());
-    m_image.paint(&painter, place);
+    painter.drawPixmap(place, image);
 }
 
 } // namespace tessaly

@@ -8,6 +8,7 @@
 #include "app/controls/KORVENProgressBar.hpp"
 #include "app/controls/NameLabel.hpp"
 #include "app/controls/Separator.hpp"
+#include "app/controls/WrappingLabel.hpp"
 #include "resources/Artwork.hpp"
 
 #include <QAbstractButton>
@@ -45,6 +46,7 @@ QHash<QString, InterfaceFile::Maker> &makers()
         {u"IconView"_s, maker<IconView>()},
         {u"NameLabel"_s, maker<NameLabel>()},
         {u"Separator"_s, maker<Separator>()},
+        {u"WrappingLabel"_s, maker<WrappingLabel>()},
     };
     return all;
 }

@@ -1,14 +1,37 @@
 #include "app/controls/NameLabel.hpp"
 
+#include "app/controls/WrappedText.hpp"
 #include "engine/ArchivedName.hpp"
 #include "engine/PrintableText.hpp"
 
+#include <QHelpEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QStyle>
+#include <QTextDocument>
+#include <QToolTip>
 
 #include <algorithm>
 
 namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A tooltip with the text, in lines of at most half the screen's width. Qt leaves a plain text in
+/// one line, and takes what looks like markup for such.
+QString toolTipOf(const QString &text, const QScreen &screen)
+{
+    constexpr int maxLineCount = 20;
+    const QString lines =
+        wrappedText(text, QToolTip::font(), screen.availableGeometry().width() / 2, maxLineCount);
+    return Qt::mightBeRichText(lines)
+               ? u"<div style='white-space: pre'>%1</div>"_s.arg(lines.toHtmlEscaped())
+               : lines;
+}
+
+} // namespace
 
 QString drawableText(const QString &text)
 {
@@ -50,6 +73,22 @@ QSize NameLabel::sizeHint() const
 QSize NameLabel::minimumSizeHint() const
 {
     return {fontMetrics().averageCharWidth() * 4, fontMetrics().height()};
+}
+
+bool NameLabel::isShortened() const
+{
+    return fontMetrics().size(Qt::TextSingleLine, m_shownText).width() > contentsRect().width();
+}
+
+bool NameLabel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip &&
+        (!toolTip().isEmpty() || (m_tellsWhenShortened && isShortened()))) {
+        QToolTip::showText(static_cast<const QHelpEvent &>(*event).globalPos(),
+                           toolTipOf(m_shownText, *screen()), this);
+        return true;
+    }
+    return ClickableView::event(event);
 }
 
 void NameLabel::paintEvent(QPaintEvent * /*event*/)

@@ -1,7 +1,11 @@
 #include "app/controls/NameLabel.hpp"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QHelpEvent>
 #include <QImage>
+#include <QScreen>
+#include <QTest>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -23,6 +27,25 @@ QImage drawn(const QString &text, Qt::LayoutDirection direction)
     QImage image = label.grab().toImage();
     QGuiApplication::setLayoutDirection(before);
     return image;
+}
+
+/// What the pointer brings up over a label; empty when that is nothing.
+QString toolTipOver(NameLabel &label)
+{
+    QHelpEvent asked(QEvent::ToolTip, QPoint(2, 2), label.mapToGlobal(QPoint(2, 2)));
+    QCoreApplication::sendEvent(&label, &asked);
+    return asked.isAccepted() ? QToolTip::text() : QString();
+}
+
+/// The window with the tooltip.
+QWidget *toolTipWindow()
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->inherits("QTipLabel")) {
+            return window;
+        }
+    }
+    return nullptr;
 }
 
 TEST(NameLabel, nameRunsAsItsLettersDoWhateverTheWindow)
@@ -53,6 +76,51 @@ TEST(NameLabel, nameBeginsWhereTheWindowDoes)
     label.setLayoutDirection(Qt::RightToLeft);
     EXPECT_TRUE(isEmpty(left));
     EXPECT_FALSE(isEmpty(right));
+}
+
+TEST(NameLabel, toolTipFitsOntoTheScreen)
+{
+    const QString name(250, u'm');
+    NameLabel label;
+    label.setText(name);
+    label.show();
+    EXPECT_EQ(toolTipOver(label), QString());
+    label.setToolTip(name);
+    EXPECT_EQ(toolTipOver(label).remove(u'\n'), name);
+    const QWidget *window = toolTipWindow();
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->screen()->availableGeometry().contains(window->geometry()));
+    QToolTip::hideText();
+}
+
+TEST(NameLabel, toolTipShowsMarkupAsItIs)
+{
+    const QString name = u"<b>not  bold</b> but a name"_s;
+    NameLabel label;
+    label.setText(name);
+    label.setToolTip(name.toHtmlEscaped());
+    label.show();
+    const QString told = toolTipOver(label);
+    EXPECT_TRUE(told.contains(name.toHtmlEscaped())) << qPrintable(told);
+    EXPECT_TRUE(told.contains(u"white-space: pre"_s)) << "which keeps both spaces";
+    QToolTip::hideText();
+}
+
+TEST(NameLabel, shortenedTextIsToldWhereThatIsWanted)
+{
+    NameLabel label;
+    label.setText(u"/home/ada/Pictures"_s);
+    label.resize(label.sizeHint());
+    label.show();
+    label.setTellsWhenShortened(true);
+    EXPECT_FALSE(label.isShortened());
+    EXPECT_EQ(toolTipOver(label), QString());
+    label.resize(label.width() / 2, label.height());
+    EXPECT_TRUE(label.isShortened());
+    EXPECT_EQ(toolTipOver(label), u"/home/ada/Pictures"_s);
+    label.setTellsWhenShortened(false);
+    EXPECT_EQ(toolTipOver(label), QString());
+    QToolTip::hideText();
 }
 
 } // namespace
