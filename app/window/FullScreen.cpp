@@ -9,9 +9,9 @@
 #include <QAction>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QSequentialAnimationGroup>
-#include <QShortcut>
 #include <QVariantAnimation>
 
 #include <span>
@@ -31,17 +31,9 @@ int millisecondsOf(double seconds)
 
 } // namespace
 
-FullScreen::FullScreen(KORVENWindow &window, Motion motion)
-    : m_window(&window), m_motion(motion), m_escape(new QShortcut(Qt::Key_Escape, &window))
+FullScreen::FullScreen(KORVENWindow &window, Motion motion) : m_window(&window), m_motion(motion)
 {
-    m_escape->setEnabled(false);
-    connect(m_escape, &QShortcut::activated, this, &FullScreen::toggleFullScreen);
     window.installEventFilter(this);
-}
-
-FullScreen::~FullScreen()
-{
-    delete m_escape;
 }
 
 void FullScreen::setFullscreenMenuItem(QAction *item)
@@ -103,7 +95,7 @@ void FullScreen::startCustomAnimationToEnterFullScreenWithDuration(double durati
 {
     const QRect frame = m_window->geometry();
     rememberPlacement(frame);
-    setState(State::entering);
+    m_state = State::entering;
     const QList<QScreen *> screens = QGuiApplication::screens();
     if (m_motion == Motion::byDesktop || screens.isEmpty()) {
         coverScreen();
@@ -126,7 +118,7 @@ void FullScreen::startCustomAnimationToExitFullScreenWithDuration(double duratio
     const int margin = m_window->outerMargin();
     const QRect current =
         m_window->geometry().marginsRemoved(QMargins(margin, margin, margin, margin));
-    setState(State::exiting);
+    m_state = State::exiting;
     m_window->setConstrainingToScreenSuspended(true);
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowFullScreen);
     if (m_motion == Motion::byDesktop) {
@@ -190,12 +182,6 @@ void FullScreen::restoreState()
     services().settings.remove(frameKey);
 }
 
-void FullScreen::setState(State state)
-{
-    m_state = state;
-    m_escape->setEnabled(state == State::full);
-}
-
 void FullScreen::animate(const QRectF &start, const QRectF &centre, double secondsToCentre,
                          const QRectF &end, double secondsToEnd)
 {
@@ -236,7 +222,7 @@ void FullScreen::animationEnded()
 
 void FullScreen::coverScreen()
 {
-    setState(State::full);
+    m_state = State::full;
     m_window->setWindowState(m_window->windowState() | Qt::WindowFullScreen);
     updateMargin();
 }
@@ -251,7 +237,7 @@ void FullScreen::returnToWindow()
         }
     }
     m_window->setConstrainingToScreenSuspended(false);
-    setState(State::windowed);
+    m_state = State::windowed;
     updateMargin();
     services().settings.remove(frameKey);
 }
@@ -266,6 +252,8 @@ void FullScreen::setFrame(const QRect &frame)
 bool FullScreen::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::KeyPress:
+        return handleKey(static_cast<const QKeyEvent &>(*event));
     case QEvent::WindowStateChange:
         followWindow();
         break;
@@ -289,6 +277,18 @@ bool FullScreen::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
+/// A key that nothing else in the window has used. Escape is no shortcut here: it would be
+/// ambiguous with the one that cancels a scan, and Qt then runs neither.
+bool FullScreen::handleKey(const QKeyEvent &key)
+{
+    const bool leaves = m_state == State::full && key.key() == Qt::Key_Escape &&
+                        key.modifiers() == Qt::NoModifier && !key.isAutoRepeat();
+    if (leaves) {
+        toggleFullScreen();
+    }
+    return leaves;
+}
+
 /// Somebody else may have taken the window into full screen or out of it.
 void FullScreen::followWindow()
 {
@@ -296,7 +296,7 @@ void FullScreen::followWindow()
     if (isFullScreen && m_state == State::windowed) {
         rememberPlacement(m_window->normalGeometry());
         willEnterFull();
-        setState(State::full);
+        m_state = State::full;
     } else if (!isFullScreen && m_state == State::full) {
         willExitFull();
         startCustomAnimationToExitFullScreenWithDuration(usualDuration);

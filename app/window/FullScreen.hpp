@@ -13,8 +13,8 @@
 #include <vector>
 
 class QAction;
+class QKeyEvent;
 class QSequentialAnimationGroup;
-class QShortcut;
 
 namespace tessaly {
 
@@ -27,8 +27,8 @@ class KORVENWindow;
 /// Then it covers the screen, and everything that the desktop has there, with a margin around the
 /// same contents in the same place. Leaving goes the same way back. Where programs cannot place
 /// their windows, the desktop does both by itself; the margin is the same. Escape leaves full
-/// screen. When the desktop takes the window there or back, or the window's own zoom does, this
-/// follows.
+/// screen, unless a widget of the window or a shortcut uses that key. When the desktop takes the
+/// window there or back, or the window's own zoom does, this follows.
 ///
 /// While the window is in full screen, the settings hold where it was before, so that it comes back
 /// there when the program ends in full screen: in a window, since a program that covers all of the
@@ -60,7 +60,7 @@ public:
 
     /// Requires: `window` outlives this, and is in no full screen yet.
     FullScreen(KORVENWindow &window, Motion motion);
-    ~FullScreen() override;
+    ~FullScreen() override = default;
     Q_DISABLE_COPY_MOVE(FullScreen)
 
     [[nodiscard]] State state() const noexcept { return m_state; }
@@ -110,7 +110,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void setState(State state);
+    [[nodiscard]] bool handleKey(const QKeyEvent &key);
     void rememberPlacement(const QRect &frame);
     void invalidateRestorableState() const;
     void animate(const QRectF &start, const QRectF &centre, double secondsToCentre,
@@ -126,7 +126,6 @@ private:
     KORVENWindow *m_window;
     const Motion m_motion;
     QPointer<QAction> m_fullscreenMenuItem;
-    QShortcut *m_escape;
     QSequentialAnimationGroup *m_animation = nullptr; ///< while one runs
     State m_state = State::windowed;
 
