@@ -14,6 +14,7 @@
 #include <QShortcut>
 #include <QStackedWidget>
 
+#include <algorithm>
 #include <utility>
 
 namespace tessaly {
@@ -65,27 +66,16 @@ void ResultViewController::findOutlets(const QString &cellIdentifier)
     m_scanButton = &outlet<KORVENButton>(view, "scanButton");
     m_cancelButton = &outlet<KORVENButton>(view, "cancelButton");
     m_sortButton = &outlet<KORVENButton>(view, "sortButton");
-    m_backButton = &outlet<KORVENButton>(view, "backButton");
-    m_folderLabel = &outlet<QLabel>(view, "folderLabel");
-    m_totalLabel = &outlet<QLabel>(view, "totalLabel");
-    m_dateLabel = &outlet<QLabel>(view, "dateLabel");
     m_noticeLabel = &outlet<QLabel>(view, "noticeLabel");
     m_scanProgress = &outlet<QProgressBar>(view, "scanProgress");
+    m_scanLabel = &outlet<NameLabel>(view, "scanLabel");
     m_resultPages = &outlet<QStackedWidget>(view, "resultPages");
-    m_emptyPage = &outlet<QWidget>(view, "emptyPage");
-    m_emptyTitle = &outlet<QLabel>(view, "emptyTitle");
-    m_emptyText = &outlet<QLabel>(view, "emptyText");
-    m_emptyButton = &outlet<KORVENButton>(view, "emptyButton");
-
-    for (KORVENButton *button : {m_scanButton, m_cancelButton, m_emptyButton}) {
+    m_header = std::make_unique<ResultHeader>(view);
+    m_emptyPage = std::make_unique<EmptyPage>(view);
+    makeCaption(*m_scanLabel);
+    for (KORVENButton *button : {m_scanButton, m_cancelButton, &m_emptyPage->button()}) {
         m_pressGuard.watch(*button);
     }
-    m_totalCaption = &outlet<QLabel>(view, "totalCaption");
-    makeTitle(*m_totalLabel);
-    makeTitle(*m_emptyTitle);
-    makeCaption(*m_dateLabel);
-    makeCaption(*m_totalCaption);
-    makeCaption(*m_emptyText);
 
     const QStringList missing = wireActions(view, *this,
                                             {{"scanButton", [this] { scanButtonPressed(); }},
@@ -100,7 +90,7 @@ void ResultViewController::findOutlets(const QString &cellIdentifier)
                             QKeySequence(Qt::ALT | Qt::Key_Up)}) {
         auto *shortcut = new QShortcut(key, m_view, nullptr, nullptr, Qt::WindowShortcut);
         connect(shortcut, &QShortcut::activated, this, [this] {
-            if (m_backButton->isVisibleTo(m_view)) {
+            if (m_header->backButton().isVisibleTo(m_view)) {
                 drillUpOneLevel();
             }
         });
@@ -114,12 +104,13 @@ void ResultViewController::awakeFromNib()
     }
     m_firstRunFlag = false;
     resetOrder();
-    showDate({});
+    m_header->showDate({});
     m_cells->registerCells();
-    m_drillDownPath.reset();
-    showBackButton(false);
+    m_level.forgetPath();
+    m_header->showBackButton(false);
     showTotal({});
     m_scanProgress->hide();
+    m_scanLabel->hide();
     m_tableView->setDataSource(this);
     showStart();
     if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
@@ -153,22 +144,19 @@ void ResultViewController::startScan(const std::string &folder,
 {
     ++m_loadGeneration;
     m_scanFolder = folder;
-    const bool isKeyboardOnButton = holdsKeyboard(*m_scanButton) || holdsKeyboard(*m_sortButton) ||
-                                    holdsKeyboard(*m_emptyButton);
+    const QString folderText = textOfName(folder);
     m_cancelButton->setTitle(tr("Cancel"));
     m_cancelButton->show();
     m_cancelButton->setEnabled(true);
-    if (isKeyboardOnButton) {
-        m_cancelButton->setFocus();
-    }
+    takeKeyboardForScan();
     m_scanButton->hide();
     m_sortButton->hide();
     m_scanProgress->show();
-    m_emptyButton->hide();
+    m_scanLabel->setText(tr("Scanning %1").arg(folderText));
+    m_scanLabel->show();
+    m_emptyPage->button().hide();
     if (m_scanArray.empty()) {
-        m_emptyTitle->setText(tr("Scanning…"));
-        m_emptyText->setText(drawableText(textOfName(folder)));
-        m_emptyText->show();
+        m_emptyPage->say(tr("Scanning…"), drawableText(folderText));
     }
     showNotice({});
     m_isScanRunningNow = true;
@@ -205,8 +193,7 @@ void ResultViewController::cancelClicked()
 
 void ResultViewController::takeResult(ScanResult &result)
 {
-    m_drillTree = result.tree;
-    m_drillResults = m_drillTree ? &m_drillTree->root() : nullptr;
+    m_level.setTree(result.tree);
     takeRows(std::move(result.rows));
 }
 
@@ -226,18 +213,20 @@ void ResultViewController::updateScanResults(ScanResult result)
     ++m_loadGeneration;
     const bool isKeyboardForRows = scanFinishedOrCancelled();
     takeResult(result);
-    m_drillDownPath.reset();
-    if (m_drillResults != nullptr) {
-        m_drillDownPath = std::string(m_drillResults->itemName());
-        m_scanFolder = *m_drillDownPath;
+    m_level.takePathOfTree();
+    if (m_level.path()) {
+        m_scanFolder = *m_level.path();
     }
-    folderNameField()->setText(textOfName(m_drillDownPath.value_or(std::string())));
-    showDate(result.dateText);
-    showTotal(m_drillResults != nullptr ? buildString(m_scanTotal) : QString());
+    folderNameField()->setText(textOfName(m_level.path().value_or(std::string())));
+    m_header->showDate(result.dateText);
+    showTotal(m_level.hasTree() ? buildString(m_scanTotal) : QString());
     showNotice(result.notice);
     resetOrder();
-    m_emptyTitle->setText(result.emptyTitle);
-    m_emptyText->setText(result.emptyText);
+    if (result.emptyTitle.isEmpty()) {
+        m_emptyPage->sayWhyThereAreNoRows(m_level.folder());
+    } else {
+        m_emptyPage->say(result.emptyTitle, result.emptyText);
+    }
     reloadTable();
     if (isKeyboardForRows) {
         giveKeyboardToRows();
@@ -253,9 +242,9 @@ void ResultViewController::cancelledScanResults()
     const bool isKeyboardForRows = scanFinishedOrCancelled();
     m_scanArray.clear();
     folderNameField()->setText(textOfName(m_scanFolder));
-    m_drillDownPath.reset();
+    m_level.forgetPath();
     showTotal({});
-    showDate({});
+    m_header->showDate({});
     reloadTable();
     showEmptyState(tr("The scan was canceled"), tr("Nothing of it was kept."));
     if (isKeyboardForRows) {
@@ -268,16 +257,18 @@ void ResultViewController::cancelledScanResults()
 bool ResultViewController::scanFinishedOrCancelled()
 {
     const bool isKeyboardForRows = holdsKeyboard(*m_cancelButton) ||
-                                   holdsKeyboard(*m_emptyButton) || holdsKeyboard(*m_backButton);
+                                   holdsKeyboard(m_emptyPage->button()) ||
+                                   holdsKeyboard(m_header->backButton());
     m_scanButton->show();
     m_sortButton->show();
     if (isKeyboardForRows) {
         m_scanButton->setFocus(); // where it is while the rows are out of sight
     }
     m_scanProgress->hide();
+    m_scanLabel->hide();
     m_cancelButton->hide();
     m_cancelButton->setEnabled(false);
-    showBackButton(false);
+    m_header->showBackButton(false);
     return isKeyboardForRows;
 }
 
@@ -288,16 +279,23 @@ void ResultViewController::giveKeyboardToRows()
     }
 }
 
-void ResultViewController::showTotal(const QString &total)
+/// The user works next on the screen that scans. Within the screen the keyboard stays where it is,
+/// unless that is a button which a scan hides.
+void ResultViewController::takeKeyboardForScan()
 {
-    m_totalLabel->setText(total);
-    m_totalCaption->setVisible(!total.isEmpty());
+    const bool isElsewhere =
+        m_view->isVisible() && !m_view->isAncestorOf(m_view->window()->focusWidget());
+    if (isElsewhere && m_tableView->isVisibleTo(m_view)) {
+        m_tableView->setFocus();
+    } else if (isElsewhere || holdsKeyboard(*m_scanButton) || holdsKeyboard(*m_sortButton) ||
+               holdsKeyboard(m_emptyPage->button())) {
+        m_cancelButton->setFocus();
+    }
 }
 
-void ResultViewController::showDate(const QString &date)
+void ResultViewController::showTotal(const QString &total)
 {
-    m_dateLabel->setText(date);
-    m_dateLabel->setVisible(!date.isEmpty()); // without one the path has the middle to itself
+    m_header->showTotal(total);
 }
 
 void ResultViewController::showNotice(const QString &notice)
@@ -306,41 +304,20 @@ void ResultViewController::showNotice(const QString &notice)
     m_noticeLabel->setVisible(!notice.isEmpty());
 }
 
-void ResultViewController::showBackButton(bool isShown)
-{
-    m_backButton->setVisible(isShown);
-    m_folderLabel->setVisible(!isShown);
-}
-
 void ResultViewController::drillDownOneLevel(std::string_view name)
 {
     if (m_lockDrillDown) {
         return;
     }
-    showBackButton(true);
-    m_drillDownPath = m_drillDownPath ? pathBelow(*m_drillDownPath, name) : std::string(name);
-    m_drillResults = drillDownToPath(name);
-    populateScanTable(m_drillResults);
+    m_header->showBackButton(true);
+    m_level.goDown(name, m_level.path() ? pathBelow(*m_level.path(), name) : std::string(name));
+    populateScanTable(m_level.folder());
     updateScanResultsDrillDown();
-}
-
-const LUMFileContainer *ResultViewController::drillDownToPath(std::string_view name) const
-{
-    if (m_drillResults == nullptr) {
-        return nullptr;
-    }
-    for (const LUMFileItem &child : m_drillResults->subitems()) {
-        if (child.itemName() == name) {
-            return child.asContainer();
-        }
-    }
-    return nullptr;
 }
 
 bool ResultViewController::canDrillUp() const noexcept
 {
-    return !m_lockDrillDown && m_drillResults != nullptr &&
-           m_drillResults->parentContainer() != nullptr;
+    return !m_lockDrillDown && m_level.canGoUp();
 }
 
 void ResultViewController::drillUpOneLevel()
@@ -348,13 +325,26 @@ void ResultViewController::drillUpOneLevel()
     if (!canDrillUp()) {
         return;
     }
-    m_drillResults = m_drillResults->parentContainer();
-    if (m_drillResults->parentContainer() == nullptr) {
-        showBackButton(false);
+    const std::string_view left = m_level.folder()->itemName();
+    m_level.goUp(pathAbove(m_level.path()));
+    if (m_level.isTop()) {
+        m_header->showBackButton(false);
     }
-    m_drillDownPath = pathAbove(m_drillDownPath);
-    populateScanTable(m_drillResults);
+    populateScanTable(m_level.folder());
     updateScanResultsDrillDown();
+    selectFolder(left);
+}
+
+/// The rows in sight stay where they are.
+void ResultViewController::selectFolder(std::string_view name)
+{
+    const auto row = std::find_if(m_scanArray.begin(), m_scanArray.end(),
+                                  [&](const auto &object) { return object.folderName() == name; });
+    if (row != m_scanArray.end()) {
+        m_tableView->setAutoScroll(false);
+        m_tableView->selectRow(static_cast<int>(row - m_scanArray.begin()));
+        m_tableView->setAutoScroll(true);
+    }
 }
 
 std::optional<std::string>
@@ -365,18 +355,18 @@ ResultViewController::pathAbove(const std::optional<std::string> &folder) const
 
 void ResultViewController::updateScanResultsDrillDown()
 {
-    folderNameField()->setText(textOfName(m_drillDownPath.value_or(std::string())));
+    folderNameField()->setText(textOfName(m_level.path().value_or(std::string())));
     showTotal(buildString(m_scanTotal));
     resetOrder();
-    if (m_drillTree && !m_isScanRunningNow) {
-        m_emptyTitle->clear(); // what it says is about another level
+    if (m_level.hasTree()) {
+        m_emptyPage->sayWhyThereAreNoRows(m_level.folder());
     }
     reloadTable();
 }
 
 void ResultViewController::refreshTable()
 {
-    populateScanTable(m_drillResults);
+    populateScanTable(m_level.folder());
     updateScanResultsDrillDown();
 }
 
@@ -406,33 +396,28 @@ void ResultViewController::reloadTable()
     if (!m_scanArray.empty()) {
         m_tableView->selectRow(0);
     }
-    showTableOrEmptyState();
+    showTableOrEmptyPage();
 }
 
-void ResultViewController::showTableOrEmptyState()
+void ResultViewController::showTableOrEmptyPage()
 {
     if (!m_scanArray.empty()) {
         m_resultPages->setCurrentWidget(m_tableView);
         return;
     }
-    if (m_emptyTitle->text().isEmpty()) {
-        const bool isReallyEmpty = m_drillResults == nullptr || m_drillResults->subitems().empty();
-        m_emptyTitle->setText(isReallyEmpty ? tr("This folder is empty")
-                                            : tr("Nothing to list here"));
-        m_emptyText->setText(isReallyEmpty
-                                 ? QString()
-                                 : tr("All items of this folder are hidden by the preferences."));
-    }
-    showEmptyState(m_emptyTitle->text(), m_emptyText->text());
+    showEmptyPage();
+}
+
+void ResultViewController::showEmptyPage()
+{
+    m_emptyPage->button().setVisible(!m_isScanRunningNow || m_scanButton->isVisibleTo(m_view));
+    m_resultPages->setCurrentWidget(&m_emptyPage->widget());
 }
 
 void ResultViewController::showEmptyState(const QString &title, const QString &text)
 {
-    m_emptyTitle->setText(title);
-    m_emptyText->setText(text);
-    m_emptyText->setVisible(!text.isEmpty());
-    m_emptyButton->setVisible(!m_isScanRunningNow || m_scanButton->isVisibleTo(m_view));
-    m_resultPages->setCurrentWidget(m_emptyPage);
+    m_emptyPage->say(title, text);
+    showEmptyPage();
 }
 
 int ResultViewController::numberOfRowsInTableView() const

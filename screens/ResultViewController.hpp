@@ -4,11 +4,14 @@
 #include "app/controls/PressGuard.hpp"
 #include "app/controls/RowActions.hpp"
 #include "engine/ScanTree.hpp"
+#include "screens/EmptyPage.hpp"
 #include "screens/KORVENViewController.hpp"
 #include "screens/ResultCells.hpp"
+#include "screens/ResultHeader.hpp"
 #include "screens/ScanResult.hpp"
 #include "screens/ScanWork.hpp"
 #include "screens/ScanWorkers.hpp"
+#include "screens/ShownLevel.hpp"
 
 #include <QPointer>
 #include <QString>
@@ -68,6 +71,7 @@ public:
     virtual void scanButtonPressed() = 0;
     void cancelClicked();
     void sortClicked();
+    /// Shows the level above from its start, with the folder that was left selected.
     void drillUpOneLevel();
     /// Whether there is a level above that the user can go up to now.
     [[nodiscard]] bool canDrillUp() const noexcept;
@@ -94,9 +98,9 @@ public:
     /// Path of the level, as bytes; nothing before anything is shown and after a cancelled scan.
     [[nodiscard]] const std::optional<std::string> &drillDownPath() const noexcept
     {
-        return m_drillDownPath;
+        return m_level.path();
     }
-    [[nodiscard]] const LUMFileContainer *drillResults() const noexcept { return m_drillResults; }
+    [[nodiscard]] const LUMFileContainer *drillResults() const noexcept { return m_level.folder(); }
     [[nodiscard]] bool sortBySizeFlag() const noexcept { return m_sortBySizeFlag; }
     /// While this is so, the user can go neither down nor up: a worker is making the next result.
     [[nodiscard]] bool lockDrillDown() const noexcept { return m_lockDrillDown; }
@@ -168,13 +172,13 @@ private:
     [[nodiscard]] bool scanFinishedOrCancelled();
     /// No rows, no change.
     void giveKeyboardToRows();
-    [[nodiscard]] const LUMFileContainer *drillDownToPath(std::string_view name) const;
+    void takeKeyboardForScan();
+    void selectFolder(std::string_view name);
     void sortTable();
     void resetOrder();
-    void showTableOrEmptyState();
-    void showDate(const QString &date);
+    void showTableOrEmptyPage();
+    void showEmptyPage();
     void showNotice(const QString &notice);
-    void showBackButton(bool isShown);
 
     [[nodiscard]] KORVENFolderCellView *selectedCell() const;
 
@@ -189,25 +193,17 @@ private:
     KORVENButton *m_scanButton = nullptr;
     KORVENButton *m_cancelButton = nullptr;
     KORVENButton *m_sortButton = nullptr;
-    KORVENButton *m_backButton = nullptr;
-    QLabel *m_folderLabel = nullptr;
-    QLabel *m_totalLabel = nullptr;
-    QLabel *m_totalCaption = nullptr;
-    QLabel *m_dateLabel = nullptr;
     QLabel *m_noticeLabel = nullptr;
     QProgressBar *m_scanProgress = nullptr;
+    NameLabel *m_scanLabel = nullptr;
     QStackedWidget *m_resultPages = nullptr;
-    QWidget *m_emptyPage = nullptr;
-    QLabel *m_emptyTitle = nullptr;
-    QLabel *m_emptyText = nullptr;
-    KORVENButton *m_emptyButton = nullptr;
 
+    std::unique_ptr<ResultHeader> m_header;
+    std::unique_ptr<EmptyPage> m_emptyPage;
     std::unique_ptr<ResultCells> m_cells;
     std::vector<KORVENFolderObject> m_scanArray;
     float m_scanTotal = 0;
-    std::shared_ptr<ScanTree> m_drillTree; ///< keeps m_drillResults alive
-    const LUMFileContainer *m_drillResults = nullptr;
-    std::optional<std::string> m_drillDownPath;
+    ShownLevel m_level;
     std::string m_scanFolder;
     bool m_sortBySizeFlag = true;
     bool m_firstRunFlag = true;

@@ -9,6 +9,21 @@
     </message>
 </context>
 <context>
+    <name>EmptyPage</name>
+    <message>
+        <source>This folder is empty</source>
+        <translation>Ce dossier est vide</translation>
+    </message>
+    <message>
+        <source>Nothing to list here</source>
+        <translation>Rien à lister ici</translation>
+    </message>
+    <message>
+        <source>All items of this folder are hidden by the preferences.</source>
+        <translation>Tous les éléments de ce dossier sont masqués par les préférences.</translation>
+    </message>
+</context>
+<context>
     <name>FilePreview</name>
     <message>
         <source>This file is no longer there.</source>
@@ -1323,16 +1338,8 @@ Sous licence Apache License 2.0.</translation>
         <translation>Trier par taille</translation>
     </message>
     <message>
-        <source>This folder is empty</source>
-        <translation>Ce dossier est vide</translation>
-    </message>
-    <message>
-        <source>Nothing to list here</source>
-        <translation>Rien à lister ici</translation>
-    </message>
-    <message>
-        <source>All items of this folder are hidden by the preferences.</source>
-        <translation>Tous les éléments de ce dossier sont masqués par les préférences.</translation>
+        <source>Scanning %1</source>
+        <translation>Analyse de %1</translation>
     </message>
     <message>
         <source>Cancel</source>

@@ -1,5 +1,6 @@
 #include "screens/KORVENFolderCellView.hpp"
 
+#include "platform/FileUrl.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"
 #include "tests/screens/ScanScreenTest.hpp"
 
@@ -62,11 +63,17 @@ TEST_F(KORVENFolderCellViewTest, aClickOnAFilePreviewsIt)
     m_disk.file("a", 10);
     chooseAndScan(m_disk.path());
     waitForScan();
-    QWidget *name = cell(0).folderName();
-    QTest::mouseClick(name, Qt::LeftButton, {}, QPoint(2, name->height() / 2));
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return m_services.previewPanels.sharedPreviewPanelExists(); }));
-    EXPECT_TRUE(m_services.previewPanels.sharedPreviewPanel().isVisible());
+    FakePreviewPanel &panel = m_services.previewPanels.sharedPreviewPanel();
+    for (const bool clicksName : {true, false}) {
+        SCOPED_TRACE(clicksName ? "name" : "icon");
+        auto *target = clicksName ? static_cast<QWidget *>(cell(0).folderName())
+                                  : static_cast<QWidget *>(cell(0).iconImage());
+        QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(4, target->height() / 2));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return panel.isVisible(); }));
+        EXPECT_EQ(panel.items(), std::vector<std::string>{fileUrl(m_disk.path("a")).value()});
+        EXPECT_EQ(shownPath(), m_disk.path()) << "nothing to go into";
+        panel.orderOut();
+    }
 }
 
 TEST_F(KORVENFolderCellViewTest, aDoubleClickGoesDownOneLevelAlone)

@@ -321,10 +321,12 @@ TEST_F(KORVENScanViewControllerTest, barsWarnByTheirShareInSinglePrecision)
         QColor color;
     };
     // 0.9 of 2^30 is 966367641.6; the rows give the single-precision values on both sides of 0.9.
+    // 9 of 10 is the lower one of them, and in double precision not below 0.9.
     constexpr std::uint64_t total = 1U << 30U;
     const Case cases[] = {{79, 100, blue},           {80, 100, yellow},
                           {85, 100, yellow},         {966'367'616, total, yellow},
-                          {966'367'680, total, red}, {1, 1, red}};
+                          {966'367'680, total, red}, {1, 1, red},
+                          {9, 10, yellow},           {91, 100, red}};
     openScreen();
     for (const Case &share : cases) {
         const auto tree = makeTree(

@@ -1,6 +1,7 @@
 #include "app/window/ApplicationMenu.hpp"
 
 #include "tests/app/window/WindowTest.hpp"
+#include "tests/fakes/Gate.hpp"
 
 #include <QPushButton>
 #include <QSet>
@@ -114,6 +115,31 @@ TEST_F(ApplicationMenuTest, backFollowsTheLevel)
     typeKey(Item::back);
     EXPECT_EQ(shownPath(), "/f");
     EXPECT_FALSE(isEnabled(Item::back));
+}
+
+TEST_F(ApplicationMenuTest, backEndsWithACancelledScan)
+{
+    KORVENHomeViewController &home = m_controller->hvc();
+    const auto waitForScan = [&home] {
+        return QTest::qWaitFor([&home] { return !home.isScanRunningNow(); }, 60'000);
+    };
+    m_home.folder("d");
+    typeKey(Item::scanHome);
+    ASSERT_TRUE(waitForScan());
+    home.drillDownOneLevel("d");
+    ASSERT_TRUE(isEnabled(Item::back));
+
+    Gate gate;
+    m_services.bookmarks.whenStarted = gate.pass();
+    typeKey(Item::scanHome);
+    EXPECT_TRUE(isEnabled(Item::back)) << "the rows before are still there";
+    home.cancelClicked();
+    gate.open();
+    ASSERT_TRUE(waitForScan());
+    EXPECT_FALSE(isEnabled(Item::back));
+    typeKey(Item::back);
+    EXPECT_EQ(home.folderNameField()->text().toStdString(), m_home.path());
+    EXPECT_EQ(home.numberOfRowsInTableView(), 0);
 }
 
 TEST_F(ApplicationMenuTest, scansFoldersButOneAtATime)

@@ -40,7 +40,7 @@ Needs needsOfSidebarCell()
 Needs needsOfResult()
 {
     return {
-        {{nameLabel, {"folderNameField"}},
+        {{nameLabel, {"folderNameField", "scanLabel"}},
          {cellTable, {"tableView"}},
          {korvenButton, {"scanButton", "cancelButton", "sortButton", "backButton", "emptyButton"}},
          {"QLabel",
