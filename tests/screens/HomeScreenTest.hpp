@@ -78,12 +78,17 @@ protected:
         waitForScan();
     }
 
-    /// Starts a scan and presses Cancel before it has got anywhere.
+    /// Starts a scan and presses Cancel when it has access to the folder, but got nowhere yet.
     void scanAndCancel()
     {
+        std::latch hasStarted(1);
         std::latch isCancelled(1);
-        m_services.bookmarks.whenStarted = [&] { isCancelled.wait(); };
+        m_services.bookmarks.whenStarted = [&] {
+            hasStarted.count_down();
+            isCancelled.wait();
+        };
         press("scanButton");
+        hasStarted.wait();
         press("cancelButton");
         isCancelled.count_down();
         waitForScan();
