@@ -2,6 +2,7 @@
 
 #include "engine/SizeText.hpp"
 #include "platform/preview/PreviewColors.hpp"
+#include "platform/preview/WrappedLabel.hpp"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -21,7 +22,9 @@ namespace tessaly {
 
 namespace {
 
-constexpr int iconSide = 112;
+constexpr int iconSideMax = 112;
+constexpr int iconSideMin = 32;
+constexpr int iconGap = 8;
 
 QPixmap drawnSheet(const PreviewInfo &info, int side, qreal ratio)
 {
@@ -81,9 +84,10 @@ QString dateLine(const QDateTime &date)
     return QLocale().toString(date, QLocale::ShortFormat);
 }
 
-QLabel *addLabel(QVBoxLayout *layout, int pixelSize, QFont::Weight weight, const QColor &color)
+template <typename Label = QLabel>
+Label *addLabel(QVBoxLayout *layout, int pixelSize, QFont::Weight weight, const QColor &color)
 {
-    auto *label = new QLabel;
+    auto *label = new Label;
     QFont font = label->font();
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
@@ -107,28 +111,64 @@ QPixmap fileTypePixmap(const PreviewInfo &info, int side, qreal devicePixelRatio
                          : icon.pixmap(QSize(side, side), devicePixelRatio);
 }
 
-CardView::CardView(QWidget *parent) : QWidget(parent), m_rows(new QFormLayout)
+/// The icon of a file's type, as large as the room allows, with a gap below it.
+class CardView::TypeIcon final : public QWidget {
+public:
+    TypeIcon() { setMaximumHeight(iconSideMax + iconGap); }
+
+    void show(const PreviewInfo &info)
+    {
+        m_info = info;
+        update();
+    }
+
+    /// Gets the height that the others leave.
+    [[nodiscard]] QSize sizeHint() const override { return {iconSideMax, 0}; }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        const int side = std::min(width(), height() - iconGap);
+        if (side >= iconSideMin) {
+            QPainter(this).drawPixmap((width() - side) / 2, 0,
+                                      fileTypePixmap(m_info, side, devicePixelRatioF()));
+        }
+    }
+
+private:
+    PreviewInfo m_info;
+};
+
+CardView::CardView(QWidget *parent)
+    : QScrollArea(parent), m_icon(new TypeIcon), m_rows(new QFormLayout)
 {
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(32, 24, 32, 24);
-    layout->addStretch();
-    m_icon = addLabel(layout, 12, QFont::Normal, preview_colors::text);
-    m_icon->setWordWrap(false);
-    layout->addSpacing(10);
-    m_name = addLabel(layout, 18, QFont::DemiBold, preview_colors::text);
+    auto *sheet = new QWidget;
+    auto *layout = new QVBoxLayout(sheet);
+    layout->setContentsMargins(20, 8, 20, 8);
+    layout->setSpacing(0);
+    layout->addStretch(1);
+    layout->addWidget(m_icon, 1000);
+    m_name = addLabel<WrappedLabel>(layout, 18, QFont::DemiBold, preview_colors::text);
     m_type = addLabel(layout, 13, QFont::Normal, preview_colors::dimText);
-    layout->addSpacing(14);
+    layout->addSpacing(8);
     m_rows->setLabelAlignment(Qt::AlignRight);
     m_rows->setHorizontalSpacing(12);
-    m_rows->setVerticalSpacing(6);
+    m_rows->setVerticalSpacing(4);
     auto *centered = new QHBoxLayout;
     centered->addStretch();
     centered->addLayout(m_rows);
     centered->addStretch();
     layout->addLayout(centered);
-    layout->addSpacing(14);
+    layout->addSpacing(8);
     m_message = addLabel(layout, 13, QFont::Normal, QColor(0xF2, 0xC1, 0x66));
-    layout->addStretch();
+    layout->addStretch(1);
+
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::NoFocus); // the window has the keys
+    setWidget(sheet);
+    setWidgetResizable(true);
+    sheet->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
     setAccessibleName(tr("About the file"));
 }
 
@@ -148,7 +188,7 @@ void CardView::addRow(const QString &label, const QString &value)
 
 void CardView::show(const PreviewInfo &info, const QString &message)
 {
-    m_icon->setPixmap(fileTypePixmap(info, iconSide, devicePixelRatioF()));
+    m_icon->show(info);
     m_name->setText(info.name);
     m_type->setText(info.type);
     m_message->setText(message);

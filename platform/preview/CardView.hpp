@@ -2,15 +2,18 @@
 
 #include "platform/preview/PreviewContent.hpp"
 
-#include <QWidget>
+#include <QScrollArea>
 
 class QFormLayout;
 class QLabel;
 
 namespace tessaly {
 
-/// What the file system tells about a file, for those that have no preview.
-class CardView final : public QWidget {
+class WrappedLabel;
+
+/// What the file system tells about a file, for those that have no preview. Where there is little
+/// room the icon is smaller or left out; what still does not fit can be scrolled to.
+class CardView final : public QScrollArea {
     Q_OBJECT
 
 public:
@@ -22,10 +25,12 @@ public:
     [[nodiscard]] QString text() const;
 
 private:
+    class TypeIcon;
+
     void addRow(const QString &label, const QString &value);
 
-    QLabel *m_icon;
-    QLabel *m_name;
+    TypeIcon *m_icon;
+    WrappedLabel *m_name;
     QLabel *m_type;
     QLabel *m_message;
     QFormLayout *m_rows;

@@ -48,6 +48,9 @@ MediaView::MediaView(QWidget *parent)
     bar->addWidget(m_playButton);
     bar->addWidget(m_slider, 1);
     bar->addWidget(m_times);
+    QSizePolicy policy = m_slider->sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // the others stay where they are
+    m_slider->setSizePolicy(policy);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -66,16 +69,7 @@ MediaView::MediaView(QWidget *parent)
         m_player->seek(value);
         showTimes(value);
     });
-    connect(m_player, &PreviewPlayer::durationChanged, this, [this](qint64 duration) {
-        m_duration = duration;
-        const QSignalBlocker blocked(m_slider);
-        constexpr qint64 longest = 1'000'000'000; // no slider goes further
-        m_slider->setRange(0, static_cast<int>(std::clamp<qint64>(duration, 0, longest)));
-        m_slider->setPageStep(std::max(m_slider->maximum() / 10, 1));
-        m_slider->setSingleStep(std::max(m_slider->maximum() / 50, 1));
-        m_slider->setEnabled(duration > 0);
-        showTimes(m_slider->value());
-    });
+    connect(m_player, &PreviewPlayer::durationChanged, this, &MediaView::setDuration);
     connect(m_player, &PreviewPlayer::positionChanged, this, [this](qint64 position) {
         if (!m_slider->isSliderDown()) {
             const QSignalBlocker blocked(m_slider);
@@ -89,6 +83,8 @@ MediaView::MediaView(QWidget *parent)
         m_picture = frame.toImage();
         m_screen->update();
     });
+    connect(m_player, &PreviewPlayer::soundless, this,
+            [this] { showHint(tr("There is no device to play sounds on.")); });
     connect(m_player, &PreviewPlayer::failed, this, &MediaView::failed);
     setAccessibleName(tr("Player"));
 }
@@ -107,12 +103,30 @@ void MediaView::clear()
     m_player->close();
     m_info = {};
     m_picture = {};
-    m_duration = 0;
-    const QSignalBlocker blocked(m_slider);
-    m_slider->setRange(0, 0);
-    m_slider->setEnabled(false);
-    showTimes(0);
+    showHint({});
+    setDuration(0);
     setPlayingShown(false);
+    m_screen->update();
+}
+
+void MediaView::setDuration(qint64 duration)
+{
+    m_duration = std::max<qint64>(duration, 0);
+    const QSignalBlocker blocked(m_slider);
+    constexpr qint64 longest = 1'000'000'000; // no slider goes further
+    m_slider->setRange(0, static_cast<int>(std::min(m_duration, longest)));
+    m_slider->setPageStep(std::max(m_slider->maximum() / 10, 1));
+    m_slider->setSingleStep(std::max(m_slider->maximum() / 50, 1));
+    m_slider->setVisible(m_duration > 0 && m_hint.isEmpty());
+    showTimes(m_slider->value());
+}
+
+void MediaView::showHint(const QString &hint)
+{
+    m_hint = hint;
+    m_screen->setAccessibleName(hint);
+    m_playButton->setEnabled(hint.isEmpty());
+    setDuration(m_duration);
     m_screen->update();
 }
 
@@ -130,8 +144,14 @@ void MediaView::setPlayingShown(bool isPlaying)
 
 void MediaView::showTimes(qint64 position)
 {
-    //: How much of a sound or video has been played, and its length: "0:03 / 1:20"
-    m_times->setText(tr("%1 / %2").arg(timeText(position), timeText(m_duration)));
+    if (!m_hint.isEmpty()) {
+        m_times->setText(m_duration > 0 ? timeText(m_duration) : QString());
+    } else if (m_duration == 0) {
+        m_times->setText(timeText(position)); // of a length that the file does not tell
+    } else {
+        //: How much of a sound or video has been played, and its length: "0:03 / 1:20"
+        m_times->setText(tr("%1 / %2").arg(timeText(position), timeText(m_duration)));
+    }
 }
 
 bool MediaView::eventFilter(QObject *watched, QEvent *event)
@@ -155,10 +175,19 @@ void MediaView::paintScreen()
         painter.drawImage(place, m_picture);
         return;
     }
-    constexpr int side = 128;
-    QRect place(0, 0, side, side);
-    place.moveCenter(room.center());
-    painter.drawPixmap(place, fileTypePixmap(m_info, side, devicePixelRatioF()));
+    constexpr int sideMax = 128;
+    constexpr int margin = 10;
+    constexpr int flags =
+        static_cast<int>(Qt::AlignHCenter | Qt::AlignTop) | static_cast<int>(Qt::TextWordWrap);
+    const QRect lines = room.adjusted(margin, 0, -margin, 0);
+    const int hintHeight =
+        m_hint.isEmpty() ? 0 : painter.boundingRect(lines, flags, m_hint).height() + margin;
+    const int side = std::clamp(room.height() - hintHeight - 2 * margin, 0, sideMax);
+    const int top = (room.height() - side - hintHeight) / 2;
+    painter.drawPixmap((room.width() - side) / 2, top,
+                       fileTypePixmap(m_info, side, devicePixelRatioF()));
+    painter.setPen(preview_colors::text);
+    painter.drawText(lines.adjusted(0, top + side + margin, 0, 0), flags, m_hint);
 }
 
 } // namespace tessaly

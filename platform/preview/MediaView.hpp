@@ -15,7 +15,8 @@ namespace tessaly {
 class GlyphButton;
 class PreviewPlayer;
 
-/// Plays a sound or a video, and lets the user stop and move about in it.
+/// Plays a sound or a video, and lets the user stop and move about in it; the latter only where
+/// its length is known. Where sounds cannot be heard it says so, and does not play them.
 class MediaView final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(MediaView)
@@ -30,7 +31,10 @@ public:
 
     [[nodiscard]] bool isPlaying() const noexcept { return m_isPlaying; }
     [[nodiscard]] bool hasPicture() const noexcept { return !m_picture.isNull(); }
+    /// Milliseconds; 0 when it is not known.
     [[nodiscard]] qint64 duration() const noexcept { return m_duration; }
+    /// Why nothing plays; empty when something does, or could.
+    [[nodiscard]] const QString &hint() const noexcept { return m_hint; }
 
 Q_SIGNALS:
     void failed(const QString &reason);
@@ -39,6 +43,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void setDuration(qint64 duration);
+    void showHint(const QString &hint);
     void paintScreen();
     void showTimes(qint64 position);
     void setPlayingShown(bool isPlaying);
@@ -50,6 +56,7 @@ private:
     PreviewPlayer *m_player;
     PreviewInfo m_info;
     QImage m_picture;
+    QString m_hint;
     qint64 m_duration = 0;
     bool m_isPlaying = false;
 };

@@ -1,5 +1,6 @@
 #include "platform/preview/PreviewPlayer.hpp"
 
+#include "platform/preview/MatroskaDuration.hpp"
 #include "platform/preview/PreviewFile.hpp"
 #include "platform/preview/ReplyBox.hpp"
 
@@ -46,9 +47,12 @@ public:
             m_output = std::make_unique<QAudioOutput>();
             m_player->setAudioOutput(m_output.get());
         }
+        m_hasBegun = false;
+        m_toldDuration = matroskaDuration(m_file->read(matroskaHeadByteCount)).value_or(0);
+        m_file->seek(0);
         connectSignals();
         m_player->setSourceDevice(m_file.get());
-        m_player->play();
+        begin();
     }
 
     void close()
@@ -75,11 +79,33 @@ public:
     }
 
 private:
+    /// Plays the file, or tells that it cannot be heard; once it is known what the file holds.
+    void begin()
+    {
+        const QMediaPlayer::MediaStatus status = m_player->mediaStatus();
+        if (m_hasBegun ||
+            (status != QMediaPlayer::LoadedMedia && status != QMediaPlayer::BufferedMedia)) {
+            return;
+        }
+        m_hasBegun = true;
+        replyDuration();
+        if (m_output == nullptr && !m_player->hasVideo()) {
+            reply([](PreviewPlayer &owner) { Q_EMIT owner.soundless(); });
+        } else {
+            m_player->play();
+        }
+    }
+
+    void replyDuration()
+    {
+        const qint64 duration = m_player->duration() > 0 ? m_player->duration() : m_toldDuration;
+        reply([duration](PreviewPlayer &owner) { Q_EMIT owner.durationChanged(duration); });
+    }
+
     void connectSignals()
     {
-        connect(m_player.get(), &QMediaPlayer::durationChanged, this, [this](qint64 duration) {
-            reply([duration](PreviewPlayer &owner) { Q_EMIT owner.durationChanged(duration); });
-        });
+        connect(m_player.get(), &QMediaPlayer::mediaStatusChanged, this, [this] { begin(); });
+        connect(m_player.get(), &QMediaPlayer::durationChanged, this, [this] { replyDuration(); });
         connect(m_player.get(), &QMediaPlayer::positionChanged, this, [this](qint64 position) {
             reply([position](PreviewPlayer &owner) { Q_EMIT owner.positionChanged(position); });
         });
@@ -132,6 +158,8 @@ private:
     std::shared_ptr<ReplyBox> m_replies;
     std::shared_ptr<Frames> m_frames;
     std::uint64_t m_number = 0;
+    bool m_hasBegun = false;
+    qint64 m_toldDuration = 0; ///< by the file, in milliseconds; 0: it tells none
     std::shared_ptr<PreviewFile> m_file;
     std::unique_ptr<QVideoSink> m_sink;
     std::unique_ptr<QAudioOutput> m_output;

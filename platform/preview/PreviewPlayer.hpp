@@ -14,7 +14,8 @@ class PreviewFile;
 class ReplyBox;
 
 /// Plays one sound or video at a time. Everything that may wait for a file happens on a thread of
-/// its own, which the first open() starts. On a computer without sound, videos play silently.
+/// its own, which the first open() starts. Where there is no device for sounds, videos play
+/// silently, and sounds not at all: soundless() tells.
 ///
 /// Which decoders there are depends on the environment variable QT_MEDIA_BACKEND: a program sets it
 /// to "ffmpeg" before it makes its QApplication.
@@ -42,6 +43,9 @@ Q_SIGNALS:
     void playingChanged(bool isPlaying);
     /// The picture that is due. Those that the main thread was too slow for are left out.
     void frameArrived(const QVideoFrame &frame);
+    /// The file holds nothing but a sound, and there is no device to play it on. It stays open, for
+    /// the sake of its duration.
+    void soundless();
     /// The file cannot be played, for this reason.
     void failed(const QString &reason);
 

@@ -7,6 +7,7 @@
 #include "platform/preview/ImageView.hpp"
 #include "platform/preview/MediaView.hpp"
 #include "platform/preview/PdfView.hpp"
+#include "platform/preview/PlainToolTip.hpp"
 #include "platform/preview/PreviewColors.hpp"
 #include "platform/preview/PreviewLoader.hpp"
 #include "platform/preview/TextView.hpp"
@@ -112,12 +113,6 @@ QString darkStyleSheet()
         QSlider::handle:focus { background: #9DC0FF; }
         QToolTip { background: #3A3A3A; color: #EEEEEE; border: 1px solid #1E1E1E; }
     )"_s;
-}
-
-/// A tooltip that shows the text as it is, whatever markup it holds, and wraps it.
-QString plainToolTip(const QString &text)
-{
-    return u"<p style=\"white-space: pre-wrap\">%1</p>"_s.arg(text.toHtmlEscaped());
 }
 
 /// Kept from Qt, which takes "[*]" in a title for a mark of its own.

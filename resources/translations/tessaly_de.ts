@@ -1204,6 +1204,10 @@ Lizenziert unter der Apache License 2.0.</translation>
         <extracomment>How much of a sound or video has been played, and its length: &quot;0:03 / 1:20&quot;</extracomment>
         <translation>%1 / %2</translation>
     </message>
+    <message>
+        <source>There is no device to play sounds on.</source>
+        <translation>Es gibt kein Gerät, das Töne abspielt.</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::MessageAlert</name>

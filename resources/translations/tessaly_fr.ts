@@ -1204,6 +1204,10 @@ Sous licence Apache License 2.0.</translation>
         <extracomment>How much of a sound or video has been played, and its length: &quot;0:03 / 1:20&quot;</extracomment>
         <translation>%1 / %2</translation>
     </message>
+    <message>
+        <source>There is no device to play sounds on.</source>
+        <translation>Aucun appareil ne peut jouer de sons.</translation>
+    </message>
 </context>
 <context>
     <name>tessaly::MessageAlert</name>

@@ -5,16 +5,23 @@
 #include "platform/preview/PreviewWindow.hpp"
 #include "platform/preview/QtPreviewPanels.hpp"
 #include "platform/preview/TextView.hpp"
+#include "platform/preview/WrappedLabel.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/preview/PanelItems.hpp"
 #include "tests/platform/preview/PreviewFiles.hpp"
+#include "tests/platform/preview/WebmFile.hpp"
 
+#include <QAbstractButton>
+#include <QAudioDevice>
 #include <QLabel>
+#include <QMediaDevices>
 #include <QScrollBar>
+#include <QSlider>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include <sys/stat.h>
@@ -48,6 +55,19 @@ protected:
         m_panels.sharedPreviewPanel().reloadData();
         waitUntil([this] { return window().shownKind() != u"loading"_s; });
         return window().shownKind();
+    }
+
+    /// Whether all labels are as high as they have to be, and none needs scrolling.
+    static bool isWholeInSight(const CardView &card)
+    {
+        const auto labels = card.findChildren<QLabel *>();
+        return std::all_of(labels.begin(), labels.end(), [&](const QLabel *label) {
+            const QRect place(label->mapTo(card.viewport(), QPoint()), label->size());
+            const int needed = label->hasHeightForWidth() ? label->heightForWidth(label->width())
+                                                          : label->sizeHint().height();
+            return label->isHidden() ||
+                   (card.viewport()->rect().contains(place) && label->height() >= needed);
+        });
     }
 
     [[nodiscard]] QString note() { return window().noteLabel().text(); }
@@ -184,6 +204,51 @@ TEST_F(QtPreviewPanelShowsTest, sounds)
     EXPECT_EQ(view.duration(), 1000);
 }
 
+TEST_F(QtPreviewPanelShowsTest, soundsThatNoDevicePlaysWithTheirLength)
+{
+    if (!QMediaDevices::audioOutputs().isEmpty()) {
+        GTEST_SKIP() << "needs a computer without sound";
+    }
+    EXPECT_EQ(shown("a.wav", wavBytes()), u"player"_s);
+    MediaView &view = window().mediaView();
+    waitUntil([&] { return !view.hint().isEmpty() && view.duration() > 0; });
+    EXPECT_EQ(view.hint(), u"There is no device to play sounds on."_s);
+    EXPECT_EQ(view.findChild<QLabel *>()->text(), u"0:01"_s);
+    EXPECT_FALSE(view.findChild<QAbstractButton *>()->isEnabled());
+    EXPECT_FALSE(view.findChild<QSlider *>()->isVisible());
+    EXPECT_FALSE(view.isPlaying());
+
+    EXPECT_EQ(shown("a.avi", aviBytes({64, 48}, Qt::red, 50)), u"player"_s);
+    EXPECT_EQ(view.hint(), QString());
+    waitUntil([&view] { return view.isPlaying() && view.duration() > 0; });
+    EXPECT_TRUE(view.findChild<QAbstractButton *>()->isEnabled());
+    EXPECT_TRUE(view.findChild<QSlider *>()->isVisible());
+}
+
+TEST_F(QtPreviewPanelShowsTest, videosOfUnknownLengthWithoutASlider)
+{
+    EXPECT_EQ(shown("a.webm", webmBytes({64, 48}, Qt::red, 50)), u"player"_s);
+    MediaView &view = window().mediaView();
+    waitUntil([&] { return view.hasPicture() || window().shownKind() == u"card"_s; });
+    ASSERT_EQ(window().shownKind(), u"player"_s) << card().toStdString();
+    EXPECT_EQ(view.duration(), 0);
+    EXPECT_FALSE(view.findChild<QSlider *>()->isVisible());
+    waitUntil([&view] { return view.findChild<QLabel *>()->text() == u"0:01"_s; });
+    EXPECT_TRUE(view.findChild<QAbstractButton *>()->isEnabled());
+}
+
+TEST_F(QtPreviewPanelShowsTest, videosOfALengthThatTheirContainerTells)
+{
+    EXPECT_EQ(shown("a.webm", webmBytes({64, 48}, Qt::red, 50, 5000)), u"player"_s);
+    MediaView &view = window().mediaView();
+    waitUntil([&] { return view.hasPicture() || window().shownKind() == u"card"_s; });
+    ASSERT_EQ(view.duration(), 5000);
+    auto *slider = view.findChild<QSlider *>();
+    EXPECT_TRUE(slider->isVisible());
+    slider->setValue(3000);
+    waitUntil([slider] { return slider->value() > 3000; }); // it plays on from there
+}
+
 TEST_F(QtPreviewPanelShowsTest, damagedVideosAsACard)
 {
     EXPECT_EQ(shown("a.avi", aviBytes({64, 48}, Qt::red, 5).first(40)), u"player"_s);
@@ -207,6 +272,39 @@ TEST_F(QtPreviewPanelShowsTest, whatIsNoFileAsACard)
     EXPECT_EQ(shown("/dev/zero"), u"card"_s);
     EXPECT_EQ(shown(m_folder.path("gone")), u"card"_s);
     EXPECT_TRUE(card().contains(u"This file is no longer there."_s));
+}
+
+TEST_F(QtPreviewPanelShowsTest, theWholeCardInTheSmallestPanel)
+{
+    ASSERT_EQ(mkfifo(m_folder.path("pipe").c_str(), 0600), 0);
+    const std::string twoLines(30, 'W');
+    writeFile(m_folder.path("data.bin"), QByteArray(1'500'000, '\0'));
+    writeFile(m_folder.path(twoLines), QByteArray(1'500'000, '\0'));
+    window().resize(window().minimumSize());
+    CardView &view = window().cardView();
+    for (const std::string &name : {std::string("data.bin"), std::string("pipe"), twoLines}) {
+        ASSERT_EQ(shown(m_folder.path(name)), u"card"_s);
+        ASSERT_EQ(window().size(), QSize(360, 260));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isWholeInSight(view); })) << name;
+    }
+}
+
+TEST_F(QtPreviewPanelShowsTest, longNamesOnACardInLines)
+{
+    EXPECT_EQ(shown(std::string(200, 'W') + "end.bin", QByteArray(1'500'000, '\0')), u"card"_s);
+    QCoreApplication::processEvents();
+    auto *label = window().cardView().findChild<WrappedLabel *>();
+    const QStringList lines = label->linesIn(label->width());
+    EXPECT_EQ(lines.size(), WrappedLabel::maxLineCount);
+    EXPECT_TRUE(lines.first().startsWith(u"WWWW"_s));
+    EXPECT_TRUE(lines.join(QString()).contains(u'…'));
+    EXPECT_TRUE(lines.last().endsWith(u"WWend.bin"_s));
+    const QImage image = label->grab().toImage();
+    for (int y = 0; y < image.height(); ++y) {
+        for (const int x : {0, image.width() - 1}) {
+            EXPECT_EQ(image.pixel(x, y), image.pixel(0, 0)) << "the text is cut off there";
+        }
+    }
 }
 
 TEST_F(QtPreviewPanelShowsTest, onlyTheLastOfManyFilesThatArePagedThrough)
