@@ -10,6 +10,7 @@
 #include <QDBusError>
 #include <QDBusPendingReply>
 #include <QLoggingCategory>
+#include <QString>
 
 #include <algorithm>
 #include <string>
