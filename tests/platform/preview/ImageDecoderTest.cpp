@@ -136,8 +136,10 @@ TEST_F(ImageDecoderTest, refusesDamagedImages)
 
 TEST_F(ImageDecoderTest, refusesDrawingsAndDocumentsInDisguise)
 {
-    EXPECT_EQ(decoded("<svg xmlns=\"http://www.w3.org/2000/svg\"/>").problem,
-              ImageProblem::unreadable);
+    const QByteArray drawing =
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="20" height="10"><g/></svg>)";
+    EXPECT_EQ(decoded(drawing).problem, ImageProblem::unreadable);
+    EXPECT_EQ(decoded(gzipBytes(drawing)).problem, ImageProblem::unreadable);
     EXPECT_EQ(decoded(pdfBytes(1)).problem, ImageProblem::unreadable);
 }
 
