@@ -7,11 +7,13 @@
 #include "tests/platform/preview/PanelItems.hpp"
 
 #include <QApplication>
+#include <QImage>
 #include <QTest>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 namespace tessaly {
@@ -33,6 +35,15 @@ protected:
             count += window->isVisible() ? 1 : 0;
         }
         return count;
+    }
+
+    /// Whether a widget of this class can be seen. The module has classes of its own.
+    [[nodiscard]] static bool isVisible(const char *className)
+    {
+        const QWidgetList widgets = QApplication::allWidgets();
+        return std::any_of(widgets.begin(), widgets.end(), [&](const QWidget *widget) {
+            return widget->inherits(className) && widget->isVisible();
+        });
     }
 
     TemporaryFolder m_folder;
@@ -61,6 +72,23 @@ TEST_F(LoadedPreviewPanelsTest, showsWhatTheModuleDraws)
     EXPECT_EQ(panel.dataSource(), nullptr) << "its control has ended";
     panel.orderOut();
     EXPECT_FALSE(panel.isVisible());
+}
+
+TEST_F(LoadedPreviewPanelsTest, theModuleFindsTheProgramThatDecodesImagesBesideIt)
+{
+    const std::string path = m_folder.path("a.png");
+    QImage image(40, 30, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    ASSERT_TRUE(image.save(QString::fromStdString(path)));
+    m_items.paths = {path};
+    LoadedPreviewPanels panels(TESSALY_PREVIEW_MODULE_PATH, m_settings);
+    panels.setController(&m_items);
+    panels.sharedPreviewPanel().makeKeyAndOrderFront();
+    while (!isVisible("tessaly::ImageView") && !isVisible("tessaly::CardView")) {
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    EXPECT_TRUE(isVisible("tessaly::ImageView"));
+    panels.setController(nullptr);
 }
 
 TEST_F(LoadedPreviewPanelsTest, thePanelGoesWithIt)
