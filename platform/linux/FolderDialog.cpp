@@ -296,7 +296,7 @@ std::string FolderDialog::typedPath() const
     if (!m_path->isModified() && m_path->text() == textOf(m_shownPath)) {
         return m_shownPath;
     }
-    const std::string text = nameFromArchived(m_path->text().toStdU16String());
+    std::string text = nameFromArchived(m_path->text().toStdU16String());
     if (text.starts_with('/')) {
         return text;
     }
