@@ -1,6 +1,8 @@
 #include "app/controls/KORVENTitleView.hpp"
 
 #include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
 #include <QTest>
@@ -134,6 +136,17 @@ TEST_P(KORVENTitleViewTest, writesTheNameALittleBelowTheMiddleAndWhole)
     EXPECT_GE(lower, 0);
     EXPECT_LE(lower, 4.0 * scale);
     EXPECT_LT(text.bottom(), (titleBarHeight - 4) * scale);
+}
+
+TEST_P(KORVENTitleViewTest, writesTheNameInTwelvePointsOfTheWindow)
+{
+    const int scale = GetParam();
+    QFont font(u"DejaVu Sans"_s);
+    font.setPixelSize(12 * scale);
+    const QRectF expected = QFontMetricsF(font).tightBoundingRect(u"Tessaly"_s);
+    const QRect text = boundsOfText(drawn(m_view, scale));
+    EXPECT_NEAR(text.width(), expected.width(), 3.0 * scale);
+    EXPECT_NEAR(text.height(), expected.height(), 1.0 * scale);
 }
 
 INSTANTIATE_TEST_SUITE_P(AtEachScale, KORVENTitleViewTest, testing::Values(1, 2));

@@ -2,6 +2,7 @@
 
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/PressGuard.hpp"
+#include "tests/TestFonts.hpp"
 #include "tests/platform/linux/ManagedDisplay.hpp"
 
 #include <QApplication>
@@ -245,6 +246,7 @@ TEST_F(WindowManagerTest, comesBackWhereItWas)
 int main(int argumentCount, char **arguments)
 {
     testing::InitGoogleTest(&argumentCount, arguments);
+    tessaly::useTestFonts();
     using tessaly::ManagedDisplay;
     std::optional<ManagedDisplay> display;
     // Neither a list of the tests nor tests that are skipped need one.

@@ -1,3 +1,4 @@
+#include "tests/TestFonts.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/linux/OwnMounts.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
@@ -24,6 +25,7 @@ int main(int argc, char **argv)
     unsetenv("XDG_CONFIG_HOME");
     unsetenv("XDG_CACHE_HOME");
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    tessaly::useTestFonts();
     const QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
