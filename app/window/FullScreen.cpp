@@ -165,6 +165,7 @@ void FullScreen::invalidateRestorableState() const
     services().settings.setData(
         frameKey, std::as_bytes(std::span(m_placementBefore.constData(),
                                           static_cast<std::size_t>(m_placementBefore.size()))));
+    services().settings.flush(); // so that it is there after a kill
 }
 
 void FullScreen::restoreState()
@@ -240,6 +241,7 @@ void FullScreen::returnToWindow()
     m_state = State::windowed;
     updateMargin();
     services().settings.remove(frameKey);
+    services().settings.flush(); // a kill from here on leaves the window where it is then
 }
 
 void FullScreen::setFrame(const QRect &frame)

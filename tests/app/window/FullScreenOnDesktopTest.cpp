@@ -7,7 +7,10 @@
 #include "tests/platform/linux/ManagedDisplay.hpp"
 
 #include <QProcess>
+#include <QScreen>
+#include <QSequentialAnimationGroup>
 #include <QTest>
+#include <QVariantAnimation>
 
 #include <gtest/gtest.h>
 
@@ -106,6 +109,30 @@ TEST_F(FullScreenOnDesktopTest, coversTheScreenAndBringsTheFrameBack)
         EXPECT_FALSE(m_window->isFullScreen());
         EXPECT_EQ(m_window->outerMargin(), 0);
     }
+}
+
+TEST_F(FullScreenOnDesktopTest, growsToTheWholeScreenAndNotToWhatAPanelLeavesOfIt)
+{
+    constexpr int panelHeight = 40;
+    const auto waitForRoom = [this](int reserved) {
+        return QTest::qWaitFor(
+            [&] {
+                return m_window->screen()->availableGeometry() ==
+                       screenFrame.adjusted(0, reserved, 0, 0);
+            },
+            patienceMs);
+    };
+    ManagedDisplay::current()->reserveTop(panelHeight);
+    ASSERT_TRUE(waitForRoom(panelHeight));
+    m_fullScreen->toggleFullScreen();
+    const auto *animation = m_fullScreen->findChild<QSequentialAnimationGroup *>();
+    ASSERT_NE(animation, nullptr);
+    const auto *last = qobject_cast<QVariantAnimation *>(animation->animationAt(1));
+    EXPECT_EQ(last->endValue().toRectF(), QRectF(60, 60, 1160, 780));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_window->outerMargin() == 60; }, patienceMs));
+    EXPECT_TRUE(waitForFrameOnDisplay(screenFrame));
+    ManagedDisplay::current()->reserveTop(0);
+    EXPECT_TRUE(waitForRoom(0));
 }
 
 TEST_F(FullScreenOnDesktopTest, bringsAMaximisedWindowBackWithItsOldFrame)

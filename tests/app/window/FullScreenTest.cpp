@@ -367,6 +367,19 @@ TEST_F(FullScreenTest, keepsTheFrameForTheNextStartOnlyWhileInFullScreen)
     EXPECT_FALSE(m_services.settings.hasKey(frameKey));
 }
 
+TEST_F(FullScreenTest, flushesTheFrameWhenItIsSavedAndWhenItIsDropped)
+{
+    using Log = std::vector<std::string>;
+    m_services.settings.clearLog();
+    m_fullScreen->toggleFullScreen();
+    EXPECT_EQ(m_services.settings.log(), (Log{"setData " + frameKey + " 21 bytes", "flush"}));
+    runToEnd();
+    m_services.settings.clearLog();
+    m_fullScreen->toggleFullScreen();
+    runToEnd();
+    EXPECT_EQ(m_services.settings.log(), (Log{"remove " + frameKey, "flush"}));
+}
+
 TEST_F(FullScreenTest, namesWhatIsKept)
 {
     EXPECT_EQ(FullScreen::restorableStateKeyPaths(), std::vector{frameKey});

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -32,6 +33,7 @@ class ManagedDisplay {
 public:
     ManagedDisplay()
     {
+        s_current = this;
         setenv("DISPLAY", m_display.name().c_str(), 1);
         setenv("QT_QPA_PLATFORM", "xcb", 1);
         writeSettings();
@@ -43,6 +45,24 @@ public:
         // be overlooked.
         while ((!QFile::exists(ready) || xdotool({QStringLiteral("get_desktop")}) != 0) &&
                m_manager->isRunning()) {}
+    }
+
+    ~ManagedDisplay() { s_current = nullptr; }
+    ManagedDisplay(const ManagedDisplay &) = delete;
+    ManagedDisplay &operator=(const ManagedDisplay &) = delete;
+    ManagedDisplay(ManagedDisplay &&) = delete;
+    ManagedDisplay &operator=(ManagedDisplay &&) = delete;
+
+    /// The display of this process, nullptr without one.
+    [[nodiscard]] static ManagedDisplay *current() noexcept { return s_current; }
+
+    /// Keeps so many pixels free at the top of the screen, as a desktop's panel does. Windows learn
+    /// it a little later.
+    void reserveTop(int height)
+    {
+        m_reservedTop = height;
+        writeSettings();
+        m_manager->sendSignal(SIGUSR2); // reads its settings
     }
 
     /// What is missing for one; empty when nothing is.
@@ -62,18 +82,23 @@ private:
         return m_folder.filePath(QStringLiteral("rc.xml"));
     }
 
-    /// The manager's usual settings, with a key added.
+    /// The manager's usual settings, with a key added and room reserved.
     void writeSettings() const
     {
         QFile usual(QStringLiteral("/etc/xdg/openbox/rc.xml"));
         QFile own(settingsPath());
         if (usual.open(QIODevice::ReadOnly) && own.open(QIODevice::WriteOnly)) {
-            own.write(usual.readAll().replace(
-                "</keyboard>",
-                "<keybind key=\"F12\"><action name=\"ToggleFullscreen\"/></keybind></keyboard>"));
+            own.write(usual.readAll()
+                          .replace("</keyboard>",
+                                   "<keybind key=\"F12\"><action "
+                                   "name=\"ToggleFullscreen\"/></keybind></keyboard>")
+                          .replace("<top>0</top>",
+                                   "<top>" + QByteArray::number(m_reservedTop) + "</top>"));
         }
     }
 
+    static inline ManagedDisplay *s_current = nullptr;
+    int m_reservedTop = 0;
     QTemporaryDir m_folder;
     VirtualDisplay m_display{"1280x900x24"};
     std::optional<StartedProgram> m_manager;
