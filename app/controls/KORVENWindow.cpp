@@ -49,7 +49,7 @@ KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
     m_edges = new WindowEdges(this);
     makeShortcuts();
     placeParts();
-    setMinimumSize(smallestWindow);
+    fitMinimumSize();
     resize(constrainFrameRect({{}, firstSize}, screen()).size());
     updateShape();
 }
@@ -123,6 +123,27 @@ QRect KORVENWindow::constrainFrameRect(const QRect &frame, const QScreen *screen
         return frame;
     }
     return frameWithin(frame, screen->availableGeometry());
+}
+
+void KORVENWindow::fitMinimumSize()
+{
+    if (minimumSize() != m_fittedMinimum) {
+        return; // another one has been set
+    }
+    const QScreen *const ours = screen();
+    m_fittedMinimum =
+        ours == nullptr ? smallestWindow : smallestWindow.boundedTo(ours->availableSize());
+    setMinimumSize(m_fittedMinimum);
+}
+
+void KORVENWindow::followScreen()
+{
+    disconnect(m_roomChanged);
+    if (const QScreen *ours = screen()) {
+        m_roomChanged =
+            connect(ours, &QScreen::availableGeometryChanged, this, &KORVENWindow::fitMinimumSize);
+    }
+    fitMinimumSize();
 }
 
 void KORVENWindow::setOuterMargin(int margin)
@@ -231,6 +252,15 @@ void KORVENWindow::contextMenuEvent(QContextMenuEvent *event)
     } else {
         event->ignore();
     }
+}
+
+void KORVENWindow::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // By now the window has a handle, which stays.
+    connect(windowHandle(), &QWindow::screenChanged, this, &KORVENWindow::followScreen,
+            Qt::UniqueConnection);
+    followScreen();
 }
 
 void KORVENWindow::resizeEvent(QResizeEvent * /*event*/)

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMetaObject>
 #include <QPointer>
 #include <QWidget>
 
@@ -87,6 +88,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
@@ -96,6 +98,9 @@ private:
     [[nodiscard]] bool roundsCorners() const;
     void makeButtons();
     void makeShortcuts();
+    /// The smallest size is never larger than what the screen has available.
+    void fitMinimumSize();
+    void followScreen();
     void placeButtons();
     void updateShape();
     void placeParts();
@@ -115,6 +120,8 @@ private:
     std::optional<QPoint> m_pressedTitle; ///< where a drag of the title bar may begin
     bool m_constrainingToScreenSuspended = false;
     int m_outerMargin = 0;
+    QSize m_fittedMinimum{0, 0};
+    QMetaObject::Connection m_roomChanged; ///< of the screen that the window is on
 };
 
 } // namespace tessaly
