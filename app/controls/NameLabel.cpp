@@ -65,6 +65,12 @@ void NameLabel::setAlignment(Qt::Alignment alignment)
     update();
 }
 
+void NameLabel::setElideMode(Qt::TextElideMode mode)
+{
+    m_elideMode = mode;
+    update();
+}
+
 QSize NameLabel::sizeHint() const
 {
     return fontMetrics().size(Qt::TextSingleLine, m_shownText).grownBy(contentsMargins());
@@ -101,7 +107,7 @@ void NameLabel::paintEvent(QPaintEvent * /*event*/)
     painter.drawText(place,
                      static_cast<int>(QStyle::visualAlignment(layoutDirection(), m_alignment)) |
                          Qt::TextSingleLine,
-                     fontMetrics().elidedText(m_shownText, Qt::ElideMiddle, place.width()));
+                     fontMetrics().elidedText(m_shownText, m_elideMode, place.width()));
 }
 
 QRect NameLabel::clickableRect() const

@@ -6,9 +6,10 @@
 
 namespace tessaly {
 
-/// A line of text that is shortened in the middle where there is no room for it, and that may be
-/// clicked. For names and paths: text() is the text as it was set, of which every character counts;
-/// what cannot be shown, or would turn the direction of the text, is drawn as a question mark.
+/// A line of text that is shortened where there is no room for it, in the middle if not told
+/// otherwise, and that may be clicked. For names and paths: text() is the text as it was set, of
+/// which every character counts; what cannot be shown, or would turn the direction of the text, is
+/// drawn as a question mark.
 ///
 /// Tooltip: with one set, the pointer brings up the whole text, in lines that fit onto the screen.
 class NameLabel : public ClickableView {
@@ -16,6 +17,7 @@ class NameLabel : public ClickableView {
     Q_PROPERTY(QString text READ text WRITE setText)
     Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
     Q_PROPERTY(bool tellsWhenShortened READ tellsWhenShortened WRITE setTellsWhenShortened)
+    Q_PROPERTY(Qt::TextElideMode elideMode READ elideMode WRITE setElideMode)
 
 public:
     explicit NameLabel(QWidget *parent = nullptr);
@@ -32,6 +34,10 @@ public:
     void setTellsWhenShortened(bool tells) noexcept { m_tellsWhenShortened = tells; }
     [[nodiscard]] bool isShortened() const;
 
+    /// What is left off where there is no room for the text: its middle at first.
+    [[nodiscard]] Qt::TextElideMode elideMode() const noexcept { return m_elideMode; }
+    void setElideMode(Qt::TextElideMode mode);
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -46,6 +52,7 @@ private:
     QString m_shownText;
     Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     bool m_tellsWhenShortened = false;
+    Qt::TextElideMode m_elideMode = Qt::ElideMiddle;
 };
 
 /// The text as it is drawn: without what has no look of its own.

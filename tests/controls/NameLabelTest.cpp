@@ -57,6 +57,30 @@ TEST(NameLabel, nameRunsAsItsLettersDoWhateverTheWindow)
     EXPECT_NE(drawn(u".Trash"_s, Qt::RightToLeft), drawn(u"Trash."_s, Qt::RightToLeft));
 }
 
+TEST(NameLabel, leavesOffWhatItIsToldTo)
+{
+    const QString name = u"A name that is far too long"_s;
+    const auto drawnIn = [&name](Qt::TextElideMode mode) {
+        NameLabel label;
+        label.setElideMode(mode);
+        label.setText(name);
+        label.resize(label.sizeHint().width() / 2, label.sizeHint().height());
+        return label.grab().toImage();
+    };
+    const auto drawnText = [](Qt::TextElideMode mode, const QString &text) {
+        NameLabel whole;
+        whole.setText(text);
+        const int width = whole.sizeHint().width() / 2;
+        NameLabel label;
+        label.setText(label.fontMetrics().elidedText(text, mode, width));
+        label.resize(width, whole.sizeHint().height());
+        return label.grab().toImage();
+    };
+    EXPECT_EQ(NameLabel().elideMode(), Qt::ElideMiddle);
+    EXPECT_EQ(drawnIn(Qt::ElideRight), drawnText(Qt::ElideRight, name));
+    EXPECT_NE(drawnIn(Qt::ElideRight), drawnIn(Qt::ElideMiddle));
+}
+
 TEST(NameLabel, nameBeginsWhereTheWindowDoes)
 {
     NameLabel label;

@@ -33,7 +33,7 @@ const char *const progressBar = "tessaly::KORVENProgressBar";
 
 Needs needsOfSidebarCell()
 {
-    return {{{iconView, {"icon"}}, {"QLabel", {"title"}}}, {}};
+    return {{{iconView, {"icon"}}, {nameLabel, {"title"}}}, {}};
 }
 
 /// Those of a screen with the result of a scan.

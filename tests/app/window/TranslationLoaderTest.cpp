@@ -2,6 +2,7 @@
 
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENButton.hpp"
+#include "app/controls/NameLabel.hpp"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -32,6 +33,9 @@ QStringList labelsOf(const QString &name)
     QStringList texts;
     if (loaded.root != nullptr) {
         for (const auto *label : loaded.root->findChildren<QLabel *>()) {
+            texts << label->text();
+        }
+        for (const auto *label : loaded.root->findChildren<NameLabel *>()) {
             texts << label->text();
         }
     }
