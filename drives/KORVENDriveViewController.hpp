@@ -110,6 +110,8 @@ private:
 
     [[nodiscard]] QString searchText(int row) const override;
     [[nodiscard]] QString accessibleText(int row) const override;
+    [[nodiscard]] bool canActivateRow(int /*row*/) const override { return true; }
+    [[nodiscard]] bool hasMenu(int /*row*/) const override { return true; }
     void activateRow(int row) override;
     void showMenu(int row, const QPoint &place) override;
 

@@ -117,6 +117,7 @@ private:
 
     [[nodiscard]] QString searchText(int row) const override;
     [[nodiscard]] QString accessibleText(int row) const override;
+    [[nodiscard]] bool canActivateRow(int /*row*/) const override { return true; }
     void activateRow(int row) override;
 
     QPointer<QWidget> m_view;

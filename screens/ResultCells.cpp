@@ -108,9 +108,11 @@ QString ResultCells::imageName(const KORVENFolderObject &row) const
 
 QString ResultCells::accessibleText(const KORVENFolderObject &row, float total)
 {
-    return u"%1, %2, %3"_s.arg(drawableText(textOfName(row.folderName())),
-                               QString::fromStdString(row.folderSizeAsString()),
-                               percentText(shareOf(row, total)).trimmed());
+    const QString text = row.folderIsDirectory() ? KORVENViewController::tr("%1, folder, %2, %3")
+                                                 : KORVENViewController::tr("%1, file, %2, %3");
+    return text.arg(drawableText(textOfName(row.folderName())),
+                    QString::fromStdString(row.folderSizeAsString()),
+                    percentText(shareOf(row, total)).trimmed());
 }
 
 } // namespace tessaly

@@ -313,6 +313,7 @@ void ResultViewController::drillDownOneLevel(std::string_view name)
     m_level.goDown(name, m_level.path() ? pathBelow(*m_level.path(), name) : std::string(name));
     populateScanTable(m_level.folder());
     updateScanResultsDrillDown();
+    m_tableView->speakRows();
 }
 
 bool ResultViewController::canDrillUp() const noexcept
@@ -333,6 +334,7 @@ void ResultViewController::drillUpOneLevel()
     populateScanTable(m_level.folder());
     updateScanResultsDrillDown();
     selectFolder(left);
+    m_tableView->speakRows();
 }
 
 /// The rows in sight stay where they are.

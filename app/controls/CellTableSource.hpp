@@ -36,6 +36,9 @@ public:
     {
         return true;
     }
+    /// Whether activateRow() and showMenu() do something with the row.
+    [[nodiscard]] virtual bool canActivateRow(int /*row*/) const { return false; }
+    [[nodiscard]] virtual bool hasMenu(int /*row*/) const { return false; }
     /// The user wants to go into the row: Return on it.
     virtual void activateRow(int /*row*/) {}
     /// The user wants the row's menu, at this place of the screen.

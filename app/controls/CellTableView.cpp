@@ -3,6 +3,7 @@
 #include "app/controls/CellTableModel.hpp"
 #include "app/controls/CellTableSource.hpp"
 #include "app/controls/Look.hpp"
+#include "app/controls/SpokenNotice.hpp"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -92,6 +93,20 @@ void CellTableView::setRowHeight(int height)
     scheduleDelayedItemsLayout();
 }
 
+void CellTableView::setRowHeightForWidth(std::function<int(int width)> heightForWidth)
+{
+    m_heightForWidth = std::move(heightForWidth);
+    fitRowHeight();
+}
+
+void CellTableView::fitRowHeight()
+{
+    const int height = m_heightForWidth ? m_heightForWidth(viewport()->width()) : m_rowHeight;
+    if (height != m_rowHeight) {
+        setRowHeight(height);
+    }
+}
+
 void CellTableView::registerCells(const QString &identifier, CellMaker maker)
 {
     m_makers[identifier] = std::move(maker);
@@ -178,6 +193,47 @@ QWidget *CellTableView::selectedCell()
     return cellForRow(row);
 }
 
+/// Selects the row and gives it a cell; false when there is no such row.
+bool CellTableView::bringIntoSight(int row)
+{
+    if (m_source == nullptr || row < 0 || row >= m_model->rowCount()) {
+        return false;
+    }
+    selectRow(row);
+    scrollTo(m_model->index(row)); // a row that is out of sight has no cell
+    return true;
+}
+
+void CellTableView::activateRow(int row)
+{
+    if (bringIntoSight(row)) {
+        m_source->activateRow(row);
+    }
+}
+
+void CellTableView::showMenuOfRow(int row)
+{
+    if (bringIntoSight(row)) {
+        const QPoint middle = visualRect(m_model->index(row)).center();
+        m_source->showMenu(row, viewport()->mapToGlobal(middle));
+    }
+}
+
+void CellTableView::speakRows()
+{
+    constexpr int maxSpokenRows = 5;
+    const int rowCount = m_model->rowCount();
+    if (m_source == nullptr || rowCount == 0 || !isVisible()) {
+        return;
+    }
+    QStringList rows;
+    for (int row = 0; row < std::min(rowCount, maxSpokenRows); ++row) {
+        rows << m_source->accessibleText(row);
+    }
+    const QString text = rowCount == 1 ? tr("1 item: %1") : tr("%n items: %1", nullptr, rowCount);
+    SpokenNotice::say(*window(), text.arg(rows.join(u"; ")));
+}
+
 QItemSelectionModel::SelectionFlags CellTableView::selectionCommand(const QModelIndex &index,
                                                                     const QEvent *event) const
 {
@@ -209,8 +265,7 @@ void CellTableView::keyPressEvent(QKeyEvent *event)
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
     if (m_source != nullptr && isReturn && modifiers == Qt::NoModifier && selectedRow() >= 0) {
-        scrollTo(currentIndex()); // a row that is out of sight has no cell
-        m_source->activateRow(selectedRow());
+        activateRow(selectedRow());
         return;
     }
     if (event->key() == Qt::Key_Escape) {
@@ -234,15 +289,17 @@ void CellTableView::contextMenuEvent(QContextMenuEvent *event)
     if (row < 0 || m_source == nullptr) {
         return;
     }
-    selectRow(row);
-    scrollTo(m_model->index(row));
-    const QRect place = visualRect(m_model->index(row));
-    m_source->showMenu(row, isKey ? viewport()->mapToGlobal(place.center()) : event->globalPos());
+    if (isKey) {
+        showMenuOfRow(row);
+    } else if (bringIntoSight(row)) {
+        m_source->showMenu(row, event->globalPos());
+    }
 }
 
 void CellTableView::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
+    fitRowHeight();
     layOutCells();
 }
 

@@ -41,6 +41,9 @@ public:
     /// All rows are of the same height, in points.
     void setRowHeight(int height);
     [[nodiscard]] int rowHeight() const noexcept { return m_rowHeight; }
+    /// The same for rows whose height depends on the width that they have; called again whenever
+    /// that changes.
+    void setRowHeightForWidth(std::function<int(int width)> heightForWidth);
 
     /// How cells with this identifier are made.
     void registerCells(const QString &identifier, CellMaker maker);
@@ -66,6 +69,15 @@ public:
     /// The cell of the selected row, which is brought into sight for that; nullptr without one.
     [[nodiscard]] QWidget *selectedCell();
 
+    /// Goes into a row, as Return on it does. Does nothing when there is no such row.
+    void activateRow(int row);
+    /// Shows a row's menu in its middle, as the menu key does. The same.
+    void showMenuOfRow(int row);
+
+    /// Has screen readers speak the rows: how many they are, and the first few. Does nothing while
+    /// the table is out of sight, or when there are none.
+    void speakRows();
+
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
@@ -87,12 +99,15 @@ private:
     /// Assistive technology selects a row, but leaves the current row as it was.
     void makeSelectedRowCurrent();
     void selectCurrentRow();
+    [[nodiscard]] bool bringIntoSight(int row);
+    void fitRowHeight();
     void layOutCells();
     [[nodiscard]] std::pair<int, int> rowsInSight() const;
 
     CellTableSource *m_source = nullptr;
     CellTableModel *m_model;
     int m_rowHeight = 46;
+    std::function<int(int width)> m_heightForWidth;
     std::map<QString, CellMaker> m_makers;
     std::map<int, Cell> m_shown; ///< by row
     std::vector<Cell> m_unused;

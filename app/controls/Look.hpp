@@ -15,6 +15,7 @@ inline constexpr QColor window{0x5e, 0x5e, 0x5e};
 inline constexpr QColor backdrop{0x26, 0x26, 0x26}; ///< around a window in full screen
 inline constexpr QColor sidebar{0x4b, 0x4b, 0x4b};
 inline constexpr QColor sheet{0x66, 0x66, 0x66}; ///< what slides over the window
+inline constexpr QColor sheetEdge{0x2e, 0x2e, 0x2e};
 inline constexpr QColor group{0x5a, 0x5a, 0x5a}; ///< the boxes on a sheet
 inline constexpr QColor separator{0x4a, 0x4a, 0x4a};
 inline constexpr QColor evenRow{0x53, 0x53, 0x53};

@@ -1,51 +1,67 @@
 #include "app/controls/MessageAlert.hpp"
 
+#include "app/controls/AlertPanel.hpp"
 #include "app/controls/KORVENButton.hpp"
-#include "resources/Artwork.hpp"
 
-#include <QLabel>
+#include <QKeyEvent>
 
-using namespace Qt::StringLiterals;
+#include <utility>
 
 namespace tessaly {
 
-namespace {
-
-constexpr int iconSize = 64;
-
-} // namespace
-
-MessageAlert::MessageAlert(QWidget &window, const QString &messageText,
-                           const QString &informativeText)
-    : QMessageBox(QMessageBox::Warning, {}, messageText, QMessageBox::NoButton, &window)
+MessageAlert::MessageAlert(QWidget &window, std::unique_ptr<AlertPanel> alertPanel, Ended ended)
+    : WindowSheet(window, std::move(alertPanel)), m_panel(qobject_cast<AlertPanel *>(&panel())),
+      m_ended(std::move(ended))
 {
-    setInformativeText(informativeText);
-    setIconPixmap(applicationIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
-    // What Qt calls the labels.
-    if (auto *message = findChild<QLabel *>(u"qt_msgbox_label"_s)) {
-        QFont font = message->font();
-        font.setBold(true);
-        message->setFont(font);
-    }
-    if (auto *text = findChild<QLabel *>(u"qt_msgbox_informativelabel"_s)) {
-        text->setWordWrap(false); // lines end where the text says so
-    }
-    setAttribute(Qt::WA_DeleteOnClose);
-    auto *button = new KORVENButton(tr("ok"));
-    addButton(button, QMessageBox::AcceptRole);
-    setDefaultButton(button);
+    setAccessibleName(text());
+    setAccessibleDescription(informativeText());
+    connect(m_panel, &AlertPanel::pressed, this, &MessageAlert::finish);
+    connect(this, &WindowSheet::escaped, this, &MessageAlert::finish);
 }
 
 MessageAlert *MessageAlert::begin(QWidget &window, const QString &messageText,
                                   const QString &informativeText, const Ended &ended)
 {
-    auto *alert = new MessageAlert(window, messageText, informativeText);
-    if (ended) {
-        // Escape and the window manager press the only button as well.
-        connect(alert, &QDialog::finished, alert, [ended] { ended(firstButtonReturn); });
-    }
-    alert->open();
+    auto panel = std::make_unique<AlertPanel>(messageText, informativeText, QStringList{tr("ok")});
+    auto *alert = new MessageAlert(window, std::move(panel), ended);
+    alert->WindowSheet::begin(*alert->buttons().first());
     return alert;
+}
+
+const QString &MessageAlert::text() const noexcept
+{
+    return m_panel->text();
+}
+
+const QString &MessageAlert::informativeText() const noexcept
+{
+    return m_panel->informativeText();
+}
+
+const QList<KORVENButton *> &MessageAlert::buttons() const noexcept
+{
+    return m_panel->buttons();
+}
+
+void MessageAlert::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        finish();
+    } else {
+        WindowSheet::keyPressEvent(event);
+    }
+}
+
+void MessageAlert::finish()
+{
+    if (std::exchange(m_isFinished, true)) {
+        return;
+    }
+    end();
+    deleteLater();
+    if (m_ended) {
+        m_ended(firstButtonReturn);
+    }
 }
 
 } // namespace tessaly

@@ -17,6 +17,7 @@
 #include "app/window/RateMessageBox.hpp"
 #include "app/window/Sidebar.hpp"
 #include "app/window/SplitView.hpp"
+#include "app/window/SpokenPages.hpp"
 #include "drives/KORVENDriveViewController.hpp"
 #include "history/KORVENHistoryViewController.hpp"
 #include "platform/ApplicationLauncher.hpp"
@@ -89,6 +90,7 @@ KORVENWindowController::~KORVENWindowController()
 {
     m_rateMoment.reset();
     m_rateAndReview.reset();
+    m_spokenPages.reset();
     m_menuCommands.reset();
     // The screens' views go with them, while the window is still there. The history's screen is the
     // last one: the workers of the others may have something to tell it up to their end.
@@ -148,6 +150,7 @@ void KORVENWindowController::awakeFromNib()
     makeScreens();
     connect(m_sidebar, &Sidebar::selectionChanged, m_tabView, &QStackedWidget::setCurrentIndex);
     selectPage(drivesPage);
+    m_spokenPages = std::make_unique<SpokenPages>(*m_tabView);
     m_menuCommands = std::make_unique<MenuCommands>(*this);
     m_mainWindow->setApplicationMenu(&applicationMenu());
     m_quitKey = std::make_unique<QuitKey>(

@@ -29,6 +29,7 @@ class QuietMoment;
 class QuitKey;
 class Sidebar;
 class SplitView;
+class SpokenPages;
 
 /// Runs the main window: its frame, the sidebar, the screens, one a page, the program's menu and
 /// the sheet with the preferences. The row of the sidebar that is selected and the page that is
@@ -152,6 +153,7 @@ private:
 
     std::unique_ptr<MenuCommands> m_menuCommands;
     std::unique_ptr<QuitKey> m_quitKey;
+    std::unique_ptr<SpokenPages> m_spokenPages;
     std::unique_ptr<HomeFolderGrant> m_homeFolderGrant;
     std::unique_ptr<KORVENDriveViewController> m_dvc;
     std::unique_ptr<KORVENHomeViewController> m_hvc;

@@ -2,9 +2,9 @@
 
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/RowActions.hpp"
+#include "app/controls/WindowSheet.hpp"
 #include "app/window/KORVENWindowController.hpp"
 #include "app/window/MakerAddresses.hpp"
-#include "app/window/PreferenceSheet.hpp"
 #include "drives/KORVENDriveViewController.hpp"
 #include "history/KORVENHistoryViewController.hpp"
 #include "screens/KORVENHomeViewController.hpp"
@@ -105,10 +105,9 @@ void MenuCommands::connectScreenItems()
 
 ApplicationMenu::State MenuCommands::state() const
 {
-    const PreferenceSheet *sheet = m_controller.preferenceSheet();
     const ResultViewController *results = shownResults();
     const RowActions *rows = shownRows();
-    return {.isBlocked = sheet != nullptr && sheet->isVisible(),
+    return {.isBlocked = WindowSheet::openOn(m_controller.mainWindow()) != nullptr,
             .isFolderScanRunning = m_controller.avc().isScanRunningNow(),
             .isHomeScanRunning = m_controller.hvc().isScanRunningNow(),
             .canGoBack = results != nullptr && results->canDrillUp(),

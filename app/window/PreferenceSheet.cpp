@@ -1,9 +1,10 @@
 #include "app/window/PreferenceSheet.hpp"
 
 #include "app/controls/InterfaceFile.hpp"
+#include "app/controls/KORVENWindow.hpp"
 #include "app/controls/Look.hpp"
+#include "app/controls/SheetGroup.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "app/window/SheetGroup.hpp"
 #include "platform/SettingsStore.hpp"
 
 #include <QButtonGroup>
@@ -91,6 +92,14 @@ QButtonGroup *PreferenceSheet::matrix(const char *name)
         colorIndicator(button, unchosen, look::selection);
         group->addButton(&button, row);
     }
+    // Tab enters the group at the chosen button; Qt does so only once the focus has been there.
+    connect(group, &QButtonGroup::idToggled, group, [group](int id, bool isChosen) {
+        QAbstractButton &button = *group->button(id);
+        button.setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
+    });
+    for (QAbstractButton *button : group->buttons()) {
+        button->setFocusPolicy(Qt::ClickFocus);
+    }
     group->button(0)->setChecked(true);
     return group;
 }
@@ -105,17 +114,15 @@ QCheckBox *PreferenceSheet::check(const char *name)
 
 void PreferenceSheet::wire()
 {
-    connect(m_hiddenItemMatrix, &QButtonGroup::idClicked, this,
-            &PreferenceSheet::hiddenItemMatrixChanged);
-    connect(m_largeFileMatrix, &QButtonGroup::idClicked, this,
-            &PreferenceSheet::largeFileMatrixChanged);
+    wireState(*m_hiddenItemMatrix, &PreferenceSheet::hiddenItemMatrixChanged);
+    wireState(*m_largeFileMatrix, &PreferenceSheet::largeFileMatrixChanged);
+    wireState(*m_showNotification, &PreferenceSheet::showNotificationChecked);
+    wireState(*m_notificationSound, &PreferenceSheet::notificationSoundChecked);
+    wireState(*m_diskGraph, &PreferenceSheet::diskGraphColorChecked);
+    wireState(*m_folderGraph, &PreferenceSheet::folderGraphColorChecked);
     const QStringList missing =
         wireActions(panel(), *this,
-                    {{"showNotificationCheck", [this] { showNotificationChecked(); }},
-                     {"notificationSoundCheck", [this] { notificationSoundChecked(); }},
-                     {"diskGraphCheck", [this] { diskGraphColorChecked(); }},
-                     {"folderGraphCheck", [this] { folderGraphColorChecked(); }},
-                     {"customHomeFolderButton", [this] { Q_EMIT customHomeFolderClicked(); }},
+                    {{"customHomeFolderButton", [this] { Q_EMIT customHomeFolderClicked(); }},
                      {"removeHomeFolderButton", [this] { Q_EMIT removeHomeFolderClicked(); }},
                      {"closeButton", [this] { Q_EMIT closeClicked(); }}});
     if (!missing.isEmpty()) {
@@ -124,14 +131,36 @@ void PreferenceSheet::wire()
     connect(this, &WindowSheet::escaped, this, &PreferenceSheet::closeClicked);
 }
 
+// By the state of a control and not by its clicks: assistive technology changes the state alone.
+
+void PreferenceSheet::wireState(const QButtonGroup &group, void (PreferenceSheet::*changed)())
+{
+    connect(&group, &QButtonGroup::idToggled, this, [this, changed](int /*row*/, bool isChosen) {
+        if (isChosen && !m_isShowingPreferences) {
+            (this->*changed)();
+        }
+    });
+}
+
+void PreferenceSheet::wireState(const QCheckBox &box, void (PreferenceSheet::*changed)())
+{
+    connect(&box, &QCheckBox::toggled, this, [this, changed] {
+        if (!m_isShowingPreferences) {
+            (this->*changed)();
+        }
+    });
+}
+
 void PreferenceSheet::showPreferenceSheet()
 {
+    m_isShowingPreferences = true;
     choose(*m_hiddenItemMatrix, delegate().hiddenItemPreference());
     choose(*m_largeFileMatrix, delegate().largeFilePreference());
     m_showNotification->setChecked(delegate().showNotificationPreference() != 0);
     m_notificationSound->setChecked(delegate().notificationSoundPreference() != 0);
     m_diskGraph->setChecked(delegate().diskGraphColorPreference() != 0);
     m_folderGraph->setChecked(delegate().folderGraphColorPreference() != 0);
+    m_isShowingPreferences = false;
     if (delegate().showNotificationPreference() == 0) {
         m_notificationSound->setEnabled(false);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/window/WindowSheet.hpp"
+#include "app/controls/WindowSheet.hpp"
 
 #include <cstdint>
 #include <string_view>
@@ -9,6 +9,8 @@ class QButtonGroup;
 class QCheckBox;
 
 namespace tessaly {
+
+class KORVENWindow;
 
 /// The sheet with the preferences. Each change is the delegate's and in the settings at once; there
 /// is nothing to cancel.
@@ -59,6 +61,8 @@ private:
     [[nodiscard]] QButtonGroup *matrix(const char *name);
     [[nodiscard]] QCheckBox *check(const char *name);
     void wire();
+    void wireState(const QButtonGroup &group, void (PreferenceSheet::*changed)());
+    void wireState(const QCheckBox &box, void (PreferenceSheet::*changed)());
 
     QButtonGroup *m_hiddenItemMatrix;
     QButtonGroup *m_largeFileMatrix;
@@ -66,6 +70,7 @@ private:
     QCheckBox *m_notificationSound;
     QCheckBox *m_diskGraph;
     QCheckBox *m_folderGraph;
+    bool m_isShowingPreferences = false; ///< the controls are following the preferences
 };
 
 } // namespace tessaly

@@ -1,5 +1,7 @@
 #include "app/window/QuietMoment.hpp"
 
+#include "app/controls/WindowSheet.hpp"
+
 #include <QApplication>
 #include <QEvent>
 #include <QWidget>
@@ -27,6 +29,9 @@ void QuietMoment::look()
     QWidget *inFront = QApplication::activePopupWidget();
     if (inFront == nullptr) {
         inFront = QApplication::activeModalWidget();
+    }
+    if (inFront == nullptr) {
+        inFront = WindowSheet::openOn(*m_window);
     }
     if (!m_window->isVisible()) {
         watch(*m_window);

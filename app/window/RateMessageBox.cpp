@@ -1,11 +1,14 @@
 #include "app/window/RateMessageBox.hpp"
 
-#include <QAbstractButton>
+#include "app/controls/AlertPanel.hpp"
+#include "app/controls/KORVENButton.hpp"
+#include "app/controls/Look.hpp"
+
 #include <QCoreApplication>
+#include <QDialog>
 #include <QEvent>
-#include <QList>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QPainter>
+#include <QVBoxLayout>
 
 namespace tessaly {
 
@@ -31,36 +34,57 @@ private:
     bool m_isQuitting = false;
 };
 
+/// A dialog that looks like the sheets of the main window.
+class Prompt final : public QDialog {
+public:
+    Prompt(const RateAlert::Request &request, QWidget *window)
+        : QDialog(window, Qt::Dialog | Qt::FramelessWindowHint)
+    {
+        setWindowTitle(request.messageText);
+        setAccessibleDescription(request.informativeText);
+        setWindowModality(Qt::ApplicationModal);
+        auto *panel = new AlertPanel(request.messageText, request.informativeText, request.buttons);
+        auto *layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSizeConstraint(QLayout::SetFixedSize);
+        layout->addWidget(panel);
+        if (!panel->buttons().isEmpty()) {
+            panel->buttons().first()->setDefault(true);
+            panel->buttons().first()->setFocus();
+        }
+        connect(panel, &AlertPanel::pressed, this,
+                [this](int button) { done(RateAlert::firstButton + button); });
+    }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter(this);
+        painter.setPen(look::sheetEdge);
+        painter.setBrush(look::sheet);
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+};
+
 } // namespace
 
 RateMessageBox::RateMessageBox(QWidget &window) : m_window(&window) {}
 
 int RateMessageBox::runModal(const Request &request)
 {
-    // Not on the stack: the window may go, and its box with it, while the box waits.
-    const QPointer<QMessageBox> box = new QMessageBox(
-        QMessageBox::Information, {}, request.messageText, QMessageBox::NoButton, m_window);
-    box->setInformativeText(request.informativeText);
-    box->setWindowModality(Qt::ApplicationModal);
-    QList<QAbstractButton *> buttons;
-    for (const QString &title : request.buttons) {
-        // The desktop lays buttons out by their roles.
-        buttons.append(box->addButton(title, buttons.isEmpty() ? QMessageBox::AcceptRole
-                                                               : QMessageBox::RejectRole));
-    }
-    if (!buttons.isEmpty()) {
-        box->setDefaultButton(static_cast<QPushButton *>(buttons.first()));
-        box->setEscapeButton(buttons.last());
-    }
+    // Not on the stack: the window may be destroyed, and the prompt with it, while it waits.
+    const QPointer<Prompt> prompt = new Prompt(request, m_window);
     const QuitWatch quitWatch;
-    box->exec();
-    if (box.isNull()) {
+    const int pressed = prompt->exec();
+    if (prompt.isNull()) {
         return noAnswer;
     }
-    const auto pressed = buttons.indexOf(box->clickedButton());
-    delete box;
-    return pressed < 0 || quitWatch.isQuitting() ? noAnswer
-                                                 : firstButton + static_cast<int>(pressed);
+    delete prompt;
+    if (quitWatch.isQuitting() || request.buttons.isEmpty()) {
+        return noAnswer;
+    }
+    const int lastButton = firstButton + static_cast<int>(request.buttons.size()) - 1;
+    return pressed == QDialog::Rejected ? lastButton : pressed;
 }
 
 } // namespace tessaly

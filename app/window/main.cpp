@@ -1,5 +1,6 @@
 // The program.
 
+#include "app/controls/AccessibleControls.hpp"
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/Look.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
@@ -114,6 +115,7 @@ int main(int argumentCount, char **arguments)
         return *status;
     }
     applyLook();
+    installAccessibleControls();
     qtSessionBus.connectAccessibility(); // before the first widget
 
     LinuxDocumentsFolder documents;

@@ -492,6 +492,17 @@
     </message>
 </context>
 <context>
+    <name>tessaly::AccessibleCellRow</name>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+</context>
+<context>
     <name>tessaly::ApplicationMenu</name>
     <message>
         <source>Menu</source>
@@ -647,6 +658,20 @@
     <message>
         <source>Changed</source>
         <translation>Geändert</translation>
+    </message>
+</context>
+<context>
+    <name>tessaly::CellTableView</name>
+    <message>
+        <source>1 item: %1</source>
+        <translation>1 Objekt: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items: %1</source>
+        <translation>
+            <numerusform>%n Objekt: %1</numerusform>
+            <numerusform>%n Objekte: %1</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1115,6 +1140,14 @@ Bitte wählen Sie Ihren persönlichen Ordner noch einmal aus.</translation>
     <message>
         <source>Quick look</source>
         <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>%1, folder, %2, %3</source>
+        <translation>%1, Ordner, %2, %3</translation>
+    </message>
+    <message>
+        <source>%1, file, %2, %3</source>
+        <translation>%1, Datei, %2, %3</translation>
     </message>
 </context>
 <context>

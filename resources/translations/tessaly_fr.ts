@@ -492,6 +492,17 @@
     </message>
 </context>
 <context>
+    <name>tessaly::AccessibleCellRow</name>
+    <message>
+        <source>Open</source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Sélectionner</translation>
+    </message>
+</context>
+<context>
     <name>tessaly::ApplicationMenu</name>
     <message>
         <source>Menu</source>
@@ -647,6 +658,20 @@
     <message>
         <source>Changed</source>
         <translation>Modifié</translation>
+    </message>
+</context>
+<context>
+    <name>tessaly::CellTableView</name>
+    <message>
+        <source>1 item: %1</source>
+        <translation>1 élément : %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items: %1</source>
+        <translation>
+            <numerusform>%n élément : %1</numerusform>
+            <numerusform>%n éléments : %1</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1115,6 +1140,14 @@ Veuillez choisir à nouveau votre dossier personnel.</translation>
     <message>
         <source>Quick look</source>
         <translation>Aperçu rapide</translation>
+    </message>
+    <message>
+        <source>%1, folder, %2, %3</source>
+        <translation>%1, dossier, %2, %3</translation>
+    </message>
+    <message>
+        <source>%1, file, %2, %3</source>
+        <translation>%1, fichier, %2, %3</translation>
     </message>
 </context>
 <context>

@@ -645,13 +645,15 @@ TEST_F(KORVENScanViewControllerTest, typingSelectsARow)
     EXPECT_EQ(table().selectedRow(), 2);
 }
 
-TEST_F(KORVENScanViewControllerTest, rowsReadAsNameSizeAndPercentage)
+TEST_F(KORVENScanViewControllerTest, rowsReadAsNameKindSizeAndPercentage)
 {
     openScreen();
-    showTree(makeTree("/f", {file("a\n", 250), file("b", 750)}));
+    showTree(makeTree("/f", {file("a\n", 250), folder("b", {file("c", 750)})}));
     const QAbstractItemModel *model = table().model();
-    EXPECT_EQ(model->index(0, 0).data(Qt::AccessibleTextRole).toString(), u"b, 0.75 KB, 75%"_s);
-    EXPECT_EQ(model->index(1, 0).data(Qt::AccessibleTextRole).toString(), u"a?, 0.25 KB, 25%"_s);
+    EXPECT_EQ(model->index(0, 0).data(Qt::AccessibleTextRole).toString(),
+              u"b, folder, 0.75 KB, 75%"_s);
+    EXPECT_EQ(model->index(1, 0).data(Qt::AccessibleTextRole).toString(),
+              u"a?, file, 0.25 KB, 25%"_s);
 }
 
 TEST_F(KORVENScanViewControllerTest, namesOfAnyBytesAreShownDrilledAndPreviewed)

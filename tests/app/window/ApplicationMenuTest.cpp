@@ -335,7 +335,7 @@ TEST_F(ApplicationMenuTest, saysWhatTheProgramIsAndQuits)
 {
     action(Item::about).trigger();
     ASSERT_NE(alert(), nullptr);
-    alert()->accept();
+    alert()->buttons().first()->click();
     typeKey(Item::quit);
     EXPECT_FALSE(window().isVisible());
 }

@@ -1,5 +1,5 @@
 #include "app/controls/InterfaceFile.hpp"
-#include "app/window/SheetGroup.hpp"
+#include "app/controls/SheetGroup.hpp"
 #include "drives/KORVENDriveCellView.hpp"
 #include "history/KORVENHistoryCellView.hpp"
 #include "screens/KORVENFolderCellView.hpp"

@@ -1,5 +1,8 @@
 #include "app/window/KORVENWindowController.hpp"
 
+#include "app/controls/NameLabel.hpp"
+#include "app/controls/SpokenNotice.hpp"
+#include "app/controls/WindowPlacement.hpp"
 #include "app/window/MakerAddresses.hpp"
 #include "app/window/ProgramVersion.hpp"
 #include "app/window/QuietMoment.hpp"
@@ -7,11 +10,15 @@
 #include "tests/app/window/WindowTest.hpp"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QDialog>
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <span>
+#include <string_view>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -38,13 +45,13 @@ protected:
     }
     void expectScanRunningAlert() const
     {
-        QMessageBox *shown = alert();
+        MessageAlert *shown = alert();
         ASSERT_NE(shown, nullptr);
         EXPECT_EQ(shown->text(), u"Tessaly Message"_s);
         EXPECT_EQ(
             shown->informativeText(),
             u"There is a scan currently running.\nPlease try again after the scan completes."_s);
-        EXPECT_EQ(shown->windowModality(), Qt::WindowModal);
+        EXPECT_FALSE(m_controller->splitView().isEnabled());
         ASSERT_EQ(shown->buttons().size(), 1);
         EXPECT_EQ(shown->buttons()[0]->text(), u"ok"_s);
     }
@@ -122,7 +129,7 @@ TEST_F(KORVENWindowControllerTest, reopeningDuringAScanIsRefused)
     expectScanRunningAlert();
     expectPage(Controller::historyPage);
     EXPECT_EQ(scanRows(), Names{});
-    QPointer<QMessageBox> shown = alert();
+    QPointer<MessageAlert> shown = alert();
     QTest::keyClick(shown->buttons()[0], Qt::Key_Return);
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown.isNull(); }));
     EXPECT_EQ(m_terminationCount, 0);
@@ -328,12 +335,12 @@ TEST_F(KORVENWindowControllerTest, theRestartAlertEndsTheProgram)
     openWindow();
     for (int i = 1; i <= 2; ++i) {
         m_controller->restartAlert();
-        QMessageBox *shown = alert();
+        MessageAlert *shown = alert();
         ASSERT_NE(shown, nullptr);
         EXPECT_EQ(shown->text(), u"Tessaly Message"_s);
         EXPECT_EQ(shown->informativeText(),
                   u"Saving changes and exiting.\nPlease restart the app."_s);
-        EXPECT_EQ(shown->windowModality(), Qt::WindowModal);
+        EXPECT_FALSE(m_controller->splitView().isEnabled());
         ASSERT_EQ(shown->buttons().size(), 1);
         EXPECT_EQ(shown->buttons()[0]->text(), u"ok"_s);
         EXPECT_EQ(m_terminationCount, i - 1);
@@ -345,6 +352,62 @@ TEST_F(KORVENWindowControllerTest, theRestartAlertEndsTheProgram)
         EXPECT_EQ(m_terminationCount, i);
         EXPECT_EQ(alert(), nullptr);
     }
+}
+
+TEST_F(KORVENWindowControllerTest, theFullScreenItemLeadsThereAndSaysTheWayBack)
+{
+    openWindow();
+    QAction &item = m_controller->fullscreenMenuItem();
+    EXPECT_EQ(item.text(), u"Enter Full Screen"_s);
+    item.trigger();
+    EXPECT_EQ(item.text(), u"Exit Full Screen"_s);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return window().isFullScreen(); }));
+    item.trigger();
+    EXPECT_EQ(item.text(), u"Enter Full Screen"_s);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !window().isFullScreen(); }));
+}
+
+TEST_F(KORVENWindowControllerTest, comesBackWhereItWasBeforeFullScreen)
+{
+    const QRect before(13, 27, 771, 503);
+    const auto store = [this](std::string_view key, const QRect &frame) {
+        const QByteArray bytes = WindowPlacement{frame, false}.bytes();
+        m_services.settings.setData(
+            key,
+            std::as_bytes(std::span(bytes.constData(), static_cast<std::size_t>(bytes.size()))));
+    };
+    store("windowPlacement", {5, 5, 780, 490});
+    store("frameForNonFullScreenMode", before); // of a program that was killed in full screen
+    openWindow();
+    EXPECT_EQ(window().geometry(), before);
+    EXPECT_FALSE(m_services.settings.hasKey("frameForNonFullScreenMode"));
+}
+
+TEST_F(KORVENWindowControllerTest, eachRowOfTheSidebarHasItsOwnCell)
+{
+    openWindow();
+    QStringList titles;
+    for (int row = 0; row < Controller::pageCount; ++row) {
+        const QWidget *cell = outlineTable().cellForRow(row);
+        ASSERT_NE(cell, nullptr);
+        titles << cell->findChild<NameLabel *>()->text();
+    }
+    EXPECT_EQ(titles, (QStringList{u"Drives"_s, u"Home Folder"_s, u"Folder Scan"_s, u"History"_s}));
+}
+
+TEST_F(KORVENWindowControllerTest, aPageIsSpokenWhenItOpensOrItsRowsCome)
+{
+    openWindow();
+    const auto spoken = [this] {
+        const auto *notice = window().findChild<SpokenNotice *>();
+        return notice != nullptr ? notice->accessibleName() : QString();
+    };
+    m_delegate->loadHistoryItem(recordTree(*makeTree("/f", {folder("d", {file("x", 10)})})));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return spoken() == u"1 item: d, folder, 0.01 KB, 100%"_s; }));
+    m_controller->avc().drillDownOneLevel("d");
+    EXPECT_EQ(spoken(), u"1 item: x, file, 0.01 KB, 100%"_s);
+    m_controller->selectPage(Controller::historyPage);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return spoken().startsWith(u"1 item: /f"_s); }));
 }
 
 TEST_F(KORVENWindowControllerTest, opensOtherProgramsAndPages)
@@ -373,7 +436,7 @@ TEST_F(KORVENWindowControllerTest, saysWhatItIs)
 {
     openWindow();
     m_controller->showAbout();
-    QMessageBox *shown = alert();
+    MessageAlert *shown = alert();
     ASSERT_NE(shown, nullptr);
     EXPECT_TRUE(shown->text().startsWith(u"Tessaly"_s));
     QTest::mouseClick(shown->buttons()[0], Qt::LeftButton);
@@ -483,10 +546,10 @@ TEST_F(KORVENWindowControllerTest, asksToBeRatedOnceTheWindowIsThere)
     QString asked;
     QTimer answer;
     QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+        if (auto *prompt = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
             EXPECT_TRUE(window().isVisible());
-            asked = box->text();
-            QTest::mouseClick(box->buttons().first(), Qt::LeftButton);
+            asked = prompt->windowTitle();
+            prompt->findChild<KORVENButton *>()->click(); // the first one
             answer.stop();
         }
     });

@@ -1,7 +1,9 @@
 #include "app/window/PreferenceSheet.hpp"
 
+#include "app/window/SplitView.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -217,6 +219,35 @@ TEST_F(PreferenceSheetTest, theColoursOfFoldersRefreshTheResults)
     }
 }
 
+TEST_F(PreferenceSheetTest, whatAssistiveTechnologySwitchesIsAppliedAndStored)
+{
+    openSheet();
+    const auto toggle = [this](QAbstractButton &control) {
+        m_services.settings.clearLog();
+        QAccessible::queryAccessibleInterface(&control)->actionInterface()->doAction(
+            QAccessibleActionInterface::toggleAction());
+        return m_services.settings.log();
+    };
+    EXPECT_EQ(toggle(sheet().showNotificationCheck()),
+              (Names{"setInteger showNotificationPreference 0", "flush"}));
+    EXPECT_EQ(m_delegate->showNotificationPreference(), 0);
+    EXPECT_FALSE(sheet().notificationSoundCheck().isEnabled());
+    EXPECT_EQ(toggle(sheet().showNotificationCheck()),
+              (Names{"setInteger showNotificationPreference 1", "flush"}));
+    EXPECT_EQ(toggle(sheet().notificationSoundCheck()),
+              (Names{"setInteger notificationSoundPreference 0", "flush"}));
+    EXPECT_EQ(toggle(sheet().diskGraphCheck()),
+              (Names{"setInteger diskGraphColorPreference 0", "flush"}));
+    EXPECT_EQ(toggle(sheet().folderGraphCheck()),
+              (Names{"setInteger folderGraphColorPreference 0", "flush"}));
+    EXPECT_EQ(toggle(*sheet().hiddenItemMatrix().button(2)),
+              (Names{"setInteger hiddenItemPreference 2", "flush"}));
+    EXPECT_EQ(m_delegate->hiddenItemPreference(), 2);
+    EXPECT_EQ(toggle(*sheet().largeFileMatrix().button(1)),
+              (Names{"setInteger largeFilePreference 1", "flush"}));
+    EXPECT_EQ(m_delegate->largeFilePreference(), 1);
+}
+
 TEST_F(PreferenceSheetTest, onTheOldestReleaseThereAreNoNotifications)
 {
     m_services.release.setVersion({10, 7});
@@ -276,6 +307,48 @@ TEST_F(PreferenceSheetTest, theArrowsChooseRows)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
     EXPECT_EQ(m_delegate->hiddenItemPreference(), 1);
     EXPECT_EQ(m_services.settings.integer("hiddenItemPreference"), 1);
+}
+
+TEST_F(PreferenceSheetTest, tabEntersAGroupAtTheChosenRowAndArrowsChooseThere)
+{
+    openWindow();
+    m_delegate->setHiddenItemPreference(3);
+    m_delegate->setLargeFilePreference(2);
+    m_controller->showPreferenceSheet();
+    EXPECT_EQ(QApplication::focusWidget(), sheet().hiddenItemMatrix().button(3));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), sheet().largeFileMatrix().button(2));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(m_delegate->largeFilePreference(), 3);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+    ASSERT_EQ(QApplication::focusWidget(), sheet().hiddenItemMatrix().button(3));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    EXPECT_EQ(m_delegate->hiddenItemPreference(), 2);
+
+    sheet().largeFileMatrix().button(0)->setChecked(true); // as assistive technology does
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), sheet().largeFileMatrix().button(0));
+}
+
+TEST_F(PreferenceSheetTest, disablesWhatLiesBelow)
+{
+    openSheet();
+    EXPECT_FALSE(m_controller->splitView().isEnabled());
+    m_controller->closePreferenceSheet();
+    EXPECT_TRUE(m_controller->splitView().isEnabled());
+}
+
+TEST_F(PreferenceSheetTest, anAlertAboveItTakesReturnAndTheKeyboard)
+{
+    openSheet();
+    m_controller->restartAlert();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_FALSE(sheet().isEnabled());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(m_terminationCount, 1);
+    EXPECT_TRUE(sheet().isVisible());
+    EXPECT_TRUE(sheet().isEnabled());
+    EXPECT_TRUE(sheet().isAncestorOf(QApplication::focusWidget()));
 }
 
 TEST_F(PreferenceSheetTest, keepsClicksAndKeysFromWhatLiesBelow)

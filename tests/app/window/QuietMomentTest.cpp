@@ -1,9 +1,11 @@
 #include "app/window/QuietMoment.hpp"
 
+#include "app/controls/KORVENButton.hpp"
+#include "app/controls/MessageAlert.hpp"
+
 #include <QApplication>
 #include <QDialog>
 #include <QMenu>
-#include <QMessageBox>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -63,12 +65,11 @@ TEST_F(QuietMomentTest, waitsForTheWindow)
 TEST_F(QuietMomentTest, waitsUntilAnAlertIsClosed)
 {
     m_window->show();
-    QMessageBox alert(QMessageBox::Warning, {}, u"Wait"_s, QMessageBox::Ok, m_window.get());
-    alert.open();
+    const auto *alert = MessageAlert::begin(*m_window, u"Wait"_s, u"a moment"_s);
     wait();
     settle();
     EXPECT_EQ(m_count, 0);
-    alert.close();
+    alert->buttons().first()->click();
     EXPECT_TRUE(hasCome());
 }
 

@@ -1,8 +1,12 @@
 #include "app/window/RateMessageBox.hpp"
 
-#include <QAbstractButton>
+#include "app/controls/AlertPanel.hpp"
+#include "app/controls/KORVENButton.hpp"
+#include "app/controls/Look.hpp"
+
 #include <QApplication>
-#include <QMessageBox>
+#include <QDialog>
+#include <QLabel>
 #include <QTest>
 #include <QWidget>
 
@@ -21,12 +25,12 @@ protected:
     RateMessageBoxTest() { m_window->show(); }
 
     /// Shows the box, does that with it, and returns the answer.
-    int ask(const std::function<void(QMessageBox &)> &act)
+    int ask(const std::function<void(QDialog &)> &act)
     {
         QMetaObject::invokeMethod(
             &m_context,
             [&act] {
-                auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+                auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
                 ASSERT_NE(box, nullptr);
                 act(*box);
             },
@@ -35,9 +39,11 @@ protected:
         return alert.runModal({u"Message"_s, u"Information"_s, {u"Yes"_s, u"Not now"_s}});
     }
 
-    static QAbstractButton *button(const QMessageBox &box, const QString &title)
+    static const AlertPanel &panelOf(const QDialog &box) { return *box.findChild<AlertPanel *>(); }
+
+    static KORVENButton *button(const QDialog &box, const QString &title)
     {
-        for (QAbstractButton *button : box.buttons()) {
+        for (KORVENButton *button : panelOf(box).buttons()) {
             if (button->text().remove(u'&') == title) {
                 return button;
             }
@@ -45,7 +51,7 @@ protected:
         return nullptr;
     }
 
-    static void press(const QMessageBox &box, const QString &title)
+    static void press(const QDialog &box, const QString &title)
     {
         ASSERT_NE(button(box, title), nullptr);
         QTest::mouseClick(button(box, title), Qt::LeftButton);
@@ -57,7 +63,7 @@ protected:
 
 TEST_F(RateMessageBoxTest, quittingTheProgramIsNoAnswer)
 {
-    const auto quit = [](QMessageBox & /*box*/) {
+    const auto quit = [](QDialog & /*box*/) {
         QEvent event(QEvent::Quit);
         QCoreApplication::sendEvent(QCoreApplication::instance(), &event);
     };
@@ -66,53 +72,64 @@ TEST_F(RateMessageBoxTest, quittingTheProgramIsNoAnswer)
 
 TEST_F(RateMessageBoxTest, isInformationForTheWholeProgram)
 {
-    ask([this](QMessageBox &box) {
-        EXPECT_EQ(box.icon(), QMessageBox::Information);
+    ask([this](QDialog &box) {
         EXPECT_EQ(box.windowModality(), Qt::ApplicationModal);
         EXPECT_FALSE(box.windowFlags().testFlag(Qt::Sheet));
         EXPECT_EQ(box.parentWidget(), m_window.get());
-        EXPECT_EQ(box.text(), u"Message"_s);
-        EXPECT_EQ(box.informativeText(), u"Information"_s);
-        EXPECT_EQ(box.buttons().size(), 2);
+        EXPECT_EQ(box.windowTitle(), u"Message"_s);
+        EXPECT_EQ(panelOf(box).text(), u"Message"_s);
+        EXPECT_EQ(panelOf(box).informativeText(), u"Information"_s);
+        EXPECT_EQ(panelOf(box).buttons().size(), 2);
+        press(box, u"Yes"_s);
+    });
+}
+
+TEST_F(RateMessageBoxTest, looksLikeASheetOfTheWindow)
+{
+    ask([](QDialog &box) {
+        EXPECT_TRUE(box.windowFlags().testFlag(Qt::FramelessWindowHint));
+        const QImage image = box.grab().toImage();
+        EXPECT_EQ(image.pixelColor(4, 4), look::sheet);
+        EXPECT_EQ(image.pixelColor(0, 4), look::sheetEdge);
         press(box, u"Yes"_s);
     });
 }
 
 TEST_F(RateMessageBoxTest, hasItsButtonsInTheirOrder)
 {
-    ask([](QMessageBox &box) {
-        const QAbstractButton *yes = button(box, u"Yes"_s);
-        const QAbstractButton *notNow = button(box, u"Not now"_s);
+    ask([](QDialog &box) {
+        const KORVENButton *yes = button(box, u"Yes"_s);
+        const KORVENButton *notNow = button(box, u"Not now"_s);
         EXPECT_LT(yes->x(), notNow->x());
-        EXPECT_EQ(box.buttons(),
-                  (QList<QAbstractButton *>{button(box, u"Yes"_s), button(box, u"Not now"_s)}));
+        EXPECT_EQ(panelOf(box).buttons(),
+                  (QList<KORVENButton *>{button(box, u"Yes"_s), button(box, u"Not now"_s)}));
         press(box, u"Yes"_s);
     });
 }
 
 TEST_F(RateMessageBoxTest, answersWithTheNumberOfTheButton)
 {
-    EXPECT_EQ(ask([](QMessageBox &box) { press(box, u"Yes"_s); }), 1000);
-    EXPECT_EQ(ask([](QMessageBox &box) { press(box, u"Not now"_s); }), 1001);
+    EXPECT_EQ(ask([](QDialog &box) { press(box, u"Yes"_s); }), 1000);
+    EXPECT_EQ(ask([](QDialog &box) { press(box, u"Not now"_s); }), 1001);
 }
 
 TEST_F(RateMessageBoxTest, returnPressesTheFirstAndEscapeTheLast)
 {
-    EXPECT_EQ(ask([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); }), 1000);
-    EXPECT_EQ(ask([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); }), 1001);
-    EXPECT_EQ(ask([](QMessageBox &box) { box.close(); }), 1001);
+    EXPECT_EQ(ask([](QDialog &box) { QTest::keyClick(&box, Qt::Key_Return); }), 1000);
+    EXPECT_EQ(ask([](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); }), 1001);
+    EXPECT_EQ(ask([](QDialog &box) { box.close(); }), 1001);
 }
 
 TEST_F(RateMessageBoxTest, isGoneAfterTheAnswer)
 {
-    ask([](QMessageBox &box) { press(box, u"Not now"_s); });
-    EXPECT_EQ(m_window->findChild<QMessageBox *>(), nullptr);
+    ask([](QDialog &box) { press(box, u"Not now"_s); });
+    EXPECT_EQ(m_window->findChild<QDialog *>(), nullptr);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST_F(RateMessageBoxTest, hasNoAnswerWhenTheWindowGoes)
 {
-    EXPECT_EQ(ask([this](QMessageBox & /*box*/) { m_window.reset(); }), 0);
+    EXPECT_EQ(ask([this](QDialog & /*box*/) { m_window.reset(); }), 0);
 }
 
 } // namespace

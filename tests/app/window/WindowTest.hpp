@@ -1,7 +1,9 @@
 #pragma once
 
 #include "app/controls/CellTableView.hpp"
+#include "app/controls/KORVENButton.hpp"
 #include "app/controls/KORVENWindow.hpp"
+#include "app/controls/MessageAlert.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/ApplicationMenu.hpp"
 #include "app/window/KORVENWindowController.hpp"
@@ -18,7 +20,6 @@
 #include "tests/engine/TreeBuilder.hpp"
 #include "tests/fakes/FakeServices.hpp"
 
-#include <QMessageBox>
 #include <QPointer>
 #include <QStackedWidget>
 #include <QTest>
@@ -96,11 +97,11 @@ protected:
     }
 
     /// The alert that is shown; nullptr when none is.
-    [[nodiscard]] QMessageBox *alert() const
+    [[nodiscard]] MessageAlert *alert() const
     {
-        for (auto *box : window().findChildren<QMessageBox *>()) {
-            if (box->isVisible()) {
-                return box;
+        for (auto *alert : window().findChildren<MessageAlert *>()) {
+            if (alert->isVisible()) {
+                return alert;
             }
         }
         return nullptr;

@@ -43,9 +43,13 @@ FILES = {
     "notes.raw": 3_000_000,
     "Größe #1 100%.txt": 1_000_000,
 }
-ROWS = ["Movies, 6.00 MB, 60%", "notes.raw, 3.00 MB, 30%", "Größe #1 100%.txt, 1.00 MB, 10%"]
+ROWS = [
+    "Movies, folder, 6.00 MB, 60%",
+    "notes.raw, file, 3.00 MB, 30%",
+    "Größe #1 100%.txt, file, 1.00 MB, 10%",
+]
 TOTAL = "10.00 MB"
-ROWS_OF_MOVIES = ["Films, 4.00 MB, 67%", "short one.mkv, 2.00 MB, 33%"]
+ROWS_OF_MOVIES = ["Films, folder, 4.00 MB, 67%", "short one.mkv, file, 2.00 MB, 33%"]
 
 
 class OutsideClient:
@@ -133,8 +137,12 @@ class OutsideClient:
         self.wait(f"the selection of {name}", lambda: self.is_selected("Screens", name))
 
     def choose_from_row_menu(self, title):
-        """Opens the selected row's menu by its key, and goes to an item as the focus tells."""
+        """Opens the selected row's menu by its key, and chooses an item."""
         self.press_key("Menu")
+        self.do(self.menu_item(title), "Press")
+
+    def menu_item(self, title):
+        """Goes to an item of the menu that is open, as the focus tells."""
 
         def is_focused():
             if self.focused is not None and self.focused.name == title:
@@ -143,9 +151,23 @@ class OutsideClient:
             return False
 
         self.wait(f"the menu item {title!r}", is_focused)
-        self.do(self.focused, "Press")
+        return self.focused
 
     def scan(self):
+        self.scan_disk()
+        self.wait("the notification", self.is_notified)
+
+        self.select("Items of the folder", ROWS[0])
+        self.press_key("Return")
+        self.wait_for_rows(ROWS_OF_MOVIES)
+        self.shown("label", os.path.join(self.disk, "Movies"))
+
+        self.select("Items of the folder", ROWS_OF_MOVIES[0])
+        self.choose_from_row_menu("Show in File Manager")
+        self.wait("the file manager's window", self.is_revealed)
+        self.do(self.shown("push button", "Close"), "Press")
+
+    def scan_disk(self):
         self.choose_page("Folder Scan")
         self.shown("label", "No folder scanned yet")
         self.do(self.shown("push button", "Scan"), "Press")
@@ -157,17 +179,6 @@ class OutsideClient:
 
         self.wait_for_rows(ROWS)
         self.shown("label", TOTAL)
-        self.wait("the notification", self.is_notified)
-
-        self.select("Items of the folder", ROWS[0])
-        self.press_key("Return")
-        self.wait_for_rows(ROWS_OF_MOVIES)
-        self.shown("filler", os.path.join(self.disk, "Movies"))
-
-        self.select("Items of the folder", ROWS_OF_MOVIES[0])
-        self.choose_from_row_menu("Show in File Manager")
-        self.wait("the file manager's window", self.is_revealed)
-        self.do(self.shown("push button", "Close"), "Press")
 
     def start_again(self):
         """The last scan is there again, though its folder is not."""
@@ -206,7 +217,7 @@ class DesktopForClients(VirtualDesktop):
             *("org.a11y.Status", "IsEnabled", "<true>"),
         )
 
-    def lead(self, program, part):
+    def lead(self, program, part, script=__file__):
         """Opens the program, lets a client do a part of the job, and sees the program end.
 
         Returns what the program has written to its log.
@@ -214,7 +225,7 @@ class DesktopForClients(VirtualDesktop):
         with tempfile.TemporaryFile("w+") as log:
             process = self.open_program(program, stderr=log)
             subprocess.run(
-                (sys.executable, "-B", __file__, AS_CLIENT, part), env=self.environment, check=True
+                (sys.executable, "-B", script, AS_CLIENT, part), env=self.environment, check=True
             )
             status = process.wait(PATIENCE_SECONDS)
             log.seek(0)

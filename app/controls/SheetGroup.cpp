@@ -1,4 +1,4 @@
-#include "app/window/SheetGroup.hpp"
+#include "app/controls/SheetGroup.hpp"
 
 #include "app/controls/Look.hpp"
 

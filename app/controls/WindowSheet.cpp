@@ -1,4 +1,4 @@
-#include "app/window/WindowSheet.hpp"
+#include "app/controls/WindowSheet.hpp"
 
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/Look.hpp"
@@ -8,6 +8,7 @@
 #include <QPainterPath>
 #include <QScrollArea>
 #include <QStyle>
+#include <QVariant>
 
 #include <algorithm>
 
@@ -19,7 +20,6 @@ constexpr int cornerRadius = 8;
 constexpr int shadowReach = 26;
 constexpr int shadowDrop = 12;   ///< the shadow lies lower than the panel
 constexpr int shadowOpacity = 3; ///< of 255, of each of the layers that it is made of
-constexpr QColor edge{0x2e, 0x2e, 0x2e};
 
 /// Whether a key is the window's also while a sheet is there: those of its menus, and the marked
 /// letters of the sheet itself.
@@ -27,6 +27,40 @@ bool isKeyOfTheWindow(const QKeyEvent &key)
 {
     const bool isCharacter = key.key() < Qt::Key_Escape; // which is the first that is none
     return key.key() == Qt::Key_F10 || (isCharacter && key.modifiers() == Qt::AltModifier);
+}
+
+/// What a sheet on this window covers.
+QWidget &hostIn(QWidget &window)
+{
+    const auto *own = qobject_cast<KORVENWindow *>(window.window());
+    return own != nullptr && own->contentWidget() != nullptr ? *own->contentWidget() : window;
+}
+
+/// Disables all children of `host` that lie below an open sheet, and enables those again that it
+/// disabled before and that lie below none any more. Sheets that are not open are left enabled.
+void enableTopmostOnly(QWidget &host)
+{
+    constexpr const char *isBelowSheet = "isBelowSheet";
+    bool sheetIsAbove = false;
+    // Children are in their stacking order, the topmost one last.
+    const QObjectList children = host.children();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        auto *widget = qobject_cast<QWidget *>(*child);
+        if (widget == nullptr || widget->isWindow()) {
+            continue;
+        }
+        const bool isSheet = qobject_cast<WindowSheet *>(widget) != nullptr;
+        const bool isBelow = sheetIsAbove && !(isSheet && widget->isHidden());
+        const bool wasBelow = widget->property(isBelowSheet).toBool();
+        if (isBelow && !wasBelow && widget->isEnabled()) {
+            widget->setProperty(isBelowSheet, true);
+            widget->setEnabled(false);
+        } else if (!isBelow && wasBelow) {
+            widget->setProperty(isBelowSheet, QVariant());
+            widget->setEnabled(true);
+        }
+        sheetIsAbove = sheetIsAbove || (isSheet && !widget->isHidden());
+    }
 }
 
 /// A panel's outline: its upper edge is the title bar's lower one.
@@ -39,9 +73,9 @@ QPainterPath outline(const QRectF &frame, qreal radius)
 
 } // namespace
 
-WindowSheet::WindowSheet(KORVENWindow &window, std::unique_ptr<QWidget> panel)
+WindowSheet::WindowSheet(QWidget &window, std::unique_ptr<QWidget> panel)
     // Tab stays within a subwindow.
-    : QWidget(window.contentWidget(), Qt::SubWindow), m_panel(panel.get())
+    : QWidget(&hostIn(window), Qt::SubWindow), m_host(parentWidget()), m_panel(panel.get())
 {
     auto *frame = new QScrollArea(this);
     m_frame = frame;
@@ -53,28 +87,47 @@ WindowSheet::WindowSheet(KORVENWindow &window, std::unique_ptr<QWidget> panel)
     m_panel->setAutoFillBackground(false);
     setAutoFillBackground(false);
     hide();
-    parentWidget()->installEventFilter(this);
+    m_host->installEventFilter(this);
+}
+
+WindowSheet::~WindowSheet()
+{
+    if (m_host != nullptr) {
+        hide();
+        enableTopmostOnly(*m_host);
+    }
+}
+
+WindowSheet *WindowSheet::openOn(const QWidget &window)
+{
+    const QList<WindowSheet *> sheets = window.findChildren<WindowSheet *>();
+    const auto open = std::find_if(sheets.begin(), sheets.end(),
+                                   [](const WindowSheet *sheet) { return !sheet->isHidden(); });
+    return open != sheets.end() ? *open : nullptr;
 }
 
 void WindowSheet::begin(QWidget &firstFocus)
 {
-    if (isVisible()) {
+    if (!isHidden()) {
         return;
     }
     m_focusBefore = window()->focusWidget();
     layOut();
     raise();
     show();
+    // Before the widget that has the keyboard is disabled: Qt would give it to any other.
     firstFocus.setFocus(Qt::OtherFocusReason);
+    enableTopmostOnly(*m_host);
 }
 
 void WindowSheet::end()
 {
-    if (!isVisible()) {
+    if (isHidden()) {
         return;
     }
     hide();
-    if (m_focusBefore) {
+    enableTopmostOnly(*m_host);
+    if (m_focusBefore && m_focusBefore->isEnabled() && m_focusBefore->isVisibleTo(window())) {
         m_focusBefore->setFocus(Qt::OtherFocusReason);
     }
 }
@@ -92,7 +145,7 @@ QRect WindowSheet::panelPlace() const
 
 void WindowSheet::layOut()
 {
-    setGeometry(parentWidget()->rect());
+    setGeometry(m_host->rect());
     m_frame->setGeometry(panelPlace());
 }
 
@@ -109,7 +162,7 @@ bool WindowSheet::event(QEvent *event)
 
 bool WindowSheet::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == parentWidget() && event->type() == QEvent::Resize) {
+    if (watched == m_host && event->type() == QEvent::Resize) {
         layOut();
     }
     return QWidget::eventFilter(watched, event);
@@ -140,7 +193,7 @@ void WindowSheet::paintEvent(QPaintEvent * /*event*/)
         const QRectF layer = panel.adjusted(-reach, 0, reach, reach).translated(0, shadowDrop);
         painter.drawPath(outline(layer, cornerRadius + reach));
     }
-    painter.setPen(edge);
+    painter.setPen(look::sheetEdge);
     painter.setBrush(look::sheet);
     painter.drawPath(outline(panel.adjusted(-0.5, 0, 0.5, cornerRadius - 0.5), cornerRadius));
 }

@@ -7,11 +7,11 @@
 
 namespace tessaly {
 
-class KORVENWindow;
-
-/// A sheet: a panel that hangs from the title bar of a window, in the middle. While it is there the
-/// window's content takes no input: neither clicks nor keys reach it. The title bar goes on
-/// working.
+/// A sheet: a panel that hangs from the title bar of a window, in the middle. While it is open,
+/// nothing below it can be used: clicks and keys do not reach the window's content, which is
+/// disabled, so that assistive technology cannot use it either. The title bar keeps working.
+///
+/// Sheets may lie above each other; only the topmost one takes input.
 ///
 /// A window whose content is smaller than the panel shows it with scroll bars.
 ///
@@ -20,14 +20,20 @@ class WindowSheet : public QWidget {
     Q_OBJECT
 
 public:
-    /// On a window that has its content already, which owns the sheet from now on. Not visible yet.
-    WindowSheet(KORVENWindow &window, std::unique_ptr<QWidget> panel);
+    /// On the content of the window that `window` belongs to, which owns the sheet; a window
+    /// without content of its own is covered as a whole. Not visible yet.
+    WindowSheet(QWidget &window, std::unique_ptr<QWidget> panel);
+    ~WindowSheet() override;
+    Q_DISABLE_COPY_MOVE(WindowSheet)
 
-    /// Shows the sheet and gives the keyboard to one of its controls. Does nothing when it is there
+    /// A sheet that is open on this window, or nullptr.
+    [[nodiscard]] static WindowSheet *openOn(const QWidget &window);
+
+    /// Shows the sheet and gives the keyboard to one of its controls. Does nothing when it is open
     /// already.
     void begin(QWidget &firstFocus);
-    /// Takes it away, and gives the keyboard back to whoever had it. Does nothing when it is not
-    /// there.
+    /// Takes it away, and gives the keyboard back to the widget that had it. Does nothing when it
+    /// is not open.
     void end();
 
     [[nodiscard]] QWidget &panel() const noexcept { return *m_panel; }
@@ -51,6 +57,7 @@ private:
     void layOut();
     [[nodiscard]] QRect panelPlace() const;
 
+    QPointer<QWidget> m_host; ///< what the sheet covers; null while that is being destroyed
     QWidget *m_panel;
     QWidget *m_frame; ///< holds the panel, or as much of it as there is room for
     QPointer<QWidget> m_focusBefore;
