@@ -15,7 +15,9 @@
 #include <QAction>
 #include <QDebug>
 #include <QLabel>
+#include <QLayout>
 #include <QMenu>
+#include <QResizeEvent>
 #include <QToolButton>
 
 #include <algorithm>
@@ -101,8 +103,9 @@ void KORVENDriveCellView::connectOutlets()
     }
     // Rows with and without an eject control are laid out alike, whatever the control says.
     const QFontMetrics metrics = m_ejectLabel->fontMetrics();
-    m_ejectLabel->setMinimumWidth(std::max(metrics.horizontalAdvance(tr("Eject")),
-                                           metrics.horizontalAdvance(tr("Ejecting…"))));
+    m_ejectLabelWidth = std::max(metrics.horizontalAdvance(tr("Eject")),
+                                 metrics.horizontalAdvance(tr("Ejecting…")));
+    m_ejectLabel->setMinimumWidth(m_ejectLabelWidth);
     for (QWidget *control :
          {static_cast<QWidget *>(m_ejectLabel), static_cast<QWidget *>(m_ejectButton)}) {
         QSizePolicy policy = control->sizePolicy();
@@ -125,6 +128,34 @@ void KORVENDriveCellView::showFiguresOld(bool areOld)
     for (QLabel *label : {m_driveTotal, m_driveUsed, m_driveFree}) {
         label->setEnabled(!areOld);
         label->setToolTip(areOld ? tr("As of the last time the volume answered") : QString());
+    }
+}
+
+/// Leaves out the label beside the eject button where bar and figures need its room.
+void KORVENDriveCellView::fitEjectLabel(int cellWidth) const
+{
+    const int labelWidth = m_ejectLabel->minimumWidth();
+    const int neededByOthers = layout()->minimumSize().width() - labelWidth;
+    const bool fits = neededByOthers + m_ejectLabelWidth <= cellWidth;
+    m_ejectLabel->setMinimumWidth(fits ? m_ejectLabelWidth : 0);
+    m_ejectLabel->setMaximumWidth(fits ? QWIDGETSIZE_MAX : 0);
+}
+
+int KORVENDriveCellView::heightForWidth(int width) const
+{
+    if (m_ejectLabel == nullptr) {
+        return sizeHint().height(); // a bare cell
+    }
+    fitEjectLabel(width);
+    layout()->activate();
+    return layout()->heightForWidth(width);
+}
+
+void KORVENDriveCellView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (m_ejectLabel != nullptr) {
+        fitEjectLabel(event->size().width());
     }
 }
 

@@ -75,6 +75,9 @@ public:
     /// Shows a window with what is known about the volume.
     void showInfo();
 
+    /// The height that a row of that width takes, at any size of the fonts.
+    [[nodiscard]] int heightForWidth(int width) const override;
+
     /// Opens the row's menu. It acts on the row that the cell shows now, whatever it shows later.
     QMenu *popUpMenu(const QPoint &place);
 
@@ -84,11 +87,15 @@ Q_SIGNALS:
     /// The row's menu is about to open.
     void menuRequested();
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     /// What the actions are about, independent of the cell.
     struct Target;
 
     void connectOutlets();
+    void fitEjectLabel(int cellWidth) const;
     [[nodiscard]] bool canEject() const noexcept { return m_isRemoveable || m_isUnmountable; }
     [[nodiscard]] Target target() const;
 
@@ -104,6 +111,7 @@ private:
     IconView *m_driveImage = nullptr;
     KORVENButton *m_ejectButton = nullptr;
     QLabel *m_ejectLabel = nullptr;
+    int m_ejectLabelWidth = 0; ///< what either of its texts takes
 };
 
 } // namespace tessaly

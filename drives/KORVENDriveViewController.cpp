@@ -37,7 +37,8 @@ namespace {
 const QString cellIdentifier = u"KORVENDriveCell"_s;
 const QString cellFile = u"KORVENDriveCell"_s;
 
-constexpr int leastRowHeight = 84;
+constexpr int minRowHeight = 84;
+const QString widestFigure = u"0000.00 GB"_s;
 
 constexpr auto diskUtility = "Disk Utility.app";
 
@@ -149,9 +150,17 @@ void KORVENDriveViewController::prepareCells()
         });
     }
     // The fonts may be larger than those that the rows were drawn up for.
-    const auto sample = KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
-    const int neededHeight = sample ? sample->sizeHint().height() : 0;
-    m_tableView->setRowHeight(std::max(leastRowHeight, neededHeight));
+    m_sampleCell = KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
+    if (m_sampleCell == nullptr) {
+        m_tableView->setRowHeight(minRowHeight);
+        return;
+    }
+    for (QLabel *figure :
+         {m_sampleCell->driveTotal(), m_sampleCell->driveUsed(), m_sampleCell->driveFree()}) {
+        figure->setText(widestFigure);
+    }
+    m_tableView->setRowHeightForWidth(
+        [this](int width) { return std::max(minRowHeight, m_sampleCell->heightForWidth(width)); });
 }
 
 void KORVENDriveViewController::runScanDrives()

@@ -116,6 +116,7 @@ private:
     void showMenu(int row, const QPoint &place) override;
 
     QPointer<QWidget> m_view;
+    std::unique_ptr<KORVENDriveCellView> m_sampleCell; ///< never shown; says how high rows are
     // Outlets: the view owns them.
     CellTableView *m_tableView = nullptr;
     KORVENButton *m_refreshButton = nullptr;

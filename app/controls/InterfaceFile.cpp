@@ -9,6 +9,7 @@
 #include "app/controls/NameLabel.hpp"
 #include "app/controls/Separator.hpp"
 #include "app/controls/WrappingLabel.hpp"
+#include "app/controls/WrappingRow.hpp"
 #include "resources/Artwork.hpp"
 
 #include <QAbstractButton>
@@ -47,6 +48,7 @@ QHash<QString, InterfaceFile::Maker> &makers()
         {u"NameLabel"_s, maker<NameLabel>()},
         {u"Separator"_s, maker<Separator>()},
         {u"WrappingLabel"_s, maker<WrappingLabel>()},
+        {u"WrappingRow"_s, maker<WrappingRow>()},
     };
     return all;
 }
@@ -162,7 +164,12 @@ QStringList wireActions(QWidget &root, const QObject &context,
     for (const WiredAction &wired : actions) {
         const QString name = wired.name.toString();
         if (auto *button = lookUpOutlet<QAbstractButton>(root, name); button != nullptr) {
-            QObject::connect(button, &QAbstractButton::clicked, &context, wired.run);
+            if (button->isCheckable()) {
+                // Assistive technology changes the state without a click.
+                QObject::connect(button, &QAbstractButton::toggled, &context, wired.run);
+            } else {
+                QObject::connect(button, &QAbstractButton::clicked, &context, wired.run);
+            }
         } else if (auto *action = root.findChild<QAction *>(name); action != nullptr) {
             QObject::connect(action, &QAction::triggered, &context, wired.run);
         } else {

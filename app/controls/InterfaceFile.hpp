@@ -52,8 +52,9 @@ struct WiredAction {
     std::function<void()> run;
 };
 
-/// Makes each button (when clicked) and each action (when triggered) below `root` run its function,
-/// for as long as `context` lives. Returns the names that neither a button nor an action has.
+/// Makes each button (when clicked, or toggled if it is checkable) and each action (when triggered)
+/// below `root` run its function, for as long as `context` lives. Returns the names that neither a
+/// button nor an action has.
 [[nodiscard]] QStringList wireActions(QWidget &root, const QObject &context,
                                       const std::vector<WiredAction> &actions);
 

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLabel>
 #include <QToolButton>
 
 #include <future>
@@ -74,6 +75,64 @@ TEST_F(KORVENDriveCellViewTest, anUnmountableVolumeIsUnmountedOnAThreadOfItsOwn)
     go.set_value();
     EXPECT_EQ(unmounted(), Paths{"/Volumes/a disk with spaces"});
     EXPECT_EQ(volumes().ejected, Paths{});
+}
+
+/// With fonts of that size in points, for as long as it lives.
+class FontSize {
+public:
+    explicit FontSize(double points)
+    {
+        QFont font = m_before;
+        font.setPointSizeF(points);
+        QApplication::setFont(font);
+    }
+    ~FontSize() { QApplication::setFont(m_before); }
+    Q_DISABLE_COPY_MOVE(FontSize)
+
+private:
+    QFont m_before = QApplication::font();
+};
+
+TEST_F(KORVENDriveCellViewTest, showsItsFiguresWholeAtAnySizeOfTheFonts)
+{
+    InterfaceFile::registerWidget<KORVENDriveCellView>("KORVENDriveCellView");
+    for (const double points : {9.0, 12.0, 16.0, 20.0}) {
+        const FontSize size(points);
+        const auto cell =
+            KORVENDriveCellView::tableCellViewWithNibNamed(u"KORVENDriveCell"_s, nullptr);
+        cell->setIsRemoveable(true);
+        cell->showEjectControl(false);
+        for (QLabel *figure : {cell->driveTotal(), cell->driveUsed(), cell->driveFree()}) {
+            figure->setText(u"888.88 GB"_s);
+        }
+        for (const int width : {520, 600, 840, 1200}) {
+            cell->resize(width, cell->heightForWidth(width));
+            cell->show();
+            ASSERT_TRUE(QTest::qWaitForWindowExposed(cell.get()));
+            for (const QLabel *figure :
+                 {cell->driveTotal(), cell->driveUsed(), cell->driveFree()}) {
+                const QRect place(figure->mapTo(cell.get(), QPoint(0, 0)), figure->size());
+                EXPECT_GE(place.width(), figure->sizeHint().width()) << points << ' ' << width;
+                EXPECT_TRUE(cell->rect().contains(place)) << points << ' ' << width;
+                EXPECT_EQ(figure->visibleRegion().boundingRect(), figure->rect())
+                    << points << ' ' << width;
+            }
+            EXPECT_LE(cell->ejectButton()->geometry().right(), width) << points << ' ' << width;
+        }
+    }
+}
+
+TEST_F(KORVENDriveCellViewTest, rowsAreAsHighAsTheirFiguresTake)
+{
+    const FontSize size(16);
+    addVolume("disk", 10, 5);
+    openScreen();
+    m_window.resize(1400, 600);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return table().viewport()->width() > 1300; }));
+    const int before = table().rowHeight();
+    m_window.resize(520, 600);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return table().rowHeight() > before; }));
+    EXPECT_EQ(cell(0).height(), table().rowHeight());
 }
 
 TEST_F(KORVENDriveCellViewTest, anyOtherVolumeIsLeftAlone)
