@@ -664,13 +664,13 @@
     <name>tessaly::CellTableView</name>
     <message>
         <source>1 item: %1</source>
-        <translation>1 élément : %1</translation>
+        <translation>1 élément&#xa0;: %1</translation>
     </message>
     <message numerus="yes">
         <source>%n items: %1</source>
         <translation>
-            <numerusform>%n élément : %1</numerusform>
-            <numerusform>%n éléments : %1</numerusform>
+            <numerusform>%n élément&#xa0;: %1</numerusform>
+            <numerusform>%n éléments&#xa0;: %1</numerusform>
         </translation>
     </message>
 </context>
