@@ -1,8 +1,8 @@
 #include "app/controls/IconView.hpp"
 
-#include <QPainter>
+#include "app/controls/IconDrawing.hpp"
 
-#include <cmath>
+#include <QPainter>
 
 namespace tessaly {
 
@@ -32,13 +32,7 @@ void IconView::setImageSize(QSize size)
 void IconView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    // QIcon::paint() enlarges the image for one scale at a scale between two, pixel by pixel. So
-    // take the one for the next whole scale, and draw it smaller.
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QPixmap image = m_image.pixmap(m_imageSize, std::ceil(painter.deviceTransform().m11()));
-    QRect place({0, 0}, image.deviceIndependentSize().toSize());
-    place.moveCenter(rect().center());
-    painter.drawPixmap(place, image);
+    drawIcon(painter, m_image, m_imageSize, rect());
 }
 
 } // namespace tessaly

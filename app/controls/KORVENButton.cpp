@@ -1,5 +1,6 @@
 #include "app/controls/KORVENButton.hpp"
 
+#include "app/controls/IconDrawing.hpp"
 #include "app/controls/Look.hpp"
 #include "app/controls/NineParts.hpp"
 #include "resources/Artwork.hpp"
@@ -219,8 +220,8 @@ void KORVENButton::drawLabel(QPainter &painter) const
 
     if (iconWidth > 0) {
         const QRect leading(whole.topLeft(), QSize(iconWidth, whole.height()));
-        icon().paint(&painter, QStyle::visualRect(layoutDirection(), whole, leading),
-                     Qt::AlignCenter);
+        drawIcon(painter, icon(), iconSize(),
+                 QStyle::visualRect(layoutDirection(), whole, leading));
     }
     painter.setPen(palette().color(QPalette::ButtonText));
     const QRect trailing = whole.adjusted(iconWidth + between, 0, 0, 0);

@@ -8,12 +8,16 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QFontMetrics>
+#include <QIcon>
 #include <QPainter>
 #include <QPalette>
+#include <QPixmap>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +31,19 @@ QColor titleColor(const QPushButton &button)
 
 class KORVENButtonTest : public testing::Test {
 protected:
+    static constexpr int iconSide = 28;
+
     KORVENButtonTest() { m_button.resize(m_button.sizeHint()); }
+
+    /// Without a title and without the face, which would show beside the icon.
+    void showIconOnly(const QIcon &icon)
+    {
+        m_button.setTitle({});
+        m_button.setFlat(true);
+        m_button.setIcon(icon);
+        m_button.setIconSize({iconSide, iconSide});
+        m_button.resize(m_button.sizeHint());
+    }
 
     KORVENButton m_button{u"Sort by name"_s};
 };
@@ -153,6 +169,49 @@ TEST_F(KORVENButtonTest, signAloneTakesLittleRoom)
     m_button.setTitle({});
     m_button.setIcon(artworkIcon(u"eject.png"));
     EXPECT_EQ(m_button.sizeHint(), QSize(m_button.iconSize().width() + 18, 28));
+}
+
+TEST_F(KORVENButtonTest, iconIsTheOneOfTheNextWholeScale)
+{
+    constexpr QColor small(255, 0, 0);
+    constexpr QColor large(0, 0, 255);
+    QIcon icon;
+    for (const auto &[scale, color] : {std::pair(1, small), std::pair(2, large)}) {
+        QPixmap plain(iconSide * scale, iconSide * scale);
+        plain.fill(color);
+        plain.setDevicePixelRatio(scale);
+        icon.addPixmap(plain);
+    }
+    showIconOnly(icon);
+    struct {
+        double scale;
+        QColor color;
+    } const cases[]{{1, small}, {1.25, large}, {1.5, large}, {1.75, large}, {2, large}};
+    for (const auto &[scale, color] : cases) {
+        const QImage picture = pictureOf(m_button, scale);
+        EXPECT_EQ(picture.pixelColor(picture.rect().center()), color) << scale;
+    }
+}
+
+TEST_F(KORVENButtonTest, largerIconIsDrawnSmoothly)
+{
+    // Lines that are one pixel wide at the double scale get grey at one and a half.
+    QImage lines(iconSide * 2, iconSide * 2, QImage::Format_RGB32);
+    lines.fill(Qt::white);
+    QPainter painter(&lines);
+    for (int x = 0; x < lines.width(); x += 2) {
+        painter.fillRect(x, 0, 1, lines.height(), Qt::black);
+    }
+    painter.end();
+    lines.setDevicePixelRatio(2);
+    showIconOnly(QIcon(QPixmap::fromImage(lines)));
+    const QImage picture = pictureOf(m_button, 1.5);
+    int greys = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+        const int lightness = picture.pixelColor(x, picture.height() / 2).lightness();
+        greys += lightness > 20 && lightness < 235 ? 1 : 0;
+    }
+    EXPECT_GT(greys, iconSide);
 }
 
 TEST_F(KORVENButtonTest, lightsUpUnderThePointer)
