@@ -22,6 +22,15 @@ std::string folderOf(std::string_view path)
     return slash == 0 || slash == std::string_view::npos ? "/" : std::string(path.substr(0, slash));
 }
 
+std::string joinedPath(std::string_view folder, std::string_view name)
+{
+    std::string path(folder);
+    if (folder != "/") {
+        path += '/';
+    }
+    return path += name;
+}
+
 std::string nameOf(std::string_view path)
 {
     return std::string(path == "/" ? path : path.substr(path.rfind('/') + 1));

@@ -12,6 +12,9 @@ namespace tessaly {
 /// The folder that holds the item at a clean absolute path; "/" for "/".
 [[nodiscard]] std::string folderOf(std::string_view path);
 
+/// The path of an item in the folder at a clean path; also of a name with further components.
+[[nodiscard]] std::string joinedPath(std::string_view folder, std::string_view name);
+
 /// The last component of a clean path; "/" for "/".
 [[nodiscard]] std::string nameOf(std::string_view path);
 

@@ -34,7 +34,7 @@ constexpr QSize usualSize(680, 440);
 constexpr int placesWidth = 150;
 constexpr int pathRole = Qt::UserRole; ///< of items: a QByteArray
 
-QString textOf(const std::string &path)
+QString editableText(const std::string &path)
 {
     const std::u16string text = archivedName(path);
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
@@ -54,11 +54,6 @@ std::string homeFolder()
 {
     const char *home = std::getenv("HOME");
     return home != nullptr && *home == '/' ? home : "/";
-}
-
-std::string joined(const std::string &folder, const std::string &name)
-{
-    return folder == "/" ? folder + name : folder + '/' + name;
 }
 
 QListWidgetItem *newItem(const QIcon &icon, const std::string &name, const std::string &path)
@@ -229,7 +224,7 @@ void FolderDialog::addFolders(const std::vector<std::string> &names)
     endReading(); // there may be more, but what is there can be used
     const QIcon icon = style()->standardIcon(QStyle::SP_DirIcon);
     for (const std::string &name : names) {
-        QListWidgetItem *item = newItem(icon, name, joined(m_folder, name));
+        QListWidgetItem *item = newItem(icon, name, joinedPath(m_folder, name));
         m_folders->addItem(item);
         item->setHidden(name.starts_with('.') && !m_showHidden->isChecked());
     }
@@ -286,14 +281,14 @@ void FolderDialog::accept()
 void FolderDialog::showPath(const std::string &path)
 {
     m_shownPath = path;
-    m_path->setText(textOf(path));
+    m_path->setText(editableText(path));
     m_path->selectAll(); // typing replaces it
 }
 
 /// What the line says, as an absolute path.
 std::string FolderDialog::typedPath() const
 {
-    if (!m_path->isModified() && m_path->text() == textOf(m_shownPath)) {
+    if (!m_path->isModified() && m_path->text() == editableText(m_shownPath)) {
         return m_shownPath;
     }
     std::string text = nameFromArchived(m_path->text().toStdU16String());
@@ -306,7 +301,7 @@ std::string FolderDialog::typedPath() const
     if (const auto path = pathOfFileUrl(text)) {
         return *path;
     }
-    return text.empty() ? m_folder : joined(m_folder, text);
+    return text.empty() ? m_folder : joinedPath(m_folder, text);
 }
 
 bool FolderDialog::eventFilter(QObject *watched, QEvent *event)

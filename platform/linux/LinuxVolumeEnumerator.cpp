@@ -1,21 +1,13 @@
 #include "platform/linux/LinuxVolumeEnumerator.hpp"
 
+#include "platform/linux/CleanPath.hpp"
+
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
 namespace tessaly {
-
-namespace {
-
-/// A name or path with another component.
-std::string joined(const std::string &parent, const std::string &child)
-{
-    return parent == "/" ? parent + child : parent + '/' + child;
-}
-
-} // namespace
 
 LinuxVolumeEnumerator::LinuxVolumeEnumerator(const std::vector<VolumeList::Entry> &entries)
 {
@@ -53,7 +45,7 @@ void LinuxVolumeEnumerator::addContents(const Item &folder)
     std::filesystem::directory_iterator entry(folder.path, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename();
-        Item item{joined(folder.name, name), joined(folder.path, name), false};
+        Item item{joinedPath(folder.name, name), joinedPath(folder.path, name), false};
         const bool isMountPoint =
             std::find(m_mountPoints.begin(), m_mountPoints.end(), item.path) != m_mountPoints.end();
         std::error_code isUnknown;

@@ -13,9 +13,9 @@ namespace tessaly {
 
 namespace {
 
-using Kind = DecoderRequest::Kind;
+using RequestKind = DecoderRequest::Kind;
 
-DecoderRequest requestFor(Kind kind, QSize size)
+DecoderRequest requestFor(RequestKind kind, QSize size)
 {
     DecoderRequest request;
     request.kind = kind;
@@ -24,13 +24,13 @@ DecoderRequest requestFor(Kind kind, QSize size)
     return request;
 }
 
-DecoderTask taskFor(Kind kind)
+DecoderTask taskFor(RequestKind kind)
 {
     switch (kind) {
-    case Kind::drawing:
+    case RequestKind::drawing:
         return {DecoderTask::Content::drawing};
-    case Kind::document:
-    case Kind::page:
+    case RequestKind::document:
+    case RequestKind::page:
         return {DecoderTask::Content::document};
     default:
         return {DecoderTask::Content::image};
@@ -55,7 +55,7 @@ DecoderSession::DecoderSession(std::shared_ptr<DecoderProcess> process,
 
 DecoderSession::~DecoderSession() = default;
 
-bool DecoderSession::start(Kind kind)
+bool DecoderSession::start(RequestKind kind)
 {
     if (!std::exchange(m_mayStart, false) || m_stop.stop_requested()) {
         return false;
@@ -65,11 +65,11 @@ bool DecoderSession::start(Kind kind)
         return false;
     }
     m_socket = std::move(*socket);
-    if (kind != Kind::page) {
+    if (kind != RequestKind::page) {
         return true;
     }
     // In place of one that had the document open.
-    const auto reopened = exchange(requestFor(Kind::document, {}), nullptr);
+    const auto reopened = exchange(requestFor(RequestKind::document, {}), nullptr);
     return reopened && reopened->problem == DecoderProblem::none;
 }
 
@@ -120,7 +120,7 @@ std::optional<DecoderSession::Image> DecoderSession::image(QSize bounds, bool is
 {
     std::optional<DecoderReply> reply;
     const QImage image =
-        imageOf(requestFor(isDrawing ? Kind::drawing : Kind::image, bounds), reply);
+        imageOf(requestFor(isDrawing ? RequestKind::drawing : RequestKind::image, bounds), reply);
     if (!reply) {
         return std::nullopt;
     }
@@ -136,7 +136,7 @@ std::optional<DecoderSession::Image> DecoderSession::image(QSize bounds, bool is
 
 std::optional<DecoderSession::Document> DecoderSession::document()
 {
-    const auto reply = ask(requestFor(Kind::document, {}), nullptr);
+    const auto reply = ask(requestFor(RequestKind::document, {}), nullptr);
     if (!reply) {
         return std::nullopt;
     }
@@ -158,7 +158,7 @@ std::optional<DecoderSession::Document> DecoderSession::document()
 
 QImage DecoderSession::page(int page, QSize size)
 {
-    DecoderRequest request = requestFor(Kind::page, size);
+    DecoderRequest request = requestFor(RequestKind::page, size);
     request.page = page;
     std::optional<DecoderReply> reply;
     return imageOf(request, reply);
@@ -170,7 +170,7 @@ DecoderSession::Frame DecoderSession::nextFrame(QSize size)
     constexpr int mostDelayMs = 60'000;
     std::optional<DecoderReply> reply;
     Frame frame;
-    frame.image = imageOf(requestFor(Kind::frame, size), reply);
+    frame.image = imageOf(requestFor(RequestKind::frame, size), reply);
     frame.delayMs = reply ? std::clamp(int{reply->delayMs}, leastDelayMs, mostDelayMs) : 0;
     return frame;
 }

@@ -86,7 +86,7 @@ protected:
     int m_iconClicks = 0;
 };
 
-using Rows = std::vector<int>;
+using RowNumbers = std::vector<int>;
 
 TEST_F(CellTableViewTest, theKeyboardFindsTheFirstRowSelected)
 {
@@ -95,7 +95,7 @@ TEST_F(CellTableViewTest, theKeyboardFindsTheFirstRowSelected)
     ASSERT_TRUE(m_table.hasFocus());
     EXPECT_EQ(m_table.selectedRow(), 0);
     QTest::keyClick(&m_table, Qt::Key_Return);
-    EXPECT_EQ(m_activated, Rows{0});
+    EXPECT_EQ(m_activated, RowNumbers{0});
     QTest::keyClick(&m_table, Qt::Key_Space);
     EXPECT_EQ(m_typed, u" "_s);
     EXPECT_EQ(m_table.selectedRow(), 0);
@@ -127,24 +127,24 @@ TEST_F(CellTableViewTest, aPressSelectsItsRowAlone)
     QObject::connect(m_table.selectionModel(), &QItemSelectionModel::selectionChanged, &m_window,
                      [&] { selected.push_back(m_table.selectedRow()); });
     QTest::mouseClick(m_table.viewport(), Qt::LeftButton, {}, placeOf(1));
-    EXPECT_EQ(selected, Rows{1}) << "and not the first row before it";
+    EXPECT_EQ(selected, RowNumbers{1}) << "and not the first row before it";
 }
 
 TEST_F(CellTableViewTest, aDoubleClickGoesIntoTheRow)
 {
     doubleClickRow(1);
-    EXPECT_EQ(m_activated, Rows{1});
+    EXPECT_EQ(m_activated, RowNumbers{1});
     doubleClickRow(2, Qt::RightButton);
-    EXPECT_EQ(m_activated, Rows{1}) << "with the left button alone";
+    EXPECT_EQ(m_activated, RowNumbers{1}) << "with the left button alone";
     doubleClick(*m_table.viewport(), QPoint(20, 3 * 46 + 20));
-    EXPECT_EQ(m_activated, Rows{1}) << "there is no row";
+    EXPECT_EQ(m_activated, RowNumbers{1}) << "there is no row";
 }
 
 TEST_F(CellTableViewTest, aDoubleClickOnWhatTakesClicksIsOneClickOnThat)
 {
     doubleClick(icon(1), icon(1).rect().center());
     EXPECT_EQ(m_iconClicks, 1);
-    EXPECT_EQ(m_activated, Rows{});
+    EXPECT_EQ(m_activated, RowNumbers{});
     EXPECT_EQ(m_table.selectedRow(), 1);
 }
 
@@ -152,7 +152,7 @@ TEST_F(CellTableViewTest, aDoubleClickThatBeganBesideTheIconGoesIntoTheRow)
 {
     QTest::mouseClick(m_table.viewport(), Qt::LeftButton, {}, placeOf(1));
     QTest::mouseDClick(&icon(1), Qt::LeftButton);
-    EXPECT_EQ(m_activated, Rows{1});
+    EXPECT_EQ(m_activated, RowNumbers{1});
 }
 
 TEST_F(CellTableViewTest, aDoubleClickDuringWhichTheRowsWereReplacedGoesIntoNone)
@@ -160,7 +160,7 @@ TEST_F(CellTableViewTest, aDoubleClickDuringWhichTheRowsWereReplacedGoesIntoNone
     QTest::mouseClick(m_table.viewport(), Qt::LeftButton, {}, placeOf(1));
     m_table.reloadData();
     QTest::mouseDClick(m_table.viewport(), Qt::LeftButton, {}, placeOf(1));
-    EXPECT_EQ(m_activated, Rows{});
+    EXPECT_EQ(m_activated, RowNumbers{});
 }
 
 TEST_F(CellTableViewTest, escapeIsForTheWindow)

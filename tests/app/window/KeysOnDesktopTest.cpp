@@ -20,7 +20,7 @@ namespace {
 using Controller = KORVENWindowController;
 
 /// How long something may take on a machine that has much else to do.
-constexpr int patienceMs = 30'000;
+constexpr int keyTimeoutMs = 30'000;
 
 class KeysOnDesktopTest : public WindowTest {
 protected:
@@ -32,7 +32,7 @@ protected:
         makeWindow();
         window().setGeometry(before);
         window().show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), patienceMs));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), keyTimeoutMs));
         for (int i = 0; i < 20 && !QTest::qWaitForWindowActive(&window(), 2'000); ++i) {
             window().activateWindow();
         }
@@ -43,7 +43,7 @@ protected:
     template <typename Condition>
     static bool waitFor(Condition condition)
     {
-        return QTest::qWaitFor(condition, patienceMs);
+        return QTest::qWaitFor(condition, keyTimeoutMs);
     }
     [[nodiscard]] bool waitForFullScreen(bool isFull) const
     {

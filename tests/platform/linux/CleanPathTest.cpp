@@ -32,6 +32,13 @@ TEST(CleanPath, fallsApartIntoFolderAndName)
     EXPECT_EQ(nameOf("/"), "/");
 }
 
+TEST(CleanPath, isMadeOfFolderAndName)
+{
+    EXPECT_EQ(joinedPath("/a", "b"), "/a/b");
+    EXPECT_EQ(joinedPath("/a", "b/c"), "/a/b/c");
+    EXPECT_EQ(joinedPath("/", "a"), "/a");
+}
+
 } // namespace
 
 } // namespace tessaly

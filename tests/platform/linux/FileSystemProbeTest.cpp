@@ -17,8 +17,8 @@ namespace {
 using Figures = std::optional<VolumeFigures>;
 using Reading = FileSystemProbe::Reading;
 
-constexpr std::chrono::milliseconds hardlyAny(20);
-constexpr std::chrono::hours longEnough(1);
+constexpr std::chrono::milliseconds shortTimeout(20);
+constexpr std::chrono::hours longTimeout(1);
 
 TEST(FileSystemProbe, saysWhatTheSystemSays)
 {
@@ -45,7 +45,7 @@ TEST(FileSystemProbe, readsNothingWhereNothingIs)
     const TemporaryFolder folder;
     FileSystemProbe probe(TESSALY_PROBE);
     EXPECT_EQ(probe.spaceAt(folder.path("missing")), Reading(Figures()));
-    EXPECT_TRUE(probe.answersWithin(longEnough, folder.path("missing")));
+    EXPECT_TRUE(probe.answersWithin(longTimeout, folder.path("missing")));
     FileSystemProbe broken("/nowhere/probe");
     EXPECT_EQ(broken.spaceAt(folder.path()), Reading(Figures()));
 }
@@ -59,7 +59,7 @@ TEST(FileSystemProbe, canBeStoppedWhereverTheFileSystemHangs)
     FileSystemProbe probe(TESSALY_PROBE);
     const HangingVolume volume(folder.path(), {"statfs"});
     EXPECT_EQ(probe.spaceAt(folder.path()), Reading(VolumeFigures{409600, 163840}));
-    EXPECT_TRUE(probe.answersWithin(longEnough, folder.path()));
+    EXPECT_TRUE(probe.answersWithin(longTimeout, folder.path()));
 
     volume.hang();
     auto reading = std::async(std::launch::async, [&] { return probe.spaceAt(folder.path()); });
@@ -71,7 +71,7 @@ TEST(FileSystemProbe, canBeStoppedWhereverTheFileSystemHangs)
         EXPECT_EQ(reading.get(), std::nullopt);
         EXPECT_EQ(probe.spaceAt(folder.path()), std::nullopt);
     }
-    EXPECT_FALSE(probe.answersWithin(hardlyAny, folder.path()));
+    EXPECT_FALSE(probe.answersWithin(shortTimeout, folder.path()));
     reading = std::async(std::launch::async, [&] { return probe.spaceAt(folder.path()); });
     volume.waitUntilHeld("statfs");
     volume.waitUntilHeld("statfs");

@@ -25,7 +25,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::chrono::milliseconds hardlyAny(50);
+constexpr std::chrono::milliseconds briefTimeout(50);
 constexpr VolumeFigures usualFigures{409600, 163840};
 
 class LinuxVolumeServiceHangingTest : public testing::Test {
@@ -94,7 +94,7 @@ protected:
 
 TEST_F(LinuxVolumeServiceHangingTest, keepsTheFiguresThatWereKnownAndTakesLateOnes)
 {
-    makeService(hardlyAny);
+    makeService(briefTimeout);
     while (information().figures != usualFigures || information().areFiguresOld) {}
     m_volume->hang();
     const VolumeInformation known = information();
@@ -108,7 +108,7 @@ TEST_F(LinuxVolumeServiceHangingTest, keepsTheFiguresThatWereKnownAndTakesLateOn
 
 TEST_F(LinuxVolumeServiceHangingTest, unmountsAVolumeThatKeepsItsQuestions)
 {
-    makeService(hardlyAny);
+    makeService(briefTimeout);
     m_volume->hang();
     EXPECT_EQ(information().figures, std::nullopt);
     m_volume->waitUntilHeld("statfs");

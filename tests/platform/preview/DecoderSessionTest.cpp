@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 namespace tessaly {
 namespace {
 
-constexpr QSize bounds(800, 600);
+constexpr QSize imageBounds(800, 600);
 
 class DecoderSessionTest : public testing::Test {
 protected:
@@ -52,7 +52,7 @@ protected:
         const auto decoders = std::make_shared<DecoderProcess>(program);
         QString message;
         for (int i = 0; i < 2; ++i) {
-            const auto read = readPreview(m_folder.path("a.png"), bounds, decoders, {});
+            const auto read = readPreview(m_folder.path("a.png"), imageBounds, decoders, {});
             const auto *card = std::get_if<PreviewCard>(&read.preview.content);
             message = card != nullptr ? card->message : u"(no card)"_s;
         }
@@ -72,7 +72,7 @@ TEST_F(DecoderSessionTest, eachFileHasADecoderOfItsOwnUntilTheSessionEnds)
 {
     auto image = session("a.png", imageBytes("png", {40, 30}, Qt::red));
     auto document = session("a.pdf", pdfBytes(1));
-    EXPECT_EQ(image->image(bounds, false)->image.fullSize, QSize(40, 30));
+    EXPECT_EQ(image->image(imageBounds, false)->image.fullSize, QSize(40, 30));
     EXPECT_EQ(document->document()->document.pageCount, 1);
     EXPECT_EQ(decoderServers().size(), 1U);
     EXPECT_EQ(decoders().size(), 2U);
@@ -110,13 +110,14 @@ TEST_F(DecoderSessionTest, aStopKillsTheDecoder)
 {
     std::stop_source stop;
     const auto endless = session("a.jpg", endlessImage(), stop.get_token());
-    auto decoding = std::async(std::launch::async, [&] { return endless->image(bounds, false); });
+    auto decoding =
+        std::async(std::launch::async, [&] { return endless->image(imageBounds, false); });
     waitUntilDecoding(1);
     stop.request_stop();
     EXPECT_FALSE(decoding.get());
     EXPECT_FALSE(endless->hasFailed()) << "it was stopped";
     waitUntilDecoding(0);
-    EXPECT_FALSE(endless->image(bounds, false)) << "it stays stopped";
+    EXPECT_FALSE(endless->image(imageBounds, false)) << "it stays stopped";
 }
 
 TEST_F(DecoderSessionTest, aDecoderThatCrashesIsReplacedOnlyIfItAnsweredBefore)
@@ -133,24 +134,25 @@ TEST_F(DecoderSessionTest, aDecoderThatCrashesIsReplacedOnlyIfItAnsweredBefore)
     }
 
     const auto endless = session("a.jpg", endlessImage());
-    auto decoding = std::async(std::launch::async, [&] { return endless->image(bounds, false); });
+    auto decoding =
+        std::async(std::launch::async, [&] { return endless->image(imageBounds, false); });
     waitUntilDecoding(2);
     kill(std::max(decoders()[0], decoders()[1]), SIGSEGV);
     EXPECT_FALSE(decoding.get());
     EXPECT_TRUE(endless->hasFailed());
-    EXPECT_FALSE(endless->image(bounds, false));
+    EXPECT_FALSE(endless->image(imageBounds, false));
     EXPECT_EQ(decoders().size(), 1U) << "no further one";
 }
 
 TEST_F(DecoderSessionTest, aServerThatHasEndedIsStartedAgain)
 {
-    EXPECT_TRUE(session("a.png", imageBytes("png", {9, 9}, Qt::red))->image(bounds, false));
+    EXPECT_TRUE(session("a.png", imageBytes("png", {9, 9}, Qt::red))->image(imageBounds, false));
     const pid_t server = decoderServers().at(0);
     kill(server, SIGKILL);
     while (!decoderServers().empty()) {
         waitUntilDecoding(0);
     }
-    EXPECT_TRUE(session("a.png", imageBytes("png", {9, 9}, Qt::red))->image(bounds, false));
+    EXPECT_TRUE(session("a.png", imageBytes("png", {9, 9}, Qt::red))->image(imageBounds, false));
     EXPECT_NE(decoderServers().at(0), server);
 }
 

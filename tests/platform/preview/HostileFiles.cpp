@@ -1,8 +1,7 @@
 #include "tests/platform/preview/HostileFiles.hpp"
 
+#include "tests/platform/preview/NumberBytes.hpp"
 #include "tests/platform/preview/PreviewFiles.hpp"
-
-#include <QtEndian>
 
 #include <stdexcept>
 
@@ -13,22 +12,6 @@ namespace tessaly {
 namespace {
 
 constexpr quint32 large = 60'000;
-
-template <typename Number>
-QByteArray bigEndian(Number number)
-{
-    QByteArray bytes(sizeof(Number), '\0');
-    qToBigEndian(number, bytes.data());
-    return bytes;
-}
-
-template <typename Number>
-QByteArray littleEndian(Number number)
-{
-    QByteArray bytes(sizeof(Number), '\0');
-    qToLittleEndian(number, bytes.data());
-    return bytes;
-}
 
 /// What zlib makes of the bytes, up to a place where something else may follow, or to the end.
 QByteArray deflated(QByteArray bytes, int flush)

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace tessaly {
 namespace {
 
-constexpr QSize bounds(1920, 1080);
+constexpr QSize previewBounds(1920, 1080);
 constexpr QSize pageSize(800, 533);
 
 class HostileFilesTest : public testing::Test {
@@ -48,7 +48,7 @@ protected:
     {
         m_shown.reset();
         m_hasPage = false;
-        m_loader.load(m_folder.path(name), bounds);
+        m_loader.load(m_folder.path(name), previewBounds);
     }
 
     /// Waits until the file is shown, of documents the first page, or it is said why it is not.

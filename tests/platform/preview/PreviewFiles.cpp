@@ -1,10 +1,11 @@
 #include "tests/platform/preview/PreviewFiles.hpp"
 
+#include "tests/platform/preview/NumberBytes.hpp"
+
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QImage>
-#include <QtEndian>
 
 #include <array>
 #include <fstream>
@@ -14,22 +15,6 @@
 namespace tessaly {
 
 namespace {
-
-template <typename Number>
-QByteArray bigEndian(Number number)
-{
-    QByteArray bytes(sizeof(Number), '\0');
-    qToBigEndian(number, bytes.data());
-    return bytes;
-}
-
-template <typename Number>
-QByteArray littleEndian(Number number)
-{
-    QByteArray bytes(sizeof(Number), '\0');
-    qToLittleEndian(number, bytes.data());
-    return bytes;
-}
 
 quint32 crc32(const QByteArray &bytes)
 {

@@ -18,7 +18,7 @@ namespace {
 /// How long something may take on a machine that has much else to do.
 constexpr int timeoutMs = 30'000;
 
-constexpr QRect screenFrame{0, 0, 1280, 900};
+constexpr QRect wholeScreen{0, 0, 1280, 900};
 
 class PreviewOnDesktopTest : public testing::Test {
 protected:
@@ -87,16 +87,16 @@ protected:
 TEST_F(PreviewOnDesktopTest, fillsTheScreenByItsKeyAndItsButton)
 {
     const QRect before = frameOnDisplay();
-    ASSERT_NE(before, screenFrame);
+    ASSERT_NE(before, wholeScreen);
     EXPECT_EQ(xdotool({u"key"_s, u"F11"_s}), 0);
-    EXPECT_TRUE(waitForFrame(screenFrame));
+    EXPECT_TRUE(waitForFrame(wholeScreen));
     ASSERT_TRUE(waitForButton(u"Leave full screen"_s));
     EXPECT_EQ(xdotool({u"key"_s, u"F11"_s}), 0);
     EXPECT_TRUE(waitForFrame(before));
     ASSERT_TRUE(waitForButton(u"Full screen"_s));
 
     QTest::mouseClick(button(u"Full screen"_s), Qt::LeftButton);
-    EXPECT_TRUE(waitForFrame(screenFrame));
+    EXPECT_TRUE(waitForFrame(wholeScreen));
     QTest::mouseClick(button(u"Leave full screen"_s), Qt::LeftButton);
     EXPECT_TRUE(waitForFrame(before));
 }
@@ -105,7 +105,7 @@ TEST_F(PreviewOnDesktopTest, itsButtonFollowsTheManager)
 {
     const QRect before = frameOnDisplay();
     EXPECT_EQ(xdotool({u"key"_s, u"F12"_s}), 0);
-    EXPECT_TRUE(waitForFrame(screenFrame));
+    EXPECT_TRUE(waitForFrame(wholeScreen));
     EXPECT_TRUE(waitForButton(u"Leave full screen"_s));
     EXPECT_EQ(xdotool({u"key"_s, u"F12"_s}), 0);
     EXPECT_TRUE(waitForFrame(before));
