@@ -124,28 +124,41 @@ KORVENFolderCellView::Target KORVENFolderCellView::target() const
             m_folderName != nullptr ? m_folderName->text() : QString()};
 }
 
+/// The paths of the actions begin with the folder that the screen shows. Without one they would
+/// lead to the root folder.
+bool KORVENFolderCellView::canAct() const
+{
+    return !m_myViewController || m_myViewController->canActOnRows();
+}
+
 void KORVENFolderCellView::goOrPreview()
 {
     if (!m_allowsClickDrill) {
-        target().preview();
-    } else if (m_myViewController) {
+        showQuickLook();
+    } else if (m_myViewController && canAct()) {
         m_myViewController->drillDownOneLevel(nameOfText(target().name));
     }
 }
 
 void KORVENFolderCellView::showQuickLook()
 {
-    target().preview();
+    if (canAct()) {
+        target().preview();
+    }
 }
 
 void KORVENFolderCellView::showInFinder()
 {
-    target().showInFinder();
+    if (canAct()) {
+        target().showInFinder();
+    }
 }
 
 void KORVENFolderCellView::showInfo()
 {
-    target().showInfo();
+    if (canAct()) {
+        target().showInfo();
+    }
 }
 
 QMenu *KORVENFolderCellView::popUpMenu(const QPoint &place)
@@ -154,7 +167,9 @@ QMenu *KORVENFolderCellView::popUpMenu(const QPoint &place)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const Target chosen = target();
     const auto add = [&](const QString &title, void (Target::*run)() const) {
-        return menu->addAction(title, menu, [chosen, run] { (chosen.*run)(); });
+        QAction *action = menu->addAction(title, menu, [chosen, run] { (chosen.*run)(); });
+        action->setEnabled(canAct());
+        return action;
     };
     add(m_quickLookMenu->text(), &Target::preview)->setVisible(!m_allowsClickDrill);
     add(tr("Show in File Manager"), &Target::showInFinder);

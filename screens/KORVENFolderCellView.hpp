@@ -19,7 +19,8 @@ class KORVENViewController;
 class NameLabel;
 
 /// The cell of one result row: icon, name, size, percentage bar, and the row's menu. A click on
-/// icon or name goes into a folder, or previews a file.
+/// icon or name goes into a folder, or previews a file. All actions do nothing while the screen
+/// cannot act on its rows (KORVENViewController::canActOnRows()).
 ///
 /// Names: folderName holds the text of a name (see NameText.hpp), which all actions go by.
 /// Outlets: null in a cell that was not loaded from an interface file.
@@ -62,6 +63,7 @@ public:
     void showInfo();
 
     /// Opens the row's menu. It acts on the row that the cell shows now, whatever it shows later.
+    /// Its items are disabled if the screen cannot act on its rows.
     QMenu *popUpMenu(const QPoint &place);
 
 private:
@@ -70,6 +72,7 @@ private:
 
     void connectOutlets();
     void goOrPreview();
+    [[nodiscard]] bool canAct() const;
     [[nodiscard]] Target target() const;
 
     bool m_allowsClickDrill = false;

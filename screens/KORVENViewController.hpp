@@ -39,6 +39,10 @@ public:
     /// Previews the file with this path. Nothing here; screens override it.
     virtual void quickLookItem(std::string_view path);
 
+    /// Whether the path of the folder whose rows are listed is known. If it is not, the actions of
+    /// the rows do nothing. Always known here; screens override it.
+    [[nodiscard]] virtual bool canActOnRows() const { return true; }
+
     /// Bytes that an item whose name begins with "." must exceed to be listed; 0: none is listed.
     [[nodiscard]] static std::uint64_t compareHiddenItem();
     /// Bytes that any other file must exceed to be listed; 0: none is listed.

@@ -437,7 +437,7 @@ QWidget *ResultViewController::viewForTableColumn(int row)
 
 bool ResultViewController::hasSelectedRow() const
 {
-    return m_tableView->selectedRow() >= 0;
+    return canActOnRows() && m_tableView->selectedRow() >= 0;
 }
 
 bool ResultViewController::canShowQuickLook() const

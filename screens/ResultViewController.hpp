@@ -77,6 +77,8 @@ public:
     [[nodiscard]] bool canDrillUp() const noexcept;
 
     void drillDownOneLevel(std::string_view name) override;
+    /// Not on the rows that come back after a cancelled scan: they have no path.
+    [[nodiscard]] bool canActOnRows() const override { return m_level.path().has_value(); }
 
     // What the program's menu does.
     [[nodiscard]] bool hasSelectedRow() const override;
@@ -184,7 +186,7 @@ private:
 
     [[nodiscard]] QString searchText(int row) const override;
     [[nodiscard]] QString accessibleText(int row) const override;
-    [[nodiscard]] bool canActivateRow(int /*row*/) const override { return true; }
+    [[nodiscard]] bool canActivateRow(int /*row*/) const override { return canActOnRows(); }
     [[nodiscard]] bool hasMenu(int /*row*/) const override { return true; }
     void activateRow(int row) override;
     void showMenu(int row, const QPoint &place) override;

@@ -14,6 +14,7 @@ public:
     RowActions(RowActions &&) = delete;
     RowActions &operator=(RowActions &&) = delete;
 
+    /// Whether there is a selected row that can be acted on.
     [[nodiscard]] virtual bool hasSelectedRow() const = 0;
     /// Whether there is such a row, and something in it to preview.
     [[nodiscard]] virtual bool canShowQuickLook() const { return false; }

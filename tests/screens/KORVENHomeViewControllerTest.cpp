@@ -7,6 +7,7 @@
 #include "tests/engine/TreeLines.hpp"
 #include "tests/screens/HomeScreenTest.hpp"
 
+#include <QMenu>
 #include <QProgressBar>
 
 #include <unistd.h>
@@ -166,6 +167,37 @@ TEST_F(KORVENHomeViewControllerTest, aLevelWithoutAPathHasNoneAboveIt)
     EXPECT_EQ(m_screen->drillDownPath(), "") << "and not the root folder";
     m_screen->drillDownOneLevel("d");
     EXPECT_EQ(m_screen->drillDownPath(), "/d");
+}
+
+TEST_F(KORVENHomeViewControllerTest, rowsWithoutAPathCannotBeActedOn)
+{
+    openWith(*makeTree("/before", {folder("d", {file("x", 20)}), file("a", 10)}));
+    ASSERT_TRUE(m_screen->hasSelectedRow());
+    scanAndCancel();
+    m_screen->refreshTable();
+    ASSERT_EQ(rowNames(), (Names{"d", "a"})) << "the rows from before the scan";
+    for (const int row : {0, 1}) {
+        table().selectRow(row);
+        EXPECT_FALSE(m_screen->hasSelectedRow());
+        EXPECT_FALSE(m_screen->canShowQuickLook());
+        cell(row).clickedName();
+        cell(row).clickedFolder();
+        cell(row).showQuickLook();
+        cell(row).showInFinder();
+        cell(row).showInfo();
+        const QMenu *menu = cell(row).popUpMenu({});
+        EXPECT_EQ(menu->actions().size(), 3);
+        for (QAction *action : menu->actions()) {
+            EXPECT_FALSE(action->isEnabled()) << qPrintable(action->text());
+            action->trigger();
+        }
+        QTest::keyClick(&table(), Qt::Key_Return);
+    }
+    EXPECT_EQ(m_screen->drillDownPath(), std::nullopt);
+    EXPECT_EQ(rowNames(), (Names{"d", "a"}));
+    EXPECT_FALSE(m_services.previewPanels.sharedPreviewPanel().isVisible());
+    EXPECT_TRUE(m_services.fileManager.revealed().empty());
+    EXPECT_TRUE(m_services.fileManager.informed().empty());
 }
 
 TEST_F(KORVENHomeViewControllerTest, theTrashLooksFullWhenThereIsAByteInIt)

@@ -432,6 +432,8 @@ TEST_F(KORVENScanViewControllerTest, cancellingLeavesNothingAndRecordsNothing)
     m_screen->refreshTable(); // the level from before comes back, without its path
     EXPECT_EQ(rowNames(), Names{"a"});
     EXPECT_EQ(shownPath(), "");
+    cell(0).showInFinder();
+    EXPECT_EQ(m_services.fileManager.revealed(), Names{}) << "not \"a\" of the root folder";
 }
 
 TEST_F(KORVENScanViewControllerTest, aScanThatCannotBeKeptIsShownAndNotRecorded)
