@@ -21,12 +21,12 @@ struct VolumeFigures {
 
 /// What is known about a volume.
 struct VolumeInformation {
-    /// Nothing when they cannot be read, or were never read in time.
+    /// Nothing when they were never read in time.
     std::optional<VolumeFigures> figures;
     bool isRemovable = false;   ///< the medium can be taken out
     bool isUnmountable = false; ///< the user may unmount it
     std::string typeName; ///< of the file system: "hfs", "afpfs", "msdos", or other; may be empty
-    bool areFiguresOld = false; ///< the volume has not answered in time; they were read before
+    bool areFiguresOld = false; ///< they were read before, and could not be read in time now
 
     bool operator==(const VolumeInformation &) const = default;
 };
@@ -76,11 +76,12 @@ public:
     [[nodiscard]] virtual std::string pathOf(std::string_view name) const = 0;
 
     /// Asks the volumes at the paths, all at once, and answers on the main thread once all have
-    /// answered, or two seconds later at the latest: a volume that has not answered by then keeps
-    /// the figures that it had the last time. Never answers before it returns.
+    /// answered, or two seconds later at the latest. A volume that has not answered by then, or has
+    /// answered with an error, keeps the figures that it had the last time. Never answers before it
+    /// returns.
     ///
-    /// A volume that answers after that is told to `late`, on the main thread, until something is
-    /// asked again.
+    /// Figures that come after that are told to `late`, on the main thread, until something is asked
+    /// again.
     virtual void readInformation(std::vector<std::string> paths, Answer answer,
                                  LateFigures late) = 0;
 

@@ -189,7 +189,7 @@ void LinuxVolumeService::readInformation(std::vector<std::string> paths, Answer 
             question->spaces = std::move(spaces);
             oneHasCome();
         },
-        [question](std::size_t index, const VolumeFiguresReader::Figures &figures) {
+        [question](std::size_t index, const VolumeFigures &figures) {
             if (question->missingCount > 0) { // UDisks2 has not answered yet
                 question->spaces[index] = {figures, false};
             } else if (question->late) {

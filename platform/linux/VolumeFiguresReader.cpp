@@ -10,7 +10,6 @@ namespace tessaly {
 struct VolumeFiguresReader::Batch {
     std::vector<Place> places;
     std::vector<Space> spaces;
-    std::vector<bool> isAnswered;
     std::size_t missingCount = 0;
     Answer answer;   ///< empty once it has been called
     LateAnswer late; ///< empty when another question came after this one
@@ -33,7 +32,6 @@ void VolumeFiguresReader::read(const std::vector<Place> &places, std::chrono::mi
     const auto batch = std::make_shared<Batch>();
     batch->places = places;
     batch->spaces.resize(places.size());
-    batch->isAnswered.resize(places.size());
     batch->missingCount = places.size();
     batch->answer = std::move(answer);
     batch->late = std::move(late);
@@ -67,21 +65,18 @@ void VolumeFiguresReader::take(const Place &place, const Reading &reading)
     if (!reading) {
         return; // those that wait get the last figures when their time is over
     }
-    m_last.erase(place);
-    if (*reading) {
-        m_last.emplace(place, **reading);
+    const Figures &figures = *reading;
+    if (figures && place.device != 0) {
+        m_last.insert_or_assign(place, *figures);
     }
     for (const auto &[batch, index] : waiting.mapped()) {
-        if (!batch->answer) {
-            if (batch->late) {
-                batch->late(index, *reading);
+        if (batch->answer) {
+            batch->spaces[index].figures = figures;
+            if (--batch->missingCount == 0) {
+                finish(*batch);
             }
-            continue;
-        }
-        batch->spaces[index] = {*reading, false};
-        batch->isAnswered[index] = true;
-        if (--batch->missingCount == 0) {
-            finish(*batch);
+        } else if (figures && batch->late) {
+            batch->late(index, *figures);
         }
     }
 }
@@ -93,7 +88,7 @@ void VolumeFiguresReader::finish(Batch &batch) const
     }
     for (std::size_t i = 0; i < batch.places.size(); ++i) {
         const auto last = m_last.find(batch.places[i]);
-        if (!batch.isAnswered[i] && last != m_last.end()) {
+        if (!batch.spaces[i].figures && last != m_last.end()) {
             batch.spaces[i] = {last->second, true};
         }
     }

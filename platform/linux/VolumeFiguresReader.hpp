@@ -22,8 +22,8 @@ namespace tessaly {
 /// whoever asks for its volume. There is at most one such thread for a volume, however often it is
 /// asked for, and nobody waits for it, neither this class nor the end of the process.
 ///
-/// A volume that does not answer in time keeps the figures that it had the last time, marked as
-/// old, until it answers.
+/// A volume that does not answer in time, or answers with an error, keeps the figures that it had
+/// the last time, marked as old, as long as the same file system is mounted there.
 ///
 /// Threads: one, with an event loop.
 class VolumeFiguresReader {
@@ -34,7 +34,7 @@ public:
     using Reading = std::optional<Figures>;
 
     /// A path, and the number of the file system that is mounted there: another file system at the
-    /// same path is another question.
+    /// same path is another question. Number 0: no volume is mounted there, so no figures are kept.
     struct Place {
         std::string path;
         std::uint64_t device = 0;
@@ -47,7 +47,7 @@ public:
     /// What is known of a place.
     struct Space {
         Figures figures;
-        bool isOld = false; ///< they were read before, and there was no answer in time now
+        bool isOld = false; ///< they were read before, and could not be read in time now
 
         bool operator==(const Space &) const = default;
     };
@@ -57,8 +57,9 @@ public:
     using Source = std::function<Reading(const Place &place)>;
     /// Takes one answer for each place that was asked for, in their order.
     using Answer = std::function<void(std::vector<Space>)>;
-    /// Takes the answer of one place, by its number in the question, that came after the timeout.
-    using LateAnswer = std::function<void(std::size_t index, const Figures &figures)>;
+    /// Takes the figures of one place, by its number in the question, that came after the timeout.
+    /// It is not told of an error: what is known stays.
+    using LateAnswer = std::function<void(std::size_t index, const VolumeFigures &figures)>;
 
     explicit VolumeFiguresReader(Source source);
 
@@ -78,7 +79,8 @@ private:
     Source m_source;
     /// Who waits for the threads that are under way, and for which of their places.
     std::map<Place, std::vector<std::pair<std::shared_ptr<Batch>, std::size_t>>> m_waiting;
-    std::map<Place, VolumeFigures> m_last; ///< of the places that were asked for last
+    /// The figures that were read last, of the places that were asked for last.
+    std::map<Place, VolumeFigures> m_last;
     QObject m_timers;
     BackgroundWork m_work; ///< destroyed first: nothing calls this object after that
 };

@@ -71,6 +71,12 @@ void HangingVolume::freeze() const
     m_program.waitForStop();
 }
 
+void HangingVolume::kill()
+{
+    m_program.sendSignal(SIGKILL);
+    (void)m_program.waitForEnd();
+}
+
 void HangingVolume::waitForReport(const std::string &line) const
 {
     while (m_program.reportedLine() != line) {}

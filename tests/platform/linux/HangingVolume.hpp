@@ -36,6 +36,8 @@ public:
     void waitUntilHeld(const std::string &operation) const;
     /// The program is stopped altogether: it does not even take requests.
     void freeze() const;
+    /// The program is killed. The volume stays mounted, and whatever is asked of it fails.
+    void kill();
 
 private:
     void waitForReport(const std::string &line) const;

@@ -106,6 +106,16 @@ TEST_F(LinuxVolumeServiceHangingTest, keepsTheFiguresThatWereKnownAndTakesLateOn
     EXPECT_EQ(m_late, usualFigures);
 }
 
+TEST_F(LinuxVolumeServiceHangingTest, keepsTheFiguresOfAVolumeWhoseProgramHasDied)
+{
+    while (information().figures != usualFigures || information().areFiguresOld) {}
+    m_volume->kill();
+    const VolumeInformation known = information();
+    EXPECT_EQ(known.figures, usualFigures);
+    EXPECT_TRUE(known.areFiguresOld);
+    EXPECT_TRUE(isMounted());
+}
+
 TEST_F(LinuxVolumeServiceHangingTest, unmountsAVolumeThatKeepsItsQuestions)
 {
     makeService(briefTimeout);

@@ -45,7 +45,8 @@ public:
             if (path == "/stopped") {
                 return std::nullopt;
             }
-            return path == "/none" ? Figures() : VolumeFigures{path.size(), state->free};
+            const bool isError = path == "/none" || state->isBroken;
+            return isError ? Figures() : VolumeFigures{path.size(), state->free};
         };
     }
 
@@ -69,6 +70,13 @@ public:
         m_state->free = byteCount;
     }
 
+    /// Whether all answer with an error from now on.
+    void setBroken(bool isBroken) const
+    {
+        const std::scoped_lock lock(m_state->mutex);
+        m_state->isBroken = isBroken;
+    }
+
     void waitUntilAsked(int count) const
     {
         std::unique_lock lock(m_state->mutex);
@@ -87,6 +95,7 @@ private:
         std::condition_variable hasChanged;
         int askedCount = 0;
         bool isAlive = false;
+        bool isBroken = false;
         std::uint64_t free = 1;
     };
 
@@ -267,9 +276,45 @@ TEST_F(SlowVolumeTest, isHeardByTheLastWhoAskedAlone)
     EXPECT_EQ(m_late, (Late{{0, VolumeFigures{5, 2}}}));
 }
 
-TEST_F(SlowVolumeTest, thatCannotBeReadAnyMoreHasNoFigures)
+TEST_F(SlowVolumeTest, keepsItsLastFiguresWhenItAnswersWithAnError)
 {
-    EXPECT_EQ(ask({{"/none", 7}}), Answers(1));
+    m_volumes.setBroken(true);
+    for (int count = 0; count < 2; ++count) {
+        EXPECT_EQ(answersOf(m_reader, {{"/a", 1}, {"/none", 7}}, longEnough),
+                  (Answers{space(2, 1, true), Space()}));
+    }
+    EXPECT_EQ(answersOf(m_reader, {{"/a", 1}, {"/a", 3}}, longEnough),
+              (Answers{space(2, 1, true), Space()}))
+        << "another volume at the same path";
+    m_volumes.setBroken(false);
+    EXPECT_EQ(answersOf(m_reader, {{"/a", 1}}, longEnough), Answers{space(2, 2)});
+}
+
+TEST_F(SlowVolumeTest, keepsItsLastFiguresWhenTheErrorComesLate)
+{
+    bool isToldLate = false;
+    auto question = std::make_shared<int>();
+    const std::weak_ptr<int> pending = question;
+    std::optional<Answers> answers;
+    m_reader.read(
+        {{"/dead", 2}}, hardlyAny, [&](Answers spaces) { answers = std::move(spaces); },
+        [&, question](std::size_t, const VolumeFigures &) { isToldLate = true; });
+    question.reset();
+    waitUntil([&] { return answers.has_value(); });
+    EXPECT_EQ(answers, Answers{space(5, 1, true)});
+
+    m_volumes.setBroken(true);
+    m_volumes.letDeadAnswer();
+    waitUntil([&] { return pending.expired(); }); // nothing more comes of the question
+    EXPECT_FALSE(isToldLate);
+    EXPECT_EQ(answersOf(m_reader, {{"/dead", 2}}, longEnough), Answers{space(5, 1, true)});
+}
+
+TEST_F(SlowVolumeTest, hasNoFiguresKeptForAPathWithoutAVolume)
+{
+    EXPECT_EQ(answersOf(m_reader, {{"/a", 0}}, longEnough), Answers{space(2, 2)});
+    m_volumes.setBroken(true);
+    EXPECT_EQ(answersOf(m_reader, {{"/a", 0}}, longEnough), Answers(1));
 }
 
 TEST(VolumeFiguresReader, aQuestionThatWasStoppedIsNoAnswer)
