@@ -1,8 +1,10 @@
 #include "app/window/TranslationLoader.hpp"
 
+#include "app/controls/CellTableView.hpp"
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENButton.hpp"
 #include "app/controls/NameLabel.hpp"
+#include "app/window/Sidebar.hpp"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -77,6 +79,42 @@ TEST(TranslationLoader, buttonsKeepTheirKeysInEveryLanguage)
                   QKeySequence(Qt::Key_Escape))
             << qPrintable(language);
     }
+}
+
+TEST(TranslationLoader, titlesOfTheSidebarEndWithAnEllipsisWhereTheyDoNotFit)
+{
+    int shortenedCount = 0;
+    for (const QString &language : {u"de"_s, u"fr"_s}) {
+        const TranslationLoader loader({language});
+        Sidebar sidebar(
+            {{u"DriveCell"_s, {}},
+             {u"FolderCell"_s, {}},
+             {u"ScanCell"_s, {}},
+             {u"HistoryCell"_s, {}}},
+            [](const QKeyEvent & /*event*/, const QString & /*typed*/) { return false; });
+        QFont font = sidebar.font();
+        font.setPointSize(16);
+        sidebar.setFont(font);
+        sidebar.resize(Sidebar::usualWidth, 400);
+        sidebar.show();
+        for (int row = 0; row < 4; ++row) {
+            const QWidget *cell = sidebar.outlineTable().cellForRow(row);
+            ASSERT_NE(cell, nullptr);
+            auto *title = cell->findChild<NameLabel *>();
+            ASSERT_NE(title, nullptr) << row;
+            EXPECT_EQ(title->font().pointSize(), 16);
+            if (!title->isShortened()) {
+                continue;
+            }
+            ++shortenedCount;
+            const QImage shown = title->grab().toImage();
+            title->setText(title->fontMetrics().elidedText(title->text(), Qt::ElideRight,
+                                                           title->contentsRect().width()));
+            EXPECT_FALSE(title->isShortened());
+            EXPECT_EQ(shown, title->grab().toImage()) << qPrintable(title->text());
+        }
+    }
+    EXPECT_GT(shortenedCount, 0);
 }
 
 TEST(TranslationLoader, everyNumberHasItsForm)
