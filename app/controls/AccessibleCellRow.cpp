@@ -4,6 +4,7 @@
 #include "app/controls/CellTableView.hpp"
 
 #include <QAbstractItemModel>
+#include <QPersistentModelIndex>
 #include <QWindow>
 
 namespace tessaly {
@@ -143,10 +144,11 @@ void AccessibleCellRow::doAction(const QString &name)
     }
     QMetaObject::invokeMethod(
         m_table,
-        [table = m_table, row = m_row, name] {
-            // A sheet may have opened, or another row come, since.
-            if (AccessibleCellRow(*table, row).actionNames().contains(name)) {
-                perform(*table, row, name);
+        [table = m_table, index = QPersistentModelIndex(m_table->model()->index(m_row, 0)), name] {
+            // Since then a sheet may have opened, or the table's rows been loaded again.
+            if (index.isValid() &&
+                AccessibleCellRow(*table, index.row()).actionNames().contains(name)) {
+                perform(*table, index.row(), name);
             }
         },
         Qt::QueuedConnection);

@@ -47,7 +47,8 @@ public:
     /// The most useful one is the first.
     [[nodiscard]] QStringList actionNames() const override;
     [[nodiscard]] QString localizedActionName(const QString &name) const override;
-    /// Done soon after the call returned, for it may take away the row.
+    /// Done soon after the call returned, for it may take away the row. Not done when the table's
+    /// rows are loaded again before: another row may have that number then.
     void doAction(const QString &name) override;
     [[nodiscard]] QStringList keyBindingsForAction(const QString &name) const override;
 

@@ -94,6 +94,7 @@ void KORVENWindow::setContentWidget(QWidget *content)
     delete m_content;
     m_content = content;
     if (content != nullptr) {
+        content->setEnabled(!m_isBlocked);
         m_layout->addWidget(content);
         m_edges->raise();
     }
@@ -204,6 +205,30 @@ bool KORVENWindow::restorePlacement(const QByteArray &bytes)
         setWindowState(windowState() | Qt::WindowMaximized);
     }
     return true;
+}
+
+bool KORVENWindow::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowUnblocked) {
+        setBlocked(event->type() == QEvent::WindowBlocked);
+    }
+    return QWidget::event(event);
+}
+
+void KORVENWindow::setBlocked(bool isBlocked)
+{
+    // Qt keeps the user's input from a blocked window, but not the actions of assistive technology.
+    m_isBlocked = isBlocked;
+    if (m_content == nullptr) {
+        return;
+    }
+    if (isBlocked) {
+        m_focusBeforeBlocking = focusWidget(); // disabling takes the focus away
+    }
+    m_content->setEnabled(!isBlocked);
+    if (!isBlocked && m_focusBeforeBlocking != nullptr && m_focusBeforeBlocking->isEnabled()) {
+        m_focusBeforeBlocking->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void KORVENWindow::mousePressEvent(QMouseEvent *event)

@@ -29,6 +29,9 @@ class WindowMenu;
 /// The title bar moves the window when dragged, but not in full screen, zooms it when
 /// double-clicked, and opens the window's menu when right-clicked; Alt+Space opens that too, F10
 /// the program's menu. The outermost pixels of the window (`resizeMargin`) resize it.
+///
+/// While a modal dialog blocks the window, its content is disabled, so that assistive technology
+/// cannot use it either. The focus is where it was afterwards.
 class KORVENWindow : public QWidget {
     Q_OBJECT
 
@@ -82,6 +85,7 @@ public:
     bool restorePlacement(const QByteArray &bytes);
 
 protected:
+    bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -103,6 +107,7 @@ private:
     void followScreen();
     void placeButtons();
     void updateShape();
+    void setBlocked(bool isBlocked);
     void placeParts();
     /// All of the window but its margin.
     [[nodiscard]] QRect shownRect() const;
@@ -112,6 +117,8 @@ private:
     QVBoxLayout *m_layout;
     KORVENTitleView *m_titleView;
     QPointer<QWidget> m_content;
+    bool m_isBlocked = false;                ///< by a modal dialog
+    QPointer<QWidget> m_focusBeforeBlocking; ///< what had the focus when it opened
     TitleBarButton *m_menuButton = nullptr;
     QPointer<QAction> m_menuAction;
     QList<TitleBarButton *> m_buttons;

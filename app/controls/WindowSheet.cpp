@@ -52,7 +52,8 @@ void enableTopmostOnly(QWidget &host)
         const bool isSheet = qobject_cast<WindowSheet *>(widget) != nullptr;
         const bool isBelow = sheetIsAbove && !(isSheet && widget->isHidden());
         const bool wasBelow = widget->property(isBelowSheet).toBool();
-        if (isBelow && !wasBelow && widget->isEnabled()) {
+        // Whatever the host is: a modal dialog may have disabled that as a whole.
+        if (isBelow && !wasBelow && widget->isEnabledTo(&host)) {
             widget->setProperty(isBelowSheet, true);
             widget->setEnabled(false);
         } else if (!isBelow && wasBelow) {
@@ -112,6 +113,7 @@ void WindowSheet::begin(QWidget &firstFocus)
         return;
     }
     m_focusBefore = window()->focusWidget();
+    m_firstFocus = &firstFocus;
     layOut();
     raise();
     show();
@@ -175,6 +177,16 @@ void WindowSheet::keyPressEvent(QKeyEvent *event)
     } else {
         event->ignore();
     }
+}
+
+void WindowSheet::changeEvent(QEvent *event)
+{
+    // One that opened while a modal dialog blocked the window could not take the focus.
+    if (event->type() == QEvent::EnabledChange && isEnabled() && !isHidden() &&
+        m_firstFocus != nullptr) {
+        m_firstFocus->setFocus(Qt::OtherFocusReason);
+    }
+    QWidget::changeEvent(event);
 }
 
 void WindowSheet::resizeEvent(QResizeEvent * /*event*/)

@@ -47,6 +47,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
@@ -61,6 +62,7 @@ private:
     QWidget *m_panel;
     QWidget *m_frame; ///< holds the panel, or as much of it as there is room for
     QPointer<QWidget> m_focusBefore;
+    QPointer<QWidget> m_firstFocus; ///< of the panel
 };
 
 } // namespace tessaly

@@ -11,7 +11,10 @@
 
 #include <QAccessible>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -201,6 +204,50 @@ TEST_F(AccessibleControlsTest, rowsBelowASheetCannotBeUsed)
     alert->buttons().first()->click();
     act(0, m_open);
     EXPECT_EQ(m_rows.log, QStringList{u"open 0"_s});
+}
+
+TEST_F(AccessibleControlsTest, nothingBelowAModalDialogCanBeUsed)
+{
+    auto *button = new QPushButton(m_window.contentWidget());
+    button->show();
+    const auto pressButton = [button] {
+        interfaceOf(*button).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCoreApplication::processEvents();
+    };
+    const QSignalSpy presses(button, &QPushButton::pressed); // the click comes later
+    m_table->setFocus();
+    for (const auto modality : {Qt::WindowModal, Qt::ApplicationModal}) {
+        m_rows.log.clear();
+        row(0)->actionInterface()->doAction(m_open); // and then, before it is done, a dialog opens
+        QDialog dialog(&m_window);
+        dialog.setWindowModality(modality);
+        dialog.show();
+        EXPECT_TRUE(dialog.isEnabled());
+        EXPECT_TRUE(row(0)->state().disabled);
+        EXPECT_TRUE(interfaceOf(*button).state().disabled);
+        pressButton();
+        act(0, m_open);
+        EXPECT_EQ(m_rows.log, QStringList());
+        EXPECT_EQ(presses.size(), 0);
+
+        dialog.hide();
+        EXPECT_EQ(m_window.focusWidget(), m_table);
+        act(0, m_open);
+        EXPECT_EQ(m_rows.log, QStringList{u"open 0"_s});
+    }
+    pressButton();
+    EXPECT_EQ(presses.size(), 1);
+}
+
+TEST_F(AccessibleControlsTest, actionsAreForTheRowsThatWereThere)
+{
+    row(0)->actionInterface()->doAction(m_open);
+    row(1)->actionInterface()->doAction(m_select);
+    m_rows.names = QStringList{u"x"_s, u"y"_s};
+    m_table->reloadData();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_rows.log, QStringList());
+    EXPECT_EQ(m_table->selectedRow(), -1);
 }
 
 TEST_F(AccessibleControlsTest, rowsOfAHiddenTableCannotBeUsed)

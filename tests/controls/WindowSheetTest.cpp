@@ -3,6 +3,7 @@
 #include "app/controls/KORVENWindow.hpp"
 
 #include <QApplication>
+#include <QDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
@@ -127,6 +128,22 @@ TEST_F(WindowSheetTest, enablesWhatLiesBelowWhenItIsDestroyed)
         sheet.begin();
     }
     EXPECT_TRUE(m_below->isEnabled());
+}
+
+TEST_F(WindowSheetTest, mayOpenWhileAModalDialogBlocksTheWindow)
+{
+    ButtonSheet sheet(*m_window);
+    QDialog dialog(&*m_window);
+    dialog.open();
+    sheet.begin();
+    EXPECT_FALSE(sheet.button().isEnabled());
+    dialog.close();
+    EXPECT_TRUE(sheet.button().isEnabled());
+    EXPECT_FALSE(m_below->isEnabled());
+    EXPECT_EQ(m_window->focusWidget(), &sheet.button());
+    sheet.end();
+    EXPECT_TRUE(m_below->isEnabled());
+    EXPECT_FALSE(m_never->isEnabled());
 }
 
 TEST_F(WindowSheetTest, isDestroyedWithItsWindow)
