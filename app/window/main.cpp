@@ -47,9 +47,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// For volumes that are still being unmounted when the window has closed.
-constexpr std::chrono::seconds unmountPatience{2};
+constexpr std::chrono::seconds unmountTimeout{2};
 /// For all of the end: long enough for a completed scan to be written to a slow disk.
-constexpr std::chrono::seconds endPatience{30};
+constexpr std::chrono::seconds endTimeout{30};
 
 /// What the program asks of the desktop. Members are destroyed before those that they use.
 struct LinuxServices {
@@ -83,11 +83,11 @@ void nameApplication()
 }
 
 /// A bus that is known to be silent is not waited for once more.
-SingleInstance::Patience timeoutsOn(const QtSessionBus &bus)
+SingleInstance::Timeouts timeoutsOn(const QtSessionBus &bus)
 {
-    SingleInstance::Patience timeouts;
+    SingleInstance::Timeouts timeouts;
     if (bus.state() == QtSessionBus::State::silent) {
-        timeouts.forBus = std::chrono::milliseconds(0);
+        timeouts.bus = std::chrono::milliseconds(0);
     }
     return timeouts;
 }
@@ -146,10 +146,10 @@ int main(int argumentCount, char **arguments)
     instance.setActivated({});
     delegate.setWindowController(nullptr);
     desktop.settings.flush();
-    const EndWatch watch(endPatience, status, [&instance] { instance.release(); });
+    const EndWatch watch(endTimeout, status, [&instance] { instance.release(); });
     controller.reset(); // ends scans, and keeps what they have completed
     desktop.settings.flush();
-    if (!waitForUnmounts(unmountPatience)) {
+    if (!waitForUnmounts(unmountTimeout)) {
         instance.release();
         std::_Exit(status); // their threads use the services, which must not go
     }

@@ -27,10 +27,10 @@ QString newConnectionName(const QString &purpose)
 
 BusLink::BusLink(std::string addresses, const QString &purpose, QObject *parent)
     : QObject(parent), m_addresses(std::move(addresses)), m_name(newConnectionName(purpose)),
-      m_bus(QString()), m_patience(this)
+      m_bus(QString()), m_timeout(this)
 {
-    m_patience.setSingleShot(true);
-    connect(&m_patience, &QTimer::timeout, this, [this] { finish(silence); });
+    m_timeout.setSingleShot(true);
+    connect(&m_timeout, &QTimer::timeout, this, [this] { finish(silence); });
 }
 
 BusLink::~BusLink()
@@ -38,7 +38,7 @@ BusLink::~BusLink()
     close();
 }
 
-void BusLink::open(Answered answered, std::optional<std::chrono::milliseconds> patience)
+void BusLink::open(Answered answered, std::optional<std::chrono::milliseconds> timeout)
 {
     m_probeAnswered.reset();
     m_answered = std::move(answered);
@@ -47,8 +47,8 @@ void BusLink::open(Answered answered, std::optional<std::chrono::milliseconds> p
         finish(nobody);
         return;
     }
-    if (patience) {
-        m_patience.start(*patience);
+    if (timeout) {
+        m_timeout.start(*timeout);
     }
     m_probeAnswered =
         std::make_unique<QSocketNotifier>(m_probe->descriptor(), QSocketNotifier::Read);
@@ -56,18 +56,18 @@ void BusLink::open(Answered answered, std::optional<std::chrono::milliseconds> p
             [this] { finish(connectTo(std::exchange(m_probe, nullptr)->address())); });
 }
 
-QString BusLink::openWithin(std::chrono::milliseconds patience)
+QString BusLink::openWithin(std::chrono::milliseconds timeout)
 {
     const BusProbe probe(m_addresses);
     if (!probe.isConnected()) {
         return nobody;
     }
-    return probe.waitForAnswer(patience) ? connectTo(probe.address()) : silence;
+    return probe.waitForAnswer(timeout) ? connectTo(probe.address()) : silence;
 }
 
 void BusLink::finish(const QString &problem)
 {
-    m_patience.stop();
+    m_timeout.stop();
     if (m_probeAnswered) {
         m_probeAnswered->setEnabled(false);
         m_probeAnswered.release()->deleteLater(); // it may be the one that calls

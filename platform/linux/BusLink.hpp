@@ -41,13 +41,14 @@ public:
     BusLink(BusLink &&) = delete;
     BusLink &operator=(BusLink &&) = delete;
 
-    /// Connects anew. `answered` is called once: at once when nobody takes connections, else when
-    /// the bus has answered or `patience` is over. Never, when this goes before or is opened again.
-    void open(Answered answered, std::optional<std::chrono::milliseconds> patience = {});
+    /// Connects, or connects again. `answered` is called once: at once when nobody takes
+    /// connections, else when the bus has answered or `timeout` is over. Never, when this is
+    /// destroyed or opened again before that.
+    void open(Answered answered, std::optional<std::chrono::milliseconds> timeout = {});
 
-    /// Connects anew, and waits for that as long as `patience` at most. Why there is no connection;
-    /// an empty text when there is one.
-    [[nodiscard]] QString openWithin(std::chrono::milliseconds patience);
+    /// Connects, or connects again, and waits for that as long as `timeout` at most. Returns why
+    /// there is no connection; an empty text when there is one.
+    [[nodiscard]] QString openWithin(std::chrono::milliseconds timeout);
 
     /// False also when the bus has closed the connection.
     [[nodiscard]] bool isOpen() const { return m_bus.isConnected(); }
@@ -66,10 +67,10 @@ private:
     std::string m_addresses;
     QString m_name;
     QDBusConnection m_bus;
-    // Of the look for a bus, while there is one; the watch goes before what it watches.
+    // Of the look for a bus, while there is one; the notifier is destroyed before the probe.
     std::unique_ptr<BusProbe> m_probe;
     std::unique_ptr<QSocketNotifier> m_probeAnswered;
-    QTimer m_patience;
+    QTimer m_timeout;
     Answered m_answered;
 };
 

@@ -36,13 +36,13 @@ constexpr std::chrono::milliseconds timeBetweenTries(10);
 } // namespace
 
 SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap platformData)
-    : SingleInstance(documentsFolder, std::move(platformData), Patience())
+    : SingleInstance(documentsFolder, std::move(platformData), Timeouts())
 {
 }
 
 SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap platformData,
-                               Patience patience, Now now)
-    : m_platformData(std::move(platformData)), m_patience(patience), m_now(std::move(now)),
+                               Timeouts timeouts, Now now)
+    : m_platformData(std::move(platformData)), m_timeouts(timeouts), m_now(std::move(now)),
       m_object([this](const QByteArray &token) { activate(token); }),
       m_link(sessionBusAddress(), QStringLiteral("instance")),
       m_lock(documentsFolder + "/instance.lock")
@@ -51,7 +51,7 @@ SingleInstance::SingleInstance(const std::string &documentsFolder, QVariantMap p
 
 SingleInstance::Outcome SingleInstance::claim()
 {
-    m_deadline = m_now() + m_patience.forFirst;
+    m_deadline = m_now() + m_timeouts.claim;
     if (const QString problem = m_link.openWithin(timeLeftForBus()); !problem.isEmpty()) {
         qCInfo(instanceLog) << "no session bus:" << problem;
         return m_outcome = lockFolder(noWait);
@@ -85,7 +85,7 @@ std::chrono::milliseconds SingleInstance::timeLeft() const
 
 std::chrono::milliseconds SingleInstance::timeLeftForBus() const
 {
-    return std::min(timeLeft(), m_patience.forBus);
+    return std::min(timeLeft(), m_timeouts.bus);
 }
 
 void SingleInstance::release()
@@ -94,7 +94,7 @@ void SingleInstance::release()
     if (m_link.isOpen()) {
         QDBusPendingCall answer = m_link.bus().asyncCall(
             BusLink::callOfBus("ReleaseName", {QString::fromLatin1(programId)}),
-            static_cast<int>(m_patience.forBus.count()));
+            static_cast<int>(m_timeouts.bus.count()));
         answer.waitForFinished();
     }
 }
@@ -148,9 +148,9 @@ bool SingleInstance::askToShow()
     return !answer.isError();
 }
 
-SingleInstance::Outcome SingleInstance::lockFolder(std::chrono::milliseconds patience)
+SingleInstance::Outcome SingleInstance::lockFolder(std::chrono::milliseconds timeout)
 {
-    const auto deadline = Clock::now() + patience;
+    const auto deadline = Clock::now() + timeout;
     InstanceLock::State state = m_lock.take();
     while (state == InstanceLock::State::refused && Clock::now() < deadline) {
         std::this_thread::sleep_for(timeBetweenTries);

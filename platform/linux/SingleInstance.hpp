@@ -25,7 +25,7 @@ namespace tessaly {
 /// Requires: a QCoreApplication; the event loop, to be asked by others.
 /// Threads:  the main thread.
 /// Errors:   go to the log "tessaly.instance". A bus and an instance that do not answer are waited
-///           for as long as Patience says.
+///           for as long as Timeouts says.
 class SingleInstance {
 public:
     enum class Outcome : std::uint8_t {
@@ -34,11 +34,11 @@ public:
         refused, ///< another one runs that cannot be asked, or does not answer
     };
 
-    struct Patience {
+    struct Timeouts {
         /// For each answer of the bus.
-        std::chrono::milliseconds forBus = std::chrono::seconds(2);
+        std::chrono::milliseconds bus = std::chrono::seconds(2);
         /// For the whole of claim(): another instance may be about to end, or be starting.
-        std::chrono::milliseconds forFirst = std::chrono::seconds(10);
+        std::chrono::milliseconds claim = std::chrono::seconds(10);
     };
 
     using Clock = std::chrono::steady_clock;
@@ -47,11 +47,11 @@ public:
     /// `documentsFolder`: as bytes. `platformData`: what this start hands over to another instance,
     /// by ApplicationObject::platformDataOfThisStart().
     SingleInstance(const std::string &documentsFolder, QVariantMap platformData);
-    SingleInstance(const std::string &documentsFolder, QVariantMap platformData, Patience patience,
+    SingleInstance(const std::string &documentsFolder, QVariantMap platformData, Timeouts timeouts,
                    Now now = Clock::now);
 
-    /// Finds out which instance this is. Whoever gets anything but `first` ends with the status of
-    /// endSecondStart(), without having written anything.
+    /// Finds out which instance this is. A process that gets anything but `first` ends with the
+    /// status of endSecondStart(), without having written anything.
     [[nodiscard]] Outcome claim();
 
     /// The exit status of an instance that is not the first: 0 when the first one shows itself.
@@ -66,7 +66,7 @@ public:
     /// Lets another start be the first from now on: unlocks the folder, then gives up the name. For
     /// a process that can neither go on nor end, since a thread of it is stuck in the kernel.
     ///
-    /// Threads: any, once the event loop has ended. Waits for the bus as long as Patience::forBus.
+    /// Threads: any, once the event loop has ended. Waits for the bus as long as Timeouts::bus.
     void release();
 
     /// Shows a text in a window of its own, until the user closes it or the program is to end. Not
@@ -80,16 +80,16 @@ private:
     [[nodiscard]] std::chrono::milliseconds timeLeftForBus() const;
     [[nodiscard]] Name askForName();
     [[nodiscard]] bool askToShow();
-    [[nodiscard]] Outcome lockFolder(std::chrono::milliseconds patience);
+    [[nodiscard]] Outcome lockFolder(std::chrono::milliseconds timeout);
     void activate(const QByteArray &token);
 
     QVariantMap m_platformData;
-    Patience m_patience;
+    Timeouts m_timeouts;
     Now m_now;
     Clock::time_point m_deadline; ///< of claim()
     ApplicationObject m_object;
     BusLink m_link;
-    InstanceLock m_lock; ///< goes before the name: who waits for that finds the folder free
+    InstanceLock m_lock; ///< destroyed before m_link: who gets the name then gets the lock too
     std::function<void()> m_activated;
     Outcome m_outcome = Outcome::refused;
 };

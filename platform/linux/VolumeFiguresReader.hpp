@@ -18,8 +18,8 @@
 
 namespace tessaly {
 
-/// Reads the space of volumes, each on a thread of its own: a server that is gone may never answer
-/// whoever asks for its volume. There is at most one such thread for a volume, however often it is
+/// Reads the space of volumes, each on a thread of its own: a call for the volume of a server that
+/// is gone may never return. There is at most one such thread for a volume, however often it is
 /// asked for, and nobody waits for it, neither this class nor the end of the process.
 ///
 /// A volume that does not answer in time, or answers with an error, keeps the figures that it had

@@ -24,7 +24,7 @@ namespace tessaly {
 namespace {
 
 /// How long something may take on a machine that has much else to do.
-constexpr int patienceMs = 30'000;
+constexpr int timeoutMs = 30'000;
 
 /// What the windows of this program have been told of the mouse.
 class MouseLog final : public QObject {
@@ -55,7 +55,7 @@ protected:
         m_window.emplace(KORVENWindow::Surface::opaque);
         m_window->setGeometry(before);
         m_window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, patienceMs));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, timeoutMs));
         // A manager that has only just begun may not give the keyboard to a new window by itself.
         for (int i = 0; i < 20 && !QTest::qWaitForWindowActive(&*m_window, 2'000); ++i) {
             m_window->activateWindow();
@@ -66,7 +66,7 @@ protected:
 
     [[nodiscard]] bool waitForFrame(const QRect &frame) const
     {
-        return QTest::qWaitFor([&] { return m_window->geometry() == frame; }, patienceMs);
+        return QTest::qWaitFor([&] { return m_window->geometry() == frame; }, timeoutMs);
     }
 
     /// Moves the pointer to a place of the screen, and waits until it is there.
@@ -94,7 +94,7 @@ protected:
         point(press);
         EXPECT_EQ(xdotool({u"mousedown"_s, u"1"_s}), 0);
         EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::mouseButtons() == Qt::LeftButton; },
-                                    patienceMs));
+                                    timeoutMs));
         if (start != press) {
             point(start);
         }
@@ -154,12 +154,12 @@ TEST_F(WindowManagerTest, aDoubleClickOnTheTitleMaximisesAndAnotherRestores)
     const QStringList doubleClick{u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"50"_s, u"1"_s};
     EXPECT_EQ(xdotool(doubleClick), 0);
     EXPECT_TRUE(
-        QTest::qWaitFor([&] { return m_window->isMaximized() && m_window->y() == 0; }, patienceMs));
+        QTest::qWaitFor([&] { return m_window->isMaximized() && m_window->y() == 0; }, timeoutMs));
     EXPECT_TRUE(waitForFrame(QRect(0, 0, 1280, 900)));
 
     point({400, 17});
     EXPECT_EQ(xdotool(doubleClick), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window->isMaximized(); }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window->isMaximized(); }, timeoutMs));
     EXPECT_TRUE(waitForFrame(before));
 }
 
@@ -183,16 +183,16 @@ TEST_F(WindowManagerTest, theSecondClickOfADoubleClickDoesNotPressWhatTookTheBut
     const MouseLog mouse;
     point(scan.mapToGlobal(QPoint(60, 20)));
     EXPECT_EQ(xdotool({u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"50"_s, u"1"_s}), 0);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return mouse.releaseCount == 2; }, patienceMs));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mouse.releaseCount == 2; }, timeoutMs));
     EXPECT_TRUE(cancel.isVisible());
     EXPECT_EQ(cancelled.count(), 0);
 
     const QPoint elsewhere = scan.mapToGlobal(QPoint(60, 120));
     point(elsewhere);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return mouse.place == elsewhere; }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return mouse.place == elsewhere; }, timeoutMs));
     point(scan.mapToGlobal(QPoint(60, 20)));
     EXPECT_EQ(xdotool({u"click"_s, u"1"_s}), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return cancelled.count() == 1; }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return cancelled.count() == 1; }, timeoutMs));
 }
 
 TEST_F(WindowManagerTest, aRightClickOnTheTitleOpensTheMenuAtThePointer)
@@ -202,7 +202,7 @@ TEST_F(WindowManagerTest, aRightClickOnTheTitleOpensTheMenuAtThePointer)
     ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
     EXPECT_EQ(QApplication::activePopupWidget()->pos(), QPoint(400, 97));
     EXPECT_EQ(xdotool({u"key"_s, u"x"_s}), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window->isMaximized(); }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window->isMaximized(); }, timeoutMs));
 }
 
 TEST_F(WindowManagerTest, theProgramsMenuOpensByItsButtonAndThenByItsKey)
@@ -218,9 +218,9 @@ TEST_F(WindowManagerTest, theProgramsMenuOpensByItsButtonAndThenByItsKey)
         ++openings;
         QMetaObject::invokeMethod(&menu, &QMenu::close, Qt::QueuedConnection);
     });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 1 && !menu.isVisible(); }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 1 && !menu.isVisible(); }, timeoutMs));
     EXPECT_EQ(xdotool({u"key"_s, u"F10"_s}), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 2 && !menu.isVisible(); }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 2 && !menu.isVisible(); }, timeoutMs));
 }
 
 TEST_F(WindowManagerTest, comesBackWhereItWas)

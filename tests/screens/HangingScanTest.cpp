@@ -79,7 +79,7 @@ protected:
     }
 
     /// What was left behind must not use anything of the screen.
-    void closeAndLetGo(long threadsBefore)
+    void closeAndUnmount(long threadsBefore)
     {
         this->m_screen.reset();
         m_mount.reset();
@@ -103,7 +103,7 @@ TEST_F(HangingScanTest, ofADeadFolderIsLeftBehindWhenItIsCancelled)
     cancelHangingScan(threads, 2);
     EXPECT_EQ(m_services.notifier.notifications().back().text, "Scan canceled");
     EXPECT_TRUE(KORVENHistoryStore::sharedStore().allItems().empty());
-    closeAndLetGo(threads);
+    closeAndUnmount(threads);
 }
 
 TEST_F(HangingScanTest, ofADeadSubfolderIsLeftBehindAndTheNextScanCompletes)
@@ -122,7 +122,7 @@ TEST_F(HangingScanTest, ofADeadSubfolderIsLeftBehindAndTheNextScanCompletes)
     EXPECT_EQ(button("cancelButton").text(), u"Cancel"_s);
     waitForScan();
     EXPECT_EQ(rowNames(), Names{"a"});
-    closeAndLetGo(threads);
+    closeAndUnmount(threads);
 }
 
 TEST_F(HangingScanTest, doesNotHoldUpTheEndOfTheScreen)
@@ -133,7 +133,7 @@ TEST_F(HangingScanTest, doesNotHoldUpTheEndOfTheScreen)
     const long threads = threadCount();
     chooseAndScan(m_disk.path("dead"));
     waitUntilOthersWait(threads + 2);
-    closeAndLetGo(threads);
+    closeAndUnmount(threads);
     EXPECT_TRUE(m_services.notifier.notifications().empty());
 }
 
@@ -147,7 +147,7 @@ TEST_F(HangingHomeScanTest, isLeftBehindBeforeTheAccessIsStarted)
     cancelHangingScan(threads, 2);
     EXPECT_EQ(notifiedTexts(), Names{"Home folders scan canceled"});
     EXPECT_EQ(m_services.bookmarks.startCount(homeUrl()), 0);
-    closeAndLetGo(threads);
+    closeAndUnmount(threads);
 }
 
 } // namespace

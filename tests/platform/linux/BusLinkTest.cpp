@@ -33,10 +33,10 @@ protected:
     }
 
     /// What open() answers.
-    std::string opened(std::optional<milliseconds> patience = {})
+    std::string opened(std::optional<milliseconds> timeout = {})
     {
         std::optional<QString> problem;
-        m_link.open([&](const QString &answer) { problem = answer; }, patience);
+        m_link.open([&](const QString &answer) { problem = answer; }, timeout);
         waitUntil([&] { return problem.has_value(); });
         return problem->toStdString();
     }

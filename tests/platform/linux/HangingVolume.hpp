@@ -27,8 +27,8 @@ public:
     HangingVolume(HangingVolume &&) = delete;
     HangingVolume &operator=(HangingVolume &&) = delete;
 
-    /// From now on its operations wait: the program has taken the request, and the kernel does not
-    /// let go of whoever made it.
+    /// From now on its operations wait: the program has taken the request, so the thread that made
+    /// it stays blocked in the kernel, and cannot be killed.
     void hang() const;
     /// All operations that wait are answered, and those that come.
     void answer() const;

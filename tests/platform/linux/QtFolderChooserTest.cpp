@@ -443,7 +443,7 @@ TEST_F(HangingFolderTest, keepsNoProgramFromEnding)
         m_volume->waitUntilHeld(operation);
         program.sendSignal(SIGTERM);
         EXPECT_EQ(program.waitForEnd(), 0) << program.complaints();
-        m_volume->answer(); // lets go of the child
+        m_volume->answer(); // so that the child can end
         m_volume->hang();
     }
 }

@@ -39,9 +39,9 @@ protected:
     }
 
     [[nodiscard]] std::unique_ptr<EndingProgram>
-    start(const std::vector<std::string> &variables = {}, const std::string &patience = {}) const
+    start(const std::vector<std::string> &variables = {}, const std::string &timeouts = {}) const
     {
-        return std::make_unique<EndingProgram>("claim", m_folder.path() + patience, variables);
+        return std::make_unique<EndingProgram>("claim", m_folder.path() + timeouts, variables);
     }
 
     TemporaryFolder m_folder;

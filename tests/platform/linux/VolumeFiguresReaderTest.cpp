@@ -110,10 +110,10 @@ Space space(std::uint64_t total, std::uint64_t free, bool isOld = false)
 /// Asks, and runs the event loop until there is an answer.
 Answers answersOf(VolumeFiguresReader &reader,
                   const std::vector<VolumeFiguresReader::Place> &places,
-                  std::chrono::milliseconds patience)
+                  std::chrono::milliseconds timeout)
 {
     std::optional<Answers> answers;
-    reader.read(places, patience, [&](Answers figures) { answers = std::move(figures); }, {});
+    reader.read(places, timeout, [&](Answers figures) { answers = std::move(figures); }, {});
     EXPECT_FALSE(answers); // it never answers at once
     waitUntil([&] { return answers.has_value(); });
     return *answers;

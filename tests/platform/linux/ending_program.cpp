@@ -114,18 +114,18 @@ int beSlowToEnd(const std::string & /*argument*/)
     }
 }
 
-int hangAtEnd(const std::string &patience)
+int hangAtEnd(const std::string &timeout)
 {
-    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3, [] {});
+    const EndWatch watch(std::chrono::milliseconds(std::stoi(timeout)), 3, [] {});
     report("ending");
     for (;;) {
         pause();
     }
 }
 
-int endWhileWatched(const std::string &patience)
+int endWhileWatched(const std::string &timeout)
 {
-    const EndWatch watch(std::chrono::milliseconds(std::stoi(patience)), 3, [] {});
+    const EndWatch watch(std::chrono::milliseconds(std::stoi(timeout)), 3, [] {});
     return 5;
 }
 
@@ -173,13 +173,13 @@ int throwInEvent(const std::string & /*argument*/)
 int claim(const std::string &argument)
 {
     const QStringList parts = QString::fromStdString(argument).split(u':');
-    SingleInstance::Patience patience;
+    SingleInstance::Timeouts timeouts;
     if (parts.size() > 2) {
-        patience.forBus = std::chrono::milliseconds(parts.at(1).toInt());
-        patience.forFirst = std::chrono::milliseconds(parts.at(2).toInt());
+        timeouts.bus = std::chrono::milliseconds(parts.at(1).toInt());
+        timeouts.claim = std::chrono::milliseconds(parts.at(2).toInt());
     }
     SingleInstance instance(parts.first().toStdString(),
-                            ApplicationObject::platformDataOfThisStart(), patience);
+                            ApplicationObject::platformDataOfThisStart(), timeouts);
     if (instance.claim() != SingleInstance::Outcome::first) {
         return instance.endSecondStart([](const QString &text) { report(text.toStdString()); });
     }
@@ -220,14 +220,14 @@ int getStuck(const std::string &argument)
 /// "FOLDER": claims when nearly all of its time is over.
 int claimLate(const std::string &folder)
 {
-    SingleInstance::Patience patience;
-    patience.forFirst = std::chrono::hours(1);
+    SingleInstance::Timeouts timeouts;
+    timeouts.claim = std::chrono::hours(1);
     const auto late = [start = std::optional<SingleInstance::Clock::time_point>()]() mutable {
         constexpr std::chrono::milliseconds timeLeft(300);
         const auto now = SingleInstance::Clock::now();
         return start ? now + std::chrono::hours(1) - timeLeft : *(start = now);
     };
-    SingleInstance instance(folder, {}, patience, late);
+    SingleInstance instance(folder, {}, timeouts, late);
     if (instance.claim() == SingleInstance::Outcome::first) {
         return 1;
     }

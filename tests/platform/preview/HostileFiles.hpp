@@ -16,7 +16,7 @@ struct HostileFile {
 };
 
 /// One or more of each format that previews are made of. `pipe` is the path of a pipe that some
-/// refer to: whoever opens it waits for ever.
+/// refer to: opening it blocks for ever.
 [[nodiscard]] std::vector<HostileFile> hostileFiles(const std::string &pipe);
 
 } // namespace tessaly
