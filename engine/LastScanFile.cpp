@@ -1,13 +1,26 @@
 #include "engine/LastScanFile.hpp"
 
+#include "engine/ScanFileReader.hpp"
 #include "engine/ScanFileWriter.hpp"
 #include "engine/SetAsideFile.hpp"
 
+#include <cerrno>
 #include <utility>
 
 #include <sys/stat.h>
 
 namespace tessaly {
+
+namespace {
+
+/// Whether the file holds a scan that found something. Reads the whole file.
+bool holdsWorth(const std::string &path)
+{
+    const auto tree = readScanFile(path);
+    return tree && !tree.value()->root().subitems().empty();
+}
+
+} // namespace
 
 LastScanFile::LastScanFile(std::string path, FileCalls &calls)
     : m_path(std::move(path)), m_keptPath(m_path + ".kept"), m_calls(calls)
@@ -17,8 +30,8 @@ LastScanFile::LastScanFile(std::string path, FileCalls &calls)
 Result<Done, ArchiveError> LastScanFile::replace(const LUMFileContainer &root, Former former)
 {
     if (former == Former::kept) {
-        keepFormer();
-        return replaceDeleting(root);
+        const auto kept = keepFormer();
+        return kept ? replaceDeleting(root) : kept;
     }
     auto written = replaceDeleting(root);
     if (written) {
@@ -38,13 +51,19 @@ Result<Done, ArchiveError> LastScanFile::replaceDeleting(const LUMFileContainer 
     return written;
 }
 
-void LastScanFile::keepFormer()
+Result<Done, ArchiveError> LastScanFile::keepFormer()
 {
     struct stat status = {};
-    if (m_calls.lstat(m_path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
-        // Where one is kept already, the file in its place is of a scan that found nothing.
-        (void)m_calls.renameToFree(m_path.c_str(), m_keptPath.c_str());
+    if (m_calls.lstat(m_path.c_str(), &status) != 0 || S_ISDIR(status.st_mode) ||
+        m_calls.renameToFree(m_path.c_str(), m_keptPath.c_str()) == 0) {
+        return Done{};
     }
+    // Where one is kept already, the file in its place is usually of a scan that found nothing. But
+    // a process that was killed after it had written a scan of worth leaves an older one kept.
+    if (holdsWorth(m_path) && m_calls.rename(m_path.c_str(), m_keptPath.c_str()) != 0) {
+        return systemError(ArchiveError::Kind::unwritable, "cannot keep " + m_path, errno);
+    }
+    return Done{};
 }
 
 void LastScanFile::putBack()

@@ -15,7 +15,8 @@ namespace tessaly {
 /// The former file is deleted first, so that its date is the new scan's; but see SetAsideFile for
 /// how it survives a kill on the way. A scan that could not even open its folder says nothing about
 /// what the former one had found: that file is then kept beside, with ".kept" added to its name,
-/// until a scan of more worth replaces both.
+/// until a scan of more worth replaces both. Of two scans that found something the newer is kept;
+/// where it cannot be, nothing replaces it.
 ///
 /// Paths:   bytes as the system takes them.
 /// Threads: one at a time.
@@ -28,7 +29,8 @@ public:
     explicit LastScanFile(std::string path, FileCalls &calls = FileCalls::system());
 
     /// Writes the tree in the place of the former file. After a failure there is no file at the
-    /// path; a former one that was kept comes back by putBack().
+    /// path, unless it is one of worth that was to be kept and could not be moved; a former one
+    /// that was kept comes back by putBack().
     [[nodiscard]] Result<Done, ArchiveError> replace(const LUMFileContainer &root, Former former);
 
     /// Brings back the former file where a program that was killed, or failed to write, left none.
@@ -39,7 +41,7 @@ public:
 
 private:
     [[nodiscard]] Result<Done, ArchiveError> replaceDeleting(const LUMFileContainer &root);
-    void keepFormer();
+    [[nodiscard]] Result<Done, ArchiveError> keepFormer();
 
     const std::string m_path;
     const std::string m_keptPath;

@@ -27,6 +27,16 @@ public:
     }
 };
 
+/// A disk on which nothing can be deleted.
+class UndeletingDisk final : public FileCalls {
+public:
+    int unlink(const char * /*path*/) override
+    {
+        errno = EIO;
+        return -1;
+    }
+};
+
 /// A folder for the file "last".
 class LastScanFileTest : public testing::Test {
 protected:
@@ -94,6 +104,40 @@ TEST_F(LastScanFileTest, isKeptNoLongerThanUntilTheNextScanOfWorth)
     EXPECT_TRUE(keep("new"));
     EXPECT_EQ(content("last"), Names{"new"});
     EXPECT_EQ(names(), Names{"last"});
+}
+
+TEST_F(LastScanFileTest, theNewerOfTwoScansOfWorthIsKept)
+{
+    EXPECT_TRUE(keep("older"));
+    EXPECT_TRUE(keepUnopened());
+    UndeletingDisk disk; // what a kill before the deletion leaves, too
+    LastScanFile interrupted(m_folder.path("last"), disk);
+    EXPECT_TRUE(interrupted.replace(treeWith("newer")->root(), Former::deleted));
+    ASSERT_EQ(content("last"), Names{"newer"});
+    ASSERT_EQ(content("last.kept"), Names{"older"});
+
+    m_last.putBack();
+    EXPECT_TRUE(keepUnopened());
+    EXPECT_EQ(content("last"), Names{});
+    EXPECT_EQ(content("last.kept"), Names{"newer"});
+    EXPECT_EQ(names(), (Names{"last", "last.kept"}));
+}
+
+TEST_F(LastScanFileTest, staysWhereItIsWhenItCannotBeKept)
+{
+    EXPECT_TRUE(keep("old"));
+    m_folder.folder("last.kept"); // no file can take its place
+    EXPECT_FALSE(keepUnopened());
+    EXPECT_EQ(content("last"), Names{"old"});
+}
+
+TEST_F(LastScanFileTest, aDamagedFileDoesNotTakeThePlaceOfTheKeptOne)
+{
+    EXPECT_TRUE(keep("old"));
+    EXPECT_TRUE(keepUnopened());
+    std::filesystem::resize_file(m_folder.path("last"), 10);
+    EXPECT_TRUE(keepUnopened());
+    EXPECT_EQ(content("last.kept"), Names{"old"});
 }
 
 TEST_F(LastScanFileTest, comesBackWhereItsSuccessorWasNotWritten)
