@@ -28,7 +28,9 @@ void PressGuard::watch(QAbstractButton &button)
     if (!m_buttons.insert(&button).second) {
         return;
     }
-    button.installEventFilter(this);
+    // Only the application sees where the pointer goes and which keys repeat, whatever widget they
+    // are for.
+    QCoreApplication::instance()->installEventFilter(this);
     connect(&button, &QAbstractButton::pressed, this, [this, &button] {
         m_pressedPlace = QRect(button.mapToGlobal(QPoint()), button.size());
     });
@@ -40,20 +42,12 @@ void PressGuard::watch(QAbstractButton &button)
 void PressGuard::hold()
 {
     m_hold = Hold{m_pressedPlace, m_clock()};
-    // Only the application sees where the pointer goes, whatever widget is below it.
-    QCoreApplication::instance()->installEventFilter(this);
-}
-
-void PressGuard::release()
-{
-    m_hold.reset();
-    QCoreApplication::instance()->removeEventFilter(this);
 }
 
 bool PressGuard::isHolding()
 {
     if (m_hold && m_clock() - m_hold->since >= holdTime) {
-        release();
+        m_hold.reset();
     }
     return m_hold.has_value();
 }
@@ -61,7 +55,7 @@ bool PressGuard::isHolding()
 void PressGuard::notePointer(const QPointF &globalPosition)
 {
     if (isHolding() && !m_hold->place.contains(globalPosition.toPoint())) {
-        release();
+        m_hold.reset();
     }
 }
 
@@ -80,6 +74,11 @@ bool PressGuard::eventFilter(QObject *watched, QEvent *event)
         return isOnButton && std::exchange(m_hasSwallowedPress, false);
     case QEvent::KeyPress:
         return isOnButton && swallowsKey(*event);
+    case QEvent::ShortcutOverride: // comes before the shortcut, which itself does not say so
+        m_isKeyRepeating = static_cast<const QKeyEvent *>(event)->isAutoRepeat();
+        return false;
+    case QEvent::Shortcut:
+        return isOnButton && m_isKeyRepeating;
     default:
         return false;
     }

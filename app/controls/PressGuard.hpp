@@ -17,9 +17,11 @@ namespace tessaly {
 /// pointer: the next row's button, or the button that took the place of the one that was pressed.
 ///
 /// When a watched button has acted, presses on any watched button are swallowed until the pointer
-/// has left the place where that button was, or until holdTime has passed. Keys count as presses;
-/// Space and Return never repeat on a watched button. What acts without a press, such as a shortcut
-/// or assistive technology, is not held back.
+/// has left the place where that button was, or until holdTime has passed. Keys count as presses.
+/// What acts without a press, such as a shortcut or assistive technology, is not held back.
+///
+/// A key that is held down acts once: neither Space and Return nor the shortcut of a watched button
+/// repeat. So an Escape that is held to close a sheet does not go on to press Cancel.
 ///
 /// Threads: the main thread.
 class PressGuard final : public QObject {
@@ -54,7 +56,6 @@ private:
     };
 
     void hold();
-    void release();
     void notePointer(const QPointF &globalPosition);
     [[nodiscard]] bool isHolding();
     [[nodiscard]] bool swallowsKey(QEvent &event);
@@ -65,6 +66,7 @@ private:
     QRect m_pressedPlace; ///< of the button that was pressed last; it may move when it acts
     std::optional<Hold> m_hold;
     bool m_hasSwallowedPress = false; ///< its release is swallowed, too
+    bool m_isKeyRepeating = false;    ///< the key that was pressed last, on any widget
 };
 
 } // namespace tessaly

@@ -145,6 +145,32 @@ TEST_F(PressGuardTest, keysAreHeldBackAndNeverRepeat)
     EXPECT_EQ(m_clicks.count(), 2);
 }
 
+TEST_F(PressGuardTest, aShortcutNeverRepeats)
+{
+    QWidget field(&m_window);
+    field.setFocusPolicy(Qt::StrongFocus);
+    field.show();
+    field.setFocus();
+    m_button.setShortcut(Qt::Key_Escape);
+    for (int i = 0; i < 3; ++i) {
+        QTest::simulateEvent(&field, true, Qt::Key_Escape, Qt::NoModifier, {}, true);
+        EXPECT_FALSE(m_button.isDown());
+    }
+    EXPECT_EQ(m_clicks.count(), 0) << "the key had been pressed for something else";
+    QTest::keyClick(&field, Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_clicks.count() == 1; }));
+}
+
+TEST_F(PressGuardTest, theShortcutOfAButtonThatIsNotWatchedRepeats)
+{
+    QPushButton free(&m_window);
+    free.setShortcut(Qt::Key_Escape);
+    free.show();
+    const QSignalSpy clicks(&free, &QPushButton::clicked);
+    QTest::simulateEvent(&m_window, true, Qt::Key_Escape, Qt::NoModifier, {}, true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return clicks.count() == 1; }));
+}
+
 TEST_F(PressGuardTest, otherKeysAreNotHeldBack)
 {
     m_button.setFocus();

@@ -621,6 +621,19 @@ TEST_F(KORVENScanViewControllerTest, theSortButtonKeepsItsKeys)
     }
 }
 
+TEST_F(KORVENScanViewControllerTest, anEscapeThatIsHeldDownDoesNotCancel)
+{
+    openScreen();
+    chooseAndScan(m_disk.path());
+    const QSignalSpy clicks(&button("cancelButton"), &QAbstractButton::clicked);
+    // Its first press was for the sheet that it has closed.
+    QTest::simulateEvent(&m_window, true, Qt::Key_Escape, Qt::NoModifier, {}, true);
+    EXPECT_FALSE(button("cancelButton").isDown());
+    waitForScan();
+    EXPECT_EQ(clicks.count(), 0);
+    EXPECT_EQ(shownPath(), m_disk.path());
+}
+
 TEST_F(KORVENScanViewControllerTest, theKeyboardStaysWhereItIsWhenAResultComes)
 {
     openScreen();
