@@ -271,6 +271,7 @@ void KORVENDriveViewController::lookForDiskUtility()
         diskUtility, [guard = QPointer(this)](bool isInstalled) {
             if (guard && guard->m_view) {
                 guard->m_launchButton->setVisible(isInstalled);
+                emit guard->diskUtilityLookedFor(isInstalled);
             }
         });
 }

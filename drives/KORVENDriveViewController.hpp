@@ -88,6 +88,11 @@ public:
     /// Until awakeFromNib() has done its work.
     [[nodiscard]] bool firstRunFlag() const noexcept { return m_firstRunFlag; }
 
+signals:
+    /// Whether the desktop has a disk utility: after awakeFromNib() and after each
+    /// refreshClicked(), never before these return.
+    void diskUtilityLookedFor(bool isInstalled);
+
 private:
     void findOutlets();
     void prepareCells();
@@ -97,7 +102,7 @@ private:
     void showCountOrEmptyState();
     /// A volume that was asked to go stays.
     void endEjecting(const std::string &path);
-    /// Offers the disk utility if the desktop has one.
+    /// Offers the disk utility if the desktop has one, and tells of it.
     void lookForDiskUtility();
     /// Selects the row whose cell has sent the signal.
     void selectRowOfSender();

@@ -77,6 +77,10 @@ void MenuCommands::connectWindowItems()
     }
     connect(&m_menu.action(Item::quit), &QAction::triggered, &m_controller.mainWindow(),
             &QWidget::close);
+    QAction &diskUtility = m_menu.action(Item::diskUtility);
+    diskUtility.setVisible(false); // until it is known that there is something to launch
+    connect(&m_controller.dvc(), &KORVENDriveViewController::diskUtilityLookedFor, &diskUtility,
+            &QAction::setVisible);
 }
 
 void MenuCommands::connectScreenItems()

@@ -11,14 +11,16 @@ class ResultViewController;
 class RowActions;
 
 /// Joins the program's menu with the main window: what its items do, and which can be used now.
-/// "Enter Full Screen" is left to whoever does that.
+/// "Enter Full Screen" is left to whoever does that. "Disk Utility" is there when the drives screen
+/// has found one.
 ///
 /// Threads: the main thread.
 class MenuCommands final : public QObject {
     Q_OBJECT
 
 public:
-    /// Has to go before the controller and its screens do.
+    /// Has to go before the controller and its screens do. Requires: the drives screen has not been
+    /// answered yet whether there is a disk utility.
     explicit MenuCommands(KORVENWindowController &controller);
 
     [[nodiscard]] ApplicationMenu &menu() noexcept { return m_menu; }

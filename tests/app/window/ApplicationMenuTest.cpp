@@ -296,12 +296,37 @@ TEST_F(ApplicationMenuTest, opensAndIsBlockedByThePreferences)
 
 TEST_F(ApplicationMenuTest, leadsToOtherPrograms)
 {
+    ASSERT_TRUE(QTest::qWaitFor([this] { return action(Item::diskUtility).isVisible(); }));
     for (const Item item : {Item::diskUtility, Item::fileManager, Item::systemSettings}) {
         ASSERT_TRUE(action(item).isEnabled());
         action(item).trigger();
     }
     EXPECT_EQ(m_services.applications.launched,
               (Names{"Disk Utility.app", "Finder.app", "System Preferences.app"}));
+}
+
+TEST_F(ApplicationMenuTest, offersTheDiskUtilityOnlyWhereThereIsOne)
+{
+    closeWindow();
+    m_services.applications.isInstalled = false;
+    makeWindow();
+    EXPECT_FALSE(action(Item::diskUtility).isVisible()) << "nothing has been found yet";
+    const auto refresh = [this] {
+        QSignalSpy answer(&m_controller->dvc(), &KORVENDriveViewController::diskUtilityLookedFor);
+        typeKey(Item::refreshDrives);
+        return answer.wait();
+    };
+    showWindow();
+    ASSERT_TRUE(refresh());
+    EXPECT_FALSE(action(Item::diskUtility).isVisible());
+    EXPECT_TRUE(action(Item::fileManager).isVisible());
+
+    m_services.applications.isInstalled = true;
+    ASSERT_TRUE(refresh());
+    EXPECT_TRUE(action(Item::diskUtility).isVisible());
+    m_services.applications.isInstalled = false;
+    ASSERT_TRUE(refresh());
+    EXPECT_FALSE(action(Item::diskUtility).isVisible());
 }
 
 TEST_F(ApplicationMenuTest, leavesOutLinksThatNoMakerHasSet)
