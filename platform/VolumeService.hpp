@@ -80,8 +80,8 @@ public:
     /// answered with an error, keeps the figures that it had the last time. Never answers before it
     /// returns.
     ///
-    /// Figures that come after that are told to `late`, on the main thread, until something is asked
-    /// again.
+    /// Figures that come after that are told to `late`, on the main thread, until something is
+    /// asked again.
     virtual void readInformation(std::vector<std::string> paths, Answer answer,
                                  LateFigures late) = 0;
 

@@ -1,12 +1,11 @@
 #include "platform/linux/SingleInstance.hpp"
 
 #include "tests/engine/TemporaryFolder.hpp"
+#include "tests/engine/UnansweredMount.hpp"
 #include "tests/platform/linux/BusConnection.hpp"
 #include "tests/platform/linux/EndingProgram.hpp"
-#include "tests/platform/linux/OwnMounts.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/SilentBus.hpp"
-#include "tests/platform/linux/UnansweringMount.hpp"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -144,15 +143,15 @@ TEST_F(SingleInstanceTest, theSecondWaitsForAllAnswersTogether)
 TEST_F(SingleInstanceTest, theNextIsTheFirstWhileTheLastOneIsStuckInTheKernel)
 {
     makeBus();
-    if (!hasOwnMounts()) {
-        GTEST_SKIP() << "needs root";
+    if (const auto missing = UnansweredMount::missingRequirement()) {
+        GTEST_SKIP() << *missing;
     }
     m_folder.folder("mount");
     for (const std::string end : {"watch", "return"}) {
-        auto mount = std::make_unique<UnansweringMount>(m_folder.path("mount"));
+        auto mount = std::make_unique<UnansweredMount>(m_folder.path("mount"));
         EndingProgram last("get-stuck", m_folder.path() + ':' + m_folder.path("mount") + ':' + end);
         EXPECT_EQ(last.reportedLine(), "first");
-        mount->waitUntilUsed();
+        mount->takeRequest();
         last.sendSignal(SIGTERM);
         EXPECT_EQ(last.reportedLine(), "ending");
         {
