@@ -36,8 +36,10 @@ namespace tessaly {
 ///           which are killed before the volume is unmounted.
 /// Going:    UDisks2 unmounts the volumes that it knows; FUSE's or the system's programs what users
 ///           may unmount. Of a device that is mounted in several places only the mount at the path
-///           goes, and nothing is ejected. What a FUSE program shows that does not answer any more
-///           is detached at once ("lazy").
+///           is unmounted, and nothing is ejected. If another one was mounted after it, "umount"
+///           does that, which refuses everybody but root and those whom fstab lets unmount there:
+///           then all of them stay, and the refusal is told at once. What a FUSE program shows that
+///           does not answer any more is detached at once ("lazy").
 /// Requires: a QCoreApplication and its event loop.
 /// Errors:   go to the log "tessaly.platform.volumes".
 /// End:      answers that have not come are dropped. An unmount() that is under way returns.

@@ -1,7 +1,10 @@
 // Volumes that are really mounted.
 
+#include "engine/MountTable.hpp"
 #include "platform/linux/LinuxVolumeService.hpp"
 #include "platform/linux/MountWatch.hpp"
+#include "platform/linux/UnmountPrograms.hpp"
+#include "tests/engine/ChildProcess.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/linux/OwnMounts.hpp"
 #include "tests/platform/linux/StartedProgram.hpp"
@@ -16,6 +19,7 @@
 #include <vector>
 
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -186,6 +190,32 @@ TEST_F(LinuxVolumeServiceMountsTest, seesAndUnmountsWhatAFuseProgramShows)
     m_service.unmountAndEject(m_folder.path("a b"));
     waitUntil([&] { return changeCount == 1; });
     EXPECT_EQ(paths(), Names{});
+}
+
+TEST_F(LinuxVolumeServiceMountsTest, umountRefusesAUserOneOfSeveralMounts)
+{
+    const LoopImage image(m_folder, "LABEL");
+    if (!image.isThere()) {
+        GTEST_SKIP() << "needs a loop device: " << image.device();
+    }
+    const ScopedMount first(image.device(), m_folder.path("a b"), "ext4");
+    const ScopedMount second(image.device(), m_folder.path("bind"), "ext4");
+    constexpr mode_t openToAll = 0755;
+    ASSERT_EQ(chmod(m_folder.path().c_str(), openToAll), 0);
+    const auto mountCount = [this] {
+        const auto table = MountTable::read("/proc/self/mountinfo").value_or(MountTable());
+        return std::count_if(
+            table.mounts().begin(), table.mounts().end(),
+            [this](const Mount &mount) { return mount.mountPoint.starts_with(m_folder.path()); });
+    };
+    ASSERT_EQ(mountCount(), 2);
+    runUnprivileged([this] {
+        const std::string problem = unmountThere(m_folder.path("a b")).value_or("");
+        EXPECT_NE(problem.find("must be superuser"), std::string::npos) << problem;
+    });
+    EXPECT_EQ(mountCount(), 2);
+    EXPECT_EQ(unmountThere(m_folder.path("a b")), std::nullopt);
+    EXPECT_EQ(mountCount(), 1);
 }
 
 TEST_F(LinuxVolumeServiceMountsTest, theListOfMountsIsWatched)

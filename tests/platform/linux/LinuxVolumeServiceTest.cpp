@@ -300,6 +300,32 @@ TEST_F(LinuxVolumeServiceTest, leavesToUmountWhatUsersMayMount)
     EXPECT_EQ(complaints(), Names{});
 }
 
+TEST_F(LinuxVolumeServiceTest, leavesAllMountsOfADeviceWhenUmountRefuses)
+{
+    if (!bringUDisks()) {
+        GTEST_SKIP() << "needs dbus-daemon";
+    }
+    m_system.mount("/mnt/the\\040stick\\040again", "vfat", "8:17", "/dev/sdb1");
+    const TemporaryFolder programs;
+    for (const char *program : {"umount", "fusermount3"}) {
+        writeFile(programs.path(program), std::string("#!/bin/sh\nprintf '%s|' ") + program +
+                                              " \"$@\" >> '" + programs.path("calls") +
+                                              "'; echo 'must be superuser' >&2; exit 32\n");
+        chmod(programs.path(program).c_str(), S_IRWXU);
+    }
+    const ScopedVariable path("PATH", programs.path());
+    const LogLines log(category);
+    const auto volumes = service();
+    Names refused;
+    volumes->setRefusalListener([&](const std::string &its) { refused.push_back(its); });
+    volumes->unmountAndEject(stickPath);
+    waitUntil([&] { return !refused.empty(); });
+    EXPECT_EQ(refused, Names{stickPath});
+    EXPECT_EQ(complaints(), Names{"not unmounted: /media/my stick - must be superuser"});
+    EXPECT_EQ(textOfFile(programs.path("calls")), "umount|-i|--|/media/my stick|");
+    EXPECT_EQ(m_udisks->waitForCalls(0), Names{});
+}
+
 TEST_F(LinuxVolumeServiceTest, logsWhatItCannotUnmount)
 {
     const LogLines log(category);
