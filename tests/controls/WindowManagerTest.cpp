@@ -23,9 +23,6 @@ using namespace Qt::StringLiterals;
 namespace tessaly {
 namespace {
 
-/// How long something may take on a machine that has much else to do.
-constexpr int timeoutMs = 30'000;
-
 /// What the windows of this program have been told of the mouse.
 class MouseLog final : public QObject {
 public:
@@ -55,7 +52,7 @@ protected:
         m_window.emplace(KORVENWindow::Surface::opaque);
         m_window->setGeometry(before);
         m_window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, timeoutMs));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, desktopTimeoutMs));
         // A manager that has only just begun may not give the keyboard to a new window by itself.
         for (int i = 0; i < 20 && !QTest::qWaitForWindowActive(&*m_window, 2'000); ++i) {
             m_window->activateWindow();
@@ -66,7 +63,7 @@ protected:
 
     [[nodiscard]] bool waitForFrame(const QRect &frame) const
     {
-        return QTest::qWaitFor([&] { return m_window->geometry() == frame; }, timeoutMs);
+        return QTest::qWaitFor([&] { return m_window->geometry() == frame; }, desktopTimeoutMs);
     }
 
     /// Moves the pointer to a place of the screen, and waits until it is there.
@@ -94,7 +91,7 @@ protected:
         point(press);
         EXPECT_EQ(xdotool({u"mousedown"_s, u"1"_s}), 0);
         EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::mouseButtons() == Qt::LeftButton; },
-                                    timeoutMs));
+                                    desktopTimeoutMs));
         if (start != press) {
             point(start);
         }
@@ -153,13 +150,13 @@ TEST_F(WindowManagerTest, aDoubleClickOnTheTitleMaximisesAndAnotherRestores)
     point({400, 97});
     const QStringList doubleClick{u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"50"_s, u"1"_s};
     EXPECT_EQ(xdotool(doubleClick), 0);
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return m_window->isMaximized() && m_window->y() == 0; }, timeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window->isMaximized() && m_window->y() == 0; },
+                                desktopTimeoutMs));
     EXPECT_TRUE(waitForFrame(QRect(0, 0, 1280, 900)));
 
     point({400, 17});
     EXPECT_EQ(xdotool(doubleClick), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window->isMaximized(); }, timeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window->isMaximized(); }, desktopTimeoutMs));
     EXPECT_TRUE(waitForFrame(before));
 }
 
@@ -183,16 +180,16 @@ TEST_F(WindowManagerTest, theSecondClickOfADoubleClickDoesNotPressWhatTookTheBut
     const MouseLog mouse;
     point(scan.mapToGlobal(QPoint(60, 20)));
     EXPECT_EQ(xdotool({u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"50"_s, u"1"_s}), 0);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return mouse.releaseCount == 2; }, timeoutMs));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mouse.releaseCount == 2; }, desktopTimeoutMs));
     EXPECT_TRUE(cancel.isVisible());
     EXPECT_EQ(cancelled.count(), 0);
 
     const QPoint elsewhere = scan.mapToGlobal(QPoint(60, 120));
     point(elsewhere);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return mouse.place == elsewhere; }, timeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return mouse.place == elsewhere; }, desktopTimeoutMs));
     point(scan.mapToGlobal(QPoint(60, 20)));
     EXPECT_EQ(xdotool({u"click"_s, u"1"_s}), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return cancelled.count() == 1; }, timeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return cancelled.count() == 1; }, desktopTimeoutMs));
 }
 
 TEST_F(WindowManagerTest, aRightClickOnTheTitleOpensTheMenuAtThePointer)
@@ -202,7 +199,7 @@ TEST_F(WindowManagerTest, aRightClickOnTheTitleOpensTheMenuAtThePointer)
     ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
     EXPECT_EQ(QApplication::activePopupWidget()->pos(), QPoint(400, 97));
     EXPECT_EQ(xdotool({u"key"_s, u"x"_s}), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window->isMaximized(); }, timeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window->isMaximized(); }, desktopTimeoutMs));
 }
 
 TEST_F(WindowManagerTest, theProgramsMenuOpensByItsButtonAndThenByItsKey)
@@ -218,9 +215,11 @@ TEST_F(WindowManagerTest, theProgramsMenuOpensByItsButtonAndThenByItsKey)
         ++openings;
         QMetaObject::invokeMethod(&menu, &QMenu::close, Qt::QueuedConnection);
     });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 1 && !menu.isVisible(); }, timeoutMs));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return openings == 1 && !menu.isVisible(); }, desktopTimeoutMs));
     EXPECT_EQ(xdotool({u"key"_s, u"F10"_s}), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return openings == 2 && !menu.isVisible(); }, timeoutMs));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return openings == 2 && !menu.isVisible(); }, desktopTimeoutMs));
 }
 
 TEST_F(WindowManagerTest, comesBackWhereItWas)

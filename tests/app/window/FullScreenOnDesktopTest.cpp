@@ -23,9 +23,6 @@ namespace {
 
 using State = FullScreen::State;
 
-/// How long something may take on a machine that has much else to do.
-constexpr int timeoutMs = 30'000;
-
 constexpr QRect before{101, 83, 801, 563};
 constexpr QRect screenFrame{0, 0, 1280, 900};
 
@@ -40,7 +37,7 @@ protected:
         m_window->setGeometry(before);
         m_fullScreen.emplace(*m_window, FullScreen::Motion::byProgram);
         m_window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, timeoutMs));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, desktopTimeoutMs));
         for (int i = 0; i < 20 && !QTest::qWaitForWindowActive(&*m_window, 2'000); ++i) {
             m_window->activateWindow();
         }
@@ -55,7 +52,7 @@ protected:
 
     [[nodiscard]] bool waitForFrame(const QRect &frame) const
     {
-        return QTest::qWaitFor([&] { return m_window->geometry() == frame; }, timeoutMs);
+        return QTest::qWaitFor([&] { return m_window->geometry() == frame; }, desktopTimeoutMs);
     }
     /// What the display has, after everything that was asked of it.
     [[nodiscard]] QString frameOnDisplay() const
@@ -72,7 +69,8 @@ protected:
                                      .arg(frame.y())
                                      .arg(frame.width())
                                      .arg(frame.height());
-        return QTest::qWaitFor([&] { return frameOnDisplay().contains(expected); }, timeoutMs);
+        return QTest::qWaitFor([&] { return frameOnDisplay().contains(expected); },
+                               desktopTimeoutMs);
     }
 
     void enter()
@@ -82,13 +80,13 @@ protected:
             [this] {
                 return m_fullScreen->state() == State::full && m_window->outerMargin() == 60;
             },
-            timeoutMs));
+            desktopTimeoutMs));
         ASSERT_TRUE(waitForFrameOnDisplay(screenFrame));
     }
     [[nodiscard]] bool waitUntilWindowed() const
     {
         return QTest::qWaitFor([this] { return m_fullScreen->state() == State::windowed; },
-                               timeoutMs);
+                               desktopTimeoutMs);
     }
 
     FakeServices m_services;
@@ -120,7 +118,7 @@ TEST_F(FullScreenOnDesktopTest, growsToTheWholeScreenAndNotToWhatAPanelLeavesOfI
                 return m_window->screen()->availableGeometry() ==
                        screenFrame.adjusted(0, reserved, 0, 0);
             },
-            timeoutMs);
+            desktopTimeoutMs);
     };
     ManagedDisplay::current()->reserveTop(panelHeight);
     ASSERT_TRUE(waitForRoom(panelHeight));
@@ -129,7 +127,8 @@ TEST_F(FullScreenOnDesktopTest, growsToTheWholeScreenAndNotToWhatAPanelLeavesOfI
     ASSERT_NE(animation, nullptr);
     const auto *last = qobject_cast<QVariantAnimation *>(animation->animationAt(1));
     EXPECT_EQ(last->endValue().toRectF(), QRectF(60, 60, 1160, 780));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_window->outerMargin() == 60; }, timeoutMs));
+    EXPECT_TRUE(
+        QTest::qWaitFor([this] { return m_window->outerMargin() == 60; }, desktopTimeoutMs));
     EXPECT_TRUE(waitForFrameOnDisplay(screenFrame));
     ManagedDisplay::current()->reserveTop(0);
     EXPECT_TRUE(waitForRoom(0));
@@ -174,13 +173,14 @@ TEST_F(FullScreenOnDesktopTest, escapeLeavesIt)
 TEST_F(FullScreenOnDesktopTest, followsTheManager)
 {
     EXPECT_EQ(xdotool({u"key"_s, u"F12"_s}), 0);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return m_window->outerMargin() == 60; }, timeoutMs));
+    ASSERT_TRUE(
+        QTest::qWaitFor([this] { return m_window->outerMargin() == 60; }, desktopTimeoutMs));
     EXPECT_EQ(m_fullScreen->state(), State::full);
     EXPECT_EQ(m_fullScreen->frameForNonFullScreenMode(), QRectF(before));
     EXPECT_TRUE(waitForFrameOnDisplay(screenFrame));
     EXPECT_EQ(xdotool({u"key"_s, u"F12"_s}), 0);
     ASSERT_TRUE(
-        QTest::qWaitFor([this] { return m_fullScreen->state() != State::full; }, timeoutMs));
+        QTest::qWaitFor([this] { return m_fullScreen->state() != State::full; }, desktopTimeoutMs));
     ASSERT_TRUE(waitUntilWindowed());
     EXPECT_TRUE(waitForFrameOnDisplay(before));
     EXPECT_TRUE(waitForFrame(before));

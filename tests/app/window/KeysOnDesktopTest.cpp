@@ -19,9 +19,6 @@ namespace {
 
 using Controller = KORVENWindowController;
 
-/// How long something may take on a machine that has much else to do.
-constexpr int keyTimeoutMs = 30'000;
-
 class KeysOnDesktopTest : public WindowTest {
 protected:
     void SetUp() override
@@ -32,7 +29,7 @@ protected:
         makeWindow();
         window().setGeometry(before);
         window().show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), keyTimeoutMs));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), desktopTimeoutMs));
         for (int i = 0; i < 20 && !QTest::qWaitForWindowActive(&window(), 2'000); ++i) {
             window().activateWindow();
         }
@@ -43,7 +40,7 @@ protected:
     template <typename Condition>
     static bool waitFor(Condition condition)
     {
-        return QTest::qWaitFor(condition, keyTimeoutMs);
+        return QTest::qWaitFor(condition, desktopTimeoutMs);
     }
     [[nodiscard]] bool waitForFullScreen(bool isFull) const
     {

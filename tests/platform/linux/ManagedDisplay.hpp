@@ -17,6 +17,9 @@
 
 namespace tessaly {
 
+/// How long something may take there, on a machine that has much else to do.
+constexpr int desktopTimeoutMs = 30'000;
+
 /// Runs the program that presses keys and moves the pointer; its exit status, -1 when it failed.
 inline int xdotool(const QStringList &words)
 {

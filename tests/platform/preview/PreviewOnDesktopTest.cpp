@@ -15,9 +15,6 @@ using namespace Qt::StringLiterals;
 namespace tessaly {
 namespace {
 
-/// How long something may take on a machine that has much else to do.
-constexpr int timeoutMs = 30'000;
-
 constexpr QRect wholeScreen{0, 0, 1280, 900};
 
 class PreviewOnDesktopTest : public testing::Test {
@@ -38,7 +35,7 @@ protected:
 
     static void waitUntilActive(QWidget &window)
     {
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window, timeoutMs));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window, desktopTimeoutMs));
         const auto isActive = [&window] { return window.isActiveWindow(); };
         for (int i = 0; i < 20 && !QTest::qWaitFor(isActive, 2'000); ++i) {
             window.activateWindow(); // a manager that has only just begun may have overlooked it
@@ -62,7 +59,7 @@ protected:
     }
     [[nodiscard]] bool waitForFrame(const QRect &frame)
     {
-        return QTest::qWaitFor([&] { return frameOnDisplay() == frame; }, timeoutMs);
+        return QTest::qWaitFor([&] { return frameOnDisplay() == frame; }, desktopTimeoutMs);
     }
 
     /// The button that enters full screen, or leaves it, whichever it does now; or nullptr.
@@ -77,7 +74,7 @@ protected:
     }
     [[nodiscard]] bool waitForButton(const QString &name)
     {
-        return QTest::qWaitFor([&] { return button(name) != nullptr; }, timeoutMs);
+        return QTest::qWaitFor([&] { return button(name) != nullptr; }, desktopTimeoutMs);
     }
 
     QWidget m_program;
@@ -121,7 +118,7 @@ TEST_F(PreviewOnDesktopTest, staysAboveTheProgramsWindow)
     EXPECT_EQ(xdotool({u"mousemove"_s, u"--sync"_s, QString::number(middle.x()),
                        QString::number(middle.y()), u"click"_s, u"1"_s}),
               0);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return preview().isActiveWindow(); }, timeoutMs));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return preview().isActiveWindow(); }, desktopTimeoutMs));
 }
 
 } // namespace
