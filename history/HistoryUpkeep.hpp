@@ -1,6 +1,10 @@
 #pragma once
 
+#include "history/HistoryFile.hpp"
+
+#include <functional>
 #include <stop_token>
+#include <string>
 #include <thread>
 
 namespace tessaly {
@@ -17,8 +21,15 @@ class KORVENHistoryStore;
 /// Threads: the main thread.
 class HistoryUpkeep {
 public:
-    HistoryUpkeep() = default;
-    /// Stops after the file at hand and waits for that. The next start goes on.
+    /// Reads the scan with this key from the file at `path`; nullptr when there is none to be read.
+    /// It may be left behind on its thread, so it uses nothing that is destroyed.
+    using RecordReader = std::function<HistoryRecords::value_type(const std::string &scanKey,
+                                                                  const std::string &path)>;
+
+    HistoryUpkeep();
+    explicit HistoryUpkeep(RecordReader readRecord);
+    /// Stops and waits for that, which takes a moment: a scan that is being read, which may be
+    /// large or hang, is left behind on a thread of its own. The next start goes on.
     ~HistoryUpkeep() = default;
     HistoryUpkeep(const HistoryUpkeep &) = delete;
     HistoryUpkeep &operator=(const HistoryUpkeep &) = delete;
@@ -33,6 +44,7 @@ public:
     static void run(KORVENHistoryStore &store, const std::stop_token &stop = {});
 
 private:
+    RecordReader m_readRecord;
     std::jthread m_thread;
 };
 

@@ -74,22 +74,21 @@ std::vector<std::string> scanKeysIn(const std::string &folder)
     return keys;
 }
 
-HistoryRecords::value_type recoveredRecord(const std::string &scanKey)
+HistoryRecords::value_type recoveredRecord(const std::string &scanKey, const std::string &path)
 {
-    KORVENHistoryItem record("", "");
-    record.setScanKey(scanKey);
-    const auto path = record.scanFilePath();
-    const auto date = path ? dateOfFinishedFile(*path) : std::nullopt;
+    const auto date = dateOfFinishedFile(path);
     if (!date) {
         return nullptr;
     }
-    const auto tree = readScanFile(*path);
+    const auto tree = readScanFile(path);
     if (!tree) {
         qCWarning(scanFilesLog, "%s has no record and is left alone: %s",
-                  printableText(*path).c_str(), printableText(tree.error().text()).c_str());
+                  printableText(path).c_str(), printableText(tree.error().text()).c_str());
         return nullptr;
     }
     const LUMFileContainer &root = tree.value()->root();
+    KORVENHistoryItem record("", "");
+    record.setScanKey(scanKey);
     record.setScanPath(std::string(root.itemName()));
     // As the record of a scan says it: of the exact total.
     record.setScanTotal(sizeText(static_cast<double>(root.valueOfSubitems())));

@@ -20,7 +20,10 @@ namespace tessaly {
 ///
 /// nullptr: the file is gone, is no regular file, is being written by some process (which holds a
 ///          lock on it, see AtomicFile), or is damaged; the latter is logged.
-/// Threads: any. Takes the time and the memory of reading the whole tree.
-[[nodiscard]] HistoryRecords::value_type recoveredRecord(const std::string &scanKey);
+/// `path`:  of the scan's file.
+/// Threads: any; it uses none of the application's services. Takes the time and the memory of
+///          reading the whole tree.
+[[nodiscard]] HistoryRecords::value_type recoveredRecord(const std::string &scanKey,
+                                                         const std::string &path);
 
 } // namespace tessaly

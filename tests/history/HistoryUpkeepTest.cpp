@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <array>
+#include <future>
+#include <memory>
 #include <stop_token>
 
 #include <fcntl.h>
@@ -40,6 +42,11 @@ protected:
         ASSERT_TRUE(writeScanFile(tree->root(), filePath(key)));
         const std::array<timespec, 2> times{timespec{written, 0}, timespec{written, 500'000'000}};
         ASSERT_EQ(utimensat(AT_FDCWD, filePath(key).c_str(), times.data(), 0), 0);
+    }
+
+    [[nodiscard]] Record recovered(const std::string &key) const
+    {
+        return recoveredRecord(key, filePath(key));
     }
 
     [[nodiscard]] bool hasRemovalsFile() const { return hasFile("scanHistory.removals"); }
@@ -183,7 +190,7 @@ TEST_F(HistoryUpkeepTest, nothingIsRecoveredUntilTheHistoryWasRead)
 {
     writeScan(firstKey, "/known", 1, 0);
     writeScan(secondKey, "/lost", 1, 0);
-    const Record known = recoveredRecord(firstKey);
+    const Record known = recovered(firstKey);
     m_folder.folder("scanHistory.archive");
     const auto store = openStore();
 
@@ -229,6 +236,34 @@ TEST_F(HistoryUpkeepTest, runsOnAThreadThatEndsWithIt)
     EXPECT_EQ(savedKeys(), Keys{firstKey});
 }
 
+TEST_F(HistoryUpkeepTest, itsEndDoesNotWaitForAScanThatIsBeingRead)
+{
+    writeScan(firstKey, "/a", 1, 0);
+    const auto store = openStore();
+    const auto started = std::make_shared<std::promise<std::string>>();
+    const auto hangs = std::make_shared<std::promise<void>>();
+    const auto ended = std::make_shared<std::promise<void>>();
+    {
+        HistoryUpkeep upkeep(
+            [started, hangs, ended](const std::string &key, const std::string &path) {
+                started->set_value(path);
+                hangs->get_future().wait();
+                const Record read = recoveredRecord(key, path);
+                ended->set_value();
+                return read;
+            });
+        upkeep.start(*store);
+        EXPECT_EQ(started->get_future().get(), filePath(firstKey));
+    }
+    hangs->set_value(); // only now, after the upkeep's end
+    ended->get_future().wait();
+    EXPECT_TRUE(store->allItems().empty());
+
+    const auto next = openStore();
+    HistoryUpkeep::run(*next);
+    EXPECT_EQ(keysOf(next->allItems()), Keys{firstKey}) << "the next start reads it";
+}
+
 // Removals.
 
 TEST_F(HistoryUpkeepTest, aRemovalThatWasOnlyNotedIsDoneByTheNextStart)
@@ -263,7 +298,7 @@ TEST_F(HistoryUpkeepTest, whatIsBeingRemovedIsNeverRecovered)
 {
     writeScan(firstKey, "/a", 1, 0);
     writeScan(secondKey, "/b", 1, 0);
-    const HistoryRecords both{recoveredRecord(firstKey), recoveredRecord(secondKey)};
+    const HistoryRecords both{recovered(firstKey), recovered(secondKey)};
     ASSERT_TRUE(writeHistoryFile(both, m_historyFile));
     {
         const auto store = openStore();
@@ -311,7 +346,7 @@ TEST_F(HistoryUpkeepTest, whatIsNotedIsForgottenOnceTheHistoryIsSavedWithoutIt)
 TEST_F(HistoryUpkeepTest, aScanThatCannotBeDeletedIsTriedAgainAndNotRecovered)
 {
     writeScan(firstKey, "/a", 1, 0);
-    ASSERT_TRUE(writeHistoryFile({recoveredRecord(firstKey)}, m_historyFile));
+    ASSERT_TRUE(writeHistoryFile({recovered(firstKey)}, m_historyFile));
     {
         const auto store = openStore();
         m_calls.failingCall = m_calls.log().size();
