@@ -93,7 +93,7 @@ void KORVENHistoryCellView::deleteClicked()
     }
     const std::string key = *m_scanKey;
     try {
-        KORVENHistoryStore::sharedStore().removeItemWithKey(key);
+        KORVENHistoryStore::sharedStore().removeItemCrashSafe(key);
     } catch (const NamedException &exception) {
         qCWarning(cellLog, "The scan was not deleted: %s", exception.what());
     }

@@ -204,6 +204,15 @@ void KORVENHistoryStore::removeItemWithKey(std::string_view scanKey)
     }
 }
 
+void KORVENHistoryStore::removeItemCrashSafe(std::string_view scanKey)
+{
+    if (const Record record = itemForKey(scanKey)) {
+        noteRemovals({record}); // if this fails, the scan is removed all the same
+        removeItem(record);
+        endRemoval();
+    }
+}
+
 void KORVENHistoryStore::removeAllScans()
 {
     for (const Record &record : allItems()) {

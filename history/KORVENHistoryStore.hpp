@@ -71,6 +71,9 @@ public:
     void removeItem(const Record &record);
     /// Removes the first record with this key; without one, does nothing.
     void removeItemWithKey(std::string_view scanKey);
+    /// The same for a process that may be killed meanwhile: the removal is noted on disk first, and
+    /// forgotten when it is done. If the process ends in between, the next start finishes it.
+    void removeItemCrashSafe(std::string_view scanKey);
     /// Removes the records one by one: as many saves and messages as records.
     void removeAllScans();
 

@@ -17,6 +17,7 @@
 
 #include <atomic>
 #include <fstream>
+#include <functional>
 #include <new>
 #include <set>
 #include <string>
@@ -132,6 +133,7 @@ TEST_F(HistoryKillTest, killedAtAnyMomentNothingSavedIsLost)
 class HistoryRemovalKillTest : public testing::Test {
 protected:
     static constexpr int removedCount = 20;
+    static constexpr std::size_t fewCount = 3;
 
     void recordScans()
     {
@@ -162,6 +164,56 @@ protected:
             store->finishRemoval(*record);
         }
         store->endRemoval();
+    }
+
+    /// Removes a few, as ScansRemoval does it: each with its save.
+    void removeFew(FileCalls &calls)
+    {
+        const auto store = OwnHistoryStore::open(m_delegate, calls);
+        HistoryRecords records = store->allItems();
+        records.resize(fewCount);
+        store->noteRemovals(records);
+        for (const auto &record : records) {
+            store->removeItem(record);
+        }
+        store->endRemoval();
+    }
+
+    void removeFirst(FileCalls &calls)
+    {
+        const auto store = OwnHistoryStore::open(m_delegate, calls);
+        store->removeItemCrashSafe(store->allItems().front()->scanKey().value());
+    }
+
+    /// Expects that of a removal that is killed before any of its calls, the next start's list has
+    /// none of the scans or all of them, and each with its file.
+    void expectAllOrNone(std::size_t count, const std::function<void(FileCalls &calls)> &remove)
+    {
+        bool wasKilled = true;
+        std::set<std::size_t> leftCounts;
+        for (std::size_t call = 0; wasKilled; ++call) {
+            SCOPED_TRACE(call);
+            recordScans();
+            KillableChild process([&] {
+                FailingFileCalls calls;
+                calls.fatalCall = call;
+                remove(calls);
+            });
+            wasKilled = process.wasKilled();
+            const std::set<std::string> files = scanKeys();
+            for (const auto &record : OwnHistoryStore::open(m_delegate)->allItems()) {
+                EXPECT_TRUE(files.contains(*record->scanKey())) << "a record without a file";
+            }
+
+            finishWhatIsLeft();
+
+            EXPECT_EQ(savedKeys(), scanKeys());
+            leftCounts.insert(savedKeys().size());
+            EXPECT_NE(access(m_removalsFile.c_str(), F_OK), 0);
+            ASSERT_LT(call, 100 * count) << "it does not come to its end";
+            clear();
+        }
+        EXPECT_EQ(leftCounts, (std::set<std::size_t>{removedCount + 1 - count, removedCount + 1}));
     }
 
     [[nodiscard]] std::set<std::string> savedKeys() const
@@ -233,6 +285,16 @@ TEST_F(HistoryRemovalKillTest, killedBeforeAnyCallAllAreRemovedOrNone)
         ASSERT_GT(removedCount * 4U, call) << "it does not come to its end";
         clear();
     }
+}
+
+TEST_F(HistoryRemovalKillTest, killedWhileItRemovesFewAllAreRemovedOrNone)
+{
+    expectAllOrNone(fewCount, [this](FileCalls &calls) { removeFew(calls); });
+}
+
+TEST_F(HistoryRemovalKillTest, killedWhileItRemovesOneItIsRemovedOrNot)
+{
+    expectAllOrNone(1, [this](FileCalls &calls) { removeFirst(calls); });
 }
 
 TEST_F(HistoryRemovalKillTest, theNextStartMayBeKilledAsWell)

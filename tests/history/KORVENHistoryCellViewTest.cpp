@@ -59,6 +59,19 @@ TEST_F(KORVENHistoryCellViewTest, theDeleteButtonDeletesTheRowsScanWithoutAsking
     EXPECT_EQ(table().selectedRow(), -1);
 }
 
+TEST_F(KORVENHistoryCellViewTest, aDeletionIsNotedUntilItIsSaved)
+{
+    record("A", "/a", 1);
+    record("B", "/b", 2);
+    openScreen();
+    const std::string noted = m_documents.path("documents/scanHistory.removals");
+    bool wasNoted = false;
+    m_mainWindow.onDelete = [&] { wasNoted = access(noted.c_str(), F_OK) == 0; };
+    clickDelete(1);
+    EXPECT_TRUE(wasNoted);
+    EXPECT_NE(access(noted.c_str(), F_OK), 0);
+}
+
 TEST_F(KORVENHistoryCellViewTest, aKeyThatIsGoneDeletesNothing)
 {
     record("A", "/a", 1);
