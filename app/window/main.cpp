@@ -34,6 +34,7 @@
 #include "platform/linux/QtSessionBus.hpp"
 #include "platform/linux/SessionBusAddress.hpp"
 #include "platform/linux/SingleInstance.hpp"
+#include "platform/linux/StartedChild.hpp"
 #include "platform/linux/TerminationSignals.hpp"
 
 #include <chrono>
@@ -99,6 +100,7 @@ int main(int argumentCount, char **arguments)
     if (const auto status = CommandLine::answer(argumentCount, arguments)) {
         return *status;
     }
+    keepEnvironmentForChildren(); // while there is one thread
     ProgramLog::install();
     CrashLog::install("tessaly", programVersion());
     const QVariantMap launchData = ApplicationObject::platformDataOfThisStart();

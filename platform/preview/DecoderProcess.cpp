@@ -47,24 +47,22 @@ bool isPassedOn(std::string_view variable)
                        [&](std::string_view name) { return variable.starts_with(name); });
 }
 
-std::vector<char *> environmentOfChild()
+std::vector<std::string> environmentOfChild()
 {
-    static std::array<char, 26> platform{"QT_QPA_PLATFORM=offscreen"};
-    static std::array<char, 13> eventLoop{"QT_NO_GLIB=1"}; // a simpler one does
-    std::vector<char *> variables;
+    std::vector<std::string> variables;
     for (char **variable = environ; *variable != nullptr; ++variable) {
         if (isPassedOn(*variable)) {
-            variables.push_back(*variable);
+            variables.emplace_back(*variable);
         }
     }
-    variables.push_back(platform.data());
-    variables.push_back(eventLoop.data());
-    variables.push_back(nullptr);
+    variables.emplace_back("QT_QPA_PLATFORM=offscreen");
+    variables.emplace_back("QT_NO_GLIB=1"); // a simpler event loop does
     return variables;
 }
 
 /// Starts the program with this socket; an error number when that cannot be.
-int spawn(const std::string &programPath, int socket, pid_t &process)
+int spawn(const std::string &programPath, std::vector<std::string> environment, int socket,
+          pid_t &process)
 {
     posix_spawn_file_actions_t actions;
     posix_spawnattr_t attributes;
@@ -88,8 +86,14 @@ int spawn(const std::string &programPath, int socket, pid_t &process)
     posix_spawn_file_actions_addclosefrom_np(&actions, socketNumber + 1);
     std::string name = "preview-decoder";
     std::array<char *, 2> arguments{name.data(), nullptr};
+    std::vector<char *> variables;
+    variables.reserve(environment.size() + 1);
+    for (std::string &variable : environment) {
+        variables.push_back(variable.data());
+    }
+    variables.push_back(nullptr);
     const int error = posix_spawn(&process, programPath.c_str(), &actions, &attributes,
-                                  arguments.data(), environmentOfChild().data());
+                                  arguments.data(), variables.data());
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     return error;
@@ -97,7 +101,10 @@ int spawn(const std::string &programPath, int socket, pid_t &process)
 
 } // namespace
 
-DecoderProcess::DecoderProcess(std::string programPath) : m_programPath(std::move(programPath)) {}
+DecoderProcess::DecoderProcess(std::string programPath)
+    : m_programPath(std::move(programPath)), m_environment(environmentOfChild())
+{
+}
 
 DecoderProcess::~DecoderProcess()
 {
@@ -132,7 +139,7 @@ bool DecoderProcess::isStarted()
     }
     // Not the number that it is to get: it would be closed again there when the program is loaded.
     const FileDescriptor handedOver(fcntl(theirs.number(), F_DUPFD_CLOEXEC, socketNumber + 1));
-    if (const int error = spawn(m_programPath, handedOver.number(), m_process)) {
+    if (const int error = spawn(m_programPath, m_environment, handedOver.number(), m_process)) {
         m_process = -1;
         if (!std::exchange(m_hasLogged, true)) {
             qCCritical(previewLog, "There are no previews of images and documents: %s: %s",

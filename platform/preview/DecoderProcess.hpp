@@ -6,6 +6,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -15,7 +16,8 @@ namespace tessaly {
 ///
 /// It is started with the first file, or before, and again if it has ended.
 ///
-/// Threads: any.
+/// Threads: any; it is made on the main thread, which alone may change the environment. What the
+///          program gets of that is copied then.
 /// Errors:  a program that cannot be started is logged, once.
 class DecoderProcess {
 public:
@@ -42,7 +44,8 @@ private:
     void end();
 
     const std::string m_programPath;
-    std::mutex m_mutex; ///< for what follows
+    const std::vector<std::string> m_environment; ///< of the program
+    std::mutex m_mutex;                           ///< for what follows
     MessageSocket m_socket;
     pid_t m_process = -1;
     bool m_hasLogged = false;

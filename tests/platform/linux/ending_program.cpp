@@ -9,6 +9,7 @@
 #include "platform/linux/ProgramLog.hpp"
 #include "platform/linux/QtFolderChooser.hpp"
 #include "platform/linux/SingleInstance.hpp"
+#include "platform/linux/StartedChild.hpp"
 #include "platform/linux/TerminationSignals.hpp"
 #include "tests/fakes/FakeServices.hpp"
 #include "tests/history/OwnHistoryStore.hpp"
@@ -33,6 +34,7 @@
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tessaly {
@@ -234,6 +236,23 @@ int claimLate(const std::string &folder)
     return instance.endSecondStart([](const QString &text) { report(text.toStdString()); });
 }
 
+/// "VARIABLE": has a child report its value, after it and PATH have been changed here.
+int startChildLater(const std::string &variable)
+{
+    keepEnvironmentForChildren();
+    qputenv(variable.c_str(), "changed");
+    qputenv("PATH", "/nowhere");
+    constexpr int reportNumber = 3;
+    pid_t process = 0;
+    const int error = startChild({"printenv", variable}, reportNumber, STDERR_FILENO, process);
+    if (error != 0) {
+        return error;
+    }
+    int status = 0;
+    waitpid(process, &status, 0);
+    return status;
+}
+
 int withStatus(const std::function<void()> &body)
 {
     body();
@@ -279,6 +298,7 @@ const std::map<std::string, Way> ways = {
     {"claim-late", claimLate},
     {"get-stuck", getStuck},
     {"choose-folder", chooseFolder},
+    {"start-child-later", startChildLater},
 };
 
 } // namespace

@@ -5,9 +5,12 @@
 #include "platform/preview/PreviewFile.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"
+#include "tests/platform/linux/ScopedVariable.hpp"
 #include "tests/platform/preview/DecoderProcesses.hpp"
 #include "tests/platform/preview/HostileFiles.hpp"
 #include "tests/platform/preview/PreviewFiles.hpp"
+
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +19,7 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <optional>
 #include <sstream>
 #include <variant>
 
@@ -66,6 +70,24 @@ protected:
 TEST_F(DecoderSessionTest, theUsualProgramLiesBesideThisOne)
 {
     EXPECT_TRUE(DecoderProcess::usualProgramPath().ends_with("/preview-decoder"));
+}
+
+TEST_F(DecoderSessionTest, theProgramHasTheEnvironmentFromWhenItsProcessWasMade)
+{
+    const std::string program = m_folder.path("program");
+    writeFile(program, "#!/bin/sh\necho \"$LANGUAGE\" > \"$0.part\"; mv \"$0.part\" \"$0.out\"\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    std::optional<DecoderProcess> process;
+    {
+        const ScopedVariable language("LANGUAGE", "before");
+        process.emplace(program);
+    }
+    const ScopedVariable language("LANGUAGE", "after");
+    process->start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(program + ".out"); }, 60'000));
+    std::stringstream written;
+    written << std::ifstream(program + ".out").rdbuf();
+    EXPECT_EQ(written.str(), "before\n");
 }
 
 TEST_F(DecoderSessionTest, eachFileHasADecoderOfItsOwnUntilTheSessionEnds)
