@@ -11,6 +11,8 @@ class CellTableView;
 /// AccessibleCellRow). Items are made for the rows that are asked for.
 ///
 /// Threads: the main thread.
+// Destroyed by Qt's list of interfaces.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class AccessibleCellTable final : public QAccessibleWidget, public QAccessibleTableInterface {
 public:
     explicit AccessibleCellTable(CellTableView &table);

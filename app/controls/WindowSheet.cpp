@@ -42,7 +42,9 @@ void enableTopmostOnly(QWidget &host)
 {
     constexpr const char *isBelowSheet = "isBelowSheet";
     bool sheetIsAbove = false;
-    // Children are in their stacking order, the topmost one last.
+    // Children are in their stacking order, the topmost one last. A copy, since what is disabled here
+    // may react to it.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const QObjectList children = host.children();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
         auto *widget = qobject_cast<QWidget *>(*child);

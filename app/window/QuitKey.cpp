@@ -8,8 +8,8 @@
 
 namespace tessaly {
 
-QuitKey::QuitKey(const QWidget &mainWindow, QKeySequence key, std::function<void()> quit)
-    : m_mainWindow(mainWindow), m_key(std::move(key)), m_quit(std::move(quit))
+QuitKey::QuitKey(const QWidget &mainWindow, const QKeySequence &key, std::function<void()> quit)
+    : m_mainWindow(mainWindow), m_key(key), m_quit(std::move(quit))
 {
     QCoreApplication::instance()->installEventFilter(this);
 }

@@ -17,7 +17,7 @@ class QuitKey final : public QObject {
 public:
     /// Calls `quit` when a window other than `mainWindow`, which looks after its keys itself, gets
     /// this key and has no use for it. The window outlives this.
-    QuitKey(const QWidget &mainWindow, QKeySequence key, std::function<void()> quit);
+    QuitKey(const QWidget &mainWindow, const QKeySequence &key, std::function<void()> quit);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -47,6 +47,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
+/// For the accessibility bus, when a second start has to say that there is another one.
+constexpr std::chrono::seconds accessibilityTimeoutOfComplaint{2};
 /// For volumes that are still being unmounted when the window has closed.
 constexpr std::chrono::seconds unmountTimeout{2};
 /// For all of the end: long enough for a completed scan to be written to a slow disk.
@@ -83,14 +87,25 @@ void nameApplication()
     QApplication::setDesktopFileName(QString::fromLatin1(programId));
 }
 
-/// A bus that is known to be silent is not waited for once more.
-SingleInstance::Timeouts timeoutsOn(const QtSessionBus &bus)
+/// Of a start that has waited for the bus already. A bus that is known to be silent is not waited
+/// for once more. All of a second start takes as long as Timeouts::claim, with its complaint.
+SingleInstance::Timeouts timeoutsAfter(const QtSessionBus &bus, Clock::duration waited)
 {
     SingleInstance::Timeouts timeouts;
     if (bus.state() == QtSessionBus::State::silent) {
         timeouts.bus = std::chrono::milliseconds(0);
     }
+    timeouts.claim -= accessibilityTimeoutOfComplaint +
+                      std::chrono::duration_cast<std::chrono::milliseconds>(waited);
     return timeouts;
+}
+
+/// What comes before the first widget.
+void prepareWidgets(const QtSessionBus &bus, std::chrono::milliseconds accessibilityTimeout)
+{
+    applyLook();
+    installAccessibleControls();
+    bus.connectAccessibility(accessibilityTimeout);
 }
 
 } // namespace
@@ -108,7 +123,9 @@ int main(int argumentCount, char **arguments)
     if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) {
         qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     }
+    const Clock::time_point start = Clock::now();
     const QtSessionBus qtSessionBus;
+    const Clock::duration waited = Clock::now() - start;
     GuardedApplication application(argumentCount, arguments);
     const TerminationSignals terminationSignals;
     nameApplication();
@@ -116,15 +133,16 @@ int main(int argumentCount, char **arguments)
     if (const auto status = CommandLine::refuse()) {
         return *status;
     }
-    applyLook();
-    installAccessibleControls();
-    qtSessionBus.connectAccessibility(); // before the first widget
 
     LinuxDocumentsFolder documents;
-    SingleInstance instance(documents.path(), launchData, timeoutsOn(qtSessionBus));
+    SingleInstance instance(documents.path(), launchData, timeoutsAfter(qtSessionBus, waited));
     if (instance.claim() != SingleInstance::Outcome::first) {
-        return instance.endSecondStart();
+        return instance.endSecondStart([&](const QString &complaint) {
+            prepareWidgets(qtSessionBus, accessibilityTimeoutOfComplaint);
+            SingleInstance::showComplaint(complaint);
+        });
     }
+    prepareWidgets(qtSessionBus, QtSessionBus::usualAccessibilityTimeout);
 
     LinuxServices desktop;
     KORVENAppDelegate delegate(desktop.with(documents));

@@ -21,17 +21,17 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define TESSALY_IS_SANITIZED true
-#else
-#define TESSALY_IS_SANITIZED false
-#endif
-
 using namespace Qt::StringLiterals;
 
 namespace tessaly {
 
 namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
 
 void setLimit(__rlimit_resource_t resource, rlim_t most)
 {
@@ -216,7 +216,7 @@ std::vector<sock_filter> filterOfCalls(bool mayOpenFiles)
 void Sandbox::limitMemory()
 {
     setLimit(RLIMIT_CORE, 0);
-    if (!TESSALY_IS_SANITIZED) {
+    if (!isSanitized) {
         setLimit(RLIMIT_AS, maxMemoryBytes);
     }
 }
@@ -230,7 +230,7 @@ Sandbox::Sandbox(std::vector<std::string> readableFolders)
 void Sandbox::enter() const
 {
     setLimit(RLIMIT_CPU, maxCpuSeconds);
-    if (TESSALY_IS_SANITIZED) {
+    if (isSanitized) {
         return;
     }
     setLimit(RLIMIT_FSIZE, 0);

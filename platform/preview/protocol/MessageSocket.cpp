@@ -61,6 +61,7 @@ bool MessageSocket::sendBytes(const void *bytes, std::size_t byteCount,
     return sent == static_cast<ssize_t>(byteCount);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): takes what was sent
 bool MessageSocket::receiveBytes(void *bytes, std::size_t byteCount,
                                  std::vector<FileDescriptor> *descriptors)
 {

@@ -52,6 +52,7 @@ public:
 
 private:
     bool sendBytes(const void *bytes, std::size_t byteCount, const std::vector<int> &descriptors);
+    // NOLINTNEXTLINE(readability-make-member-function-const): takes what was sent
     bool receiveBytes(void *bytes, std::size_t byteCount, std::vector<FileDescriptor> *descriptors);
 
     FileDescriptor m_descriptor;

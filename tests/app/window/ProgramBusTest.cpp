@@ -205,6 +205,40 @@ TEST_F(ProgramBusTest, startsWhileTheLauncherOfTheAccessibilityBusIsSuspended)
     EXPECT_NE(program->complaints().find("org.a11y.Bus does not answer"), std::string::npos);
 }
 
+TEST_F(ProgramBusTest, aSecondStartEndsWithoutAskingForAccessibility)
+{
+    makeAccessibilityBus();
+    const auto first = startOnDisplay();
+    ASSERT_TRUE(waitForLog(*first, "content painted")) << first->complaints();
+    m_launcher->sendSignal(SIGSTOP);
+    const auto second = startOnDisplay();
+    EXPECT_EQ(statusOf(*second), 0);
+    EXPECT_EQ(second->complaints().find("accessibility"), std::string::npos)
+        << second->complaints();
+    m_launcher->sendSignal(SIGCONT);
+    expectToWork(*first);
+}
+
+TEST_F(ProgramBusTest, aSecondStartComplainsOfAFirstThatHangsWithoutAccessibilityIfNeedBe)
+{
+    makeAccessibilityBus();
+    const auto first = startOnDisplay();
+    ASSERT_TRUE(waitForLog(*first, "content painted")) << first->complaints();
+    first->sendSignal(SIGSTOP);
+    m_launcher->sendSignal(SIGSTOP);
+    const auto second = startOnDisplay();
+    ASSERT_TRUE(waitForLog(*second, "already running")) << second->complaints();
+    const std::string log = second->complaints();
+    const std::size_t decision = log.find("the instance that is running does not answer");
+    ASSERT_NE(decision, std::string::npos) << log;
+    EXPECT_GT(log.find("org.a11y.Bus does not answer"), decision) << log;
+    second->sendSignal(SIGTERM);
+    EXPECT_EQ(statusOf(*second), 1) << second->complaints();
+    m_launcher->sendSignal(SIGCONT);
+    first->sendSignal(SIGCONT);
+    expectToWork(*first);
+}
+
 TEST_F(ProgramBusTest, startsWhileTheRegistryOfTheAccessibilityBusIsSuspended)
 {
     makeAccessibilityBus();
