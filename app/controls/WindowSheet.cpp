@@ -42,8 +42,8 @@ void enableTopmostOnly(QWidget &host)
 {
     constexpr const char *isBelowSheet = "isBelowSheet";
     bool sheetIsAbove = false;
-    // Children are in their stacking order, the topmost one last. A copy, since what is disabled here
-    // may react to it.
+    // Children are in their stacking order, the topmost one last. The list is copied, since what is
+    // disabled may react to that.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const QObjectList children = host.children();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
