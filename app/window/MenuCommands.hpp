@@ -11,7 +11,7 @@ class ResultViewController;
 class RowActions;
 
 /// Joins the program's menu with the main window: what its items do, and which can be used now.
-/// "Enter Full Screen" is left to whoever does that. "Disk Utility" is there when the drives screen
+/// "Enter Full Screen" is connected elsewhere. "Disk Utility" is there when the drives screen
 /// has found one.
 ///
 /// Threads: the main thread.

@@ -26,7 +26,7 @@ public:
 
     [[nodiscard]] bool isConnected() const noexcept { return m_socket.isOpen(); }
 
-    /// Whether somebody listens at one of the addresses tried but takes no more connections now.
+    /// Whether one of the addresses tried has a listener whose queue of connections is full.
     [[nodiscard]] bool isQueueFull() const noexcept { return m_isQueueFull; }
 
     /// Waits for the answer, at most for `timeout`. False without one, and when not connected. A

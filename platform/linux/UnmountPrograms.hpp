@@ -17,7 +17,7 @@ namespace tessaly {
 [[nodiscard]] std::optional<std::string> detachFuse(const std::string &mountPoint);
 
 /// The same by "umount", of exactly what is mounted at that place: "umount" asks no helper, which
-/// could take another place where the same file system is mounted. It refuses whoever is not root,
+/// could take another place where the same file system is mounted. Only root may do that,
 /// unless fstab lets users unmount there.
 [[nodiscard]] std::optional<std::string> unmountThere(const std::string &mountPoint);
 

@@ -31,7 +31,7 @@ public:
         EXPECT_EQ(listen(m_socket.number(), queueLength), 0);
     }
 
-    /// Somebody who has connected to it.
+    /// A connection to it.
     [[nodiscard]] static FileDescriptor connectionToBus()
     {
         const sockaddr_un address = socketAddress();
