@@ -1,6 +1,6 @@
 #include "bench/TreeDump.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 #include "engine/TreeWalk.hpp"
 
 #include <ostream>
@@ -48,7 +48,7 @@ struct Dumper {
         }
         out << '\t' << parentMark(said.parent) << '\t';
         if (node.hasItemName()) {
-            out << jsonString(said.name ? *said.name : archivedName(node.itemName()));
+            out << jsonString(said.name ? *said.name : escapedName(node.itemName()));
         } else {
             out << '-';
         }

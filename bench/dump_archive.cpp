@@ -6,7 +6,7 @@
 // A file that cannot be read gives one line of reason on standard error and exit status 1.
 
 #include "bench/TreeDump.hpp"
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 #include "engine/ScanFileReader.hpp"
 #include "history/HistoryFile.hpp"
 
@@ -50,7 +50,7 @@ int dumpScan(const std::string &path)
 
 std::string textOrDash(const std::optional<std::string> &text)
 {
-    return text ? jsonString(archivedName(*text)) : "-";
+    return text ? jsonString(escapedName(*text)) : "-";
 }
 
 int dumpHistory(const std::string &path)

@@ -25,7 +25,7 @@ namespace {
 using tessaly::LUMFileContainer;
 using tessaly::LUMFileItem;
 
-constexpr std::size_t mostRows = 40;
+constexpr std::size_t maxRows = 40;
 
 struct Row {
     std::string name;
@@ -50,7 +50,7 @@ void show(const LUMFileContainer &root)
     const std::vector<Row> rows = rowsBySize(root);
     const std::string total = LUMFileItem::buildString(root.valueOfSubitems());
 
-    const std::size_t shown = std::min(rows.size(), mostRows);
+    const std::size_t shown = std::min(rows.size(), maxRows);
     std::size_t width = total.size();
     for (std::size_t i = 0; i < shown; ++i) {
         width = std::max(width, LUMFileItem::buildString(rows[i].byteCount).size());

@@ -4,13 +4,13 @@
 
 namespace tessaly {
 
-EjectingVolumes::EjectingVolumes(std::chrono::milliseconds patience) : m_patience(patience) {}
+EjectingVolumes::EjectingVolumes(std::chrono::milliseconds timeout) : m_timeout(timeout) {}
 
 void EjectingVolumes::add(const std::string &name)
 {
     const std::uint64_t request = ++m_requestCount;
     m_names[name] = request;
-    QTimer::singleShot(m_patience, this, [this, name, request] {
+    QTimer::singleShot(m_timeout, this, [this, name, request] {
         const auto found = m_names.find(name);
         if (found != m_names.end() && found->second == request) {
             m_names.erase(found);

@@ -19,7 +19,7 @@ class EjectingVolumes final : public QObject {
     Q_OBJECT
 
 public:
-    explicit EjectingVolumes(std::chrono::milliseconds patience = std::chrono::seconds(8));
+    explicit EjectingVolumes(std::chrono::milliseconds timeout = std::chrono::seconds(8));
 
     /// From now on, anew if it was so already.
     void add(const std::string &name);
@@ -35,7 +35,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    const std::chrono::milliseconds m_patience;
+    const std::chrono::milliseconds m_timeout;
     std::map<std::string, std::uint64_t> m_names; ///< with the number of the last request
     std::uint64_t m_requestCount = 0;
 };

@@ -50,11 +50,11 @@ void startUnmount(std::function<void()> unmount)
     }
 }
 
-bool waitForUnmounts(std::chrono::milliseconds patience)
+bool waitForUnmounts(std::chrono::milliseconds timeout)
 {
     Running &all = *running();
     std::unique_lock lock(all.mutex);
-    return all.hasEnded.wait_for(lock, patience, [&] { return all.count == 0; });
+    return all.hasEnded.wait_for(lock, timeout, [&] { return all.count == 0; });
 }
 
 } // namespace tessaly

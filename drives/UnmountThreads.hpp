@@ -17,6 +17,6 @@ void startUnmount(std::function<void()> unmount);
 
 /// Waits until all unmountings that were started have ended, but no longer than this. Whether they
 /// have; if not, what they use must stay for as long as the process does. Threads: any.
-[[nodiscard]] bool waitForUnmounts(std::chrono::milliseconds patience);
+[[nodiscard]] bool waitForUnmounts(std::chrono::milliseconds timeout);
 
 } // namespace tessaly

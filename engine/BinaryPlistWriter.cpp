@@ -1,6 +1,6 @@
 #include "engine/BinaryPlistWriter.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <algorithm>
 #include <string>
@@ -22,7 +22,7 @@ void BinaryPlistWriter::name(std::string_view name)
         copy(std::as_bytes(std::span(name)));
         return;
     }
-    const std::u16string text = archivedName(name);
+    const std::u16string text = escapedName(name);
     counted(0x60, text.size());
     for (const char16_t unit : text) {
         bigEndian(unit, 2);

@@ -48,7 +48,7 @@ public:
 
     void null() { bigEndian(0x00, 1); }
     void boolean(bool value) { bigEndian(value ? 0x09 : 0x08, 1); }
-    /// A string: ASCII if it can be, else UTF-16 of its archived text (see archivedName()).
+    /// A string: ASCII if it can be, else UTF-16 of its archived text (see escapedName()).
     void name(std::string_view name);
     /// 1, 2, 4 or 8 bytes; 16 from 2^63 on, since 8 bytes are signed.
     void integer(std::uint64_t number);

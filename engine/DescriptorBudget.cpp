@@ -13,7 +13,7 @@ namespace tessaly {
 namespace {
 
 constexpr std::chrono::milliseconds reliefWait(5);
-constexpr rlim_t mostDescriptors = 65536;
+constexpr rlim_t maxDescriptors = 65536;
 
 int openDescriptorCount()
 {
@@ -36,28 +36,28 @@ int DescriptorBudget::halfOfFreeDescriptors()
 {
     rlimit limit = {};
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
-        return smallestShare;
+        return minShare;
     }
-    const int allowed = static_cast<int>(std::min(limit.rlim_cur, mostDescriptors));
+    const int allowed = static_cast<int>(std::min(limit.rlim_cur, maxDescriptors));
     return (allowed - openDescriptorCount()) / 2;
 }
 
 void DescriptorBudget::provide(int count)
 {
     const std::lock_guard lock(m_mutex);
-    m_free = std::max(count, smallestShare);
+    m_free = std::max(count, minShare);
 }
 
-bool DescriptorBudget::takeSmallestShare(const std::atomic<std::int32_t> &cancelScanFlag)
+bool DescriptorBudget::acquireMin(const std::atomic<std::int32_t> &cancelScanFlag)
 {
     std::unique_lock lock(m_mutex);
     m_shareFree.wait(lock, [&] {
-        return m_free >= smallestShare || cancelScanFlag.load(std::memory_order_relaxed) != 0;
+        return m_free >= minShare || cancelScanFlag.load(std::memory_order_relaxed) != 0;
     });
-    if (m_free < smallestShare) {
+    if (m_free < minShare) {
         return false;
     }
-    m_free -= smallestShare;
+    m_free -= minShare;
     ++m_shares;
     return true;
 }
@@ -72,13 +72,13 @@ bool DescriptorBudget::tryTake(int count)
     return true;
 }
 
-void DescriptorBudget::giveBack(int count)
+void DescriptorBudget::release(int count)
 {
     const std::lock_guard lock(m_mutex);
     m_free += count;
     --m_shares;
     // One by one: of ten thousand waiting threads few can go on.
-    for (int share = smallestShare; share <= m_free; share += smallestShare) {
+    for (int share = minShare; share <= m_free; share += minShare) {
         m_shareFree.notify_one();
     }
     m_relief.notify_all();
@@ -112,7 +112,7 @@ bool DescriptorBudget::isPatienceLeft() noexcept
         m_stuckSince.store(now, std::memory_order_relaxed);
         return true;
     }
-    return now - since < m_patience;
+    return now - since < m_timeout;
 }
 
 } // namespace tessaly

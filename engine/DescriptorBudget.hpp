@@ -18,13 +18,13 @@ namespace tessaly {
 class DescriptorBudget {
 public:
     /// What a walk needs to get anywhere: a folder, its subfolder, and two for following a link.
-    static constexpr int smallestShare = 4;
+    static constexpr int minShare = 4;
 
     /// How long waitForRelief() goes on when nobody who could give descriptors back gets on.
-    static constexpr std::chrono::milliseconds usualPatience{2000};
+    static constexpr std::chrono::milliseconds defaultTimeout{2000};
 
-    explicit DescriptorBudget(std::chrono::milliseconds patience = usualPatience) noexcept
-        : m_patience(patience)
+    explicit DescriptorBudget(std::chrono::milliseconds timeout = defaultTimeout) noexcept
+        : m_timeout(timeout)
     {
     }
 
@@ -33,25 +33,25 @@ public:
     void provide(int count);
 
     /// Takes a smallest share; blocks until there is one. False when the scan is cancelled first.
-    [[nodiscard]] bool takeSmallestShare(const std::atomic<std::int32_t> &cancelScanFlag);
+    [[nodiscard]] bool acquireMin(const std::atomic<std::int32_t> &cancelScanFlag);
 
     /// Takes further descriptors for somebody who holds a share, if they are to be had at once.
     [[nodiscard]] bool tryTake(int count);
 
     /// Gives a whole share back.
-    void giveBack(int count);
+    void release(int count);
 
     /// Makes the threads that wait for a share look at the cancel flag again.
     void wakeWaiting();
 
     /// For a thread whose open() found no descriptor in spite of the budget: others use them up.
     /// Waits a little, or until a walk gives some back. False when trying again is pointless: no
-    /// walk that could give some back is still getting on, and all patience is used up.
+    /// walk that could give some back is still getting on, and all timeout is used up.
     /// `holdsShare` tells whether the caller is one of those walks.
     enum class Caller : std::uint8_t { holdsShare, holdsNone };
     [[nodiscard]] bool waitForRelief(Caller caller);
 
-    /// Says that a descriptor was to be had: the next shortage is met with fresh patience.
+    /// Says that a descriptor was to be had: the next shortage is met with fresh timeout.
     void noteRelief() noexcept
     {
         if (m_stuckSince.load(std::memory_order_relaxed) != Clock::time_point()) {
@@ -67,7 +67,7 @@ private:
 
     [[nodiscard]] bool isPatienceLeft() noexcept;
 
-    const std::chrono::milliseconds m_patience;
+    const std::chrono::milliseconds m_timeout;
     std::mutex m_mutex;
     std::condition_variable m_shareFree;
     std::condition_variable m_relief;

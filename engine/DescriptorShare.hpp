@@ -20,14 +20,14 @@ public:
     /// cancelled meanwhile.
     DescriptorShare(DescriptorBudget &budget, const std::atomic<std::int32_t> &cancelScanFlag)
         : m_budget(budget),
-          m_count(budget.takeSmallestShare(cancelScanFlag) ? DescriptorBudget::smallestShare : 0)
+          m_count(budget.acquireMin(cancelScanFlag) ? DescriptorBudget::minShare : 0)
     {
     }
 
     ~DescriptorShare()
     {
         if (m_count > 0) {
-            m_budget.giveBack(m_count);
+            m_budget.release(m_count);
         }
     }
     DescriptorShare(const DescriptorShare &) = delete;

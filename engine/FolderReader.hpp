@@ -2,16 +2,16 @@
 
 #include "engine/DescriptorShare.hpp"
 #include "engine/DirectoryListing.hpp"
-#include "engine/KernelMounts.hpp"
 #include "engine/LUMFileContainer.hpp"
+#include "engine/MountPointTree.hpp"
 #include "engine/OpenedFolder.hpp"
 
 namespace tessaly {
 
 /// A subfolder that was recorded and is still to be walked.
 struct Subfolder {
-    LUMFileContainer *container;      ///< empty so far, already the child of its parent
-    const KernelMounts::Place *place; ///< where it lies among the mounts; mostly nullptr
+    LUMFileContainer *container;        ///< empty so far, already the child of its parent
+    const MountPointTree::Place *place; ///< where it lies among the mounts; mostly nullptr
 };
 
 /// Records what lies directly in a folder: one node for each entry, in the listing's order.
@@ -32,7 +32,7 @@ struct Subfolder {
 ///          then is whole.
 class FolderReader {
 public:
-    FolderReader(const KernelMounts &mounts, NodeArena &arena, DescriptorShare &share)
+    FolderReader(const MountPointTree &mounts, NodeArena &arena, DescriptorShare &share)
         : m_mounts(mounts), m_arena(arena), m_share(share)
     {
     }
@@ -53,7 +53,8 @@ public:
                 return;
             }
             if (LUMFileContainer *found = record(descriptor, *entry, *recorded.container)) {
-                foundSubfolder(Subfolder{found, KernelMounts::inside(recorded.place, entry->name)});
+                foundSubfolder(
+                    Subfolder{found, MountPointTree::inside(recorded.place, entry->name)});
             }
         }
     }
@@ -88,7 +89,7 @@ private:
     [[nodiscard]] bool leadsToFolder(int folder, const char *link);
     LUMFileContainer &appendFolder(std::string_view name, LUMFileContainer &container);
 
-    const KernelMounts &m_mounts;
+    const MountPointTree &m_mounts;
     NodeArena &m_arena;
     DescriptorShare &m_share;
     DirectoryListing m_listing;

@@ -16,7 +16,7 @@ constexpr int ancestorFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
 // Beside the folders with subfolders left: the folder being read, and two for following a link.
 constexpr std::size_t furtherDescriptors = 3;
-static_assert(1 + furtherDescriptors == DescriptorBudget::smallestShare);
+static_assert(1 + furtherDescriptors == DescriptorBudget::minShare);
 
 constexpr std::size_t stepsAtOnce = 1024; // "../" so many times is a path the system takes
 
@@ -25,7 +25,7 @@ constexpr std::size_t stepsAtOnce = 1024; // "../" so many times is a path the s
 FolderWalk::FolderWalk(ScanState &scan, int scanRoot, NodeArena &arena, DescriptorShare &share)
     : m_scan(scan), m_scanRoot(scanRoot), m_share(share), m_reader(scan.mounts, arena, share)
 {
-    m_share.setMakeRoom([this] { return letGoOfOldest(); });
+    m_share.setMakeRoom([this] { return closeOldest(); });
 }
 
 FolderWalk::~FolderWalk()
@@ -126,10 +126,10 @@ OpenedFolder FolderWalk::openPatiently(const Subfolder &next)
         if (!isDescriptorShortage(errno) || m_scan.isCancelled()) {
             return folder;
         }
-        if (letGoOfOldest()) {
+        if (closeOldest()) {
             continue;
         }
-        letGoOfLast();
+        closeLast();
         if (!m_share.waitForRelief()) {
             return folder;
         }
@@ -139,7 +139,7 @@ OpenedFolder FolderWalk::openPatiently(const Subfolder &next)
 void FolderWalk::keepWithinShare()
 {
     while (!m_share.covers(static_cast<int>(openLevelCount() + furtherDescriptors))) {
-        if (!letGoOfOldest()) {
+        if (!closeOldest()) {
             return;
         }
     }
@@ -161,7 +161,7 @@ std::size_t FolderWalk::openLevelCount() const noexcept
 }
 
 /// Closes the open folder nearest to the top, but never the last level's. False when there is none.
-bool FolderWalk::letGoOfOldest()
+bool FolderWalk::closeOldest()
 {
     if (openLevelCount() < 2) {
         return false;
@@ -171,7 +171,7 @@ bool FolderWalk::letGoOfOldest()
     return true;
 }
 
-void FolderWalk::letGoOfLast()
+void FolderWalk::closeLast()
 {
     Level &level = m_levels.back();
     if (level.descriptor.isOpen()) {

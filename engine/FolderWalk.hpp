@@ -62,8 +62,8 @@ private:
     [[nodiscard]] bool isOpen(const Level &level) const noexcept;
     [[nodiscard]] int descriptorOf(const Level &level) const noexcept;
     [[nodiscard]] std::size_t openLevelCount() const noexcept;
-    bool letGoOfOldest();
-    void letGoOfLast();
+    bool closeOldest();
+    void closeLast();
     static void letGo(Level &level) noexcept;
     void popLevel() noexcept;
 

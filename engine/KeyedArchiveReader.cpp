@@ -1,6 +1,6 @@
 #include "engine/KeyedArchiveReader.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 #include "engine/PrintableText.hpp"
 
 #include <algorithm>

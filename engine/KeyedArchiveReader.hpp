@@ -42,14 +42,14 @@ public:
     /// An archive has few keys and classes, and millions of references to them.
     class NameMatcher {
         static constexpr std::size_t recentCount = 32;
-        static constexpr std::size_t largestShape = 8;
-        static constexpr std::size_t mostNames = 8;
+        static constexpr std::size_t maxShapeSize = 8;
+        static constexpr std::size_t maxNames = 8;
 
     public:
         /// Eight names at most.
         NameMatcher(std::initializer_list<std::string_view> names) : m_names(names)
         {
-            assert(names.size() <= mostNames);
+            assert(names.size() <= maxNames);
         }
 
         /// Number of names, which is also the answer "none of them".
@@ -71,7 +71,7 @@ public:
         /// Where the values of the names stand in dictionaries that begin with these bytes.
         struct Shape {
             std::string_view keyReferences;
-            std::array<std::uint32_t, mostNames> positions{};
+            std::array<std::uint32_t, maxNames> positions{};
         };
 
         Answer &recent(std::uint64_t question) noexcept { return m_recent[question % recentCount]; }
@@ -79,7 +79,7 @@ public:
         std::vector<std::string_view> m_names;
         Answer m_last; ///< by reference; where references to one object are not shared, no help
         std::array<Answer, recentCount> m_recent{};     ///< by key reference or class UID
-        std::array<Shape, largestShape + 1> m_shapes{}; ///< the last one of each size
+        std::array<Shape, maxShapeSize + 1> m_shapes{}; ///< the last one of each size
     };
 
     /// The value of each key of a NameMatcher in one instance; nothing for a key that is missing.
@@ -94,7 +94,7 @@ public:
 
     private:
         friend class KeyedArchiveReader;
-        using Positions = std::array<std::uint32_t, NameMatcher::mostNames>;
+        using Positions = std::array<std::uint32_t, NameMatcher::maxNames>;
         static constexpr std::uint32_t missing = UINT32_MAX;
 
         Fields(const BinaryPlistReader &plist, const Object &instance, const Positions &positions)
@@ -150,7 +150,7 @@ public:
     /// The values of an instance's keys. Of a key that stands twice the first counts.
     [[nodiscard]] Fields fields(const Object &instance, NameMatcher &keys) const
     {
-        if (instance.type != Type::dictionary || instance.count > NameMatcher::largestShape) {
+        if (instance.type != Type::dictionary || instance.count > NameMatcher::maxShapeSize) {
             return unusualFields(instance, keys);
         }
         spend(instance.count);

@@ -72,7 +72,7 @@ public:
     /// yet.
     void array(Uid place, std::span<const Uid> elements);
 
-    /// Adds a text of any bytes (see archivedName()).
+    /// Adds a text of any bytes (see escapedName()).
     [[nodiscard]] Uid string(std::string_view name);
 
     /// Adds an NSDate. What is no point in time (infinite, or not a number) is null.

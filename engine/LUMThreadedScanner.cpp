@@ -79,7 +79,7 @@ void LUMThreadedScanner::listRootFolder(std::string_view path)
         scan.rootError = errno; // 0 for a kernel file system
         return;
     }
-    scan.mounts = KernelMounts::below(folder.descriptor.number(), m_system.mountInfoPath);
+    scan.mounts = MountPointTree::below(folder.descriptor.number(), m_system.mountInfoPath);
 
     const auto scanRoot = std::make_shared<const FileDescriptor>(std::move(folder.descriptor));
     FolderReader reader(scan.mounts, *arena, share);

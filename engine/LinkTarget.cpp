@@ -14,7 +14,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr int mostLinks = 40; // what the system itself follows
+constexpr int maxLinks = 40; // what the system itself follows
 constexpr int justALook = O_PATH | O_NOFOLLOW;
 
 /// The type bits of what lies at a name, or 0 when it cannot be told.
@@ -106,7 +106,7 @@ private:
     bool follow(const FileDescriptor &link)
     {
         const std::optional<std::string> text = linkText(link.number(), "");
-        if (!text || ++m_linkCount >= mostLinks) {
+        if (!text || ++m_linkCount >= maxLinks) {
             return false;
         }
         m_rest = *text + '/' + m_rest;

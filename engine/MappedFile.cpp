@@ -178,7 +178,7 @@ MappedFile::MappedFile(MappedFile &&other) noexcept
 {
 }
 
-bool MappedFile::wasCut() const noexcept
+bool MappedFile::wasTruncated() const noexcept
 {
     return m_guard != noGuard && guards[m_guard].cut.load();
 }

@@ -11,9 +11,10 @@ namespace tessaly {
 
 /// A regular file's bytes, mapped into memory to be read.
 ///
-/// Another process may cut the file meanwhile. Reading past the new end would end this process with
-/// SIGBUS; instead the missing part reads as zeros and wasCut() tells. For this a SIGBUS handler is
-/// installed with the first mapping. It leaves faults elsewhere to the handler there was before.
+/// Another process may truncate the file meanwhile. Reading past the new end would end this process
+/// with SIGBUS; instead the missing part reads as zeros and wasTruncated() is true. For this a
+/// SIGBUS handler is installed with the first mapping. It leaves faults elsewhere to the previous
+/// handler.
 ///
 /// Threads: one at a time for each mapping; different mappings are independent.
 class MappedFile {
@@ -31,7 +32,7 @@ public:
     [[nodiscard]] std::span<const std::byte> bytes() const noexcept { return m_bytes; }
 
     /// Whether a part that was read so far was missing from the file.
-    [[nodiscard]] bool wasCut() const noexcept;
+    [[nodiscard]] bool wasTruncated() const noexcept;
 
 private:
     MappedFile(std::span<const std::byte> bytes, std::size_t guard) noexcept

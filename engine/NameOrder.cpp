@@ -1,6 +1,6 @@
 #include "engine/NameOrder.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -35,7 +35,7 @@ std::strong_ordering compareByCodeUnits(std::string_view a, std::string_view b)
         return a[place] <=> b[place];
     }
     // The characters that differ may have begun earlier. They end within three bytes from here.
-    constexpr std::size_t longestCharacter = 4;
+    constexpr std::size_t maxCharacterBytes = 4;
     std::size_t start = place;
     const auto continues = [start](std::string_view name) {
         return start < name.size() && isContinuation(name[start]);
@@ -43,8 +43,8 @@ std::strong_ordering compareByCodeUnits(std::string_view a, std::string_view b)
     if (continues(a) || continues(b)) {
         while (start > 0 && isContinuation(a[--start])) {}
     }
-    const std::size_t count = place - start + longestCharacter;
-    return archivedName(a.substr(start, count)) <=> archivedName(b.substr(start, count));
+    const std::size_t count = place - start + maxCharacterBytes;
+    return escapedName(a.substr(start, count)) <=> escapedName(b.substr(start, count));
 }
 
 } // namespace tessaly

@@ -11,8 +11,8 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::size_t smallestChunk = std::size_t{64} << 10U;
-constexpr std::size_t largestChunk = std::size_t{4} << 20U;
+constexpr std::size_t minChunkBytes = std::size_t{64} << 10U;
+constexpr std::size_t maxChunkBytes = std::size_t{4} << 20U;
 constexpr unsigned recentNameBits = 11;
 
 std::uint64_t loadEight(const char *bytes) noexcept
@@ -96,10 +96,10 @@ NodeArena::Chunks::~Chunks()
 void NodeArena::Chunks::addChunk(std::size_t atLeast)
 {
     const std::size_t doubled =
-        m_chunks.empty() ? smallestChunk : std::min(m_chunks.back().byteCount * 2, largestChunk);
+        m_chunks.empty() ? minChunkBytes : std::min(m_chunks.back().byteCount * 2, maxChunkBytes);
     const std::size_t byteCount =
-        (std::max(doubled, atLeast) + smallestChunk - 1) / smallestChunk * smallestChunk;
-    const bool isLarge = m_byteCount >= largestChunk * 2 - smallestChunk;
+        (std::max(doubled, atLeast) + minChunkBytes - 1) / minChunkBytes * minChunkBytes;
+    const bool isLarge = m_byteCount >= maxChunkBytes * 2 - minChunkBytes;
     m_chunks.reserve(m_chunks.size() + 1); // so that nothing fails once the memory is there
     void *memory = mmap(nullptr, byteCount, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);

@@ -1,6 +1,6 @@
 #include "engine/PrintableText.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ bool isUnprintable(char16_t unit) noexcept
     const bool isDirection = unit == 0x200E || unit == 0x200F ||
                              (unit >= 0x202A && unit <= 0x202E) ||
                              (unit >= 0x2066 && unit <= 0x2069);
-    const bool isRawByte = unit >= 0xEF80 && unit <= 0xEFFF; // see archivedName()
+    const bool isRawByte = unit >= 0xEF80 && unit <= 0xEFFF; // see escapedName()
     return isControl || isLineBreak || isDirection || isRawByte;
 }
 
@@ -23,7 +23,7 @@ bool isUnprintable(char16_t unit) noexcept
 
 std::string printableText(std::string_view name)
 {
-    std::u16string text = archivedName(name);
+    std::u16string text = escapedName(name);
     std::replace_if(text.begin(), text.end(), isUnprintable, u'?');
     return nameFromArchived(text);
 }

@@ -1,8 +1,8 @@
 #include "engine/PropertyList.hpp"
 
-#include "engine/ArchivedName.hpp"
 #include "engine/BinaryPlistReader.hpp"
 #include "engine/BinaryPlistWriter.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <algorithm>
 #include <new>
@@ -82,9 +82,9 @@ private:
 
     std::string text(const Object &string)
     {
-        constexpr std::uint64_t mostBytesOfAUnit = 3;
+        constexpr std::uint64_t maxBytesPerUnit = 3;
         if (string.type == Type::utf16String) {
-            spend(mostBytesOfAUnit * string.count);
+            spend(maxBytesPerUnit * string.count);
             return nameFromArchived(m_plist.utf16(string));
         }
         spend(string.count);

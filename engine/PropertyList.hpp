@@ -46,7 +46,7 @@ using PlistDictionary = std::map<std::string, PlistValue, std::less<>>;
 ///
 /// A value is of the type that it was made as and stays so through a file: 1, 1.0, true and "1" are
 /// four values. Integers are std::int64_t, but those past its end std::uint64_t. Texts and keys are
-/// UTF-8; other bytes are kept as well (see archivedName()).
+/// UTF-8; other bytes are kept as well (see escapedName()).
 ///
 /// Equal values are of one type. Reals are equal when their bits are, so that NaN equals itself.
 class PlistValue {

@@ -1,6 +1,6 @@
 #include "engine/ScanFileReader.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 #include "engine/KeyedArchiveReader.hpp"
 #include "engine/MappedFile.hpp"
 
@@ -188,7 +188,7 @@ private:
         }
         if (const auto value = instance.fields[nameKey]; value && node.hasItemName()) {
             std::u16string text = m_archive.text(m_archive.string(*value, "\"itemName\""));
-            if (text != archivedName(node.itemName())) {
+            if (text != escapedName(node.itemName())) {
                 said.name = std::move(text);
             }
         }
@@ -282,7 +282,7 @@ Result<std::shared_ptr<ScanTree>, ArchiveError> readScanFile(const std::string &
         return file.error();
     }
     auto tree = readScanArchive(file.value().bytes(), details);
-    if (file.value().wasCut()) {
+    if (file.value().wasTruncated()) {
         return ArchiveError{Kind::truncated, "the file was cut while it was read", {}};
     }
     return tree;

@@ -81,14 +81,14 @@ struct Counter {
     [[nodiscard]] std::uint64_t largestSize(unsigned referenceWidth) const noexcept
     {
         constexpr std::uint64_t fixed = 1024;
-        constexpr std::uint64_t largestCounter = 9;
-        constexpr std::uint64_t largestSizeObject = 17;
-        constexpr std::uint64_t largestUid = 5;
+        constexpr std::uint64_t maxCounterBytes = 9;
+        constexpr std::uint64_t maxSizeObjectBytes = 17;
+        constexpr std::uint64_t maxUidBytes = 5;
         const std::uint64_t node =
-            1 + 6 * referenceWidth + 2 * largestCounter + largestSizeObject + referenceWidth;
-        const std::uint64_t folder = 4 * referenceWidth + 2 + 4 * referenceWidth + largestCounter;
+            1 + 6 * referenceWidth + 2 * maxCounterBytes + maxSizeObjectBytes + referenceWidth;
+        const std::uint64_t folder = 4 * referenceWidth + 2 + 4 * referenceWidth + maxCounterBytes;
         return fixed + nodeCount * node + folderCount * folder + 2 * nameByteCount +
-               order.count() * (largestUid + referenceWidth);
+               order.count() * (maxUidBytes + referenceWidth);
     }
 
 private:

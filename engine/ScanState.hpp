@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/DescriptorBudget.hpp"
-#include "engine/KernelMounts.hpp"
+#include "engine/MountPointTree.hpp"
 #include "engine/ScanTree.hpp"
 
 #include <atomic>
@@ -19,8 +19,8 @@ struct ScanState {
     std::atomic<std::int32_t> cancelScanFlag = 0;
     std::shared_ptr<ScanTree> tree = std::make_shared<ScanTree>();
     DescriptorBudget budget;
-    KernelMounts mounts; ///< set by the root walk before the first thread starts
-    int rootError = 0;   ///< why the root folder could not be opened (errno); set by the root walk
+    MountPointTree mounts; ///< set by the root walk before the first thread starts
+    int rootError = 0; ///< why the root folder could not be opened (errno); set by the root walk
 
     /// Asked before every entry, so it costs no more than an ordinary read.
     [[nodiscard]] bool isCancelled() const noexcept

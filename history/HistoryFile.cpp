@@ -42,7 +42,7 @@ Result<HistoryRecords, ArchiveError> readHistoryFile(const std::string &path)
     }
     try {
         HistoryRecords records = recordsIn(KeyedArchiveReader(file.value().bytes()));
-        if (file.value().wasCut()) {
+        if (file.value().wasTruncated()) {
             return ArchiveError{Kind::truncated, "the file was cut while it was read", {}};
         }
         return records;

@@ -47,11 +47,11 @@ bool isSameFileName(std::string_view a, std::string_view b) noexcept
 /// A key of ours is a UUID; one out of a damaged file may be anything.
 bool namesAScan(std::string_view key) noexcept
 {
-    constexpr std::size_t longestFileName = 255;
+    constexpr std::size_t maxFileNameBytes = 255;
     constexpr std::array<std::string_view, 3> otherFiles{"scanHistory", "scanhome", "scan"};
     return !key.empty() && key != "." && key != ".." && key.find('/') == std::string_view::npos &&
            key.find('\0') == std::string_view::npos &&
-           key.size() + archiveSuffix.size() <= longestFileName &&
+           key.size() + archiveSuffix.size() <= maxFileNameBytes &&
            std::none_of(otherFiles.begin(), otherFiles.end(),
                         [&](std::string_view name) { return isSameFileName(key, name); });
 }

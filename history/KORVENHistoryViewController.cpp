@@ -5,10 +5,10 @@
 #include "app/controls/IconView.hpp"
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENButton.hpp"
-#include "app/controls/Look.hpp"
 #include "app/controls/NameLabel.hpp"
 #include "app/controls/NameText.hpp"
-#include "app/controls/RowDeparture.hpp"
+#include "app/controls/RowRemovalAnimation.hpp"
+#include "app/controls/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
 #include "history/HistoryOrder.hpp"
@@ -233,9 +233,10 @@ void KORVENHistoryViewController::loadHistoryDelete()
         const std::scoped_lock lock(m_rowsLock);
         departed = std::exchange(m_departed, {});
     }
-    RowDeparture *departure = nullptr;
-    if (departed.count > 0 && !m_removal.isRunning() && RowDeparture::isWanted(*m_tableView)) {
-        departure = new RowDeparture(*m_tableView, *m_view);
+    RowRemovalAnimation *departure = nullptr;
+    if (departed.count > 0 && !m_removal.isRunning() &&
+        RowRemovalAnimation::isWanted(*m_tableView)) {
+        departure = new RowRemovalAnimation(*m_tableView, *m_view);
     }
     reloadTable();
     m_departure = departure;

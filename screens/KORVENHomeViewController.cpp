@@ -2,9 +2,9 @@
 
 #include "app/controls/IconView.hpp"
 #include "app/controls/InterfaceFile.hpp"
-#include "app/controls/Look.hpp"
 #include "app/controls/MessageAlert.hpp"
 #include "app/controls/NameText.hpp"
+#include "app/controls/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "engine/FileCreationDate.hpp"
 #include "engine/LastScanFile.hpp"

@@ -2,7 +2,7 @@
 
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENButton.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QLabel>
 

@@ -8,7 +8,7 @@ constexpr float margins = 4.0F;
 constexpr float start = 7.0F;
 constexpr float beforeEnd = 3.0F;
 constexpr float aboveBottom = 10.0F;
-constexpr float leastPercent = 0.005F;
+constexpr float minPercent = 0.005F;
 
 } // namespace
 
@@ -22,7 +22,7 @@ BarGeometry barGeometry(QSizeF widgetSize, float barPercent, Qt::LayoutDirection
                                             : QLineF(start, y, end, y);
     };
     BarGeometry bar{lineTo(width - beforeEnd), {}};
-    if (barPercent > leastPercent) {
+    if (barPercent > minPercent) {
         bar.fill = lineTo(width * barPercent - beforeEnd);
     }
     return bar;

@@ -2,8 +2,8 @@
 
 #include "app/controls/CellTableModel.hpp"
 #include "app/controls/CellTableSource.hpp"
-#include "app/controls/Look.hpp"
 #include "app/controls/SpokenNotice.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -62,9 +62,9 @@ CellTableView::CellTableView(QWidget *parent) : QListView(parent), m_model(new C
     setSelectionMode(SingleSelection);
     setFrameShape(QFrame::NoFrame);
     QPalette colors = palette();
-    colors.setColor(QPalette::Base, look::evenRow);
-    colors.setColor(QPalette::AlternateBase, look::oddRow);
-    colors.setColor(QPalette::Highlight, look::selectedRow);
+    colors.setColor(QPalette::Base, theme::evenRow);
+    colors.setColor(QPalette::AlternateBase, theme::oddRow);
+    colors.setColor(QPalette::Highlight, theme::selectedRow);
     setPalette(colors);
     // Queued: whoever sets both selects the row before it becomes the current one.
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,

@@ -1,8 +1,8 @@
 #include "app/controls/KORVENButton.hpp"
 
 #include "app/controls/IconDrawing.hpp"
-#include "app/controls/Look.hpp"
-#include "app/controls/NineParts.hpp"
+#include "app/controls/NinePatch.hpp"
+#include "app/controls/Theme.hpp"
 #include "resources/Artwork.hpp"
 
 #include <QFocusEvent>
@@ -23,8 +23,8 @@ namespace {
 
 // Points, of the images and of the layout.
 constexpr int imageCap = 6;
-constexpr int leastHeight = 28;
-constexpr int leastWidth = 32;
+constexpr int minHeight = 28;
+constexpr int minWidth = 32;
 constexpr int besideTitle = 16;
 constexpr int besideSign = 9; ///< of a button that shows an icon or a single sign
 constexpr int aboveAndBelow = 6;
@@ -60,7 +60,7 @@ QPixmap face(const QString &name, QSize pixels, double scale, bool lit)
     }
     int cap = 0;
     const QImage image = faceImage(name, scale, cap);
-    QImage stretched = stretchNineParts(image, cap, pixels);
+    QImage stretched = stretchNinePatch(image, cap, pixels);
     if (stretched.isNull()) {
         return {};
     }
@@ -137,8 +137,8 @@ QSize KORVENButton::sizeHint() const
         width += iconSize().width() + (text().isEmpty() ? 0 : betweenIconAndTitle);
         height = std::max(height, iconSize().height());
     }
-    return {std::max(leastWidth, width + 2 * (sign ? besideSign : besideTitle)),
-            std::max(leastHeight, height + 2 * aboveAndBelow)};
+    return {std::max(minWidth, width + 2 * (sign ? besideSign : besideTitle)),
+            std::max(minHeight, height + 2 * aboveAndBelow)};
 }
 
 QSize KORVENButton::minimumSizeHint() const
@@ -202,7 +202,7 @@ void KORVENButton::drawFocusRing(QPainter &painter) const
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(look::focusRing, 2));
+    painter.setPen(QPen(theme::focusRing, 2));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), ringCorner - 1, ringCorner - 1);
     painter.restore();
 }

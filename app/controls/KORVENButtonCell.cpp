@@ -1,6 +1,6 @@
 #include "app/controls/KORVENButtonCell.hpp"
 
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QPalette>
 
@@ -17,9 +17,9 @@ KORVENButtonCell::KORVENButtonCell(const QString &title, QWidget *parent)
 void KORVENButtonCell::setTextColor()
 {
     QPalette colors = palette();
-    colors.setColor(QPalette::Button, look::lightButton);
+    colors.setColor(QPalette::Button, theme::lightButton);
     colors.setColor(QPalette::ButtonText, Qt::black);
-    colors.setColor(QPalette::Disabled, QPalette::ButtonText, look::lightButtonDisabledText);
+    colors.setColor(QPalette::Disabled, QPalette::ButtonText, theme::lightButtonDisabledText);
     setPalette(colors);
 }
 

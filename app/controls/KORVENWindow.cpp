@@ -1,7 +1,7 @@
 #include "app/controls/KORVENWindow.hpp"
 
 #include "app/controls/KORVENTitleView.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 #include "app/controls/TitleBarButton.hpp"
 #include "app/controls/WindowEdges.hpp"
 #include "app/controls/WindowMenu.hpp"
@@ -133,7 +133,7 @@ void KORVENWindow::fitMinimumSize()
     }
     const QScreen *const ours = screen();
     m_fittedMinimum =
-        ours == nullptr ? smallestWindow : smallestWindow.boundedTo(ours->availableSize());
+        ours == nullptr ? minWindowSize : minWindowSize.boundedTo(ours->availableSize());
     setMinimumSize(m_fittedMinimum);
 }
 
@@ -350,7 +350,7 @@ void KORVENWindow::paintEvent(QPaintEvent * /*event*/)
     // The rim takes away what must not be seen of the corners.
     QPainter painter(this);
     if (m_outerMargin > 0) {
-        painter.fillRect(rect(), look::backdrop);
+        painter.fillRect(rect(), theme::backdrop);
     }
     painter.fillRect(shownRect(), QColor::fromRgbF(backgroundGrey, backgroundGrey, backgroundGrey));
 }

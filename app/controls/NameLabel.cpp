@@ -1,7 +1,7 @@
 #include "app/controls/NameLabel.hpp"
 
 #include "app/controls/WrappedText.hpp"
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 #include "engine/PrintableText.hpp"
 
 #include <QHelpEvent>

@@ -1,6 +1,6 @@
 #include "app/controls/NameText.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 namespace tessaly {
 
@@ -9,7 +9,7 @@ QString textOfName(std::string_view name)
     if (isAscii(name)) {
         return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
     }
-    const std::u16string text = archivedName(name);
+    const std::u16string text = escapedName(name);
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 

@@ -1,6 +1,6 @@
 #include "app/controls/Separator.hpp"
 
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 namespace tessaly {
 
@@ -8,7 +8,7 @@ Separator::Separator(QWidget *parent) : QWidget(parent)
 {
     setAutoFillBackground(true);
     QPalette colors = palette();
-    colors.setColor(QPalette::Window, look::separator);
+    colors.setColor(QPalette::Window, theme::separator);
     setPalette(colors);
 }
 

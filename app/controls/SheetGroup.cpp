@@ -1,6 +1,6 @@
 #include "app/controls/SheetGroup.hpp"
 
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QPainter>
 
@@ -10,7 +10,7 @@ SheetGroup::SheetGroup(QWidget *parent) : QWidget(parent)
 {
     // What the controls in it take their own ground from.
     QPalette colors = palette();
-    colors.setColor(QPalette::Window, look::group);
+    colors.setColor(QPalette::Window, theme::group);
     setPalette(colors);
 }
 
@@ -20,7 +20,7 @@ void SheetGroup::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(look::group);
+    painter.setBrush(theme::group);
     painter.drawRoundedRect(rect(), radius, radius);
 }
 

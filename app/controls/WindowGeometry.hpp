@@ -18,7 +18,7 @@ inline constexpr qreal windowCornerRadius = 4.0;
 /// How far inside the window its edges can be seized.
 inline constexpr int resizeMargin = 6;
 /// No window is made smaller.
-inline constexpr QSize smallestWindow{760, 480};
+inline constexpr QSize minWindowSize{760, 480};
 
 /// The buttons of the title bar, as they follow each other from the left.
 enum class TitleBarPart { applicationMenu, minimize, zoom, close };

@@ -13,11 +13,11 @@ namespace {
 constexpr std::uint32_t signature = 0x5457'5001;
 
 // Far above all screens, and far below where sums of coordinates would overflow.
-constexpr std::int32_t longestLength = 1'000'000;
+constexpr std::int32_t maxLength = 1'000'000;
 
 bool isConceivable(std::int32_t place)
 {
-    return place >= -longestLength && place <= longestLength;
+    return place >= -maxLength && place <= maxLength;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "app/controls/WindowSheet.hpp"
 
 #include "app/controls/KORVENWindow.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -207,8 +207,8 @@ void WindowSheet::paintEvent(QPaintEvent * /*event*/)
         const QRectF layer = panel.adjusted(-reach, 0, reach, reach).translated(0, shadowDrop);
         painter.drawPath(outline(layer, cornerRadius + reach));
     }
-    painter.setPen(look::sheetEdge);
-    painter.setBrush(look::sheet);
+    painter.setPen(theme::sheetEdge);
+    painter.setBrush(theme::sheet);
     painter.drawPath(outline(panel.adjusted(-0.5, 0, 0.5, cornerRadius - 0.5), cornerRadius));
 }
 

@@ -5,19 +5,19 @@
 #include "app/controls/KORVENWindow.hpp"
 #include "app/controls/MessageAlert.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/window/DeferredPrompt.hpp"
 #include "app/window/FullScreen.hpp"
 #include "app/window/HomeFolderGrant.hpp"
 #include "app/window/KORVENRate.hpp"
-#include "app/window/MakerAddresses.hpp"
 #include "app/window/MenuCommands.hpp"
 #include "app/window/PageView.hpp"
 #include "app/window/PreferenceSheet.hpp"
-#include "app/window/QuietMoment.hpp"
 #include "app/window/QuitKey.hpp"
 #include "app/window/RateMessageBox.hpp"
 #include "app/window/Sidebar.hpp"
 #include "app/window/SplitView.hpp"
 #include "app/window/SpokenPages.hpp"
+#include "app/window/VendorUrls.hpp"
 #include "drives/KORVENDriveViewController.hpp"
 #include "history/KORVENHistoryViewController.hpp"
 #include "platform/ApplicationLauncher.hpp"
@@ -49,7 +49,7 @@ Q_LOGGING_CATEGORY(windowLog, "tessaly.window")
 constexpr std::string_view placementKey = "windowPlacement";
 
 /// How long the content waits for the empty window, which is not painted while it is out of sight.
-constexpr std::chrono::milliseconds paintPatience{250};
+constexpr std::chrono::milliseconds paintTimeout{250};
 
 KORVENWindow::Surface surfaceOfDesktop()
 {
@@ -107,7 +107,7 @@ void KORVENWindowController::showWindow(std::function<void()> painted)
     m_mainWindow->installEventFilter(this);
     restoreWindow();
     m_mainWindow->show();
-    QTimer::singleShot(paintPatience, this, &KORVENWindowController::emptyWindowPainted);
+    QTimer::singleShot(paintTimeout, this, &KORVENWindowController::emptyWindowPainted);
 }
 
 void KORVENWindowController::emptyWindowPainted()
@@ -169,13 +169,13 @@ void KORVENWindowController::awakeFromNib()
 }
 
 /// Asks the user to rate the program, once nothing else is in front of the window. Not where the
-/// answer would lead nowhere: no maker has set a store, and there is no software centre.
+/// answer would lead nowhere: no vendor has set a store, and there is no software centre.
 void KORVENWindowController::askToRate()
 {
     const auto ask = [controller = QPointer(this)](bool canOpen) {
         if (canOpen && controller != nullptr) {
             controller->m_rateMoment =
-                std::make_unique<QuietMoment>(*controller->m_mainWindow, [controller] {
+                std::make_unique<DeferredPrompt>(*controller->m_mainWindow, [controller] {
                     controller->m_rateAndReview->checkRateAndReview();
                 });
         }
@@ -184,7 +184,7 @@ void KORVENWindowController::askToRate()
     if (!m_rateAndReview->isDue()) {
         return;
     }
-    if (isSetByMaker(page)) {
+    if (isSetByVendor(page)) {
         ask(true);
     } else {
         services().urls.canOpenUrl(page, ask);
@@ -362,32 +362,32 @@ void KORVENWindowController::openInAppStore()
 
 void KORVENWindowController::openWebHelp()
 {
-    open(makerHelpPage());
+    open(vendorHelpPage());
 }
 
 void KORVENWindowController::openUrlWebsite()
 {
-    open(makerWebsite());
+    open(vendorWebsite());
 }
 
 void KORVENWindowController::openUrlFacebook()
 {
-    open(makerFacebookPage());
+    open(vendorFacebookPage());
 }
 
 void KORVENWindowController::openUrlTwitter()
 {
-    open(makerTwitterPage());
+    open(vendorTwitterPage());
 }
 
 void KORVENWindowController::supportClicked()
 {
-    open(makerSupportPage());
+    open(vendorSupportPage());
 }
 
 void KORVENWindowController::googleClicked()
 {
-    open(makerGooglePage());
+    open(vendorGooglePage());
 }
 
 void KORVENWindowController::showAbout()

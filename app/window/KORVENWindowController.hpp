@@ -25,7 +25,7 @@ class KORVENScanViewController;
 class KORVENWindow;
 class MenuCommands;
 class PreferenceSheet;
-class QuietMoment;
+class DeferredPrompt;
 class QuitKey;
 class Sidebar;
 class SplitView;
@@ -144,7 +144,7 @@ private:
     std::unique_ptr<KORVENWindow> m_mainWindow;
     std::unique_ptr<FullScreen> m_fullScreen;
     std::unique_ptr<KORVENRate> m_rateAndReview;
-    std::unique_ptr<QuietMoment> m_rateMoment; ///< when the user may be asked
+    std::unique_ptr<DeferredPrompt> m_rateMoment; ///< when the user may be asked
     // The window owns these.
     SplitView *m_splitView = nullptr;
     Sidebar *m_sidebar = nullptr;

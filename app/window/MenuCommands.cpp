@@ -4,7 +4,7 @@
 #include "app/controls/RowActions.hpp"
 #include "app/controls/WindowSheet.hpp"
 #include "app/window/KORVENWindowController.hpp"
-#include "app/window/MakerAddresses.hpp"
+#include "app/window/VendorUrls.hpp"
 #include "drives/KORVENDriveViewController.hpp"
 #include "history/KORVENHistoryViewController.hpp"
 #include "screens/KORVENHomeViewController.hpp"
@@ -25,19 +25,19 @@ using Item = ApplicationMenu::Item;
 
 namespace {
 
-/// The links whose addresses no maker has set.
+/// The links whose addresses no vendor has set.
 std::vector<Item> unsetLinks()
 {
     std::vector<Item> unset;
     for (const auto &[item, address] : std::initializer_list<std::pair<Item, std::string>>{
-             {Item::webHelp, makerHelpPage()},
-             {Item::website, makerWebsite()},
-             {Item::support, makerSupportPage()},
+             {Item::webHelp, vendorHelpPage()},
+             {Item::website, vendorWebsite()},
+             {Item::support, vendorSupportPage()},
              {Item::storePage, storePage(storeIdentifier())},
-             {Item::facebook, makerFacebookPage()},
-             {Item::twitter, makerTwitterPage()},
-             {Item::google, makerGooglePage()}}) {
-        if (!isSetByMaker(address)) {
+             {Item::facebook, vendorFacebookPage()},
+             {Item::twitter, vendorTwitterPage()},
+             {Item::google, vendorGooglePage()}}) {
+        if (!isSetByVendor(address)) {
             unset.push_back(item);
         }
     }

@@ -2,8 +2,8 @@
 
 #include "app/controls/InterfaceFile.hpp"
 #include "app/controls/KORVENWindow.hpp"
-#include "app/controls/Look.hpp"
 #include "app/controls/SheetGroup.hpp"
+#include "app/controls/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "platform/SettingsStore.hpp"
 
@@ -60,13 +60,13 @@ void colorIndicator(QAbstractButton &button, const QColor &ground, const QColor 
     colors.setColor(QPalette::Base, ground);
     colors.setColor(QPalette::Text, mark);
     colors.setColor(QPalette::Disabled, QPalette::Base, unchosenDisabled);
-    colors.setColor(QPalette::Disabled, QPalette::Text, look::separator);
+    colors.setColor(QPalette::Disabled, QPalette::Text, theme::separator);
     button.setPalette(colors);
 }
 
 void colorCheck(QCheckBox &check)
 {
-    colorIndicator(check, check.isChecked() ? look::selection : unchosen, Qt::white);
+    colorIndicator(check, check.isChecked() ? theme::selection : unchosen, Qt::white);
 }
 
 } // namespace
@@ -89,7 +89,7 @@ QButtonGroup *PreferenceSheet::matrix(const char *name)
     group->setObjectName(QString::fromLatin1(name));
     for (int row = 0; row < rowCount; ++row) {
         auto &button = outlet<QRadioButton>(panel(), group->objectName() + QString::number(row));
-        colorIndicator(button, unchosen, look::selection);
+        colorIndicator(button, unchosen, theme::selection);
         group->addButton(&button, row);
     }
     // Tab enters the group at the chosen button; Qt does so only once the focus has been there.

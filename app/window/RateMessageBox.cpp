@@ -2,7 +2,7 @@
 
 #include "app/controls/AlertPanel.hpp"
 #include "app/controls/KORVENButton.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -60,8 +60,8 @@ protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter(this);
-        painter.setPen(look::sheetEdge);
-        painter.setBrush(look::sheet);
+        painter.setPen(theme::sheetEdge);
+        painter.setBrush(theme::sheet);
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
     }
 };

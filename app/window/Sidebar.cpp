@@ -2,7 +2,7 @@
 
 #include "app/controls/CellTableView.hpp"
 #include "app/controls/InterfaceFile.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QVBoxLayout>
 
@@ -28,9 +28,9 @@ Sidebar::Sidebar(std::vector<Row> rows, TypeSelect shouldTypeSelect, QWidget *pa
     setAutoFillBackground(true);
     QPalette colors = palette();
     for (const auto role : {QPalette::Base, QPalette::AlternateBase, QPalette::Window}) {
-        colors.setColor(role, look::sidebar);
+        colors.setColor(role, theme::sidebar);
     }
-    colors.setColor(QPalette::Highlight, look::selection);
+    colors.setColor(QPalette::Highlight, theme::selection);
     setPalette(colors);
     m_outlineTable->setPalette(colors);
     auto *layout = new QVBoxLayout(this);

@@ -1,6 +1,6 @@
 #include "app/window/SplitView.hpp"
 
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -17,7 +17,7 @@ public:
 protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
-        QPainter(this).fillRect(rect(), look::separator);
+        QPainter(this).fillRect(rect(), theme::separator);
     }
     void mousePressEvent(QMouseEvent *event) override { event->ignore(); }
     void mouseMoveEvent(QMouseEvent *event) override { event->ignore(); }

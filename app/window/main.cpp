@@ -2,15 +2,15 @@
 
 #include "app/controls/AccessibleControls.hpp"
 #include "app/controls/KORVENWindow.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/ApplicationMenu.hpp"
 #include "app/window/BringToFront.hpp"
 #include "app/window/CommandLine.hpp"
-#include "app/window/EndWatch.hpp"
 #include "app/window/GuardedApplication.hpp"
 #include "app/window/KORVENWindowController.hpp"
 #include "app/window/ProgramVersion.hpp"
+#include "app/window/ShutdownWatchdog.hpp"
 #include "app/window/TranslationLoader.hpp"
 #include "drives/UnmountThreads.hpp"
 #include "engine/AtomicFile.hpp"
@@ -103,7 +103,7 @@ SingleInstance::Timeouts timeoutsAfter(const QtSessionBus &bus, Clock::duration 
 /// What comes before the first widget.
 void prepareWidgets(const QtSessionBus &bus, std::chrono::milliseconds accessibilityTimeout)
 {
-    applyLook();
+    applyTheme();
     installAccessibleControls();
     bus.connectAccessibility(accessibilityTimeout);
 }
@@ -166,7 +166,7 @@ int main(int argumentCount, char **arguments)
     instance.setActivated({});
     delegate.setWindowController(nullptr);
     desktop.settings.flush();
-    const EndWatch watch(endTimeout, status, [&instance] { instance.release(); });
+    const ShutdownWatchdog watch(endTimeout, status, [&instance] { instance.release(); });
     controller.reset(); // ends scans, and keeps what they have completed
     desktop.settings.flush();
     if (!waitForUnmounts(unmountTimeout)) {

@@ -33,8 +33,8 @@ QString methodName(FileManagerCaller::Method method)
 
 } // namespace
 
-FileManagerCaller::FileManagerCaller(std::string busAddress, std::chrono::milliseconds patience)
-    : m_patience(patience), m_link(std::move(busAddress), QStringLiteral("filemanager"), this)
+FileManagerCaller::FileManagerCaller(std::string busAddress, std::chrono::milliseconds timeout)
+    : m_timeout(timeout), m_link(std::move(busAddress), QStringLiteral("filemanager"), this)
 {
 }
 
@@ -48,7 +48,7 @@ void FileManagerCaller::call(Method method, const QString &url, const std::funct
     }
     m_waiting.push_back({method, url, failed});
     if (m_waiting.size() == 1) {
-        m_link.open([this](const QString &problem) { finishLooking(problem); }, m_patience);
+        m_link.open([this](const QString &problem) { finishLooking(problem); }, m_timeout);
     }
 }
 
@@ -74,7 +74,7 @@ void FileManagerCaller::send(const Call &call)
     const QString noStartupId;
     message << QStringList{call.url} << noStartupId;
     auto *answered = new QDBusPendingCallWatcher(
-        m_link.bus().asyncCall(message, static_cast<int>(m_patience.count())), this);
+        m_link.bus().asyncCall(message, static_cast<int>(m_timeout.count())), this);
     connect(answered, &QDBusPendingCallWatcher::finished, this, [answered, failed = call.failed] {
         answered->deleteLater();
         const QDBusPendingReply<> answer = *answered;

@@ -25,9 +25,9 @@ class FileManagerCaller final : public QObject {
 public:
     enum class Method { showFolders, showItems, showItemProperties };
 
-    /// An answer, of the bus or the file manager, that has not come after `patience` counts as an
+    /// An answer, of the bus or the file manager, that has not come after `timeout` counts as an
     /// error.
-    FileManagerCaller(std::string busAddress, std::chrono::milliseconds patience);
+    FileManagerCaller(std::string busAddress, std::chrono::milliseconds timeout);
     ~FileManagerCaller() override;
     FileManagerCaller(const FileManagerCaller &) = delete;
     FileManagerCaller &operator=(const FileManagerCaller &) = delete;
@@ -47,7 +47,7 @@ private:
     void finishLooking(const QString &problem);
     void send(const Call &call);
 
-    std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_timeout;
     BusLink m_link;
     std::vector<Call> m_waiting; ///< for the look for a bus, which goes on while there are any
 };

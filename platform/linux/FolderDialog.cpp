@@ -1,6 +1,6 @@
 #include "platform/linux/FolderDialog.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 #include "engine/PrintableText.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/linux/CleanPath.hpp"
@@ -36,7 +36,7 @@ constexpr int pathRole = Qt::UserRole; ///< of items: a QByteArray
 
 QString editableText(const std::string &path)
 {
-    const std::u16string text = archivedName(path);
+    const std::u16string text = escapedName(path);
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 

@@ -14,7 +14,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(menuLog, "tessaly.menu")
 
-constexpr std::chrono::seconds busPatience{5};
+constexpr std::chrono::seconds busTimeout{5};
 constexpr auto registrar = "com.canonical.AppMenu.Registrar";
 
 } // namespace
@@ -29,7 +29,7 @@ GlobalMenu::GlobalMenu(QWidget &window, QMenu &menu, QString title, std::string 
                 askForMenuBar();
             }
         },
-        busPatience);
+        busTimeout);
 }
 
 GlobalMenu::~GlobalMenu() = default;

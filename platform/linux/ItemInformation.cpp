@@ -69,12 +69,12 @@ std::optional<std::string> beginningOf(const std::string &path)
 template <typename Entry, typename Find>
 std::string accountName(id_t id, char *Entry::*name, Find find)
 {
-    constexpr std::size_t longestEntry = std::size_t{1} << 20U;
+    constexpr std::size_t maxEntryBytes = std::size_t{1} << 20U;
     Entry entry{};
     Entry *found = nullptr;
     std::vector<char> buffer(1024);
     while (find(id, &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
-           buffer.size() < longestEntry) {
+           buffer.size() < maxEntryBytes) {
         buffer.resize(buffer.size() * 2);
     }
     return found != nullptr ? found->*name : std::to_string(id);

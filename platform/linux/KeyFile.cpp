@@ -14,7 +14,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::size_t largestFile = std::size_t{1} << 20U;
+constexpr std::size_t maxFileBytes = std::size_t{1} << 20U;
 
 std::string_view trimmed(std::string_view text)
 {
@@ -94,7 +94,7 @@ std::optional<KeyFile> KeyFile::read(const std::string &path)
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        static_cast<std::size_t>(status.st_size) > largestFile) {
+        static_cast<std::size_t>(status.st_size) > maxFileBytes) {
         return std::nullopt;
     }
     std::string text(static_cast<std::size_t>(status.st_size), '\0');

@@ -1,7 +1,7 @@
 #include "platform/linux/LinuxApplicationLauncher.hpp"
 
 #include "engine/PrintableText.hpp"
-#include "platform/linux/Counterparts.hpp"
+#include "platform/linux/DefaultApplications.hpp"
 #include "platform/linux/DesktopEntries.hpp"
 
 #include <QFile>

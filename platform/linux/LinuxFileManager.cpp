@@ -37,9 +37,9 @@ int errorOfLookingFor(const std::string &path)
 } // namespace
 
 LinuxFileManager::LinuxFileManager(const DateTexts &dates, Opener opener,
-                                   std::chrono::milliseconds patience)
+                                   std::chrono::milliseconds timeout)
     : m_dates(dates), m_opener(std::move(opener)),
-      m_caller(new FileManagerCaller(sessionBusAddress(), patience))
+      m_caller(new FileManagerCaller(sessionBusAddress(), timeout))
 {
     m_caller->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_caller, &QObject::deleteLater);

@@ -29,12 +29,12 @@ public:
     /// Opens a "file:" URL with the default application; false when that failed.
     using Opener = std::function<bool(const std::string &url)>;
 
-    static constexpr std::chrono::milliseconds usualPatience = std::chrono::seconds(25);
+    static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(25);
 
     /// `dates` writes the dates in windows of our own. A file manager that has not answered after
-    /// `patience` counts as none.
+    /// `timeout` counts as none.
     explicit LinuxFileManager(const DateTexts &dates, Opener opener = openWithDefaultApplication,
-                              std::chrono::milliseconds patience = usualPatience);
+                              std::chrono::milliseconds timeout = defaultTimeout);
     ~LinuxFileManager() override;
     LinuxFileManager(const LinuxFileManager &) = delete;
     LinuxFileManager &operator=(const LinuxFileManager &) = delete;

@@ -55,8 +55,8 @@ std::string LinuxSettingsStore::defaultPath()
 }
 
 LinuxSettingsStore::LinuxSettingsStore(std::string path, FileCalls &calls,
-                                       std::chrono::milliseconds patience)
-    : m_file(std::move(path), calls, patience)
+                                       std::chrono::milliseconds timeout)
+    : m_file(std::move(path), calls, timeout)
 {
     AtomicFile::removeLeftovers(m_file.folderOfFile(), calls);
     const std::lock_guard lock(m_fileMutex);

@@ -36,15 +36,15 @@ namespace tessaly {
 /// Threads: any. Only flush() waits for the disk; reading and changing values never waits for it.
 class LinuxSettingsStore final : public SettingsStore {
 public:
-    static constexpr std::chrono::milliseconds usualPatience = std::chrono::seconds(5);
+    static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(5);
 
     [[nodiscard]] static std::string defaultPath();
 
     /// Reads the file. `path` is bytes as the system takes them, `calls` must outlive the store,
-    /// and `patience` is how long it waits for the lock.
+    /// and `timeout` is how long it waits for the lock.
     explicit LinuxSettingsStore(std::string path = defaultPath(),
                                 FileCalls &calls = FileCalls::system(),
-                                std::chrono::milliseconds patience = usualPatience);
+                                std::chrono::milliseconds timeout = defaultTimeout);
     ~LinuxSettingsStore() override;
     LinuxSettingsStore(const LinuxSettingsStore &) = delete;
     LinuxSettingsStore &operator=(const LinuxSettingsStore &) = delete;

@@ -22,7 +22,7 @@ namespace {
 using Kind = ArchiveError::Kind;
 
 /// Far more than settings take. What is larger is not read to its end.
-constexpr std::size_t largestSettings = std::size_t{64} << 20U;
+constexpr std::size_t maxSettingsBytes = std::size_t{64} << 20U;
 constexpr std::chrono::milliseconds timeBetweenLockTries{10};
 constexpr int nameAttempts = 100;
 
@@ -48,8 +48,8 @@ bool isLackOfLocks(int errorNumber) noexcept
 
 } // namespace
 
-SettingsFile::SettingsFile(std::string path, FileCalls &calls, std::chrono::milliseconds patience)
-    : m_path(std::move(path)), m_calls(calls), m_patience(patience)
+SettingsFile::SettingsFile(std::string path, FileCalls &calls, std::chrono::milliseconds timeout)
+    : m_path(std::move(path)), m_calls(calls), m_timeout(timeout)
 {
 }
 
@@ -79,8 +79,8 @@ Result<SettingsFile::Lock, ArchiveError> SettingsFile::lock()
         return unwritable("cannot open the lock of", errno);
     }
     Lock lock(m_calls, descriptor);
-    const auto patience = m_isPatient ? m_patience : std::chrono::milliseconds(0);
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+    const auto timeout = m_isPatient ? m_timeout : std::chrono::milliseconds(0);
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
     while (retried([&] { return m_calls.flock(descriptor, LOCK_EX | LOCK_NB); }) != 0) {
         if (isLackOfLocks(errno)) {
             break; // settings that are kept without a lock are better than none
@@ -134,7 +134,7 @@ Result<std::vector<std::byte>, ArchiveError> SettingsFile::bytesOf(int descripto
     }
     std::vector<std::byte> bytes;
     std::array<std::byte, 16384> piece{};
-    while (bytes.size() <= largestSettings) {
+    while (bytes.size() <= maxSettingsBytes) {
         const ssize_t count =
             retried([&] { return m_calls.read(descriptor, piece.data(), piece.size()); });
         if (count < 0) {

@@ -27,10 +27,10 @@ class SettingsFile {
 public:
     /// `path`:     bytes as the system takes them.
     /// `calls`:    must outlive the file.
-    /// `patience`: how long lock() tries while somebody else holds the lock. Holders need it for
+    /// `timeout`: how long lock() tries while somebody else holds the lock. Holders need it for
     ///             one replacement of the file; one that was stopped meanwhile must not stop us.
     ///             After that was too short, lock() tries only once each time until it succeeds.
-    SettingsFile(std::string path, FileCalls &calls, std::chrono::milliseconds patience);
+    SettingsFile(std::string path, FileCalls &calls, std::chrono::milliseconds timeout);
 
     /// Holds the lock until it goes.
     class Lock {
@@ -81,8 +81,8 @@ private:
 
     std::string m_path;
     FileCalls &m_calls;
-    std::chrono::milliseconds m_patience;
-    bool m_isPatient = true; ///< false from when the patience ran out to the next lock
+    std::chrono::milliseconds m_timeout;
+    bool m_isPatient = true; ///< false from when the timeout ran out to the next lock
 };
 
 } // namespace tessaly

@@ -41,8 +41,8 @@ QDBusMessage callOf(const QString &path, const QString &interface, const QString
 } // namespace
 
 UDisksClient::UDisksClient(std::string busAddress, std::function<void()> changed,
-                           std::chrono::milliseconds patience)
-    : m_changed(std::move(changed)), m_patience(patience),
+                           std::chrono::milliseconds timeout)
+    : m_changed(std::move(changed)), m_timeout(timeout),
       m_link(std::move(busAddress), QStringLiteral("volumes"), this)
 {
 }
@@ -67,7 +67,7 @@ void UDisksClient::withBus(std::function<void(const QString &problem)> ready)
             waiting(problem);
         }
     };
-    m_link.open(opened, m_patience);
+    m_link.open(opened, m_timeout);
 }
 
 void UDisksClient::listenOn(QDBusConnection &bus)

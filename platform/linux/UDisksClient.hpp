@@ -43,9 +43,9 @@ public:
 
     /// Calls `changed` on this thread whenever UDisks2 says that something about devices, drives or
     /// what is mounted has changed. It says so once readVolumes() has found it. A bus that has not
-    /// answered after `patience` counts as none.
+    /// answered after `timeout` counts as none.
     UDisksClient(std::string busAddress, std::function<void()> changed,
-                 std::chrono::milliseconds patience);
+                 std::chrono::milliseconds timeout);
     ~UDisksClient() override;
     UDisksClient(const UDisksClient &) = delete;
     UDisksClient &operator=(const UDisksClient &) = delete;
@@ -85,7 +85,7 @@ private:
     void doSteps(const std::vector<Step> &steps, std::size_t first, const OutcomeAnswer &answer);
 
     std::function<void()> m_changed;
-    std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_timeout;
     BusLink m_link;
     std::vector<std::function<void(const QString &problem)>> m_waitingForBus;
 };

@@ -55,10 +55,10 @@ QPixmap drawnSheet(const PreviewInfo &info, int side, qreal ratio)
     painter.setBrush(QColor(0xC2, 0xC6, 0xCC));
     painter.drawPath(corner);
 
-    constexpr qsizetype longestEnding = 5;
+    constexpr qsizetype maxEndingLength = 5;
     const qsizetype dot = info.name.lastIndexOf(u'.');
     const QString ending = info.name.mid(dot + 1).toUpper();
-    if (dot > 0 && !ending.isEmpty() && ending.size() <= longestEnding) {
+    if (dot > 0 && !ending.isEmpty() && ending.size() <= maxEndingLength) {
         QFont font = painter.font();
         font.setPixelSize(15);
         font.setBold(true);

@@ -166,12 +166,12 @@ QImage DecoderSession::page(int page, QSize size)
 
 DecoderSession::Frame DecoderSession::nextFrame(QSize size)
 {
-    constexpr int leastDelayMs = 20;
-    constexpr int mostDelayMs = 60'000;
+    constexpr int minDelayMs = 20;
+    constexpr int maxDelayMs = 60'000;
     std::optional<DecoderReply> reply;
     Frame frame;
     frame.image = imageOf(requestFor(RequestKind::frame, size), reply);
-    frame.delayMs = reply ? std::clamp(int{reply->delayMs}, leastDelayMs, mostDelayMs) : 0;
+    frame.delayMs = reply ? std::clamp(int{reply->delayMs}, minDelayMs, maxDelayMs) : 0;
     return frame;
 }
 

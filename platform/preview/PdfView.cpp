@@ -16,8 +16,8 @@ namespace {
 constexpr int gap = 14;
 constexpr int widestPage = 1100;
 constexpr int highestPage = 20'000; ///< whatever the document says
-constexpr double mostPagePixels = 4'000'000;
-constexpr std::size_t mostKeptPages = 6;
+constexpr double maxPagePixels = 4'000'000;
+constexpr std::size_t maxKeptPages = 6;
 
 } // namespace
 
@@ -78,7 +78,7 @@ void PdfView::resizeEvent(QResizeEvent *event)
 QSize PdfView::pixelsOf(const QRect &place) const
 {
     const QSizeF size = QSizeF(place.size()) * devicePixelRatioF();
-    const double share = mostPagePixels / (size.width() * size.height());
+    const double share = maxPagePixels / (size.width() * size.height());
     return (size * std::min(1.0, std::sqrt(share))).toSize().expandedTo(QSize(1, 1));
 }
 
@@ -113,7 +113,7 @@ void PdfView::paintEvent(QPaintEvent * /*event*/)
 
 void PdfView::forgetPages(int firstSeen, int lastSeen)
 {
-    while (m_images.size() > mostKeptPages) {
+    while (m_images.size() > maxKeptPages) {
         const int first = m_images.begin()->first;
         const int last = std::prev(m_images.end())->first;
         if (first >= firstSeen && last <= lastSeen) {

@@ -178,10 +178,10 @@ PreviewPlayer::~PreviewPlayer()
     if (m_thread == nullptr) {
         return;
     }
-    constexpr unsigned long patience = 2000; // milliseconds
+    constexpr unsigned long timeout = 2000; // milliseconds
     m_core->deleteLater();
     m_thread->quit();
-    if (m_thread->wait(patience)) {
+    if (m_thread->wait(timeout)) {
         delete m_thread;
     }
 }

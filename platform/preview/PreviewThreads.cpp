@@ -111,8 +111,8 @@ PreviewThreads::PreviewThreads()
 
 PreviewThreads::~PreviewThreads()
 {
-    constexpr std::chrono::seconds patience(2);
-    const auto latest = std::chrono::steady_clock::now() + patience;
+    constexpr std::chrono::seconds timeout(2);
+    const auto latest = std::chrono::steady_clock::now() + timeout;
     m_files->end();
     m_pages->end();
     m_files->waitForEnd(latest);

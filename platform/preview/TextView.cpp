@@ -16,7 +16,7 @@ namespace {
 constexpr int numbersMargin = 12;
 /// Texts with longer lines than this are wrapped: nobody scrolls that far sideways.
 constexpr qsizetype longLine = 500;
-constexpr qsizetype longestLine = 1000;
+constexpr qsizetype maxLineLength = 1000;
 
 } // namespace
 
@@ -50,9 +50,9 @@ void TextView::show(const QString &text)
         const qsizetype end = found < 0 ? text.size() : found;
         isLong = isLong || end - begin > longLine;
         m_lineNumbers.push_back(++number);
-        while (end - begin > longestLine) {
-            const bool isPair = text[begin + longestLine].isLowSurrogate();
-            const qsizetype length = longestLine - (isPair ? 1 : 0);
+        while (end - begin > maxLineLength) {
+            const bool isPair = text[begin + maxLineLength].isLowSurrogate();
+            const qsizetype length = maxLineLength - (isPair ? 1 : 0);
             cutUp += QStringView(text).mid(begin, length);
             cutUp += u'\n';
             m_lineNumbers.push_back(0);

@@ -1,7 +1,7 @@
 #include "app/controls/KORVENButton.hpp"
 
 #include "app/controls/KORVENButtonCell.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 #include "resources/Artwork.hpp"
 #include "tests/controls/Pictures.hpp"
 
@@ -243,8 +243,8 @@ TEST_F(KORVENButtonTest, ringShowsTheKeyboardsFocusOnly)
 
     m_button.setFocus(Qt::TabFocusReason);
     const QImage tabbed = pictureOf(m_button, 2);
-    EXPECT_TRUE(looksLike(tabbed.pixelColor(2, 28), look::focusRing));
-    EXPECT_FALSE(looksLike(clicked.pixelColor(2, 28), look::focusRing));
+    EXPECT_TRUE(looksLike(tabbed.pixelColor(2, 28), theme::focusRing));
+    EXPECT_FALSE(looksLike(clicked.pixelColor(2, 28), theme::focusRing));
 
     // Away to another window and back again.
     QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
@@ -299,7 +299,7 @@ TEST(KORVENButtonCell, titleIsBlackOnALightFace)
     button.setPalette(QPalette(Qt::darkGray));
     button.setTextColor();
     EXPECT_EQ(titleColor(button), Qt::black);
-    EXPECT_EQ(button.palette().color(QPalette::Button), look::lightButton);
+    EXPECT_EQ(button.palette().color(QPalette::Button), theme::lightButton);
 }
 
 } // namespace

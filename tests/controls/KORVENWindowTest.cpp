@@ -1,7 +1,7 @@
 #include "app/controls/KORVENWindow.hpp"
 
 #include "app/controls/KORVENTitleView.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 #include "app/controls/WindowEdges.hpp"
 #include "app/controls/WindowMenu.hpp"
 #include "app/controls/WindowPlacement.hpp"
@@ -236,7 +236,7 @@ TEST_F(KORVENWindowTest, leavesAMarginAroundAllThatItShows)
     EXPECT_EQ(button(u"Close"_s)->geometry(),
               titleBarPartRect(TitleBarPart::close, 670).translated(60, 60));
     const QImage image = m_window.grab().toImage();
-    EXPECT_EQ(image.pixelColor(40, 250), look::backdrop);
+    EXPECT_EQ(image.pixelColor(40, 250), theme::backdrop);
     EXPECT_EQ(image.pixelColor(70, 250), QColor(94, 94, 94));
 
     m_window.setOuterMargin(0);

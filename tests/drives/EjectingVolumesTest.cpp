@@ -58,11 +58,11 @@ TEST(EjectingVolumes, itIsForgottenWhenItIsKnownToStay)
 TEST(EjectingVolumes, theTimeOfAnEarlierRequestDoesNotEndALaterOne)
 {
     // Timers of the same length end in the order of their start.
-    constexpr auto patience = 1ms;
-    EjectingVolumes volumes(patience);
+    constexpr auto timeout = 1ms;
+    EjectingVolumes volumes(timeout);
     volumes.add("a");
     bool isThereBetween = false;
-    QTimer::singleShot(patience, &volumes, [&] { isThereBetween = volumes.contains("a"); });
+    QTimer::singleShot(timeout, &volumes, [&] { isThereBetween = volumes.contains("a"); });
     volumes.add("a");
     ASSERT_TRUE(QTest::qWaitFor([&] { return !volumes.contains("a"); }, 60'000));
     EXPECT_TRUE(isThereBetween);

@@ -17,7 +17,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr int smallest = DescriptorBudget::smallestShare;
+constexpr int smallest = DescriptorBudget::minShare;
 
 } // namespace
 

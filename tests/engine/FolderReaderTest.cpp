@@ -26,7 +26,7 @@ protected:
     const TemporaryFolder m_folder;
     ScanTree m_tree;
     const ScanTree::ArenaLease m_arena = m_tree.leaseArena();
-    const KernelMounts m_mounts = KernelMounts::fromTable({}, "/");
+    const MountPointTree m_mounts = MountPointTree::fromTable({}, "/");
     DescriptorBudget m_budget;
     DescriptorShare m_share{m_budget};
     FolderReader m_reader{m_mounts, *m_arena, m_share};

@@ -26,8 +26,8 @@ using Lines = std::vector<std::string>;
 Lines linesWithSmallestShare(const TemporaryFolder &folder)
 {
     ScanState scan;
-    scan.mounts = KernelMounts::fromTable({}, "/");
-    scan.budget.provide(DescriptorBudget::smallestShare);
+    scan.mounts = MountPointTree::fromTable({}, "/");
+    scan.budget.provide(DescriptorBudget::minShare);
     {
         DescriptorShare share(scan.budget, scan.cancelScanFlag);
         const ScanTree::ArenaLease arena = scan.tree->leaseArena();

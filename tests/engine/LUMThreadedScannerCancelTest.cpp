@@ -130,8 +130,8 @@ TEST(LUMThreadedScannerCancel, stopsAWalkInTheMiddleOfALargeFolder)
         folder.file("d/" + std::string(200, 'n') + std::to_string(i));
     }
     const auto scan = std::make_shared<ScanState>();
-    scan->mounts = KernelMounts::fromTable({}, folder.path());
-    scan->budget.provide(DescriptorBudget::smallestShare);
+    scan->mounts = MountPointTree::fromTable({}, folder.path());
+    scan->budget.provide(DescriptorBudget::minShare);
     auto &d = scan->tree->leaseArena()->make<LUMFileContainer>("d", std::uint64_t{0});
     scan->tree->root().subitems().append(d);
     const auto scanRoot =

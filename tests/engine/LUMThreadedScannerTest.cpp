@@ -65,14 +65,14 @@ Lines referenceLines(const std::filesystem::path &root)
 /// that are listed before it.
 Lines makeVolumesAmongFolders(const TemporaryFolder &folder, const std::string &where)
 {
-    constexpr int mostFolders = 1000;
+    constexpr int maxFolders = 1000;
     const auto makeFolder = [&](const std::string &name) {
         folder.folder(where + name);
         folder.file(where + name + "/inside", 1);
     };
     makeFolder("0");
     makeFolder("Volumes");
-    for (int count = 1; count <= mostFolders; ++count) {
+    for (int count = 1; count <= maxFolders; ++count) {
         makeFolder(std::to_string(count));
         Lines names = listedNames(folder.path(where));
         const auto volumes = std::find(names.begin(), names.end(), "Volumes");

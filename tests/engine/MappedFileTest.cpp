@@ -96,7 +96,7 @@ TEST_F(MappedFileTest, holdsTheBytesOfTheFile)
 
     EXPECT_EQ(file.bytes().size(), 10'000U);
     EXPECT_EQ(countOf(file, 'x'), 10'000U);
-    EXPECT_FALSE(file.wasCut());
+    EXPECT_FALSE(file.wasTruncated());
 }
 
 TEST_F(MappedFileTest, anEmptyFileHasNoBytes)
@@ -104,7 +104,7 @@ TEST_F(MappedFileTest, anEmptyFileHasNoBytes)
     const MappedFile file = mapped(filled("f", 0));
 
     EXPECT_TRUE(file.bytes().empty());
-    EXPECT_FALSE(file.wasCut());
+    EXPECT_FALSE(file.wasTruncated());
 }
 
 TEST_F(MappedFileTest, aMissingFileIsAnError)
@@ -153,7 +153,7 @@ TEST_F(MappedFileTest, theMissingPartOfACutFileReadsAsZeros)
 
     EXPECT_EQ(countOf(file, 'x'), 16 * pageSize);
     EXPECT_EQ(countOf(file, '\0'), 48 * pageSize);
-    EXPECT_TRUE(file.wasCut());
+    EXPECT_TRUE(file.wasTruncated());
 }
 
 TEST_F(MappedFileTest, aCutThatNobodyReadsIsNotNoticed)
@@ -163,7 +163,7 @@ TEST_F(MappedFileTest, aCutThatNobodyReadsIsNotNoticed)
     cut(path, 16 * pageSize);
 
     EXPECT_EQ(file.bytes()[0], std::byte{'x'});
-    EXPECT_FALSE(file.wasCut());
+    EXPECT_FALSE(file.wasTruncated());
 }
 
 TEST_F(MappedFileTest, aCutConcernsItsOwnMappingOnly)
@@ -175,8 +175,8 @@ TEST_F(MappedFileTest, aCutConcernsItsOwnMappingOnly)
 
     EXPECT_EQ(countOf(file, '\0'), 64 * pageSize);
     EXPECT_EQ(countOf(other, 'x'), 64 * pageSize);
-    EXPECT_TRUE(file.wasCut());
-    EXPECT_FALSE(other.wasCut());
+    EXPECT_TRUE(file.wasTruncated());
+    EXPECT_FALSE(other.wasTruncated());
 }
 
 TEST_F(MappedFileTest, aNewMappingKnowsNothingOfAnEarlierCut)
@@ -186,10 +186,10 @@ TEST_F(MappedFileTest, aNewMappingKnowsNothingOfAnEarlierCut)
         const MappedFile file = mapped(path);
         cut(path, 0);
         EXPECT_EQ(countOf(file, 'x'), 0U);
-        EXPECT_TRUE(file.wasCut());
+        EXPECT_TRUE(file.wasTruncated());
     }
 
-    EXPECT_FALSE(mapped(filled("g", 1)).wasCut());
+    EXPECT_FALSE(mapped(filled("g", 1)).wasTruncated());
 }
 
 TEST_F(MappedFileTest, aMappingMayMove)
@@ -200,10 +200,10 @@ TEST_F(MappedFileTest, aMappingMayMove)
     cut(path, 0);
 
     EXPECT_EQ(countOf(second, '\0'), 64 * pageSize);
-    EXPECT_TRUE(second.wasCut());
+    EXPECT_TRUE(second.wasTruncated());
     // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): an empty mapping remains
     EXPECT_TRUE(first.bytes().empty());
-    EXPECT_FALSE(first.wasCut());
+    EXPECT_FALSE(first.wasTruncated());
     // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
 }
 
@@ -243,7 +243,7 @@ TEST_F(MappedFileTest, anArchiveThatIsCutWhileItIsReadIsAnError)
         cut(path, size);
         EXPECT_EQ(readScanArchive(file.bytes()).hasValue(), size == whole) << size;
     }
-    EXPECT_TRUE(file.wasCut());
+    EXPECT_TRUE(file.wasTruncated());
 }
 
 TEST_F(MappedFileTest, readingAFileThatKeepsChangingEndsInATreeOrAnError)

@@ -1,6 +1,6 @@
 #include "engine/NameOrder.hpp"
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <gtest/gtest.h>
 
@@ -68,7 +68,7 @@ TEST(NameOrder, isThatOfTheArchivedTextsForAnyBytes)
         const std::string start = name("");
         const std::string a = name(start);
         const std::string b = name(start);
-        ASSERT_EQ(compareByCodeUnits(a, b), archivedName(a) <=> archivedName(b))
+        ASSERT_EQ(compareByCodeUnits(a, b), escapedName(a) <=> escapedName(b))
             << testing::PrintToString(a) << " and " << testing::PrintToString(b);
     }
 }

@@ -86,10 +86,7 @@ public:
         fields.emplace_back("subitems", m_archive.list(children));
         return m_archive.instance(m_container, fields);
     }
-    Reference archivedName(std::string_view name)
-    {
-        return m_archive.archived(plist().ascii(name));
-    }
+    Reference escapedName(std::string_view name) { return m_archive.archived(plist().ascii(name)); }
 
     [[nodiscard]] Bytes build(Reference root) const { return m_archive.build(root, m_frame); }
     /// An archive of a root with these children.
@@ -320,7 +317,7 @@ TEST(ScanFileReader, aLongNameThatManyShareIsStoredOnce)
 {
     ScanArchiveBuilder builder;
     const std::string longName(100'000, 'n');
-    const auto name = builder.archivedName(longName);
+    const auto name = builder.escapedName(longName);
     std::vector<Reference> children;
     for (int i = 0; i < 1000; ++i) {
         children.push_back(builder.item(name));
@@ -368,7 +365,7 @@ TEST(ScanFileReader, nodesThatAreAllOneHugeDictionaryAreRefused)
 TEST(ScanFileReader, nodesThatShareOneDictionaryAreNodesOfTheirOwn)
 {
     ScanArchiveBuilder builder;
-    const auto name = builder.archivedName("twin");
+    const auto name = builder.escapedName("twin");
     const auto twin = builder.archive().dictionary(
         {{"itemName", name}, {"$class", builder.archive().classNamed("LUMFileItem")}});
     const auto tree = readScanArchive(

@@ -1,6 +1,6 @@
 // Any bytes as a file name, and any bytes as an archived text: both ways and back.
 
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -36,7 +36,7 @@ void require(bool isTrue)
 
 void checkName(std::string_view name)
 {
-    const std::u16string text = tessaly::archivedName(name);
+    const std::u16string text = tessaly::escapedName(name);
     require(isValidUtf16(text));
     require(tessaly::nameFromArchived(text) == name);
     if (tessaly::isAscii(name)) {

@@ -54,7 +54,7 @@ private:
     {
         tolerant([&] {
             const auto string = m_archive.string(value, "a text");
-            if (string.type != KeyedArchiveReader::Type::null && string.count <= longestText) {
+            if (string.type != KeyedArchiveReader::Type::null && string.count <= maxTextLength) {
                 (void)m_archive.text(string); // longer ones, which records share, are for callers
                 (void)m_archive.name(string); // to limit
             }
@@ -64,7 +64,7 @@ private:
         tolerant([&] { (void)m_archive.array(value, "a list"); });
     }
 
-    static constexpr std::uint64_t longestText = 4096;
+    static constexpr std::uint64_t maxTextLength = 4096;
 
     KeyedArchiveReader m_archive;
     KeyedArchiveReader::NameMatcher m_keys{"$class",  "scanPath", "scanTotal",

@@ -65,7 +65,7 @@ std::shared_ptr<ScanTree> writtenAndRead(const ScanTree &tree)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     // Names that nodes share are written once for each: this is as much as the test waits for.
-    constexpr std::size_t mostNameBytes = std::size_t{1} << 20U;
+    constexpr std::size_t maxNameBytes = std::size_t{1} << 20U;
 
     const auto archive = std::as_bytes(std::span(data, size));
     const auto tree = readScanArchive(archive);
@@ -79,7 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 
     const Facts facts(*tree.value());
     (void)tree.value()->root().valueOfSubitems();
-    if (facts.nameByteCount <= mostNameBytes) {
+    if (facts.nameByteCount <= maxNameBytes) {
         require(!tree.value()->root().description().empty());
         const auto again = writtenAndRead(*tree.value());
         require(Facts(*again).nodes == facts.nodes);

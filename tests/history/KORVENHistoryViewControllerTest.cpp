@@ -1,6 +1,6 @@
 #include "history/KORVENHistoryViewController.hpp"
 
-#include "app/controls/RowDeparture.hpp"
+#include "app/controls/RowRemovalAnimation.hpp"
 #include "tests/history/HistoryScreenTest.hpp"
 
 #include <QScrollBar>
@@ -26,9 +26,9 @@ protected:
         record("A", "/a", 100);
         openScreen();
     }
-    [[nodiscard]] RowDeparture *departure() const
+    [[nodiscard]] RowRemovalAnimation *departure() const
     {
-        return m_screen->view()->findChild<RowDeparture *>();
+        return m_screen->view()->findChild<RowRemovalAnimation *>();
     }
     [[nodiscard]] long countOfRows() const { return table().model()->rowCount(); }
 };
@@ -690,7 +690,7 @@ TEST_F(KORVENHistoryViewControllerTest, theNextRowToLeaveTakesTheStage)
         clickDelete(0);
         showRows(left);
     }
-    EXPECT_EQ(m_screen->view()->findChildren<RowDeparture *>().size(), 1);
+    EXPECT_EQ(m_screen->view()->findChildren<RowRemovalAnimation *>().size(), 1);
 }
 
 TEST_F(KORVENHistoryViewControllerTest, nothingMovesWhereTheStyleOrTheUserSaysSo)

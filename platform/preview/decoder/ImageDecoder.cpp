@@ -17,18 +17,18 @@ namespace tessaly {
 namespace {
 
 /// More than this takes too long, however little memory it takes.
-constexpr qint64 mostPixels = 500'000'000;
+constexpr qint64 maxPixels = 500'000'000;
 /// The decoded image of a format that cannot be scaled down while it is decoded; scaling it down
 /// after takes as much again.
-constexpr qint64 mostWholeBytes = qint64{128} << 20U;
+constexpr qint64 maxWholeBytes = qint64{128} << 20U;
 /// Decoders that read their file whole.
-constexpr qint64 mostFileBytes = qint64{128} << 20U;
+constexpr qint64 maxFileBytes = qint64{128} << 20U;
 // What may be decoded again for each frame.
-constexpr qint64 mostMoviePixels = 2'000'000;
-constexpr qint64 mostMovieBytes = qint64{32} << 20U;
+constexpr qint64 maxMoviePixels = 2'000'000;
+constexpr qint64 maxMovieBytes = qint64{32} << 20U;
 
 /// Pixels that a drawing's elements may fill, if each fills the whole of it: a matter of seconds.
-constexpr double mostDrawnPixels = 3e10;
+constexpr double maxDrawnPixels = 3e10;
 
 quint8 byteAt(const QByteArray &bytes, qsizetype index)
 {
@@ -141,10 +141,10 @@ bool readsFileWhole(const QByteArray &format)
 qint64 bytesToDecode(const ImageHeader &header, qint64 pixels, QIODevice &device)
 {
     if (header.format == "jpeg") {
-        constexpr qint64 leastScale = 64;      // it decodes at an eighth of both sides
+        constexpr qint64 minScale = 64;        // it decodes at an eighth of both sides
         constexpr qint64 coefficientBytes = 3; // of the usual kind, with colours at half scale
         return hasSeveralScans(device) ? pixels * coefficientBytes
-                                       : pixels * header.bytesPerPixel / leastScale;
+                                       : pixels * header.bytesPerPixel / minScale;
     }
     if (header.format == "png" && isReadByLines(device)) {
         return 0;
@@ -155,8 +155,7 @@ qint64 bytesToDecode(const ImageHeader &header, qint64 pixels, QIODevice &device
 bool isSmallMovie(const ImageHeader &header, QSize size, QIODevice &device)
 {
     return header.format == "gif" && header.isMoving &&
-           qint64{size.width()} * size.height() <= mostMoviePixels &&
-           device.size() <= mostMovieBytes;
+           qint64{size.width()} * size.height() <= maxMoviePixels && device.size() <= maxMovieBytes;
 }
 
 QSize sizeWithin(QSize size, QSize room)
@@ -168,7 +167,7 @@ QSize sizeToDraw(QSize nominal, QSize bounds, std::uint64_t work)
 {
     const QSizeF size = QSizeF(nominal).scaled(bounds, Qt::KeepAspectRatio);
     const double pixels = size.width() * size.height() * static_cast<double>(work);
-    const double scale = std::min(1.0, std::sqrt(mostDrawnPixels / pixels));
+    const double scale = std::min(1.0, std::sqrt(maxDrawnPixels / pixels));
     return (size * scale).toSize().expandedTo(QSize(1, 1));
 }
 
@@ -183,8 +182,8 @@ DecodedImage decodeImage(QIODevice &device, QSize bounds)
         return decoded;
     }
     const qint64 pixels = qint64{header.size.width()} * header.size.height();
-    if (pixels > mostPixels || bytesToDecode(header, pixels, device) > mostWholeBytes ||
-        (readsFileWhole(header.format) && device.size() > mostFileBytes)) {
+    if (pixels > maxPixels || bytesToDecode(header, pixels, device) > maxWholeBytes ||
+        (readsFileWhole(header.format) && device.size() > maxFileBytes)) {
         decoded.problem = ImageProblem::tooLarge;
         return decoded;
     }

@@ -18,11 +18,11 @@ namespace tessaly {
 
 namespace {
 
-constexpr qint64 longestFile = qint64{8} << 20U;
-constexpr qsizetype longestStyle = qsizetype{256} << 10U;
-constexpr std::uint64_t mostWork = 100'000;
+constexpr qint64 maxFileBytes = qint64{8} << 20U;
+constexpr qsizetype maxStyleLength = qsizetype{256} << 10U;
+constexpr std::uint64_t maxWork = 100'000;
 constexpr std::size_t deepest = 200;
-constexpr qint64 mostImageBytes = qint64{64} << 20U;
+constexpr qint64 maxImageBytes = qint64{64} << 20U;
 /// Text of attributes (paths, above all) that counts as much as an element.
 constexpr qsizetype attributeShare = 64;
 
@@ -38,9 +38,8 @@ public:
                 return std::nullopt;
             }
         }
-        const std::uint64_t work = m_reader.hasError() ? mostWork + 1 : workOf(0);
-        return work <= mostWork ? std::optional(FilteredSvg{std::move(m_copy), work})
-                                : std::nullopt;
+        const std::uint64_t work = m_reader.hasError() ? maxWork + 1 : workOf(0);
+        return work <= maxWork ? std::optional(FilteredSvg{std::move(m_copy), work}) : std::nullopt;
     }
 
 private:
@@ -66,7 +65,7 @@ private:
         case QXmlStreamReader::Characters:
             m_styleLength += m_isStyle ? m_reader.text().size() : 0;
             m_writer.writeCharacters(m_reader.text().toString());
-            return m_styleLength <= longestStyle;
+            return m_styleLength <= maxStyleLength;
         default:
             return true; // comments, instructions, the document type: nothing that is drawn
         }
@@ -140,10 +139,10 @@ private:
             return false;
         }
         m_imageBytes += qint64{size.width()} * size.height() * 4;
-        return m_imageBytes <= mostImageBytes;
+        return m_imageBytes <= maxImageBytes;
     }
 
-    /// What drawing a part takes, with all that it refers to; more than `mostWork` when that never
+    /// What drawing a part takes, with all that it refers to; more than `maxWork` when that never
     /// ends. References are followed without recursion, however long their chain is.
     std::uint64_t workOf(std::size_t root)
     {
@@ -159,7 +158,7 @@ private:
                 }
                 for (const std::size_t used : part.usedParts) {
                     if (m_parts[used].visit == Part::Visit::running) {
-                        return mostWork + 1; // leads back to itself
+                        return maxWork + 1; // leads back to itself
                     }
                     if (m_parts[used].visit == Part::Visit::open) {
                         path.push_back(used);
@@ -171,7 +170,7 @@ private:
                 part.visit = Part::Visit::done;
                 part.total = part.work;
                 for (const std::size_t used : part.usedParts) {
-                    part.total = std::min(part.total + m_parts[used].total, mostWork + 1);
+                    part.total = std::min(part.total + m_parts[used].total, maxWork + 1);
                 }
             }
             path.pop_back();
@@ -194,7 +193,7 @@ private:
 
 std::optional<FilteredSvg> filteredSvg(QIODevice &device)
 {
-    const auto source = unpackedFile(device, longestFile);
+    const auto source = unpackedFile(device, maxFileBytes);
     return source ? SvgCopy(*source).made() : std::nullopt;
 }
 

@@ -14,7 +14,7 @@ namespace {
 std::optional<QByteArray> unpacked(QByteArray packed, qint64 maxByteCount)
 {
     constexpr int gzipFormat = 16 + MAX_WBITS;
-    constexpr qsizetype leastRoom = 64 << 10U;
+    constexpr qsizetype minRoom = 64 << 10U;
     z_stream stream{};
     stream.next_in = reinterpret_cast<Bytef *>(packed.data());
     stream.avail_in = static_cast<uInt>(packed.size());
@@ -25,7 +25,7 @@ std::optional<QByteArray> unpacked(QByteArray packed, qint64 maxByteCount)
     int status = Z_OK;
     while (status == Z_OK && content.size() <= maxByteCount) {
         const qsizetype filled = content.size();
-        content.resize(filled + std::max(filled, leastRoom));
+        content.resize(filled + std::max(filled, minRoom));
         stream.next_out = reinterpret_cast<Bytef *>(content.data() + filled);
         stream.avail_out = static_cast<uInt>(content.size() - filled);
         status = inflate(&stream, Z_NO_FLUSH);

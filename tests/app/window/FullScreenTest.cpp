@@ -2,7 +2,7 @@
 
 #include "app/controls/KORVENTitleView.hpp"
 #include "app/controls/KORVENWindow.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 #include "app/controls/WindowEdges.hpp"
 #include "app/controls/WindowPlacement.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
@@ -203,8 +203,8 @@ TEST_F(FullScreenTest, coversTheScreenAroundTheTargetOnceItIsThere)
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return content->geometry() == target.adjusted(0, titleBarHeight, 0, 0); }));
     const QImage image = m_window.grab().toImage();
-    EXPECT_EQ(image.pixelColor(59, 400), look::backdrop);
-    EXPECT_EQ(image.pixelColor(400, 740), look::backdrop);
+    EXPECT_EQ(image.pixelColor(59, 400), theme::backdrop);
+    EXPECT_EQ(image.pixelColor(400, 740), theme::backdrop);
     EXPECT_EQ(image.pixelColor(60, 400), QColor(94, 94, 94));
     EXPECT_EQ(image.pixelColor(60, 60).red(), 51); // the title bar
     EXPECT_FALSE(m_window.findChild<WindowEdges *>()->isVisible());

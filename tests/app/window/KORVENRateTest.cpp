@@ -1,8 +1,8 @@
 #include "app/window/KORVENRate.hpp"
 
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "app/window/MakerAddresses.hpp"
 #include "app/window/ProgramVersion.hpp"
+#include "app/window/VendorUrls.hpp"
 #include "tests/fakes/FakeServices.hpp"
 
 #include <gtest/gtest.h>

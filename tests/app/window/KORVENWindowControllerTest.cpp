@@ -3,10 +3,10 @@
 #include "app/controls/NameLabel.hpp"
 #include "app/controls/SpokenNotice.hpp"
 #include "app/controls/WindowPlacement.hpp"
-#include "app/window/MakerAddresses.hpp"
+#include "app/window/DeferredPrompt.hpp"
 #include "app/window/ProgramVersion.hpp"
-#include "app/window/QuietMoment.hpp"
 #include "app/window/SplitView.hpp"
+#include "app/window/VendorUrls.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
 #include <QAbstractButton>
@@ -426,10 +426,10 @@ TEST_F(KORVENWindowControllerTest, opensOtherProgramsAndPages)
     m_controller->openUrlTwitter();
     m_controller->supportClicked();
     m_controller->googleClicked();
-    EXPECT_EQ(
-        m_services.urls.opened,
-        (Names{storePage(storeIdentifier()), makerHelpPage(), makerWebsite(), makerFacebookPage(),
-               makerTwitterPage(), makerSupportPage(), makerGooglePage()}));
+    EXPECT_EQ(m_services.urls.opened,
+              (Names{storePage(storeIdentifier()), vendorHelpPage(), vendorWebsite(),
+                     vendorFacebookPage(), vendorTwitterPage(), vendorSupportPage(),
+                     vendorGooglePage()}));
 }
 
 TEST_F(KORVENWindowControllerTest, saysWhatItIs)
@@ -570,7 +570,7 @@ TEST_F(KORVENWindowControllerTest, doesNotAskToBeRatedWhereNothingOpensTheStore)
     openWindow();
     m_services.urls.answer(false);
     bool isMoment = false;
-    const QuietMoment moment(window(), [&] { isMoment = true; });
+    const DeferredPrompt moment(window(), [&] { isMoment = true; });
     QTimer closing; // a box would keep the moment from coming
     QObject::connect(&closing, &QTimer::timeout, &closing, [] {
         if (QWidget *box = QApplication::activeModalWidget()) {

@@ -403,8 +403,8 @@ TEST_F(PreferenceSheetTest, hangsFromTheTitleBarInTheMiddle)
 TEST_F(PreferenceSheetTest, canBeUsedInTheSmallestWindow)
 {
     openSheet();
-    window().resize(smallestWindow);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return window().size() == smallestWindow; }));
+    window().resize(minWindowSize);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window().size() == minWindowSize; }));
     auto *close = sheet().findChild<QAbstractButton *>(u"closeButton"_s);
     const auto *area = sheet().findChild<QScrollArea *>();
     ASSERT_NE(area, nullptr);

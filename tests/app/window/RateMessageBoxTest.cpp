@@ -2,7 +2,7 @@
 
 #include "app/controls/AlertPanel.hpp"
 #include "app/controls/KORVENButton.hpp"
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QApplication>
 #include <QDialog>
@@ -89,8 +89,8 @@ TEST_F(RateMessageBoxTest, looksLikeASheetOfTheWindow)
     ask([](QDialog &box) {
         EXPECT_TRUE(box.windowFlags().testFlag(Qt::FramelessWindowHint));
         const QImage image = box.grab().toImage();
-        EXPECT_EQ(image.pixelColor(4, 4), look::sheet);
-        EXPECT_EQ(image.pixelColor(0, 4), look::sheetEdge);
+        EXPECT_EQ(image.pixelColor(4, 4), theme::sheet);
+        EXPECT_EQ(image.pixelColor(0, 4), theme::sheetEdge);
         press(box, u"Yes"_s);
     });
 }

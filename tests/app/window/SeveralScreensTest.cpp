@@ -29,13 +29,13 @@ TEST(WindowOnSeveralScreens, isNeverLargerThanItsScreen)
     ASSERT_EQ(small->geometry(), smallScreen);
     KORVENWindow window(KORVENWindow::Surface::opaque);
     window.show();
-    EXPECT_EQ(window.minimumSize(), smallestWindow);
+    EXPECT_EQ(window.minimumSize(), minWindowSize);
     window.windowHandle()->setScreen(small);
     EXPECT_EQ(window.minimumSize(), smallScreen.size());
     window.setGeometry(window.constrainFrameRect({0, 800, 760, 480}, small));
     EXPECT_EQ(window.geometry(), smallScreen);
     window.windowHandle()->setScreen(QGuiApplication::screens().at(0));
-    EXPECT_EQ(window.minimumSize(), smallestWindow);
+    EXPECT_EQ(window.minimumSize(), minWindowSize);
 }
 
 TEST(FullScreenOnSeveralScreens, isOnTheFirstOneWhereverTheWindowIs)

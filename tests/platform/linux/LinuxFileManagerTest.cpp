@@ -57,13 +57,13 @@ protected:
     }
 
     [[nodiscard]] std::unique_ptr<LinuxFileManager>
-    makeFileManager(std::chrono::milliseconds patience = LinuxFileManager::usualPatience)
+    makeFileManager(std::chrono::milliseconds timeout = LinuxFileManager::defaultTimeout)
     {
         const auto open = [this](const std::string &url) {
             m_opened.push_back(url);
             return m_canOpen;
         };
-        return std::make_unique<LinuxFileManager>(m_dates, open, patience);
+        return std::make_unique<LinuxFileManager>(m_dates, open, timeout);
     }
 
     [[nodiscard]] std::string url(const std::string &inside = {}) const

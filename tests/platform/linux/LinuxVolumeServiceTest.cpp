@@ -121,9 +121,9 @@ protected:
     }
 
     [[nodiscard]] std::unique_ptr<LinuxVolumeService>
-    service(std::chrono::milliseconds patience = longEnough) const
+    service(std::chrono::milliseconds timeout = longEnough) const
     {
-        return std::make_unique<LinuxVolumeService>(m_system.sources(), madeUpFigures, patience);
+        return std::make_unique<LinuxVolumeService>(m_system.sources(), madeUpFigures, timeout);
     }
 
     MadeUpSystem m_system;

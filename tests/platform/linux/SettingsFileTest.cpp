@@ -196,9 +196,9 @@ TEST_F(SettingsFileTest, theLockIsWaitedFor)
 TEST_F(SettingsFileTest, aLockThatWasWaitedForInVainIsNotWaitedForAgainUntilItIsFree)
 {
     // Long enough for two tries, also on a busy machine.
-    constexpr std::chrono::milliseconds patience(500);
+    constexpr std::chrono::milliseconds timeout(500);
     FailingFileCalls calls;
-    SettingsFile file(m_path, calls, patience);
+    SettingsFile file(m_path, calls, timeout);
     const auto triesOfOneLock = [&] {
         const auto before = std::count(calls.log().begin(), calls.log().end(), "flock");
         EXPECT_FALSE(file.lock());
@@ -213,7 +213,7 @@ TEST_F(SettingsFileTest, aLockThatWasWaitedForInVainIsNotWaitedForAgainUntilItIs
             EXPECT_EQ(triesOfOneLock(), 1);
             EXPECT_EQ(triesOfOneLock(), 1);
         }
-        EXPECT_TRUE(file.lock()); // and the patience is back
+        EXPECT_TRUE(file.lock()); // and the timeout is back
     }
 }
 

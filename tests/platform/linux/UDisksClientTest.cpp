@@ -50,10 +50,10 @@ protected:
         makeClient();
     }
 
-    void makeClient(std::chrono::milliseconds patience = std::chrono::hours(1))
+    void makeClient(std::chrono::milliseconds timeout = std::chrono::hours(1))
     {
         m_client = std::make_unique<UDisksClient>(
-            PrivateBus::address(), [this] { ++m_changeCount; }, patience);
+            PrivateBus::address(), [this] { ++m_changeCount; }, timeout);
     }
 
     [[nodiscard]] std::optional<UDisksVolumes> volumes()

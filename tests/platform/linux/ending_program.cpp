@@ -2,8 +2,8 @@
 // says on descriptor 3 how far it has come.
 
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "app/window/EndWatch.hpp"
 #include "app/window/GuardedApplication.hpp"
+#include "app/window/ShutdownWatchdog.hpp"
 #include "platform/linux/CrashLog.hpp"
 #include "platform/linux/LinuxSettingsStore.hpp"
 #include "platform/linux/ProgramLog.hpp"
@@ -118,7 +118,7 @@ int beSlowToEnd(const std::string & /*argument*/)
 
 int hangAtEnd(const std::string &timeout)
 {
-    const EndWatch watch(std::chrono::milliseconds(std::stoi(timeout)), 3, [] {});
+    const ShutdownWatchdog watch(std::chrono::milliseconds(std::stoi(timeout)), 3, [] {});
     report("ending");
     for (;;) {
         pause();
@@ -127,7 +127,7 @@ int hangAtEnd(const std::string &timeout)
 
 int endWhileWatched(const std::string &timeout)
 {
-    const EndWatch watch(std::chrono::milliseconds(std::stoi(timeout)), 3, [] {});
+    const ShutdownWatchdog watch(std::chrono::milliseconds(std::stoi(timeout)), 3, [] {});
     return 5;
 }
 
@@ -193,7 +193,7 @@ int claim(const std::string &argument)
 }
 
 /// "FOLDER:MOUNT:END". Claims, gets a thread stuck in the mount, and when it is asked to end does
-/// so by EndWatch ("watch") or by itself ("return").
+/// so by ShutdownWatchdog ("watch") or by itself ("return").
 int getStuck(const std::string &argument)
 {
     const QStringList parts = QString::fromStdString(argument).split(u':');
@@ -214,7 +214,8 @@ int getStuck(const std::string &argument)
         stuck.detach();
         return 0;
     }
-    const EndWatch watch(std::chrono::milliseconds(1), 0, [&instance] { instance.release(); });
+    const ShutdownWatchdog watch(std::chrono::milliseconds(1), 0,
+                                 [&instance] { instance.release(); });
     stuck.join();
     return 0;
 }

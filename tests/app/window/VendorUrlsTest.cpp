@@ -1,4 +1,4 @@
-#include "app/window/MakerAddresses.hpp"
+#include "app/window/VendorUrls.hpp"
 
 #include <QUrl>
 
@@ -9,10 +9,11 @@
 namespace tessaly {
 namespace {
 
-TEST(MakerAddresses, areAddressesOfTheWeb)
+TEST(VendorUrls, areAddressesOfTheWeb)
 {
-    for (const std::string &page : {makerWebsite(), makerHelpPage(), makerSupportPage(),
-                                    makerFacebookPage(), makerTwitterPage(), makerGooglePage()}) {
+    for (const std::string &page :
+         {vendorWebsite(), vendorHelpPage(), vendorSupportPage(), vendorFacebookPage(),
+          vendorTwitterPage(), vendorGooglePage()}) {
         const QUrl url(QString::fromStdString(page), QUrl::StrictMode);
         EXPECT_TRUE(url.isValid()) << page;
         EXPECT_EQ(url.scheme(), QStringLiteral("https")) << page;
@@ -20,13 +21,13 @@ TEST(MakerAddresses, areAddressesOfTheWeb)
     }
 }
 
-TEST(MakerAddresses, helpAndSupportLieOnTheWebsite)
+TEST(VendorUrls, helpAndSupportLieOnTheWebsite)
 {
-    EXPECT_EQ(makerHelpPage(), makerWebsite() + "tessalyhelp.html");
-    EXPECT_EQ(makerSupportPage(), makerWebsite() + "support.html");
+    EXPECT_EQ(vendorHelpPage(), vendorWebsite() + "tessalyhelp.html");
+    EXPECT_EQ(vendorSupportPage(), vendorWebsite() + "support.html");
 }
 
-TEST(MakerAddresses, theStorePageEndsWithTheIdentifier)
+TEST(VendorUrls, theStorePageEndsWithTheIdentifier)
 {
     const std::string own = storeIdentifier();
     EXPECT_FALSE(own.empty());

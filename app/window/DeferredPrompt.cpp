@@ -1,4 +1,4 @@
-#include "app/window/QuietMoment.hpp"
+#include "app/window/DeferredPrompt.hpp"
 
 #include "app/controls/WindowSheet.hpp"
 
@@ -10,18 +10,18 @@
 
 namespace tessaly {
 
-QuietMoment::QuietMoment(QWidget &window, std::function<void()> then)
+DeferredPrompt::DeferredPrompt(QWidget &window, std::function<void()> then)
     : m_window(&window), m_then(std::move(then))
 {
     lookSoon();
 }
 
-void QuietMoment::lookSoon()
+void DeferredPrompt::lookSoon()
 {
-    QMetaObject::invokeMethod(this, &QuietMoment::look, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &DeferredPrompt::look, Qt::QueuedConnection);
 }
 
-void QuietMoment::look()
+void DeferredPrompt::look()
 {
     if (m_window.isNull() || m_then == nullptr) {
         return;
@@ -42,7 +42,7 @@ void QuietMoment::look()
     }
 }
 
-void QuietMoment::watch(QWidget &widget)
+void DeferredPrompt::watch(QWidget &widget)
 {
     if (m_watched != nullptr) {
         m_watched->removeEventFilter(this);
@@ -51,7 +51,7 @@ void QuietMoment::watch(QWidget &widget)
     widget.installEventFilter(this);
 }
 
-bool QuietMoment::eventFilter(QObject *watched, QEvent *event)
+bool DeferredPrompt::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_watched && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
         lookSoon(); // it is still on its way

@@ -1,4 +1,4 @@
-#include "app/controls/NineParts.hpp"
+#include "app/controls/NinePatch.hpp"
 
 #include <QPainter>
 
@@ -17,7 +17,7 @@ std::array<int, 4> cuts(int length, int cap)
 
 } // namespace
 
-QImage stretchNineParts(const QImage &image, int cap, QSize size)
+QImage stretchNinePatch(const QImage &image, int cap, QSize size)
 {
     if (image.isNull() || size.isEmpty()) {
         return {};

@@ -1,4 +1,4 @@
-#include "app/window/QuietMoment.hpp"
+#include "app/window/DeferredPrompt.hpp"
 
 #include "app/controls/KORVENButton.hpp"
 #include "app/controls/MessageAlert.hpp"
@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace tessaly {
 namespace {
 
-class QuietMomentTest : public testing::Test {
+class DeferredPromptTest : public testing::Test {
 protected:
     void wait()
     {
@@ -37,11 +37,11 @@ protected:
     }
 
     std::unique_ptr<QWidget> m_window = std::make_unique<QWidget>();
-    std::optional<QuietMoment> m_moment;
+    std::optional<DeferredPrompt> m_moment;
     int m_count = 0;
 };
 
-TEST_F(QuietMomentTest, comesByItselfAndOnce)
+TEST_F(DeferredPromptTest, comesByItselfAndOnce)
 {
     m_window->show();
     wait();
@@ -53,7 +53,7 @@ TEST_F(QuietMomentTest, comesByItselfAndOnce)
     EXPECT_EQ(m_count, 1);
 }
 
-TEST_F(QuietMomentTest, waitsForTheWindow)
+TEST_F(DeferredPromptTest, waitsForTheWindow)
 {
     wait();
     settle();
@@ -62,7 +62,7 @@ TEST_F(QuietMomentTest, waitsForTheWindow)
     EXPECT_TRUE(hasCome());
 }
 
-TEST_F(QuietMomentTest, waitsUntilAnAlertIsClosed)
+TEST_F(DeferredPromptTest, waitsUntilAnAlertIsClosed)
 {
     m_window->show();
     const auto *alert = MessageAlert::begin(*m_window, u"Wait"_s, u"a moment"_s);
@@ -73,7 +73,7 @@ TEST_F(QuietMomentTest, waitsUntilAnAlertIsClosed)
     EXPECT_TRUE(hasCome());
 }
 
-TEST_F(QuietMomentTest, waitsUntilTheLastOfSeveralIsClosed)
+TEST_F(DeferredPromptTest, waitsUntilTheLastOfSeveralIsClosed)
 {
     m_window->show();
     auto first = std::make_unique<QDialog>(m_window.get());
@@ -94,7 +94,7 @@ TEST_F(QuietMomentTest, waitsUntilTheLastOfSeveralIsClosed)
     EXPECT_TRUE(hasCome());
 }
 
-TEST_F(QuietMomentTest, waitsUntilADialogIsDestroyed)
+TEST_F(DeferredPromptTest, waitsUntilADialogIsDestroyed)
 {
     m_window->show();
     auto dialog = std::make_unique<QDialog>(m_window.get());
@@ -106,7 +106,7 @@ TEST_F(QuietMomentTest, waitsUntilADialogIsDestroyed)
     EXPECT_TRUE(hasCome());
 }
 
-TEST_F(QuietMomentTest, waitsUntilAMenuIsClosed)
+TEST_F(DeferredPromptTest, waitsUntilAMenuIsClosed)
 {
     m_window->show();
     QMenu menu(m_window.get());
@@ -119,7 +119,7 @@ TEST_F(QuietMomentTest, waitsUntilAMenuIsClosed)
     EXPECT_TRUE(hasCome());
 }
 
-TEST_F(QuietMomentTest, waitsForAnAlertThatCameBeforeTheWindow)
+TEST_F(DeferredPromptTest, waitsForAnAlertThatCameBeforeTheWindow)
 {
     wait();
     settle();
@@ -132,7 +132,7 @@ TEST_F(QuietMomentTest, waitsForAnAlertThatCameBeforeTheWindow)
     EXPECT_TRUE(hasCome());
 }
 
-TEST_F(QuietMomentTest, neverComesWithoutAWindow)
+TEST_F(DeferredPromptTest, neverComesWithoutAWindow)
 {
     wait();
     m_window.reset();

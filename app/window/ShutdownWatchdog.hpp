@@ -18,14 +18,15 @@ namespace tessaly {
 ///
 /// Requires: what has to be stored is stored before. `release` can be called on another thread, and
 ///           returns soon.
-class EndWatch {
+class ShutdownWatchdog {
 public:
-    EndWatch(std::chrono::milliseconds timeout, int exitStatus, std::function<void()> release);
-    ~EndWatch();
-    EndWatch(const EndWatch &) = delete;
-    EndWatch &operator=(const EndWatch &) = delete;
-    EndWatch(EndWatch &&) = delete;
-    EndWatch &operator=(EndWatch &&) = delete;
+    ShutdownWatchdog(std::chrono::milliseconds timeout, int exitStatus,
+                     std::function<void()> release);
+    ~ShutdownWatchdog();
+    ShutdownWatchdog(const ShutdownWatchdog &) = delete;
+    ShutdownWatchdog &operator=(const ShutdownWatchdog &) = delete;
+    ShutdownWatchdog(ShutdownWatchdog &&) = delete;
+    ShutdownWatchdog &operator=(ShutdownWatchdog &&) = delete;
 
 private:
     std::mutex m_lock;

@@ -1,4 +1,4 @@
-#include "app/controls/NineParts.hpp"
+#include "app/controls/NinePatch.hpp"
 
 #include <gtest/gtest.h>
 
@@ -17,15 +17,15 @@ QImage manyColors()
     return image;
 }
 
-TEST(NineParts, imageAtItsOwnSizeIsTheSame)
+TEST(NinePatch, imageAtItsOwnSizeIsTheSame)
 {
-    EXPECT_EQ(stretchNineParts(manyColors(), 3, {9, 7}), manyColors());
+    EXPECT_EQ(stretchNinePatch(manyColors(), 3, {9, 7}), manyColors());
 }
 
-TEST(NineParts, cornersAreKeptPixelByPixel)
+TEST(NinePatch, cornersAreKeptPixelByPixel)
 {
     const QImage image = manyColors();
-    const QImage wide = stretchNineParts(image, 3, {50, 31});
+    const QImage wide = stretchNinePatch(image, 3, {50, 31});
     ASSERT_EQ(wide.size(), QSize(50, 31));
     for (int y = 0; y < 3; ++y) {
         for (int x = 0; x < 3; ++x) {
@@ -37,10 +37,10 @@ TEST(NineParts, cornersAreKeptPixelByPixel)
     }
 }
 
-TEST(NineParts, edgesAreStretchedAlongThemselvesWithColoursOfTheImageOnly)
+TEST(NinePatch, edgesAreStretchedAlongThemselvesWithColoursOfTheImageOnly)
 {
     const QImage image = manyColors();
-    const QImage wide = stretchNineParts(image, 3, {50, 31});
+    const QImage wide = stretchNinePatch(image, 3, {50, 31});
     for (int x = 3; x < 47; ++x) {
         for (int y = 0; y < 3; ++y) {
             bool found = false;
@@ -52,28 +52,28 @@ TEST(NineParts, edgesAreStretchedAlongThemselvesWithColoursOfTheImageOnly)
     }
 }
 
-TEST(NineParts, smallSizesLoseTheMiddleFirst)
+TEST(NinePatch, smallSizesLoseTheMiddleFirst)
 {
     const QImage image = manyColors();
-    const QImage small = stretchNineParts(image, 3, {4, 5});
+    const QImage small = stretchNinePatch(image, 3, {4, 5});
     ASSERT_EQ(small.size(), QSize(4, 5));
     EXPECT_EQ(small.pixel(0, 0), image.pixel(0, 0));
     EXPECT_EQ(small.pixel(3, 4), image.pixel(8, 6));
-    EXPECT_EQ(stretchNineParts(image, 3, {1, 1}).size(), QSize(1, 1));
+    EXPECT_EQ(stretchNinePatch(image, 3, {1, 1}).size(), QSize(1, 1));
 }
 
-TEST(NineParts, imageWithMorePixelsAPointIsTakenByItsPixels)
+TEST(NinePatch, imageWithMorePixelsAPointIsTakenByItsPixels)
 {
     QImage image = manyColors();
     image.setDevicePixelRatio(2);
-    EXPECT_EQ(stretchNineParts(image, 3, {9, 7}), manyColors());
+    EXPECT_EQ(stretchNinePatch(image, 3, {9, 7}), manyColors());
 }
 
-TEST(NineParts, nothingGivesNothing)
+TEST(NinePatch, nothingGivesNothing)
 {
-    EXPECT_TRUE(stretchNineParts({}, 3, {9, 7}).isNull());
-    EXPECT_TRUE(stretchNineParts(manyColors(), 3, {0, 7}).isNull());
-    EXPECT_TRUE(stretchNineParts(manyColors(), 3, {}).isNull());
+    EXPECT_TRUE(stretchNinePatch({}, 3, {9, 7}).isNull());
+    EXPECT_TRUE(stretchNinePatch(manyColors(), 3, {0, 7}).isNull());
+    EXPECT_TRUE(stretchNinePatch(manyColors(), 3, {}).isNull());
 }
 
 } // namespace

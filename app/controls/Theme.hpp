@@ -9,7 +9,7 @@ class QWidget;
 namespace tessaly {
 
 /// The colours of the program, light on dark grey.
-namespace look {
+namespace theme {
 
 inline constexpr QColor window{0x5e, 0x5e, 0x5e};
 inline constexpr QColor backdrop{0x26, 0x26, 0x26}; ///< around a window in full screen
@@ -33,13 +33,13 @@ inline constexpr QColor lightButton{0xe2, 0xe2, 0xe2};
 inline constexpr QColor lightButtonDisabledText{0x8a, 0x8a, 0x8a};
 inline constexpr QColor toolTip{0x2e, 0x2e, 0x2e};
 
-} // namespace look
+} // namespace theme
 
 /// These colours as Qt takes them.
-[[nodiscard]] QPalette lookPalette();
+[[nodiscard]] QPalette themePalette();
 
 /// Gives the whole program its look: style and colours. Once, before the first widget.
-void applyLook();
+void applyTheme();
 /// The rest of it: font and icon. Once, before the first text; it reads the fonts that the desktop
 /// has, and so takes longer than all else that an empty window needs. The font is Inter where it is
 /// installed, at the size that the user has chosen.

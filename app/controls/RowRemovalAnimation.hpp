@@ -20,7 +20,7 @@ class CellTableView;
 ///
 /// Use: make one before the table changes, change the table, and play() it. It goes by itself.
 /// Threads: the main thread.
-class RowDeparture final : public QWidget {
+class RowRemovalAnimation final : public QWidget {
     Q_OBJECT
 
 public:
@@ -29,7 +29,7 @@ public:
 
     /// Keeps a picture of the table as it is. `stage` holds the table, and stays in sight also when
     /// the table does not; it owns this.
-    RowDeparture(CellTableView &table, QWidget &stage);
+    RowRemovalAnimation(CellTableView &table, QWidget &stage);
 
     /// `row`: the one that has left, as rows were counted before; nothing when it was not one.
     void play(std::optional<int> row);

@@ -1,4 +1,4 @@
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace {
 /// Checks both ways between a file's name and its archived text.
 void expectBoth(const std::string &name, const std::u16string &text)
 {
-    EXPECT_EQ(archivedName(name), text);
+    EXPECT_EQ(escapedName(name), text);
     EXPECT_EQ(nameFromArchived(text), name);
 }
 
@@ -67,7 +67,7 @@ std::string randomName(std::mt19937 &random)
 
 } // namespace
 
-TEST(ArchivedName, validUtf8StandsForItself)
+TEST(EscapedName, validUtf8StandsForItself)
 {
     expectBoth("", u"");
     expectBoth(std::string(1, '\0'), std::u16string(1, u'\0'));
@@ -81,7 +81,7 @@ TEST(ArchivedName, validUtf8StandsForItself)
     expectBoth("\xEF\xBF\xBF", u"\xFFFF");
 }
 
-TEST(ArchivedName, everyPlaneIsReached)
+TEST(EscapedName, everyPlaneIsReached)
 {
     expectBoth("\xF0\x90\x80\x80", u"\U00010000");
     expectBoth("\xF0\x9F\x98\x80", u"\U0001F600");
@@ -91,7 +91,7 @@ TEST(ArchivedName, everyPlaneIsReached)
     expectBoth("\xF4\x8F\xBF\xBF", u"\U0010FFFF");
 }
 
-TEST(ArchivedName, aLoneByteIsEscaped)
+TEST(EscapedName, aLoneByteIsEscaped)
 {
     for (int byte = 0x80; byte <= 0xFF; ++byte) {
         const std::string name(1, static_cast<char>(byte));
@@ -100,7 +100,7 @@ TEST(ArchivedName, aLoneByteIsEscaped)
     }
 }
 
-TEST(ArchivedName, overlongFormsAreEscaped)
+TEST(EscapedName, overlongFormsAreEscaped)
 {
     for (const std::string name : {"\xC0\xAF", "\xC1\xBF", "\xE0\x80\xAF", "\xE0\x9F\xBF",
                                    "\xF0\x80\x80\xAF", "\xF0\x8F\xBF\xBF"}) {
@@ -108,7 +108,7 @@ TEST(ArchivedName, overlongFormsAreEscaped)
     }
 }
 
-TEST(ArchivedName, surrogatesInUtf8AreEscaped)
+TEST(EscapedName, surrogatesInUtf8AreEscaped)
 {
     for (const std::string name : {"\xED\xA0\x80", "\xED\xAF\xBF", "\xED\xB0\x80", "\xED\xBF\xBF",
                                    "\xED\xA0\xBD\xED\xB8\x80"}) {
@@ -116,7 +116,7 @@ TEST(ArchivedName, surrogatesInUtf8AreEscaped)
     }
 }
 
-TEST(ArchivedName, whatLiesPastTheLastPlaneIsEscaped)
+TEST(EscapedName, whatLiesPastTheLastPlaneIsEscaped)
 {
     for (const std::string name : {"\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF8\x88\x80\x80\x80",
                                    "\xFC\x84\x80\x80\x80\x80"}) {
@@ -124,7 +124,7 @@ TEST(ArchivedName, whatLiesPastTheLastPlaneIsEscaped)
     }
 }
 
-TEST(ArchivedName, sequencesCutShortAreEscaped)
+TEST(EscapedName, sequencesCutShortAreEscaped)
 {
     for (const std::string name :
          {"\xC3", "\xE2", "\xE2\x82", "\xF0", "\xF0\x9F", "\xF0\x9F\x98"}) {
@@ -134,7 +134,7 @@ TEST(ArchivedName, sequencesCutShortAreEscaped)
     }
 }
 
-TEST(ArchivedName, theEscapesThemselvesAreEscapedByteByByte)
+TEST(EscapedName, theEscapesThemselvesAreEscapedByteByByte)
 {
     for (const std::string name :
          {"\xEE\xBE\x80", "\xEE\xBE\xBF", "\xEE\xBF\x80", "\xEE\xBF\xBF"}) {
@@ -142,13 +142,13 @@ TEST(ArchivedName, theEscapesThemselvesAreEscapedByteByByte)
     }
 }
 
-TEST(ArchivedName, theNeighboursOfTheEscapesStandForThemselves)
+TEST(EscapedName, theNeighboursOfTheEscapesStandForThemselves)
 {
     expectBoth("\xEE\xBD\xBF", u"\xEF7F");
     expectBoth("\xEF\x80\x80", u"\xF000");
 }
 
-TEST(ArchivedName, loneSurrogatesBecomeThreeBytes)
+TEST(EscapedName, loneSurrogatesBecomeThreeBytes)
 {
     EXPECT_EQ(nameFromArchived(u"\xD800"), "\xED\xA0\x80");
     EXPECT_EQ(nameFromArchived(u"\xDFFF"), "\xED\xBF\xBF");
@@ -157,18 +157,18 @@ TEST(ArchivedName, loneSurrogatesBecomeThreeBytes)
     EXPECT_EQ(nameFromArchived(u"\xD83D\xD83D\xDE00"), "\xED\xA0\xBD\xF0\x9F\x98\x80");
 }
 
-TEST(ArchivedName, anyBytesComeBackFromValidUtf16)
+TEST(EscapedName, anyBytesComeBackFromValidUtf16)
 {
     std::mt19937 random(20'230'811); // NOLINT(cert-msc51-cpp): the same names in every run
     for (int i = 0; i < 200'000; ++i) {
         const std::string name = randomName(random);
-        const std::u16string text = archivedName(name);
+        const std::u16string text = escapedName(name);
         ASSERT_FALSE(hasLoneSurrogate(text)) << testing::PrintToString(name);
         ASSERT_EQ(nameFromArchived(text), name);
     }
 }
 
-TEST(ArchivedName, asciiIsRecognisedAtEveryLengthAndPlace)
+TEST(EscapedName, asciiIsRecognisedAtEveryLengthAndPlace)
 {
     const std::string ascii(64, '\x7F');
     for (std::size_t start = 0; start < 8; ++start) {
@@ -178,7 +178,7 @@ TEST(ArchivedName, asciiIsRecognisedAtEveryLengthAndPlace)
     }
 }
 
-TEST(ArchivedName, oneOtherByteIsFoundAtEveryLengthAndPlace)
+TEST(EscapedName, oneOtherByteIsFoundAtEveryLengthAndPlace)
 {
     for (std::size_t length = 1; length <= 40; ++length) {
         for (std::size_t place = 0; place < length; ++place) {

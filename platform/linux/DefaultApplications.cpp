@@ -1,4 +1,4 @@
-#include "platform/linux/Counterparts.hpp"
+#include "platform/linux/DefaultApplications.hpp"
 
 #include "platform/linux/DesktopEntries.hpp"
 

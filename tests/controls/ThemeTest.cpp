@@ -1,4 +1,4 @@
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -35,18 +35,19 @@ double contrast(const QColor &one, const QColor &other)
 TEST(Look, textCanBeReadOnEveryGround)
 {
     for (const QColor &ground :
-         {look::window, look::sidebar, look::sheet, look::group, look::evenRow, look::oddRow,
-          look::selectedRow, look::selection, look::field, look::button, look::toolTip}) {
-        EXPECT_GE(contrast(look::text, ground), 4.5) << qPrintable(ground.name());
+         {theme::window, theme::sidebar, theme::sheet, theme::group, theme::evenRow, theme::oddRow,
+          theme::selectedRow, theme::selection, theme::field, theme::button, theme::toolTip}) {
+        EXPECT_GE(contrast(theme::text, ground), 4.5) << qPrintable(ground.name());
     }
-    for (const QColor &ground : {look::window, look::evenRow, look::oddRow, look::selectedRow}) {
-        EXPECT_GE(contrast(look::dimmedText, ground), 4.5) << qPrintable(ground.name());
+    for (const QColor &ground :
+         {theme::window, theme::evenRow, theme::oddRow, theme::selectedRow}) {
+        EXPECT_GE(contrast(theme::dimmedText, ground), 4.5) << qPrintable(ground.name());
     }
 }
 
 TEST(Look, paletteSetsTextApartFromItsGround)
 {
-    const QPalette palette = lookPalette();
+    const QPalette palette = themePalette();
     struct {
         QPalette::ColorRole text;
         QPalette::ColorRole ground;
@@ -69,16 +70,16 @@ TEST(Look, paletteSetsTextApartFromItsGround)
     }
     EXPECT_LT(contrast(palette.color(QPalette::Disabled, QPalette::WindowText),
                        palette.color(QPalette::Disabled, QPalette::Window)),
-              contrast(look::text, look::window));
+              contrast(theme::text, theme::window));
 }
 
 TEST(Look, isGivenToTheWholeProgram)
 {
     const double points = QApplication::font().pointSizeF();
-    applyLook();
+    applyTheme();
     EXPECT_EQ(QApplication::style()->name(), u"fusion"_s);
-    EXPECT_EQ(QApplication::palette().color(QPalette::Window), look::window);
-    EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), look::toolTip);
+    EXPECT_EQ(QApplication::palette().color(QPalette::Window), theme::window);
+    EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), theme::toolTip);
     applyFontAndIcon(*qApp);
     EXPECT_FALSE(QApplication::windowIcon().isNull());
     EXPECT_EQ(QApplication::font().pointSizeF(), points);

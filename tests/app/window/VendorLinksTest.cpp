@@ -1,7 +1,7 @@
 // The window of a build whose maker has set addresses: all but the one on Twitter.
 
-#include "app/window/MakerAddresses.hpp"
 #include "app/window/ProgramVersion.hpp"
+#include "app/window/VendorUrls.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
 #include <QApplication>
@@ -27,9 +27,9 @@ bool offers(const QMenu &menu, const QAction &item)
     return false;
 }
 
-class MakerLinksTest : public WindowTest {};
+class VendorLinksTest : public WindowTest {};
 
-TEST_F(MakerLinksTest, areInTheMenuWhenTheyAreSet)
+TEST_F(VendorLinksTest, areInTheMenuWhenTheyAreSet)
 {
     openWindow();
     for (const Item item : {Item::webHelp, Item::website, Item::support, Item::storePage,
@@ -47,14 +47,14 @@ TEST_F(MakerLinksTest, areInTheMenuWhenTheyAreSet)
     EXPECT_EQ(m_services.urls.opened.size(), 6U);
 }
 
-TEST_F(MakerLinksTest, theHelpHasItsKey)
+TEST_F(VendorLinksTest, theHelpHasItsKey)
 {
     openWindow();
     QTest::keyClick(&window(), Qt::Key_F1);
     EXPECT_EQ(m_services.urls.opened, Names{"https://maker.test/tessalyhelp.html"});
 }
 
-TEST_F(MakerLinksTest, aStoreThatIsSetIsReasonEnoughToAskForARating)
+TEST_F(VendorLinksTest, aStoreThatIsSetIsReasonEnoughToAskForARating)
 {
     m_services.settings.setText("KORVENRate_version_num", std::string(programVersion()));
     m_services.settings.setInteger("KORVENRate_run_count", 2);

@@ -1,38 +1,38 @@
-#include "app/window/MakerAddresses.hpp"
+#include "app/window/VendorUrls.hpp"
 
 namespace tessaly {
 
-bool isSetByMaker(std::string_view address)
+bool isSetByVendor(std::string_view address)
 {
     return address.find(TESSALY_UNSET_HOST) == std::string_view::npos;
 }
 
-std::string makerWebsite()
+std::string vendorWebsite()
 {
     return TESSALY_WEBSITE;
 }
 
-std::string makerHelpPage()
+std::string vendorHelpPage()
 {
-    return makerWebsite() + "tessalyhelp.html";
+    return vendorWebsite() + "tessalyhelp.html";
 }
 
-std::string makerSupportPage()
+std::string vendorSupportPage()
 {
-    return makerWebsite() + "support.html";
+    return vendorWebsite() + "support.html";
 }
 
-std::string makerFacebookPage()
+std::string vendorFacebookPage()
 {
     return TESSALY_FACEBOOK_PAGE;
 }
 
-std::string makerTwitterPage()
+std::string vendorTwitterPage()
 {
     return TESSALY_TWITTER_PAGE;
 }
 
-std::string makerGooglePage()
+std::string vendorGooglePage()
 {
     return TESSALY_GOOGLE_PAGE;
 }

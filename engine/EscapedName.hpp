@@ -11,9 +11,9 @@ namespace tessaly {
 /// Valid UTF-8 stands for itself. A byte that is not part of valid UTF-8, and each byte of the
 /// UTF-8 form of a code point U+EF80–U+EFFF, becomes the code point U+EF80 + (byte − 0x80); these
 /// private code points lie where no name in practice does.
-[[nodiscard]] std::u16string archivedName(std::string_view name);
+[[nodiscard]] std::u16string escapedName(std::string_view name);
 
-/// The bytes of a name from its archived text: the inverse of archivedName(). A lone surrogate,
+/// The bytes of a name from its archived text: the inverse of escapedName(). A lone surrogate,
 /// which only a file written elsewhere can hold, becomes the three bytes that UTF-8's scheme gives.
 [[nodiscard]] std::string nameFromArchived(std::u16string_view text);
 

@@ -1,4 +1,4 @@
-#include "engine/ArchivedName.hpp"
+#include "engine/EscapedName.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -88,7 +88,7 @@ void appendUtf8(std::string &bytes, char32_t codePoint)
 
 } // namespace
 
-std::u16string archivedName(std::string_view name)
+std::u16string escapedName(std::string_view name)
 {
     std::u16string text;
     text.reserve(name.size());

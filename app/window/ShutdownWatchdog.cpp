@@ -1,4 +1,4 @@
-#include "app/window/EndWatch.hpp"
+#include "app/window/ShutdownWatchdog.hpp"
 
 #include <QLoggingCategory>
 
@@ -13,7 +13,8 @@ Q_LOGGING_CATEGORY(endLog, "tessaly.end")
 
 } // namespace
 
-EndWatch::EndWatch(std::chrono::milliseconds timeout, int exitStatus, std::function<void()> release)
+ShutdownWatchdog::ShutdownWatchdog(std::chrono::milliseconds timeout, int exitStatus,
+                                   std::function<void()> release)
     : m_thread([this, timeout, exitStatus, release = std::move(release)] {
           std::unique_lock lock(m_lock);
           if (!m_hasEnded.wait_for(lock, timeout, [this] { return m_isOver; })) {
@@ -25,7 +26,7 @@ EndWatch::EndWatch(std::chrono::milliseconds timeout, int exitStatus, std::funct
 {
 }
 
-EndWatch::~EndWatch()
+ShutdownWatchdog::~ShutdownWatchdog()
 {
     {
         const std::scoped_lock lock(m_lock);

@@ -10,6 +10,6 @@ namespace tessaly {
 /// `cap`:  pixels from an edge to where the stretched part begins; less where the image or `size`
 ///         has no room for it.
 /// `size`: pixels. An empty size, or an image without pixels, gives an image without pixels.
-[[nodiscard]] QImage stretchNineParts(const QImage &image, int cap, QSize size);
+[[nodiscard]] QImage stretchNinePatch(const QImage &image, int cap, QSize size);
 
 } // namespace tessaly

@@ -1,4 +1,4 @@
-#include "app/controls/Look.hpp"
+#include "app/controls/Theme.hpp"
 
 #include "resources/Artwork.hpp"
 
@@ -13,40 +13,40 @@ namespace tessaly {
 
 using namespace Qt::StringLiterals;
 
-QPalette lookPalette()
+QPalette themePalette()
 {
     // The shades of bevels follow from the first two.
-    QPalette palette(look::button, look::window);
-    palette.setColor(QPalette::WindowText, look::text);
-    palette.setColor(QPalette::Base, look::field);
-    palette.setColor(QPalette::AlternateBase, look::sidebar);
-    palette.setColor(QPalette::Text, look::text);
-    palette.setColor(QPalette::ButtonText, look::text);
-    palette.setColor(QPalette::BrightText, look::text);
-    palette.setColor(QPalette::PlaceholderText, look::dimmedText.darker(125));
-    palette.setColor(QPalette::Highlight, look::selection);
-    palette.setColor(QPalette::HighlightedText, look::text);
-    palette.setColor(QPalette::Link, look::link);
-    palette.setColor(QPalette::LinkVisited, look::link);
-    palette.setColor(QPalette::ToolTipBase, look::toolTip);
-    palette.setColor(QPalette::ToolTipText, look::text);
+    QPalette palette(theme::button, theme::window);
+    palette.setColor(QPalette::WindowText, theme::text);
+    palette.setColor(QPalette::Base, theme::field);
+    palette.setColor(QPalette::AlternateBase, theme::sidebar);
+    palette.setColor(QPalette::Text, theme::text);
+    palette.setColor(QPalette::ButtonText, theme::text);
+    palette.setColor(QPalette::BrightText, theme::text);
+    palette.setColor(QPalette::PlaceholderText, theme::dimmedText.darker(125));
+    palette.setColor(QPalette::Highlight, theme::selection);
+    palette.setColor(QPalette::HighlightedText, theme::text);
+    palette.setColor(QPalette::Link, theme::link);
+    palette.setColor(QPalette::LinkVisited, theme::link);
+    palette.setColor(QPalette::ToolTipBase, theme::toolTip);
+    palette.setColor(QPalette::ToolTipText, theme::text);
     for (const QPalette::ColorRole role :
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText}) {
-        palette.setColor(QPalette::Disabled, role, look::disabledText);
+        palette.setColor(QPalette::Disabled, role, theme::disabledText);
     }
     // The shadow of disabled entries in menus: none to be seen.
-    palette.setColor(QPalette::Disabled, QPalette::Light, look::sidebar);
-    palette.setColor(QPalette::Disabled, QPalette::Base, look::window);
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, look::separator);
+    palette.setColor(QPalette::Disabled, QPalette::Light, theme::sidebar);
+    palette.setColor(QPalette::Disabled, QPalette::Base, theme::window);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, theme::separator);
     return palette;
 }
 
-void applyLook()
+void applyTheme()
 {
     // Drawn in the palette's colours alone, the same on every desktop.
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
-    QApplication::setPalette(lookPalette());
-    QToolTip::setPalette(lookPalette());
+    QApplication::setPalette(themePalette());
+    QToolTip::setPalette(themePalette());
 }
 
 void applyFontAndIcon(QApplication &application)
@@ -76,7 +76,7 @@ void makeCaption(QWidget &label)
     label.setFont(font);
     QPalette colors = label.palette();
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text}) {
-        colors.setColor(role, look::dimmedText); // the latter in the cells of tables
+        colors.setColor(role, theme::dimmedText); // the latter in the cells of tables
     }
     label.setPalette(colors);
 }

@@ -17,7 +17,7 @@ class MountTable;
 /// really there (one mount may cover another) is for fileSystemKind() to say.
 ///
 /// Threads: never changes once made; any number may read.
-class KernelMounts {
+class MountPointTree {
 public:
     /// A folder in which, or somewhere below which, something is mounted, or that is itself a
     /// mount point. A walk carries one along; almost everywhere it is nullptr.
@@ -26,14 +26,14 @@ public:
     };
 
     /// Knows nothing: every folder must be asked.
-    KernelMounts() = default;
+    MountPointTree() = default;
 
     /// The mounts below an open folder, out of the kernel's list at `mountInfoPath`. Knows nothing
     /// when the list or the folder's real path cannot be read.
-    static KernelMounts below(int folder, const std::string &mountInfoPath);
+    static MountPointTree below(int folder, const std::string &mountInfoPath);
 
     /// The same from a list that was read and the folder's real path.
-    static KernelMounts fromTable(const MountTable &table, std::string_view folderPath);
+    static MountPointTree fromTable(const MountTable &table, std::string_view folderPath);
 
     /// Whether a folder's file system has to be asked for before the folder is opened.
     [[nodiscard]] bool mustAsk(const Place *place) const noexcept

@@ -1,4 +1,4 @@
-#include "engine/KernelMounts.hpp"
+#include "engine/MountPointTree.hpp"
 
 #include "engine/MountTable.hpp"
 
@@ -35,16 +35,16 @@ std::string_view takeName(std::string_view &path)
 
 } // namespace
 
-KernelMounts KernelMounts::below(int folder, const std::string &mountInfoPath)
+MountPointTree MountPointTree::below(int folder, const std::string &mountInfoPath)
 {
     const std::optional<MountTable> table = MountTable::read(mountInfoPath);
     const std::optional<std::string> path = realPath(folder);
-    return table && path ? fromTable(*table, *path) : KernelMounts();
+    return table && path ? fromTable(*table, *path) : MountPointTree();
 }
 
-KernelMounts KernelMounts::fromTable(const MountTable &table, std::string_view folderPath)
+MountPointTree MountPointTree::fromTable(const MountTable &table, std::string_view folderPath)
 {
-    KernelMounts mounts;
+    MountPointTree mounts;
     mounts.m_top = std::make_unique<Place>();
     mounts.m_mayAutomount = false;
     const std::string prefix =
@@ -58,7 +58,7 @@ KernelMounts KernelMounts::fromTable(const MountTable &table, std::string_view f
     return mounts;
 }
 
-void KernelMounts::add(std::string_view relativePath)
+void MountPointTree::add(std::string_view relativePath)
 {
     Place *place = m_top.get();
     while (!relativePath.empty()) {
@@ -71,7 +71,7 @@ void KernelMounts::add(std::string_view relativePath)
     }
 }
 
-const KernelMounts::Place *KernelMounts::find(const Place &place, std::string_view name)
+const MountPointTree::Place *MountPointTree::find(const Place &place, std::string_view name)
 {
     const auto found = place.inside.find(name);
     return found == place.inside.end() ? nullptr : found->second.get();

@@ -11,13 +11,13 @@ namespace tessaly {
 
 /// Waits for the moment when a window is there and nothing is open in front of it: neither a
 /// dialog, an alert nor a menu. For what may interrupt the user, but not then.
-class QuietMoment : public QObject {
+class DeferredPrompt : public QObject {
     Q_OBJECT
 
 public:
     /// Calls `then` once, by the event loop and never at once. Not at all when the window or this
     /// goes before.
-    QuietMoment(QWidget &window, std::function<void()> then);
+    DeferredPrompt(QWidget &window, std::function<void()> then);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

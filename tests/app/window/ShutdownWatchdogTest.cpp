@@ -1,4 +1,4 @@
-#include "app/window/EndWatch.hpp"
+#include "app/window/ShutdownWatchdog.hpp"
 
 #include "tests/platform/linux/EndingProgram.hpp"
 
@@ -7,14 +7,14 @@
 namespace tessaly {
 namespace {
 
-TEST(EndWatch, endsAProgramThatDoesNotEndByItself)
+TEST(ShutdownWatchdog, endsAProgramThatDoesNotEndByItself)
 {
     EndingProgram program("hang-at-end", "1");
     EXPECT_EQ(program.reportedLine(), "ending");
     EXPECT_EQ(program.result(), 3);
 }
 
-TEST(EndWatch, leavesAProgramAloneThatEnds)
+TEST(ShutdownWatchdog, leavesAProgramAloneThatEnds)
 {
     EndingProgram program("end-while-watched", "3600000");
     EXPECT_EQ(program.result(), 5);

@@ -1,4 +1,4 @@
-#include "engine/KernelMounts.hpp"
+#include "engine/MountPointTree.hpp"
 
 #include "engine/MountTable.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
@@ -9,9 +9,9 @@ namespace tessaly {
 
 namespace {
 
-KernelMounts mountsFrom(std::string_view text, std::string_view folderPath)
+MountPointTree mountsFrom(std::string_view text, std::string_view folderPath)
 {
-    return KernelMounts::fromTable(MountTable::fromText(text), folderPath);
+    return MountPointTree::fromTable(MountTable::fromText(text), folderPath);
 }
 
 std::string line(const std::string &mountPoint, const std::string &type = "ext4")
@@ -21,33 +21,33 @@ std::string line(const std::string &mountPoint, const std::string &type = "ext4"
 
 } // namespace
 
-TEST(KernelMounts, mustAskEverywhereWhenNothingIsKnown)
+TEST(MountPointTree, mustAskEverywhereWhenNothingIsKnown)
 {
-    const KernelMounts mounts;
+    const MountPointTree mounts;
 
     EXPECT_TRUE(mounts.mustAsk(nullptr));
     EXPECT_TRUE(mounts.mayAutomount());
     EXPECT_EQ(mounts.top(), nullptr);
 }
 
-TEST(KernelMounts, mustAskOnlyOnTheWayToMountPoints)
+TEST(MountPointTree, mustAskOnlyOnTheWayToMountPoints)
 {
     const auto mounts = mountsFrom(
         line("/") + line("/home") + line("/home/me/a/b") + line("/home/mean"), "/home/me");
 
-    const KernelMounts::Place *a = KernelMounts::inside(mounts.top(), "a");
-    const KernelMounts::Place *b = KernelMounts::inside(a, "b");
+    const MountPointTree::Place *a = MountPointTree::inside(mounts.top(), "a");
+    const MountPointTree::Place *b = MountPointTree::inside(a, "b");
     EXPECT_TRUE(mounts.mustAsk(a));
     EXPECT_TRUE(mounts.mustAsk(b));
-    EXPECT_EQ(KernelMounts::inside(b, "c"), nullptr);
-    EXPECT_EQ(KernelMounts::inside(a, "c"), nullptr);
-    EXPECT_EQ(KernelMounts::inside(mounts.top(), "b"), nullptr);
+    EXPECT_EQ(MountPointTree::inside(b, "c"), nullptr);
+    EXPECT_EQ(MountPointTree::inside(a, "c"), nullptr);
+    EXPECT_EQ(MountPointTree::inside(mounts.top(), "b"), nullptr);
     EXPECT_EQ(mounts.top()->inside.size(), 1U);
-    EXPECT_EQ(KernelMounts::inside(nullptr, "a"), nullptr);
+    EXPECT_EQ(MountPointTree::inside(nullptr, "a"), nullptr);
     EXPECT_FALSE(mounts.mustAsk(nullptr));
 }
 
-TEST(KernelMounts, haveNoTopWhereNothingIsMountedBelow)
+TEST(MountPointTree, haveNoTopWhereNothingIsMountedBelow)
 {
     const auto mounts = mountsFrom(line("/") + line("/proc", "proc"), "/usr");
 
@@ -56,32 +56,32 @@ TEST(KernelMounts, haveNoTopWhereNothingIsMountedBelow)
     EXPECT_FALSE(mounts.mayAutomount());
 }
 
-TEST(KernelMounts, workForTheWholeFileSystem)
+TEST(MountPointTree, workForTheWholeFileSystem)
 {
     const auto mounts = mountsFrom(line("/") + line("/proc", "proc"), "/");
 
     ASSERT_NE(mounts.top(), nullptr);
-    EXPECT_NE(KernelMounts::inside(mounts.top(), "proc"), nullptr);
+    EXPECT_NE(MountPointTree::inside(mounts.top(), "proc"), nullptr);
     EXPECT_EQ(mounts.top()->inside.size(), 1U);
 }
 
-TEST(KernelMounts, readEscapedNames)
+TEST(MountPointTree, readEscapedNames)
 {
     const auto mounts =
         mountsFrom(line("/s/a\\040b") + line("/s/\\134\\012\\011\\043") + line("/s/\\04"), "/s");
 
-    EXPECT_NE(KernelMounts::inside(mounts.top(), "a b"), nullptr);
-    EXPECT_NE(KernelMounts::inside(mounts.top(), "\\\n\t#"), nullptr);
-    EXPECT_NE(KernelMounts::inside(mounts.top(), "\\04"), nullptr);
+    EXPECT_NE(MountPointTree::inside(mounts.top(), "a b"), nullptr);
+    EXPECT_NE(MountPointTree::inside(mounts.top(), "\\\n\t#"), nullptr);
+    EXPECT_NE(MountPointTree::inside(mounts.top(), "\\04"), nullptr);
 }
 
-TEST(KernelMounts, knowWhetherAnythingMountsItself)
+TEST(MountPointTree, knowWhetherAnythingMountsItself)
 {
     EXPECT_TRUE(mountsFrom(line("/net", "autofs"), "/usr").mayAutomount());
     EXPECT_FALSE(mountsFrom(line("/autofs", "ext4"), "/usr").mayAutomount());
 }
 
-TEST(KernelMounts, takeBrokenLinesAsTheyAre)
+TEST(MountPointTree, takeBrokenLinesAsTheyAre)
 {
     for (const std::string text : {"", "\n\n", "36", "36 35 98:0 / ", "36 35 98:0 / /s/a", " - ",
                                    "- - - - - - autofs", "a b c d /s/a e - "}) {
@@ -90,23 +90,23 @@ TEST(KernelMounts, takeBrokenLinesAsTheyAre)
     }
 }
 
-TEST(KernelMounts, comeFromTheKernelsList)
+TEST(MountPointTree, comeFromTheKernelsList)
 {
     const TemporaryFolder folder;
 
-    const auto mounts = KernelMounts::below(folder.descriptor(), "/proc/self/mountinfo");
+    const auto mounts = MountPointTree::below(folder.descriptor(), "/proc/self/mountinfo");
 
     EXPECT_FALSE(mounts.mustAsk(nullptr));
     EXPECT_EQ(mounts.top(), nullptr);
 }
 
-TEST(KernelMounts, areUnknownWithoutTheKernelsListOrTheFoldersPath)
+TEST(MountPointTree, areUnknownWithoutTheKernelsListOrTheFoldersPath)
 {
     const TemporaryFolder folder;
 
-    EXPECT_TRUE(KernelMounts::below(folder.descriptor(), "/nowhere").mustAsk(nullptr));
-    EXPECT_TRUE(KernelMounts::below(folder.descriptor(), folder.path()).mustAsk(nullptr));
-    EXPECT_TRUE(KernelMounts::below(-1, "/proc/self/mountinfo").mustAsk(nullptr));
+    EXPECT_TRUE(MountPointTree::below(folder.descriptor(), "/nowhere").mustAsk(nullptr));
+    EXPECT_TRUE(MountPointTree::below(folder.descriptor(), folder.path()).mustAsk(nullptr));
+    EXPECT_TRUE(MountPointTree::below(-1, "/proc/self/mountinfo").mustAsk(nullptr));
 }
 
 } // namespace tessaly

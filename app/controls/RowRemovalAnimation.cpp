@@ -1,4 +1,4 @@
-#include "app/controls/RowDeparture.hpp"
+#include "app/controls/RowRemovalAnimation.hpp"
 
 #include "app/controls/CellTableView.hpp"
 
@@ -19,12 +19,12 @@ int duration(const CellTableView &table)
 
 } // namespace
 
-bool RowDeparture::isWanted(const CellTableView &table)
+bool RowRemovalAnimation::isWanted(const CellTableView &table)
 {
     return table.isVisible() && duration(table) > 0;
 }
 
-RowDeparture::RowDeparture(CellTableView &table, QWidget &stage)
+RowRemovalAnimation::RowRemovalAnimation(CellTableView &table, QWidget &stage)
     : QWidget(&stage), m_table(&table), m_offsetBefore(table.verticalScrollBar()->value()),
       m_before(table.viewport()->grab()), m_progress(this)
 {
@@ -33,7 +33,7 @@ RowDeparture::RowDeparture(CellTableView &table, QWidget &stage)
     hide();
 }
 
-void RowDeparture::play(std::optional<int> row)
+void RowRemovalAnimation::play(std::optional<int> row)
 {
     m_table->doItemsLayout();
     const QWidget *viewport = m_table->viewport();
@@ -41,7 +41,8 @@ void RowDeparture::play(std::optional<int> row)
     if (row && m_table->isVisible() && m_table->verticalScrollBar()->value() == m_offsetBefore) {
         prepareMove(*row);
     }
-    connect(m_table->verticalScrollBar(), &QScrollBar::valueChanged, this, &RowDeparture::end);
+    connect(m_table->verticalScrollBar(), &QScrollBar::valueChanged, this,
+            &RowRemovalAnimation::end);
     parentWidget()->installEventFilter(this);
 
     m_progress.setStartValue(0.0);
@@ -49,13 +50,13 @@ void RowDeparture::play(std::optional<int> row)
     m_progress.setDuration(duration(*m_table));
     m_progress.setEasingCurve(QEasingCurve::OutCubic);
     connect(&m_progress, &QVariantAnimation::valueChanged, this, [this] { update(); });
-    connect(&m_progress, &QVariantAnimation::finished, this, &RowDeparture::end);
+    connect(&m_progress, &QVariantAnimation::finished, this, &RowRemovalAnimation::end);
     m_progress.start();
     show();
     raise();
 }
 
-void RowDeparture::prepareMove(int row)
+void RowRemovalAnimation::prepareMove(int row)
 {
     const int rowHeight = m_table->rowHeight();
     const QRect place(0, row * rowHeight - m_offsetBefore, width(), rowHeight);
@@ -72,14 +73,14 @@ void RowDeparture::prepareMove(int row)
     }
 }
 
-void RowDeparture::end()
+void RowRemovalAnimation::end()
 {
     m_progress.stop();
     hide();
     deleteLater();
 }
 
-void RowDeparture::paintEvent(QPaintEvent * /*event*/)
+void RowRemovalAnimation::paintEvent(QPaintEvent * /*event*/)
 {
     const double progress = m_progress.currentValue().toDouble();
     QPainter painter(this);
@@ -101,7 +102,7 @@ void RowDeparture::paintEvent(QPaintEvent * /*event*/)
     painter.drawPixmap(QPointF(0, top + toGo), m_after);
 }
 
-bool RowDeparture::eventFilter(QObject *watched, QEvent *event)
+bool RowRemovalAnimation::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
         end();
