@@ -1,9 +1,9 @@
 #include "bench/BareWalk.hpp"
 
-#include "engine/DirectoryListing.hpp"
-#include "engine/FileDescriptor.hpp"
-#include "engine/LinkTarget.hpp"
-#include "engine/ScanThread.hpp"
+#include "engine/scan/DirectoryListing.hpp"
+#include "engine/scan/FileDescriptor.hpp"
+#include "engine/scan/LinkTarget.hpp"
+#include "engine/scan/ScanThread.hpp"
 
 #include <atomic>
 #include <cstddef>

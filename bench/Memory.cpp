@@ -1,8 +1,8 @@
 #include "bench/Memory.hpp"
 
 #include "bench/NodeCount.hpp"
-#include "engine/LUMThreadedScanner.hpp"
-#include "engine/ScanFileReader.hpp"
+#include "engine/archive/ScanFileReader.hpp"
+#include "engine/scan/LUMThreadedScanner.hpp"
 
 #include <algorithm>
 #include <array>

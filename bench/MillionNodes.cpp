@@ -2,10 +2,10 @@
 
 #include "bench/MadeTrees.hpp"
 #include "bench/Workloads.hpp"
-#include "engine/FileDescriptor.hpp"
-#include "engine/MappedFile.hpp"
-#include "engine/ScanFileReader.hpp"
-#include "engine/ScanFileWriter.hpp"
+#include "engine/archive/MappedFile.hpp"
+#include "engine/archive/ScanFileReader.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+#include "engine/scan/FileDescriptor.hpp"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/ScanTree.hpp"
+#include "engine/tree/ScanTree.hpp"
 
 #include <cstddef>
 #include <cstdint>

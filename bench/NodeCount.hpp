@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/TreeWalk.hpp"
+#include "engine/tree/TreeWalk.hpp"
 
 #include <cstddef>
 

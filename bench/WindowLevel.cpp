@@ -1,10 +1,10 @@
 #include "bench/WindowLevel.hpp"
 
-#include "app/controls/CellTableView.hpp"
-#include "engine/ScanFileWriter.hpp"
-#include "history/KORVENHistoryStore.hpp"
-#include "screens/KORVENFolderCellView.hpp"
-#include "tests/engine/TreeBuilder.hpp"
+#include "app/controls/tables/CellTableView.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
+#include "screens/results/KORVENFolderCellView.hpp"
+#include "tests/engine/tree/TreeBuilder.hpp"
 
 #include <QApplication>
 #include <QScrollBar>

@@ -13,7 +13,7 @@
 #include "bench/MillionNodes.hpp"
 #include "bench/Peers.hpp"
 #include "bench/Workloads.hpp"
-#include "engine/LUMThreadedScanner.hpp"
+#include "engine/scan/LUMThreadedScanner.hpp"
 
 #include <array>
 #include <cstring>

@@ -9,9 +9,9 @@
 // page.
 
 #include "bench/MadeTrees.hpp"
-#include "platform/linux/LoadedPreviewPanels.hpp"
+#include "platform/linux/files/LoadedPreviewPanels.hpp"
 #include "tests/fakes/FakeSettingsStore.hpp"
-#include "tests/platform/preview/PanelItems.hpp"
+#include "tests/preview/PanelItems.hpp"
 
 #include <QApplication>
 #include <QElapsedTimer>

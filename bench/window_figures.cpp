@@ -10,9 +10,9 @@
 #include "bench/ProgramStart.hpp"
 #include "bench/WindowLevel.hpp"
 #include "bench/Workloads.hpp"
-#include "engine/ScanFileWriter.hpp"
-#include "history/KORVENHistoryStore.hpp"
-#include "screens/ResultRows.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
+#include "screens/results/ResultRows.hpp"
 
 #include <QApplication>
 

@@ -9,60 +9,74 @@
 # them.
 
 set(TESSALY_LAYERS
-    engine platform platform_linux preview_protocol preview_decoder preview resources delegate
-    controls history screens drives window)
+    tree scan archive platform platform_linux resources delegate controls
+    preview_protocol preview_decoder preview results records history screens drives window)
 
-set(TESSALY_FOLDER_engine          engine)
-set(TESSALY_FOLDER_platform        platform)
-set(TESSALY_FOLDER_platform_linux  platform/linux)
-set(TESSALY_FOLDER_preview_protocol platform/preview/protocol)
-set(TESSALY_FOLDER_preview_decoder platform/preview/decoder)
-set(TESSALY_FOLDER_preview         platform/preview)
-set(TESSALY_FOLDER_resources       resources)
-set(TESSALY_FOLDER_delegate        app/delegate)
-set(TESSALY_FOLDER_controls        app/controls)
-set(TESSALY_FOLDER_history         history)
-set(TESSALY_FOLDER_screens         screens)
-set(TESSALY_FOLDER_drives          drives)
-set(TESSALY_FOLDER_window          app/window)
+set(TESSALY_FOLDER_tree              engine/tree)
+set(TESSALY_FOLDER_scan              engine/scan)
+set(TESSALY_FOLDER_archive           engine/archive)
+set(TESSALY_FOLDER_platform          platform)
+set(TESSALY_FOLDER_platform_linux    platform/linux)
+set(TESSALY_FOLDER_resources         resources)
+set(TESSALY_FOLDER_delegate          app/delegate)
+set(TESSALY_FOLDER_controls          app/controls)
+set(TESSALY_FOLDER_preview_protocol  preview/protocol)
+set(TESSALY_FOLDER_preview_decoder   preview/decoder)
+set(TESSALY_FOLDER_preview           preview)
+set(TESSALY_FOLDER_results           screens/results)
+set(TESSALY_FOLDER_records           history/records)
+set(TESSALY_FOLDER_history           history)
+set(TESSALY_FOLDER_screens           screens)
+set(TESSALY_FOLDER_drives            drives)
+set(TESSALY_FOLDER_window            app/window)
 
-set(TESSALY_MAY_USE_engine)
+set(TESSALY_MAY_USE_tree)
+set(TESSALY_MAY_USE_scan              tree)
+set(TESSALY_MAY_USE_archive           tree)
 set(TESSALY_MAY_USE_platform)
-set(TESSALY_MAY_USE_platform_linux  engine platform)
-set(TESSALY_MAY_USE_preview_protocol engine)
-set(TESSALY_MAY_USE_preview_decoder engine preview_protocol)
-set(TESSALY_MAY_USE_preview         engine platform preview_protocol)
+set(TESSALY_MAY_USE_platform_linux    tree scan archive platform)
 set(TESSALY_MAY_USE_resources)
-set(TESSALY_MAY_USE_delegate        platform)
-set(TESSALY_MAY_USE_controls        engine resources)
-set(TESSALY_MAY_USE_history         engine platform resources delegate controls)
-set(TESSALY_MAY_USE_screens         engine platform resources delegate controls history)
-set(TESSALY_MAY_USE_drives          engine platform resources delegate controls screens)
-set(TESSALY_MAY_USE_window
-    platform resources delegate controls history screens drives)
+set(TESSALY_MAY_USE_delegate          platform)
+set(TESSALY_MAY_USE_controls          tree resources)
+set(TESSALY_MAY_USE_preview_protocol  scan)
+set(TESSALY_MAY_USE_preview_decoder   scan preview_protocol)
+set(TESSALY_MAY_USE_preview           tree scan archive platform preview_protocol)
+set(TESSALY_MAY_USE_results           tree archive platform resources delegate controls)
+set(TESSALY_MAY_USE_records           tree scan archive platform delegate)
+set(TESSALY_MAY_USE_history           platform resources delegate controls records)
+set(TESSALY_MAY_USE_screens
+    tree scan archive platform resources delegate controls results records)
+set(TESSALY_MAY_USE_drives            tree platform resources delegate controls)
+set(TESSALY_MAY_USE_window            platform resources delegate controls history screens drives)
 
-# tessaly_library(<layer> SOURCES <.cpp>... HEADERS <.hpp>... [USES <layer>...]
-#                 [LINKS <target of another project>...])
+# tessaly_library(<layer> [CLASSES <path>...] [SOURCES <.cpp>...] [HEADERS <.hpp>...]
+#                 [USES <layer>...] [LINKS <target of another project>...])
 #
 # Adds the layer's library as tessaly_<layer>, also called Tessaly::<layer>. Paths are relative to
-# the layer's folder. Every header is compiled alone by the target all_verify_interface_header_sets.
+# the layer's folder. A class is a header and a source of the same name, listed without an ending.
+# Every header is compiled alone by the target all_verify_interface_header_sets.
 function(tessaly_library layer)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;USES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "CLASSES;SOURCES;HEADERS;USES;LINKS")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR
             "tessaly_library(${layer}): what is \"${arg_UNPARSED_ARGUMENTS}\"? "
-            "Put it after SOURCES, HEADERS, USES or LINKS.")
+            "Put it after CLASSES, SOURCES, HEADERS, USES or LINKS.")
     endif()
     tessaly_require_layer(${layer})
     foreach(used IN LISTS arg_USES)
         tessaly_require_edge(${layer} ${used})
     endforeach()
 
+    list(TRANSFORM arg_CLASSES APPEND .cpp OUTPUT_VARIABLE sources)
+    list(TRANSFORM arg_CLASSES APPEND .hpp OUTPUT_VARIABLE headers)
+    list(APPEND sources ${arg_SOURCES})
+    list(APPEND headers ${arg_HEADERS})
+
     set(target tessaly_${layer})
-    add_library(${target} STATIC ${arg_SOURCES})
+    add_library(${target} STATIC ${sources})
     add_library(Tessaly::${layer} ALIAS ${target})
     target_sources(${target} PUBLIC
-        FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${arg_HEADERS})
+        FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${headers})
     target_compile_features(${target} PUBLIC cxx_std_20)
     list(TRANSFORM arg_USES PREPEND "Tessaly::")
     target_link_libraries(${target} PUBLIC ${arg_USES} ${arg_LINKS})

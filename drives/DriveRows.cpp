@@ -1,7 +1,7 @@
 #include "drives/DriveRows.hpp"
 
-#include "app/controls/NameText.hpp"
-#include "engine/NameOrder.hpp"
+#include "app/controls/text/NameText.hpp"
+#include "engine/tree/NameOrder.hpp"
 #include "platform/VolumeService.hpp"
 
 #include <QString>

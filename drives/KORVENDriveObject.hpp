@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/KORVENDiskObject.hpp"
+#include "app/controls/tables/KORVENDiskObject.hpp"
 
 #include <cstdint>
 #include <string>

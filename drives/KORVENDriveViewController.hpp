@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/controls/CellTableSource.hpp"
-#include "app/controls/PressGuard.hpp"
-#include "app/controls/RowActions.hpp"
+#include "app/controls/buttons/PressGuard.hpp"
+#include "app/controls/tables/CellTableSource.hpp"
+#include "app/controls/tables/RowActions.hpp"
 #include "drives/EjectingVolumes.hpp"
 #include "drives/KORVENDriveObject.hpp"
 

@@ -1,13 +1,13 @@
 #include "history/KORVENHistoryCellView.hpp"
 
-#include "app/controls/IconView.hpp"
-#include "app/controls/InterfaceFile.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/NameLabel.hpp"
-#include "app/controls/Theme.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
+#include "app/controls/tables/IconView.hpp"
+#include "app/controls/text/NameLabel.hpp"
+#include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
-#include "history/KORVENHistoryStore.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
 #include "resources/Artwork.hpp"
 
 #include <QLabel>

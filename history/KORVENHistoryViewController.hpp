@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/controls/CellTableSource.hpp"
-#include "app/controls/PressGuard.hpp"
-#include "history/HistoryFile.hpp"
-#include "history/HistoryFileWatch.hpp"
-#include "history/HistoryUpkeep.hpp"
-#include "history/ScansRemoval.hpp"
+#include "app/controls/buttons/PressGuard.hpp"
+#include "app/controls/tables/CellTableSource.hpp"
+#include "history/records/HistoryFile.hpp"
+#include "history/records/HistoryFileWatch.hpp"
+#include "history/records/HistoryUpkeep.hpp"
+#include "history/records/ScansRemoval.hpp"
 
 #include <QObject>
 #include <QPointer>

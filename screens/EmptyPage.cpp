@@ -1,9 +1,9 @@
 #include "screens/EmptyPage.hpp"
 
-#include "app/controls/InterfaceFile.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/Theme.hpp"
-#include "engine/LUMFileContainer.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
+#include "app/controls/theme/Theme.hpp"
+#include "engine/tree/LUMFileContainer.hpp"
 
 #include <QLabel>
 

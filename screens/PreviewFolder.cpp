@@ -1,7 +1,7 @@
 #include "screens/PreviewFolder.hpp"
 
-#include "engine/DirectoryListing.hpp"
-#include "engine/FileDescriptor.hpp"
+#include "engine/scan/DirectoryListing.hpp"
+#include "engine/scan/FileDescriptor.hpp"
 
 #include <dirent.h>
 #include <fcntl.h>

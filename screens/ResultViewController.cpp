@@ -1,13 +1,13 @@
 #include "screens/ResultViewController.hpp"
 
-#include "app/controls/CellTableView.hpp"
-#include "app/controls/InterfaceFile.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/NameText.hpp"
-#include "app/controls/Theme.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
+#include "app/controls/tables/CellTableView.hpp"
+#include "app/controls/text/NameText.hpp"
+#include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "screens/FolderPath.hpp"
-#include "screens/KORVENFolderCellView.hpp"
+#include "screens/results/KORVENFolderCellView.hpp"
 
 #include <QLabel>
 #include <QProgressBar>

@@ -1,17 +1,17 @@
 #pragma once
 
-#include "app/controls/CellTableSource.hpp"
-#include "app/controls/PressGuard.hpp"
-#include "app/controls/RowActions.hpp"
-#include "engine/ScanTree.hpp"
+#include "app/controls/buttons/PressGuard.hpp"
+#include "app/controls/tables/CellTableSource.hpp"
+#include "app/controls/tables/RowActions.hpp"
+#include "engine/tree/ScanTree.hpp"
 #include "screens/EmptyPage.hpp"
-#include "screens/KORVENViewController.hpp"
-#include "screens/ResultCells.hpp"
-#include "screens/ResultHeader.hpp"
-#include "screens/ScanResult.hpp"
-#include "screens/ScanWork.hpp"
 #include "screens/ScanWorkers.hpp"
-#include "screens/ShownLevel.hpp"
+#include "screens/results/KORVENViewController.hpp"
+#include "screens/results/ResultCells.hpp"
+#include "screens/results/ResultHeader.hpp"
+#include "screens/results/ScanResult.hpp"
+#include "screens/results/ScanWork.hpp"
+#include "screens/results/ShownLevel.hpp"
 
 #include <QPointer>
 #include <QString>

@@ -1,8 +1,8 @@
 #include "screens/ScanWorkers.hpp"
 
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "engine/AbandonableWork.hpp"
-#include "engine/LUMThreadedScanner.hpp"
+#include "engine/scan/AbandonableWork.hpp"
+#include "engine/scan/LUMThreadedScanner.hpp"
 #include "platform/FolderBookmarks.hpp"
 
 #include <QMetaObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/ScanWork.hpp"
+#include "screens/results/ScanWork.hpp"
 
 #include <atomic>
 #include <memory>

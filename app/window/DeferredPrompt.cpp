@@ -1,6 +1,6 @@
 #include "app/window/DeferredPrompt.hpp"
 
-#include "app/controls/WindowSheet.hpp"
+#include "app/controls/alerts/WindowSheet.hpp"
 
 #include <QApplication>
 #include <QEvent>

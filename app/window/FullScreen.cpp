@@ -1,7 +1,7 @@
 #include "app/window/FullScreen.hpp"
 
-#include "app/controls/KORVENWindow.hpp"
-#include "app/controls/WindowPlacement.hpp"
+#include "app/controls/frame/KORVENWindow.hpp"
+#include "app/controls/frame/WindowPlacement.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/FullScreenGeometry.hpp"
 #include "platform/SettingsStore.hpp"

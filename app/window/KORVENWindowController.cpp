@@ -1,9 +1,9 @@
 #include "app/window/KORVENWindowController.hpp"
 
-#include "app/controls/CellTableView.hpp"
-#include "app/controls/KORVENTitleView.hpp"
-#include "app/controls/KORVENWindow.hpp"
-#include "app/controls/MessageAlert.hpp"
+#include "app/controls/alerts/MessageAlert.hpp"
+#include "app/controls/frame/KORVENTitleView.hpp"
+#include "app/controls/frame/KORVENWindow.hpp"
+#include "app/controls/tables/CellTableView.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/DeferredPrompt.hpp"
 #include "app/window/FullScreen.hpp"

@@ -1,8 +1,8 @@
 #include "app/window/MenuCommands.hpp"
 
-#include "app/controls/KORVENWindow.hpp"
-#include "app/controls/RowActions.hpp"
-#include "app/controls/WindowSheet.hpp"
+#include "app/controls/alerts/WindowSheet.hpp"
+#include "app/controls/frame/KORVENWindow.hpp"
+#include "app/controls/tables/RowActions.hpp"
 #include "app/window/KORVENWindowController.hpp"
 #include "app/window/VendorUrls.hpp"
 #include "drives/KORVENDriveViewController.hpp"

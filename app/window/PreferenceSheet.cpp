@@ -1,9 +1,9 @@
 #include "app/window/PreferenceSheet.hpp"
 
-#include "app/controls/InterfaceFile.hpp"
-#include "app/controls/KORVENWindow.hpp"
-#include "app/controls/SheetGroup.hpp"
-#include "app/controls/Theme.hpp"
+#include "app/controls/alerts/SheetGroup.hpp"
+#include "app/controls/frame/KORVENWindow.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
+#include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "platform/SettingsStore.hpp"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/controls/WindowSheet.hpp"
+#include "app/controls/alerts/WindowSheet.hpp"
 
 #include <cstdint>
 #include <string_view>

@@ -1,8 +1,8 @@
 #include "app/window/RateMessageBox.hpp"
 
-#include "app/controls/AlertPanel.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/Theme.hpp"
+#include "app/controls/alerts/AlertPanel.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QCoreApplication>
 #include <QDialog>

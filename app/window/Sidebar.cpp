@@ -1,8 +1,8 @@
 #include "app/window/Sidebar.hpp"
 
-#include "app/controls/CellTableView.hpp"
-#include "app/controls/InterfaceFile.hpp"
-#include "app/controls/Theme.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
+#include "app/controls/tables/CellTableView.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QVBoxLayout>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/controls/CellTableSource.hpp"
+#include "app/controls/tables/CellTableSource.hpp"
 
 #include <QString>
 #include <QWidget>

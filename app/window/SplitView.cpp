@@ -1,6 +1,6 @@
 #include "app/window/SplitView.hpp"
 
-#include "app/controls/Theme.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #include "app/window/SpokenPages.hpp"
 
-#include "app/controls/CellTableView.hpp"
+#include "app/controls/tables/CellTableView.hpp"
 
 #include <QAbstractItemModel>
 #include <QStackedWidget>

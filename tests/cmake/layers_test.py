@@ -55,7 +55,7 @@ class LayersTest(unittest.TestCase):
 
     def test_an_edge_of_the_table_passes(self):
         status, output = self.configure(
-            "tessaly_library(engine SOURCES A.cpp HEADERS A.hpp)\n"
+            "tessaly_library(tree SOURCES A.cpp HEADERS A.hpp)\n"
             "tessaly_library(platform SOURCES B.cpp HEADERS B.hpp)\n"
             "tessaly_library(delegate SOURCES C.cpp HEADERS C.hpp USES platform)\n"
         )
@@ -63,13 +63,13 @@ class LayersTest(unittest.TestCase):
 
     def test_an_edge_upwards_is_refused(self):
         self.refuses(
-            "tessaly_library(engine SOURCES A.cpp HEADERS A.hpp USES history)\n",
-            'Layer "engine" may not use layer "history"; it may use: . Move the code down',
+            "tessaly_library(tree SOURCES A.cpp HEADERS A.hpp USES history)\n",
+            'Layer "tree" may not use layer "history"; it may use: . Move the code down',
         )
 
     def test_an_edge_that_is_not_in_the_table_is_refused(self):
         self.refuses(
-            "tessaly_library(screens SOURCES A.cpp HEADERS A.hpp USES engine platform_linux)\n",
+            "tessaly_library(screens SOURCES A.cpp HEADERS A.hpp USES tree platform_linux)\n",
             'Layer "screens" may not use layer "platform_linux"',
         )
 
@@ -77,25 +77,25 @@ class LayersTest(unittest.TestCase):
         for target in ("Tessaly::history", "tessaly_history"):
             self.refuses(
                 "tessaly_library(history SOURCES A.cpp HEADERS A.hpp)\n"
-                "tessaly_library(engine SOURCES B.cpp HEADERS B.hpp)\n"
-                f"target_link_libraries(tessaly_engine PRIVATE {target})\n",
-                'Layer "engine" may not use layer "history"',
+                "tessaly_library(tree SOURCES B.cpp HEADERS B.hpp)\n"
+                f"target_link_libraries(tessaly_tree PRIVATE {target})\n",
+                'Layer "tree" may not use layer "history"',
             )
 
     def test_an_unknown_layer_is_refused(self):
         self.refuses(
             "tessaly_library(cellar SOURCES A.cpp HEADERS A.hpp)\n",
-            'There is no layer "cellar". Use one of: engine',
+            'There is no layer "cellar". Use one of: tree',
         )
 
     def test_a_circle_in_the_table_is_refused(self):
         self.refuses(
-            "set(TESSALY_MAY_USE_engine history)\ntessaly_check_table()\n",
-            'lets "engine" use "history", which does not stand below it',
+            "set(TESSALY_MAY_USE_tree history)\ntessaly_check_table()\n",
+            'lets "tree" use "history", which does not stand below it',
         )
 
     def test_a_forgotten_keyword_is_refused(self):
-        self.refuses("tessaly_library(engine A.cpp)\n", 'what is "A.cpp"?')
+        self.refuses("tessaly_library(tree A.cpp)\n", 'what is "A.cpp"?')
 
 
 if __name__ == "__main__":

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/controls/CellTableView.hpp"
-#include "app/controls/IconView.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/KORVENProgressBar.hpp"
-#include "app/controls/NameLabel.hpp"
-#include "app/controls/PressGuard.hpp"
+#include "app/controls/bars/KORVENProgressBar.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/buttons/PressGuard.hpp"
+#include "app/controls/tables/CellTableView.hpp"
+#include "app/controls/tables/IconView.hpp"
+#include "app/controls/text/NameLabel.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "drives/KORVENDriveCellView.hpp"
 #include "drives/KORVENDriveViewController.hpp"

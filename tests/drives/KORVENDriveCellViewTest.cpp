@@ -1,6 +1,6 @@
 #include "drives/KORVENDriveCellView.hpp"
 
-#include "app/controls/InterfaceFile.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
 #include "tests/drives/DriveScreenTest.hpp"
 #include "tests/platform/linux/LogLines.hpp"
 

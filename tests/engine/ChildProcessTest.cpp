@@ -1,6 +1,6 @@
 #include "tests/engine/ChildProcess.hpp"
 
-#include "engine/FileDescriptor.hpp"
+#include "engine/scan/FileDescriptor.hpp"
 
 #include <gtest/gtest.h>
 

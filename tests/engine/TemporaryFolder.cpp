@@ -1,6 +1,6 @@
 #include "tests/engine/TemporaryFolder.hpp"
 
-#include "engine/DirectoryListing.hpp"
+#include "engine/scan/DirectoryListing.hpp"
 
 #include <cstdlib>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/FileCalls.hpp"
+#include "engine/archive/FileCalls.hpp"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/ByteSink.hpp"
+#include "engine/archive/ByteSink.hpp"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,6 @@
 // Any bytes as a file name, and any bytes as an archived text: both ways and back.
 
-#include "engine/EscapedName.hpp"
+#include "engine/tree/EscapedName.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,7 +38,7 @@ void checkName(std::string_view name)
 {
     const std::u16string text = tessaly::escapedName(name);
     require(isValidUtf16(text));
-    require(tessaly::nameFromArchived(text) == name);
+    require(tessaly::nameFromEscaped(text) == name);
     if (tessaly::isAscii(name)) {
         require(text == std::u16string(name.begin(), name.end()));
     }
@@ -54,6 +54,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (!text.empty()) {
         std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
     }
-    checkName(tessaly::nameFromArchived(text));
+    checkName(tessaly::nameFromEscaped(text));
     return 0;
 }

@@ -1,7 +1,7 @@
 // Any bytes as a keyed archive of a list of records, each value of which is taken for everything
 // that it might be.
 
-#include "engine/KeyedArchiveReader.hpp"
+#include "engine/archive/KeyedArchiveReader.hpp"
 
 #include <cstddef>
 #include <cstdint>

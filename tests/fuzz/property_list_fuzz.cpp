@@ -1,7 +1,7 @@
 // Any bytes as a property list: they give an error or a value, and a value can be written and read
 // again.
 
-#include "engine/PropertyList.hpp"
+#include "engine/archive/PropertyList.hpp"
 #include "tests/fakes/MemorySink.hpp"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Any bytes as a scan file: they give an error or a tree, and a tree can be written and read again.
 
-#include "engine/ScanFileReader.hpp"
-#include "engine/ScanFileWriter.hpp"
-#include "engine/TreeWalk.hpp"
+#include "engine/archive/ScanFileReader.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+#include "engine/tree/TreeWalk.hpp"
 #include "tests/fakes/MemorySink.hpp"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // A history that cannot be read, on the screen.
 
-#include "engine/ScanFileWriter.hpp"
-#include "history/HistoryFileWatch.hpp"
-#include "tests/engine/TreeBuilder.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+#include "history/records/HistoryFileWatch.hpp"
+#include "tests/engine/tree/TreeBuilder.hpp"
 #include "tests/history/HistoryScreenTest.hpp"
 
 #include <fstream>

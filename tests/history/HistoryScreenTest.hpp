@@ -1,15 +1,15 @@
 #pragma once
 
-#include "app/controls/CellTableView.hpp"
-#include "app/controls/IconView.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/NameLabel.hpp"
-#include "app/controls/PressGuard.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/buttons/PressGuard.hpp"
+#include "app/controls/tables/CellTableView.hpp"
+#include "app/controls/tables/IconView.hpp"
+#include "app/controls/text/NameLabel.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/MainWindow.hpp"
 #include "history/KORVENHistoryCellView.hpp"
-#include "history/KORVENHistoryStore.hpp"
 #include "history/KORVENHistoryViewController.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/fakes/FakeServices.hpp"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "history/KORVENHistoryStore.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/fakes/FailingFileCalls.hpp"
 #include "tests/fakes/FakeMainWindow.hpp"

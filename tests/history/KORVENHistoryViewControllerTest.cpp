@@ -1,6 +1,6 @@
 #include "history/KORVENHistoryViewController.hpp"
 
-#include "app/controls/RowRemovalAnimation.hpp"
+#include "app/controls/tables/RowRemovalAnimation.hpp"
 #include "tests/history/HistoryScreenTest.hpp"
 
 #include <QScrollBar>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/FileCalls.hpp"
-#include "history/KORVENHistoryStore.hpp"
+#include "engine/archive/FileCalls.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
 
 #include <memory>
 #include <mutex>

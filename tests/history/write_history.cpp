@@ -1,6 +1,6 @@
 // write_history FILE  writes a history of four records, for another program to read
 
-#include "history/HistoryFile.hpp"
+#include "history/records/HistoryFile.hpp"
 
 #include <iostream>
 #include <optional>

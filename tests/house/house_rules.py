@@ -179,7 +179,8 @@ def sources_are_built(tree):
         while folder and folder not in listed:
             folder = os.path.dirname(folder)
         name = os.path.relpath(path, folder or ".")
-        if name not in listed.get(folder, ()):
+        # A class is listed without an ending.
+        if not {name, os.path.splitext(name)[0]} & listed.get(folder, set()):
             yield path, 1, f"list {name} in {os.path.join(folder, 'CMakeLists.txt')}"
 
 

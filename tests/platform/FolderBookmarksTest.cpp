@@ -3,7 +3,7 @@
 #include "platform/FolderBookmarks.hpp"
 
 #include "platform/FileUrl.hpp"
-#include "platform/linux/LinuxFolderBookmarks.hpp"
+#include "platform/linux/storage/LinuxFolderBookmarks.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/fakes/FakeFolderBookmarks.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"

@@ -2,7 +2,7 @@
 
 #include "platform/SettingsStore.hpp"
 
-#include "platform/linux/LinuxSettingsStore.hpp"
+#include "platform/linux/storage/LinuxSettingsStore.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/fakes/FakeSettingsStore.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "engine/FileCreationDate.hpp"
-#include "engine/ScanFileWriter.hpp"
+#include "engine/archive/FileCreationDate.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
 #include "platform/FileUrl.hpp"
 #include "screens/KORVENHomeViewController.hpp"
-#include "tests/engine/TreeBuilder.hpp"
-#include "tests/screens/ResultScreenTest.hpp"
+#include "tests/engine/archive/ResultScreenTest.hpp"
+#include "tests/engine/tree/TreeBuilder.hpp"
 
 #include <QProgressBar>
 #include <QStackedWidget>

@@ -1,8 +1,8 @@
 // The file that keeps the last scan of the home folder.
 
-#include "engine/ScanFileReader.hpp"
-#include "tests/engine/ArchiveVectors.hpp"
-#include "tests/engine/TreeLines.hpp"
+#include "engine/archive/ScanFileReader.hpp"
+#include "tests/engine/archive/ArchiveVectors.hpp"
+#include "tests/engine/tree/TreeLines.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"
 #include "tests/screens/HomeScreenTest.hpp"
 

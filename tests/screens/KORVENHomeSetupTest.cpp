@@ -1,7 +1,7 @@
 // The setup page of the home folder's screen, and what comes of it.
 
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/MessageAlert.hpp"
+#include "app/controls/alerts/MessageAlert.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
 #include "tests/screens/HomeScreenTest.hpp"
 
 using namespace Qt::StringLiterals;

@@ -1,10 +1,10 @@
 #include "screens/KORVENHomeViewController.hpp"
 
-#include "engine/ScanFileReader.hpp"
-#include "history/KORVENHistoryStore.hpp"
+#include "engine/archive/ScanFileReader.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
 #include "screens/KORVENQuicklookController.hpp"
 #include "screens/KORVENScanViewController.hpp"
-#include "tests/engine/TreeLines.hpp"
+#include "tests/engine/tree/TreeLines.hpp"
 #include "tests/screens/HomeScreenTest.hpp"
 
 #include <QMenu>

@@ -1,6 +1,6 @@
 #include "screens/KORVENScanViewController.hpp"
 
-#include "tests/engine/TreeLines.hpp"
+#include "tests/engine/tree/TreeLines.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"
 #include "tests/screens/ScanScreenTest.hpp"
 

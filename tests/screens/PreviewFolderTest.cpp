@@ -1,6 +1,6 @@
 #include "screens/PreviewFolder.hpp"
 
-#include "engine/DirectoryListing.hpp"
+#include "engine/scan/DirectoryListing.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>

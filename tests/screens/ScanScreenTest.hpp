@@ -1,10 +1,10 @@
 #pragma once
 
-#include "engine/ScanFileWriter.hpp"
-#include "history/KORVENHistoryStore.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+#include "history/records/KORVENHistoryStore.hpp"
 #include "screens/KORVENScanViewController.hpp"
-#include "tests/engine/TreeBuilder.hpp"
-#include "tests/screens/ResultScreenTest.hpp"
+#include "tests/engine/archive/ResultScreenTest.hpp"
+#include "tests/engine/tree/TreeBuilder.hpp"
 
 #include <memory>
 #include <string>

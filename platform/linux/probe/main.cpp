@@ -6,9 +6,9 @@
 //             then the names of the folders in it. A NUL byte follows each. What may hang comes
 //             last: links and what the file system tells no type of.
 
-#include "engine/DirectoryListing.hpp"
-#include "engine/FileDescriptor.hpp"
-#include "platform/linux/VolumeSpace.hpp"
+#include "engine/scan/DirectoryListing.hpp"
+#include "engine/scan/FileDescriptor.hpp"
+#include "platform/linux/volumes/VolumeSpace.hpp"
 
 #include <cerrno>
 #include <csignal>

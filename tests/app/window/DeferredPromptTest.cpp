@@ -1,7 +1,7 @@
 #include "app/window/DeferredPrompt.hpp"
 
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/MessageAlert.hpp"
+#include "app/controls/alerts/MessageAlert.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,6 +1,6 @@
 // Full screen with a window manager that people use. The display is that of the whole program.
 
-#include "app/controls/KORVENWindow.hpp"
+#include "app/controls/frame/KORVENWindow.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/FullScreen.hpp"
 #include "tests/fakes/FakeServices.hpp"

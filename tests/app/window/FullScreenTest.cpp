@@ -1,10 +1,10 @@
 #include "app/window/FullScreen.hpp"
 
-#include "app/controls/KORVENTitleView.hpp"
-#include "app/controls/KORVENWindow.hpp"
-#include "app/controls/Theme.hpp"
-#include "app/controls/WindowEdges.hpp"
-#include "app/controls/WindowPlacement.hpp"
+#include "app/controls/frame/KORVENTitleView.hpp"
+#include "app/controls/frame/KORVENWindow.hpp"
+#include "app/controls/frame/WindowEdges.hpp"
+#include "app/controls/frame/WindowPlacement.hpp"
+#include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "tests/fakes/FakeServices.hpp"
 

@@ -1,8 +1,8 @@
-#include "app/controls/InterfaceFile.hpp"
-#include "app/controls/SheetGroup.hpp"
+#include "app/controls/alerts/SheetGroup.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
 #include "drives/KORVENDriveCellView.hpp"
 #include "history/KORVENHistoryCellView.hpp"
-#include "screens/KORVENFolderCellView.hpp"
+#include "screens/results/KORVENFolderCellView.hpp"
 
 #include <QAbstractButton>
 #include <QAction>

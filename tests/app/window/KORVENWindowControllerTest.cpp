@@ -1,8 +1,8 @@
 #include "app/window/KORVENWindowController.hpp"
 
-#include "app/controls/NameLabel.hpp"
-#include "app/controls/SpokenNotice.hpp"
-#include "app/controls/WindowPlacement.hpp"
+#include "app/controls/accessibility/SpokenNotice.hpp"
+#include "app/controls/frame/WindowPlacement.hpp"
+#include "app/controls/text/NameLabel.hpp"
 #include "app/window/DeferredPrompt.hpp"
 #include "app/window/ProgramVersion.hpp"
 #include "app/window/SplitView.hpp"

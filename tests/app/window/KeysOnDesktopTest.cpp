@@ -1,8 +1,8 @@
 // Keys and clicks of a user, by way of a window manager, on the whole window.
 
-#include "app/controls/IconView.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "screens/KORVENFolderCellView.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/tables/IconView.hpp"
+#include "screens/results/KORVENFolderCellView.hpp"
 #include "tests/app/window/WindowTest.hpp"
 #include "tests/fakes/Gate.hpp"
 #include "tests/platform/linux/ManagedDisplay.hpp"

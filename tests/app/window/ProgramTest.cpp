@@ -1,6 +1,6 @@
 // The program itself, as it starts and ends.
 
-#include "platform/linux/LinuxSettingsStore.hpp"
+#include "platform/linux/storage/LinuxSettingsStore.hpp"
 #include "tests/app/window/ProgramFixture.hpp"
 #include "tests/platform/linux/SilentBus.hpp"
 

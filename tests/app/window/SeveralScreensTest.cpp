@@ -1,6 +1,6 @@
 // The main window where there are several screens. They are those of the whole program.
 
-#include "app/controls/KORVENWindow.hpp"
+#include "app/controls/frame/KORVENWindow.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/FullScreen.hpp"
 #include "tests/TestFonts.hpp"

@@ -1,9 +1,9 @@
 #include "app/window/TranslationLoader.hpp"
 
-#include "app/controls/CellTableView.hpp"
-#include "app/controls/InterfaceFile.hpp"
-#include "app/controls/KORVENButton.hpp"
-#include "app/controls/NameLabel.hpp"
+#include "app/controls/buttons/KORVENButton.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
+#include "app/controls/tables/CellTableView.hpp"
+#include "app/controls/text/NameLabel.hpp"
 #include "app/window/Sidebar.hpp"
 
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "app/controls/KORVENTitleView.hpp"
+#include "app/controls/frame/KORVENTitleView.hpp"
 #include "tests/app/window/WindowTest.hpp"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "tests/platform/linux/DiskService.hpp"
 
-#include "platform/linux/CleanPath.hpp"
+#include "platform/linux/files/CleanPath.hpp"
 #include "tests/platform/linux/FilesOnDisk.hpp"
 
 #include <cstdlib>

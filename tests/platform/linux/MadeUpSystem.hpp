@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/VolumeSources.hpp"
+#include "platform/linux/volumes/VolumeSources.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/FileDescriptor.hpp"
+#include "engine/scan/FileDescriptor.hpp"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/UDisksVolumes.hpp"
+#include "platform/linux/volumes/UDisksVolumes.hpp"
 
 #include <cstdint>
 #include <string>

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "app/controls/alerts/WindowSheet.hpp"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace tessaly {
+
+class AlertPanel;
+class KORVENButton;
+
+/// A message of the program, on a sheet of one of its windows, which takes no other input until the
+/// message has been read. It has one button, "ok"; Return and Escape press it.
+///
+/// Threads: the main thread.
+class MessageAlert final : public WindowSheet {
+    Q_OBJECT
+
+public:
+    /// The return code of an alert that ended with its first button.
+    static constexpr int firstButtonReturn = 1000;
+    using Ended = std::function<void(int returnCode)>;
+
+    /// Shows an alert and returns at once. The window owns it; it deletes itself when it has ended.
+    /// An alert whose window is destroyed ends without a call of `ended`.
+    static MessageAlert *begin(QWidget &window, const QString &messageText,
+                               const QString &informativeText, const Ended &ended = {});
+
+    [[nodiscard]] const QString &text() const noexcept;
+    [[nodiscard]] const QString &informativeText() const noexcept;
+    [[nodiscard]] const QList<KORVENButton *> &buttons() const noexcept;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    MessageAlert(QWidget &window, std::unique_ptr<AlertPanel> alertPanel, Ended ended);
+    void finish();
+
+    AlertPanel *m_panel;
+    Ended m_ended;
+    bool m_isFinished = false;
+};
+
+} // namespace tessaly

@@ -1,0 +1,31 @@
+#include "app/controls/bars/BarGeometry.hpp"
+
+namespace tessaly {
+
+namespace {
+
+constexpr float margins = 4.0F;
+constexpr float start = 7.0F;
+constexpr float beforeEnd = 3.0F;
+constexpr float aboveBottom = 10.0F;
+constexpr float minPercent = 0.005F;
+
+} // namespace
+
+BarGeometry barGeometry(QSizeF widgetSize, float barPercent, Qt::LayoutDirection direction)
+{
+    const auto frameWidth = static_cast<float>(widgetSize.width());
+    const float width = frameWidth - margins;
+    const float y = static_cast<float>(widgetSize.height()) - aboveBottom;
+    const auto lineTo = [&](float end) {
+        return direction == Qt::RightToLeft ? QLineF(frameWidth - start, y, frameWidth - end, y)
+                                            : QLineF(start, y, end, y);
+    };
+    BarGeometry bar{lineTo(width - beforeEnd), {}};
+    if (barPercent > minPercent) {
+        bar.fill = lineTo(width * barPercent - beforeEnd);
+    }
+    return bar;
+}
+
+} // namespace tessaly

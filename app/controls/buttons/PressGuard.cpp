@@ -1,0 +1,99 @@
+#include "app/controls/buttons/PressGuard.hpp"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+bool isPressKey(int key)
+{
+    return key == Qt::Key_Space || key == Qt::Key_Select || key == Qt::Key_Return ||
+           key == Qt::Key_Enter;
+}
+
+} // namespace
+
+PressGuard::PressGuard(QObject *parent) : QObject(parent) {}
+
+PressGuard::~PressGuard() = default;
+
+void PressGuard::watch(QAbstractButton &button)
+{
+    if (!m_buttons.insert(&button).second) {
+        return;
+    }
+    // Only the application sees where the pointer goes and which keys repeat, whatever widget they
+    // are for.
+    QCoreApplication::instance()->installEventFilter(this);
+    connect(&button, &QAbstractButton::pressed, this, [this, &button] {
+        m_pressedPlace = QRect(button.mapToGlobal(QPoint()), button.size());
+    });
+    connect(&button, &QAbstractButton::clicked, this, &PressGuard::hold);
+    connect(&button, &QObject::destroyed, this,
+            [this](const QObject *gone) { m_buttons.erase(gone); });
+}
+
+void PressGuard::hold()
+{
+    m_hold = Hold{m_pressedPlace, m_clock()};
+}
+
+bool PressGuard::isHolding()
+{
+    if (m_hold && m_clock() - m_hold->since >= holdTime) {
+        m_hold.reset();
+    }
+    return m_hold.has_value();
+}
+
+void PressGuard::notePointer(const QPointF &globalPosition)
+{
+    if (isHolding() && !m_hold->place.contains(globalPosition.toPoint())) {
+        m_hold.reset();
+    }
+}
+
+bool PressGuard::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isOnButton = m_buttons.contains(watched);
+    switch (event->type()) {
+    case QEvent::MouseMove:
+        notePointer(static_cast<const QMouseEvent *>(event)->globalPosition());
+        return false;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        notePointer(static_cast<const QMouseEvent *>(event)->globalPosition());
+        return isOnButton && swallowsPress();
+    case QEvent::MouseButtonRelease:
+        return isOnButton && std::exchange(m_hasSwallowedPress, false);
+    case QEvent::KeyPress:
+        return isOnButton && swallowsKey(*event);
+    case QEvent::ShortcutOverride: // comes before the shortcut, which itself does not say so
+        m_isKeyRepeating = static_cast<const QKeyEvent *>(event)->isAutoRepeat();
+        return false;
+    case QEvent::Shortcut:
+        return isOnButton && m_isKeyRepeating;
+    default:
+        return false;
+    }
+}
+
+bool PressGuard::swallowsPress()
+{
+    m_hasSwallowedPress = isHolding();
+    return m_hasSwallowedPress;
+}
+
+bool PressGuard::swallowsKey(QEvent &event)
+{
+    const auto &key = static_cast<const QKeyEvent &>(event);
+    return isPressKey(key.key()) && (key.isAutoRepeat() || isHolding());
+}
+
+} // namespace tessaly

@@ -1,0 +1,358 @@
+#include "app/controls/frame/KORVENWindow.hpp"
+
+#include "app/controls/frame/KORVENTitleView.hpp"
+#include "app/controls/frame/TitleBarButton.hpp"
+#include "app/controls/frame/WindowEdges.hpp"
+#include "app/controls/frame/WindowMenu.hpp"
+#include "app/controls/frame/WindowPlacement.hpp"
+#include "app/controls/theme/Theme.hpp"
+
+#include <QAction>
+#include <QColor>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QShortcut>
+#include <QStyle>
+#include <QStyleHints>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+constexpr QSize firstSize{1080, 700};
+constexpr float backgroundGrey = 0.36718F;
+
+} // namespace
+
+KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_surface(surface),
+      m_layout(new QVBoxLayout(this)), m_titleView(new KORVENTitleView(this)),
+      m_windowMenu(new WindowMenu(this))
+{
+    setWindowTitle(u"Tessaly"_s);
+    if (surface == Surface::composited) {
+        setAttribute(Qt::WA_TranslucentBackground);
+    }
+    m_layout->setSpacing(0);
+    makeButtons();
+    m_edges = new WindowEdges(this);
+    makeShortcuts();
+    placeParts();
+    fitMinimumSize();
+    resize(constrainFrameRect({{}, firstSize}, screen()).size());
+    updateShape();
+}
+
+void KORVENWindow::makeButtons()
+{
+    const auto addButton = [this](TitleBarPart part, const QString &name) {
+        auto *button = new TitleBarButton(part, name, this);
+        m_buttons.append(button);
+        return button;
+    };
+    m_menuButton = addButton(TitleBarPart::applicationMenu, tr("Menu"));
+    m_menuButton->hide();
+    connect(addButton(TitleBarPart::minimize, tr("Minimize")), &QPushButton::clicked, this,
+            &QWidget::showMinimized);
+    connect(addButton(TitleBarPart::zoom, tr("Zoom")), &QPushButton::clicked, this,
+            &KORVENWindow::zoom);
+    connect(addButton(TitleBarPart::close, tr("Close")), &QPushButton::clicked, this,
+            &QWidget::close);
+}
+
+void KORVENWindow::makeShortcuts()
+{
+    const auto *windowMenuKey = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Space), this);
+    connect(windowMenuKey, &QShortcut::activated, this, [this] {
+        const QPoint corner = shownRect().topLeft();
+        m_windowMenu->showAt(mapToGlobal(corner + QPoint(resizeMargin, titleBarHeight)), true);
+    });
+    const auto *applicationMenuKey = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    connect(applicationMenuKey, &QShortcut::activated, m_menuButton, [this] {
+        if (m_menuButton->isVisible()) {
+            m_menuButton->showMenu();
+        }
+    });
+}
+
+void KORVENWindow::setContentWidget(QWidget *content)
+{
+    if (content == m_content) {
+        return;
+    }
+    delete m_content;
+    m_content = content;
+    if (content != nullptr) {
+        content->setEnabled(!m_isBlocked);
+        m_layout->addWidget(content);
+        m_edges->raise();
+    }
+}
+
+void KORVENWindow::setApplicationMenu(QMenu *menu)
+{
+    removeAction(m_menuAction);
+    m_menuAction = menu == nullptr ? nullptr : menu->menuAction();
+    m_menuButton->setMenu(menu);
+    m_menuButton->setVisible(menu != nullptr);
+    if (menu != nullptr) {
+        // Its keys are the window's, and not the button's while that has the focus.
+        m_menuButton->removeAction(m_menuAction);
+        addAction(m_menuAction);
+        connect(menu, &QObject::destroyed, m_menuButton, [this, menu] {
+            if (m_menuButton->menu() == menu) { // and not one that has been set since
+                setApplicationMenu(nullptr);
+            }
+        });
+    }
+}
+
+QRect KORVENWindow::constrainFrameRect(const QRect &frame, const QScreen *screen) const
+{
+    if (m_constrainingToScreenSuspended || screen == nullptr) {
+        return frame;
+    }
+    return frameWithin(frame, screen->availableGeometry());
+}
+
+void KORVENWindow::fitMinimumSize()
+{
+    if (minimumSize() != m_fittedMinimum) {
+        return; // another one has been set
+    }
+    const QScreen *const ours = screen();
+    m_fittedMinimum =
+        ours == nullptr ? minWindowSize : minWindowSize.boundedTo(ours->availableSize());
+    setMinimumSize(m_fittedMinimum);
+}
+
+void KORVENWindow::followScreen()
+{
+    disconnect(m_roomChanged);
+    if (const QScreen *ours = screen()) {
+        m_roomChanged =
+            connect(ours, &QScreen::availableGeometryChanged, this, &KORVENWindow::fitMinimumSize);
+    }
+    fitMinimumSize();
+}
+
+void KORVENWindow::setOuterMargin(int margin)
+{
+    if (margin != m_outerMargin) {
+        m_outerMargin = margin;
+        placeParts();
+        update();
+    }
+}
+
+bool KORVENWindow::canBePlaced()
+{
+    return !QGuiApplication::platformName().startsWith(u"wayland"_s);
+}
+
+QRect KORVENWindow::shownRect() const
+{
+    return rect().marginsRemoved(
+        QMargins(m_outerMargin, m_outerMargin, m_outerMargin, m_outerMargin));
+}
+
+bool KORVENWindow::isInTitleBar(QPoint point) const
+{
+    const QRect shown = shownRect();
+    return titleBarRect(shown.size()).contains(point - shown.topLeft());
+}
+
+void KORVENWindow::zoom()
+{
+    if (fillsScreen()) {
+        showNormal();
+    } else {
+        showMaximized();
+    }
+}
+
+QByteArray KORVENWindow::placement() const
+{
+    return WindowPlacement{fillsScreen() ? normalGeometry() : geometry(), isMaximized()}.bytes();
+}
+
+bool KORVENWindow::restorePlacement(const QByteArray &bytes)
+{
+    const std::optional<WindowPlacement> placement = WindowPlacement::fromBytes(bytes);
+    if (!placement) {
+        return false;
+    }
+    QList<QRect> areas;
+    if (const QScreen *primary = QGuiApplication::primaryScreen()) {
+        for (const QScreen *screen : primary->virtualSiblings()) {
+            areas.append(screen->availableGeometry());
+        }
+    }
+    setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
+    setGeometry(frameOnScreens(placement->frame, areas));
+    if (placement->isMaximized) {
+        setWindowState(windowState() | Qt::WindowMaximized);
+    }
+    return true;
+}
+
+bool KORVENWindow::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowUnblocked) {
+        setBlocked(event->type() == QEvent::WindowBlocked);
+    }
+    return QWidget::event(event);
+}
+
+void KORVENWindow::setBlocked(bool isBlocked)
+{
+    // Qt keeps the user's input from a blocked window, but not the actions of assistive technology.
+    m_isBlocked = isBlocked;
+    if (m_content == nullptr) {
+        return;
+    }
+    if (isBlocked) {
+        m_focusBeforeBlocking = focusWidget(); // disabling takes the focus away
+    }
+    m_content->setEnabled(!isBlocked);
+    if (!isBlocked && m_focusBeforeBlocking != nullptr && m_focusBeforeBlocking->isEnabled()) {
+        m_focusBeforeBlocking->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void KORVENWindow::mousePressEvent(QMouseEvent *event)
+{
+    const QPoint place = event->position().toPoint();
+    if (event->button() == Qt::LeftButton && isInTitleBar(place) && !isFullScreen()) {
+        m_pressedTitle = place;
+    } else {
+        event->ignore(); // it begins nothing
+    }
+}
+
+void KORVENWindow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_pressedTitle || !event->buttons().testFlag(Qt::LeftButton)) {
+        return;
+    }
+    const QPoint way = event->position().toPoint() - *m_pressedTitle;
+    if (way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance()) {
+        return; // moving at once would keep the second press of a double click from us
+    }
+    // The desktop has the pointer from here on, and its button's release may never be told here.
+    m_pressedTitle.reset();
+    if (QWindow *handle = windowHandle()) {
+        handle->startSystemMove();
+    }
+}
+
+void KORVENWindow::mouseReleaseEvent(QMouseEvent * /*event*/)
+{
+    m_pressedTitle.reset();
+}
+
+void KORVENWindow::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    m_pressedTitle.reset();
+    if (event->button() == Qt::LeftButton && isInTitleBar(event->position().toPoint())) {
+        zoom();
+    }
+}
+
+void KORVENWindow::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() == QContextMenuEvent::Mouse && isInTitleBar(event->pos())) {
+        m_windowMenu->showAt(event->globalPos(), false);
+    } else {
+        event->ignore();
+    }
+}
+
+void KORVENWindow::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // By now the window has a handle, which stays.
+    connect(windowHandle(), &QWindow::screenChanged, this, &KORVENWindow::followScreen,
+            Qt::UniqueConnection);
+    followScreen();
+}
+
+void KORVENWindow::resizeEvent(QResizeEvent * /*event*/)
+{
+    placeParts();
+}
+
+void KORVENWindow::placeParts()
+{
+    const QRect shown = shownRect();
+    m_layout->setContentsMargins(m_outerMargin, m_outerMargin + titleBarHeight, m_outerMargin,
+                                 m_outerMargin);
+    m_titleView->setGeometry(shown);
+    placeButtons();
+    m_edges->setGeometry(rect());
+}
+
+void KORVENWindow::placeButtons()
+{
+    const QRect shown = shownRect();
+    for (TitleBarButton *button : std::as_const(m_buttons)) {
+        const QRect place = titleBarPartRect(button->part(), shown.width());
+        button->setGeometry(
+            QStyle::visualRect(layoutDirection(), shown, place.translated(shown.topLeft())));
+    }
+}
+
+void KORVENWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::WindowStateChange) {
+        m_pressedTitle.reset();
+        updateShape();
+    }
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        placeButtons();
+    }
+    if (event->type() == QEvent::ActivationChange) {
+        // Only the window is told, and its title bar is what shows it.
+        m_titleView->update();
+        for (TitleBarButton *button : std::as_const(m_buttons)) {
+            button->update();
+        }
+    }
+    QWidget::changeEvent(event);
+}
+
+bool KORVENWindow::roundsCorners() const
+{
+    return m_surface == Surface::composited && !fillsScreen();
+}
+
+void KORVENWindow::updateShape()
+{
+    m_titleView->setCornerRadius(roundsCorners() ? windowCornerRadius : 0.0);
+    m_edges->setRoundsCorners(roundsCorners());
+    m_edges->setVisible(!fillsScreen());
+    update();
+}
+
+void KORVENWindow::paintEvent(QPaintEvent * /*event*/)
+{
+    // The rim takes away what must not be seen of the corners.
+    QPainter painter(this);
+    if (m_outerMargin > 0) {
+        painter.fillRect(rect(), theme::backdrop);
+    }
+    painter.fillRect(shownRect(), QColor::fromRgbF(backgroundGrey, backgroundGrey, backgroundGrey));
+}
+
+} // namespace tessaly

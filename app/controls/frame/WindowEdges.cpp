@@ -1,0 +1,67 @@
+#include "app/controls/frame/WindowEdges.hpp"
+
+#include "app/controls/frame/WindowGeometry.hpp"
+
+#include <QColor>
+#include <QCursor>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRegion>
+#include <QWindow>
+
+namespace tessaly {
+
+WindowEdges::WindowEdges(QWidget *parent) : QWidget(parent)
+{
+    setMouseTracking(true);
+}
+
+void WindowEdges::setRoundsCorners(bool isOn)
+{
+    m_roundsCorners = isOn;
+    update();
+}
+
+void WindowEdges::mousePressEvent(QMouseEvent *event)
+{
+    QWindow *handle = window()->windowHandle();
+    const Qt::Edges edges = edgesAt(event->position().toPoint(), size());
+    if (event->button() == Qt::LeftButton && edges && handle != nullptr) {
+        handle->startSystemResize(edges);
+    }
+    // Also what resizes nothing ends here: the rim is no part of what lies below it.
+    event->accept();
+}
+
+void WindowEdges::mouseMoveEvent(QMouseEvent *event)
+{
+    setCursor(cursorForEdges(edgesAt(event->position().toPoint(), size())));
+}
+
+void WindowEdges::resizeEvent(QResizeEvent * /*event*/)
+{
+    const QRect inside = rect().adjusted(resizeMargin, resizeMargin, -resizeMargin, -resizeMargin);
+    setMask(QRegion(rect()) - QRegion(inside));
+}
+
+void WindowEdges::paintEvent(QPaintEvent * /*event*/)
+{
+    const qreal radius = m_roundsCorners ? windowCornerRadius : 0.0;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_roundsCorners) {
+        QPainterPath corners;
+        corners.addRect(rect());
+        corners.addRoundedRect(rect(), radius, radius); // the rule is odd-even: what lies between
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        painter.fillPath(corners, Qt::black);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    }
+    // A line that sets the window off from dark ones behind it.
+    constexpr int lineAlpha = 110;
+    painter.setPen(QColor(0, 0, 0, lineAlpha));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+}
+
+} // namespace tessaly

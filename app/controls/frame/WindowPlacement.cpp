@@ -1,0 +1,57 @@
+#include "app/controls/frame/WindowPlacement.hpp"
+
+#include <QDataStream>
+#include <QIODevice>
+
+#include <cstdint>
+
+namespace tessaly {
+
+namespace {
+
+// The last digit is the version of what follows.
+constexpr std::uint32_t signature = 0x5457'5001;
+
+// Far above all screens, and far below where sums of coordinates would overflow.
+constexpr std::int32_t maxLength = 1'000'000;
+
+bool isConceivable(std::int32_t place)
+{
+    return place >= -maxLength && place <= maxLength;
+}
+
+} // namespace
+
+QByteArray WindowPlacement::bytes() const
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_6_4);
+    stream << signature << std::int32_t{frame.x()} << std::int32_t{frame.y()}
+           << std::int32_t{frame.width()} << std::int32_t{frame.height()} << isMaximized;
+    return bytes;
+}
+
+std::optional<WindowPlacement> WindowPlacement::fromBytes(const QByteArray &bytes)
+{
+    QDataStream stream(bytes);
+    stream.setVersion(QDataStream::Qt_6_4);
+    std::uint32_t found = 0;
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    bool isMaximized = false;
+    stream >> found >> x >> y >> width >> height >> isMaximized;
+    if (stream.status() != QDataStream::Ok || !stream.atEnd() || found != signature) {
+        return {};
+    }
+    const bool isFrame = isConceivable(x) && isConceivable(y) && isConceivable(width) &&
+                         isConceivable(height) && width > 0 && height > 0;
+    if (!isFrame) {
+        return {};
+    }
+    return WindowPlacement{{x, y, width, height}, isMaximized};
+}
+
+} // namespace tessaly

@@ -1,0 +1,48 @@
+#include "app/controls/tables/ClickableView.hpp"
+
+#include <QMouseEvent>
+
+#include <utility>
+
+namespace tessaly {
+
+ClickableView::ClickableView(QWidget *parent) : QWidget(parent) {}
+
+void ClickableView::setClickable(bool isClickable)
+{
+    m_isClickable = isClickable;
+    setCursor(isClickable ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+void ClickableView::mousePressEvent(QMouseEvent *event)
+{
+    m_isPressed = m_isClickable && event->button() == Qt::LeftButton &&
+                  clickableRect().contains(event->position().toPoint());
+    m_tookLastPress = m_isPressed;
+    event->ignore(); // the row is selected as well
+}
+
+void ClickableView::mouseReleaseEvent(QMouseEvent *event)
+{
+    event->ignore();
+    if (std::exchange(m_isPressed, false) && event->button() == Qt::LeftButton &&
+        rect().contains(event->position().toPoint())) {
+        m_isClickUnderWay = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (std::exchange(m_isClickUnderWay, false)) {
+                    Q_EMIT clicked();
+                }
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void ClickableView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // The first of its two clicks has done what there is to do, if it was one on this.
+    event->setAccepted(std::exchange(m_tookLastPress, false));
+}
+
+} // namespace tessaly

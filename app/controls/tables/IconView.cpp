@@ -1,0 +1,38 @@
+#include "app/controls/tables/IconView.hpp"
+
+#include "app/controls/theme/IconDrawing.hpp"
+
+#include <QPainter>
+
+namespace tessaly {
+
+IconView::IconView(QWidget *parent) : ClickableView(parent)
+{
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+}
+
+void IconView::setImage(const QIcon &image, const QString &name)
+{
+    forgetPress();
+    if (!name.isEmpty() && name == m_imageName) {
+        return;
+    }
+    m_image = image;
+    m_imageName = name;
+    update();
+}
+
+void IconView::setImageSize(QSize size)
+{
+    m_imageSize = size;
+    updateGeometry();
+    update();
+}
+
+void IconView::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    drawIcon(painter, m_image, m_imageSize, rect());
+}
+
+} // namespace tessaly

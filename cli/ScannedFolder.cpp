@@ -1,0 +1,28 @@
+#include "cli/ScannedFolder.hpp"
+
+#include "engine/scan/LUMThreadedScanner.hpp"
+#include "engine/scan/OpenedFolder.hpp"
+#include "engine/tree/PrintableText.hpp"
+
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+
+namespace tessaly {
+
+std::shared_ptr<ScanTree> scannedFolder(const std::string &path)
+{
+    // errno is 0 for a kernel file system, which is an empty folder to us.
+    errno = 0;
+    if (const OpenedFolder folder = openFolderPath(path);
+        !folder.descriptor.isOpen() && errno != 0) {
+        throw std::runtime_error("cannot list " + printableText(path) + ": " +
+                                 std::generic_category().message(errno));
+    }
+    LUMThreadedScanner scanner;
+    scanner.scanRootFolder(path);
+    scanner.waitUntilFinished();
+    return scanner.tree();
+}
+
+} // namespace tessaly

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "engine/tree/ScanTree.hpp"
+
+#include <memory>
+#include <string>
+
+namespace tessaly {
+
+/// Scans a folder to the end. For tools that must not take a folder that cannot be listed for an
+/// empty one: throws std::runtime_error, whose text is a line that says why, when it cannot.
+[[nodiscard]] std::shared_ptr<ScanTree> scannedFolder(const std::string &path);
+
+} // namespace tessaly

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "engine/archive/ScanFileReader.hpp"
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace tessaly {
+
+/// Prints a tree for comparison, one line a node in preorder, tab separated: depth; "C" (folder) or
+/// "F" (file); the node's own size, "-" when a file does not say it; the parent ("P" the enclosing
+/// folder, "0" none, "-" not said, "x" another); the name as a JSON string of its archived text,
+/// "-" when there is none. `details` is what a scan file said beyond the tree.
+void dumpTree(std::ostream &out, const LUMFileContainer &root, const ScanFileDetails &details = {});
+
+/// A JSON string, quoted, of ASCII characters only.
+[[nodiscard]] std::string jsonString(std::u16string_view text);
+
+} // namespace tessaly

@@ -1,0 +1,35 @@
+// archive_tree FOLDER FILE  scans FOLDER and writes the tree to FILE as a scan file
+//
+// What cannot be done is told in one line on standard error, with exit status 1; FILE is then as it
+// was before.
+
+#include "cli/ScannedFolder.hpp"
+#include "engine/archive/AtomicFile.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+
+#include <exception>
+#include <filesystem>
+#include <iostream>
+
+int main(int argumentCount, char **arguments)
+{
+    if (argumentCount != 3) {
+        std::cerr << "usage: archive_tree FOLDER FILE\n";
+        return 2;
+    }
+    try {
+        const std::filesystem::path file = arguments[2];
+        tessaly::AtomicFile::removeLeftovers(file.has_parent_path() ? file.parent_path().native()
+                                                                    : ".");
+        const auto tree = tessaly::scannedFolder(arguments[1]);
+        const auto written = tessaly::writeScanFile(tree->root(), file.native());
+        if (!written) {
+            std::cerr << written.error().text() << '\n';
+            return 1;
+        }
+        return 0;
+    } catch (const std::exception &failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,68 @@
+#include "engine/archive/ArchivePlaces.hpp"
+
+#include "engine/archive/ArchiveError.hpp"
+#include "engine/archive/ArchiveFrame.hpp"
+
+#include <limits>
+
+namespace tessaly {
+
+ArchivePlaces::OfNode ArchivePlaces::file(const LUMFileItem &item)
+{
+    OfNode places = nodeAndValues(item);
+    places.addsItemClass = takeIfNew(m_itemClass);
+    return places;
+}
+
+ArchivePlaces::OfNode ArchivePlaces::enter(const LUMFileContainer &folder)
+{
+    OfNode places = nodeAndValues(folder);
+    places.subitems = take();
+    return places;
+}
+
+bool ArchivePlaces::leave()
+{
+    const bool isFirst = takeIfNew(m_arrayClass);
+    takeIfNew(m_containerClass);
+    return isFirst;
+}
+
+ArchivePlaces::OfNode ArchivePlaces::nodeAndValues(const LUMFileItem &node)
+{
+    OfNode places;
+    places.node = take();
+    if (node.hasItemName()) {
+        places.name = take();
+        // A plain "$null" would read as no name.
+        places.wrapsName = node.itemName() == ArchiveFrame::nullMarker;
+        places.addsStringClass = places.wrapsName && takeIfNew(m_stringClass);
+    }
+    // Folders are of size 0: all zeros share one object.
+    places.addsSize = node.itemSize() != 0 || m_zero == 0;
+    places.size = places.addsSize ? take() : m_zero;
+    if (node.itemSize() == 0) {
+        m_zero = places.size;
+    }
+    return places;
+}
+
+ArchivePlaces::Uid ArchivePlaces::take()
+{
+    if (m_next == std::numeric_limits<Uid>::max()) {
+        throw ArchiveFailure(ArchiveError::Kind::unsupported,
+                             "the scan has too many items for a scan file");
+    }
+    return m_next++;
+}
+
+bool ArchivePlaces::takeIfNew(Uid &place)
+{
+    if (place != 0) {
+        return false;
+    }
+    place = take();
+    return true;
+}
+
+} // namespace tessaly

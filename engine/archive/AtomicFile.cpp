@@ -1,0 +1,209 @@
+#include "engine/archive/AtomicFile.hpp"
+
+#include "engine/tree/PrintableText.hpp"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+using Kind = ArchiveError::Kind;
+
+// Short, so that it fits wherever the target's own name does.
+constexpr std::string_view temporaryPrefix = ".tessaly-";
+constexpr std::string_view temporarySuffix = ".tmp";
+constexpr std::size_t temporaryDigits = 16;
+constexpr std::string_view digits = "0123456789abcdef";
+constexpr int nameAttempts = 100;
+
+std::string temporaryName()
+{
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, GRND_NONBLOCK) != sizeof number) {
+        // Nothing hangs on it: a name that is taken is only tried again.
+        number =
+            static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+    }
+    std::string name(temporaryPrefix);
+    for (std::size_t i = 0; i < temporaryDigits; ++i, number >>= 4U) {
+        name += digits[number & 0xFU];
+    }
+    name += temporarySuffix;
+    return name;
+}
+
+bool isTemporaryName(std::string_view name)
+{
+    return name.size() == temporaryPrefix.size() + temporaryDigits + temporarySuffix.size() &&
+           name.starts_with(temporaryPrefix) && name.ends_with(temporarySuffix) &&
+           name.find_first_not_of(digits, temporaryPrefix.size()) ==
+               name.size() - temporarySuffix.size();
+}
+
+std::string folderOf(const std::string &path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+std::string inFolder(const std::string &folder, const std::string &name)
+{
+    return folder.ends_with('/') ? folder + name : folder + '/' + name;
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(std::string path, FileCalls &calls)
+    : m_path(std::move(path)), m_folder(folderOf(m_path)), m_calls(calls)
+{
+}
+
+AtomicFile::~AtomicFile()
+{
+    discard();
+}
+
+Result<Done, ArchiveError> AtomicFile::open()
+{
+    struct stat target = {};
+    if (m_calls.lstat(m_path.c_str(), &target) == 0 && !S_ISREG(target.st_mode) &&
+        !S_ISLNK(target.st_mode)) {
+        return ArchiveError{Kind::unwritable,
+                            "cannot replace " + printableText(m_path) + ": not a regular file",
+                            {}};
+    }
+    for (int attempt = 0; attempt < nameAttempts; ++attempt) {
+        std::string name = inFolder(m_folder, temporaryName());
+        m_descriptor = retried([&] {
+            return m_calls.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        });
+        if (m_descriptor < 0) {
+            if (errno == EEXIST) {
+                continue;
+            }
+            return failure("cannot write in the folder of", errno);
+        }
+        m_temporary = std::move(name);
+        if (lockNewFile()) {
+            return Done{};
+        }
+        discard();
+    }
+    return failure("cannot find a temporary name beside", EEXIST);
+}
+
+/// Marks the new file as one that is being written. False when removeLeftovers() of another process
+/// was quicker and took it for a leftover.
+bool AtomicFile::lockNewFile()
+{
+    if (retried([&] { return m_calls.flock(m_descriptor, LOCK_EX | LOCK_NB); }) != 0 &&
+        errno == EWOULDBLOCK) {
+        return false;
+    }
+    // A file system without locks is no reason to fail: the lock only protects from the sweep.
+    struct stat status = {};
+    return m_calls.fstat(m_descriptor, &status) != 0 || status.st_nlink > 0;
+}
+
+Result<Done, ArchiveError> AtomicFile::write(std::span<const std::byte> bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t count =
+            retried([&] { return m_calls.write(m_descriptor, bytes.data(), bytes.size()); });
+        if (count <= 0) { // no file takes nothing for ever; a broken file system might
+            return failure("cannot write", count < 0 ? errno : EIO);
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+    return Done{};
+}
+
+Result<Done, ArchiveError> AtomicFile::commit()
+{
+    if (retried([&] { return m_calls.fsync(m_descriptor); }) != 0) {
+        const int errorNumber = errno;
+        discard();
+        return failure("cannot write", errorNumber);
+    }
+    if (m_calls.rename(m_temporary.c_str(), m_path.c_str()) != 0) {
+        const int errorNumber = errno;
+        discard();
+        return failure("cannot replace", errorNumber);
+    }
+    m_temporary.clear();
+    // Nothing is left to be reported here: the content is on disk already.
+    m_calls.close(std::exchange(m_descriptor, -1));
+    return flushFolder();
+}
+
+Result<Done, ArchiveError> AtomicFile::flushFolder()
+{
+    const int folder = retried(
+        [&] { return m_calls.open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0); });
+    if (folder < 0) {
+        // A folder that may be written in but not listed cannot be flushed by us.
+        return errno == EACCES ? Result<Done, ArchiveError>(Done{})
+                               : failure("cannot flush the folder of", errno);
+    }
+    const int answer = retried([&] { return m_calls.fsync(folder); });
+    const int errorNumber = errno;
+    m_calls.close(folder);
+    // Some file systems do not know the flushing of folders.
+    if (answer != 0 && errorNumber != EINVAL && errorNumber != EROFS) {
+        return failure("cannot flush the folder of", errorNumber);
+    }
+    return Done{};
+}
+
+void AtomicFile::discard() noexcept
+{
+    if (!m_temporary.empty()) {
+        m_calls.unlink(m_temporary.c_str());
+        m_temporary.clear();
+    }
+    if (m_descriptor >= 0) {
+        m_calls.close(std::exchange(m_descriptor, -1));
+    }
+}
+
+ArchiveError AtomicFile::failure(const std::string &what, int errorNumber) const
+{
+    return systemError(Kind::unwritable, what + ' ' + printableText(m_path), errorNumber);
+}
+
+void AtomicFile::removeLeftovers(const std::string &folder, FileCalls &calls)
+{
+    std::error_code unreadable; // a folder that is not there has no leftovers
+    std::filesystem::directory_iterator entry(folder, unreadable);
+    for (; entry != std::filesystem::directory_iterator(); entry.increment(unreadable)) {
+        const std::string name = entry->path().filename().native();
+        if (!isTemporaryName(name)) {
+            continue;
+        }
+        const std::string path = inFolder(folder, name);
+        const int descriptor =
+            calls.open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0);
+        if (descriptor < 0) {
+            continue;
+        }
+        // While its writer lives the file is locked. Once it has been renamed this name is gone.
+        if (calls.flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+            calls.unlink(path.c_str());
+        }
+        calls.close(descriptor);
+    }
+}
+
+} // namespace tessaly

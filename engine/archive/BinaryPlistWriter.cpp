@@ -1,0 +1,89 @@
+#include "engine/archive/BinaryPlistWriter.hpp"
+
+#include "engine/tree/EscapedName.hpp"
+
+#include <algorithm>
+#include <string>
+
+namespace tessaly {
+
+BinaryPlistWriter::BinaryPlistWriter(ByteSink &sink, unsigned referenceWidth)
+    : m_sink(sink), m_referenceWidth(referenceWidth),
+      m_buffer(std::make_unique_for_overwrite<std::byte[]>(bufferSize))
+{
+    constexpr std::string_view header = "bplist00";
+    copy(std::as_bytes(std::span(header)));
+}
+
+void BinaryPlistWriter::name(std::string_view name)
+{
+    if (isAscii(name)) {
+        counted(0x50, name.size());
+        copy(std::as_bytes(std::span(name)));
+        return;
+    }
+    const std::u16string text = escapedName(name);
+    counted(0x60, text.size());
+    for (const char16_t unit : text) {
+        bigEndian(unit, 2);
+    }
+}
+
+void BinaryPlistWriter::integer(std::uint64_t number)
+{
+    if ((number >> 63U) != 0) {
+        bigEndian(0x14, 1);
+        bigEndian(0, 8);
+        bigEndian(number, 8);
+        return;
+    }
+    const unsigned width = widthFor(number);
+    bigEndian(0x10U | static_cast<unsigned>(std::countr_zero(width)), 1);
+    bigEndian(number, width);
+}
+
+void BinaryPlistWriter::signedInteger(std::int64_t number)
+{
+    if (number < 0) {
+        eightBytes(0x13, static_cast<std::uint64_t>(number));
+    } else {
+        integer(static_cast<std::uint64_t>(number));
+    }
+}
+
+void BinaryPlistWriter::finish(std::uint64_t objectCount, std::uint64_t topObject,
+                               std::uint64_t tableOffset, unsigned offsetWidth)
+{
+    bigEndian(0, 6); // unused, and a version of 0
+    bigEndian(offsetWidth, 1);
+    bigEndian(m_referenceWidth, 1);
+    bigEndian(objectCount, 8);
+    bigEndian(topObject, 8);
+    bigEndian(tableOffset, 8);
+    flush();
+}
+
+void BinaryPlistWriter::copy(std::span<const std::byte> bytes)
+{
+    while (!bytes.empty()) {
+        if (m_used == bufferSize) {
+            flush();
+        }
+        const std::size_t count = std::min(bytes.size(), bufferSize - m_used);
+        std::memcpy(m_buffer.get() + m_used, bytes.data(), count);
+        m_used += count;
+        bytes = bytes.subspan(count);
+    }
+}
+
+void BinaryPlistWriter::flush()
+{
+    const auto written = m_sink.write(std::span(m_buffer.get(), m_used));
+    if (!written) {
+        throw ArchiveFailure(written.error());
+    }
+    m_flushed += m_used;
+    m_used = 0;
+}
+
+} // namespace tessaly

@@ -1,0 +1,82 @@
+#include "engine/archive/FileCalls.hpp"
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessaly {
+
+FileCalls &FileCalls::system() noexcept
+{
+    static FileCalls calls;
+    return calls;
+}
+
+int FileCalls::open(const char *path, int flags, mode_t mode)
+{
+    return ::open(path, flags, mode);
+}
+
+ssize_t FileCalls::read(int descriptor, void *bytes, std::size_t count)
+{
+    return ::read(descriptor, bytes, count);
+}
+
+ssize_t FileCalls::write(int descriptor, const void *bytes, std::size_t count)
+{
+    return ::write(descriptor, bytes, count);
+}
+
+int FileCalls::fsync(int descriptor)
+{
+    return ::fsync(descriptor);
+}
+
+int FileCalls::flock(int descriptor, int operation)
+{
+    return ::flock(descriptor, operation);
+}
+
+int FileCalls::fstat(int descriptor, struct stat *status)
+{
+    return ::fstat(descriptor, status);
+}
+
+int FileCalls::lstat(const char *path, struct stat *status)
+{
+    return ::lstat(path, status);
+}
+
+int FileCalls::rename(const char *from, const char *to)
+{
+    return ::rename(from, to);
+}
+
+int FileCalls::renameToFree(const char *from, const char *to)
+{
+    const int answer = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+    if (answer == 0 || (errno != EINVAL && errno != ENOSYS)) {
+        return answer;
+    }
+    struct stat status = {};
+    if (::lstat(to, &status) == 0) {
+        errno = EEXIST;
+        return -1;
+    }
+    return errno == ENOENT ? ::rename(from, to) : -1;
+}
+
+int FileCalls::unlink(const char *path)
+{
+    return ::unlink(path);
+}
+
+int FileCalls::close(int descriptor)
+{
+    return ::close(descriptor);
+}
+
+} // namespace tessaly

@@ -1,0 +1,47 @@
+#include "engine/archive/FileCreationDate.hpp"
+
+#include <cerrno>
+#include <chrono>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+Timestamp timestampOf(const statx_timestamp &time)
+{
+    using namespace std::chrono;
+    const sys_seconds reference = sys_days{2001y / January / 1};
+    const seconds sinceReference = seconds(time.tv_sec) - reference.time_since_epoch();
+    constexpr double nanosecondsOfSecond = 1e9;
+    return {static_cast<double>(sinceReference.count()) + time.tv_nsec / nanosecondsOfSecond};
+}
+
+} // namespace
+
+std::optional<Timestamp> creationDateOf(const struct statx &file)
+{
+    if (!S_ISREG(file.stx_mode)) {
+        return std::nullopt;
+    }
+    // Some file systems say that they know it, and answer 0.
+    if ((file.stx_mask & STATX_BTIME) != 0 && file.stx_btime.tv_sec != 0) {
+        return timestampOf(file.stx_btime);
+    }
+    return timestampOf(file.stx_mtime);
+}
+
+std::optional<Timestamp> fileCreationDate(const std::string &path)
+{
+    struct statx file = {};
+    int answer = -1;
+    do {
+        answer = statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT,
+                       STATX_TYPE | STATX_MTIME | STATX_BTIME, &file);
+    } while (answer != 0 && errno == EINTR);
+    return answer == 0 ? creationDateOf(file) : std::nullopt;
+}
+
+} // namespace tessaly

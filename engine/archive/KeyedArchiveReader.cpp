@@ -1,0 +1,350 @@
+#include "engine/archive/KeyedArchiveReader.hpp"
+
+#include "engine/tree/EscapedName.hpp"
+#include "engine/tree/PrintableText.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+using Kind = ArchiveError::Kind;
+
+constexpr std::uint64_t archiveVersion = 100000;
+
+enum WrapperKey : std::size_t { classKey, elementsKey, stringKey, timeKey };
+enum WrapperClass : std::size_t {
+    arrayClass,
+    mutableArrayClass,
+    stringClass,
+    mutableStringClass,
+    dateClass,
+};
+
+std::string quoted(std::string_view text)
+{
+    return '"' + std::string(text) + '"';
+}
+
+} // namespace
+
+KeyedArchiveReader::KeyedArchiveReader(std::span<const std::byte> file)
+    : m_plist(file), m_budget(file.size()), m_textBudget(textFactor * file.size())
+{
+    const Object top = m_plist.object(m_plist.topObject());
+    if (top.type != Type::dictionary) {
+        throw ArchiveFailure(Kind::notAnArchive, "a property list, but not an archive",
+                             m_plist.offsetOf(top));
+    }
+    const std::optional<Reference> archiver = find(top, "$archiver");
+    if (!archiver || !m_plist.isString(m_plist.object(*archiver), "NSKeyedArchiver")) {
+        throw ArchiveFailure(Kind::notAnArchive, "a property list, but not a keyed archive");
+    }
+    const Object version = require(top, "$version", Type::integer);
+    const BinaryPlistReader::Integer number = m_plist.integer(version);
+    if (number.negative || number.bits != archiveVersion) {
+        fail(Kind::unsupported, "a keyed archive of another version", version);
+    }
+    m_objects = require(top, "$objects", Type::array);
+    const Object roots = require(top, "$top", Type::dictionary);
+    const std::optional<Reference> root = find(roots, "root");
+    if (!root) {
+        fail(Kind::damaged, "\"$top\" has no root", roots);
+    }
+    m_root = uid(*root, "the root");
+}
+
+KeyedArchiveReader::Object KeyedArchiveReader::inlineObject(Reference value) const
+{
+    const Object object = m_plist.object(value);
+    return isNullMarker(object) ? Object{} : object;
+}
+
+/// Of an instance too large to be worth remembering, or of what is none.
+KeyedArchiveReader::Fields KeyedArchiveReader::unusualFields(const Object &instance,
+                                                             NameMatcher &keys) const
+{
+    if (instance.type != Type::dictionary || instance.count >= Fields::missing) {
+        fail(Kind::damaged, "an instance is not a dictionary", instance);
+    }
+    spend(instance.count);
+    return {m_plist, instance, positions(instance, keys)};
+}
+
+KeyedArchiveReader::Fields::Positions KeyedArchiveReader::positions(const Object &instance,
+                                                                    NameMatcher &keys) const
+{
+    Fields::Positions positions;
+    positions.fill(Fields::missing);
+    for (std::uint32_t i = 0; i < instance.count; ++i) {
+        const std::size_t index = keyIndex(m_plist.key(instance, i), keys);
+        if (index != keys.none() && positions[index] == Fields::missing) {
+            positions[index] = i;
+        }
+    }
+    return positions;
+}
+
+/// Which of the names a key is.
+std::size_t KeyedArchiveReader::keyIndex(Reference key, NameMatcher &keys) const
+{
+    NameMatcher::Answer &answer = keys.recent(key);
+    if (!answer.answers(key)) {
+        answer = {key, matchName(m_plist.object(key), keys)};
+    }
+    return answer.index;
+}
+
+std::size_t KeyedArchiveReader::classIndexOf(Uid classUid, NameMatcher &classes) const
+{
+    NameMatcher::Answer &answer = classes.recent(classUid);
+    if (answer.answers(classUid)) {
+        return answer.index;
+    }
+
+    const Object description = classDescription(classUid);
+    const std::optional<Reference> name = find(description, "$classname");
+    if (!name || !isString(m_plist.object(*name).type)) {
+        fail(Kind::damaged, "a class without a name", description);
+    }
+    std::size_t index = matchName(m_plist.object(*name), classes);
+    if (const std::optional<Reference> chain = find(description, "$classes");
+        chain && index == classes.none()) {
+        const Object names = m_plist.object(*chain);
+        if (names.type == Type::array) {
+            spend(names.count);
+            for (std::uint64_t i = 0; i < names.count && index == classes.none(); ++i) {
+                index = matchName(m_plist.object(m_plist.element(names, i)), classes);
+            }
+        }
+    }
+    answer = {classUid, index};
+    return index;
+}
+
+std::string KeyedArchiveReader::className(Reference classValue) const
+{
+    constexpr std::size_t longest = 100; // of a name that has no business being longer
+    const Object name = m_plist.object(
+        find(classDescription(uid(classValue, "\"$class\"")), "$classname").value_or(0));
+    return isString(name.type) ? printableText(this->name(name).substr(0, longest)) : "";
+}
+
+KeyedArchiveReader::Object KeyedArchiveReader::classDescription(Uid classUid) const
+{
+    const Object description = object(classUid);
+    if (description.type != Type::dictionary) {
+        fail(Kind::damaged, "\"$class\" does not describe a class", description);
+    }
+    return description;
+}
+
+std::optional<KeyedArchiveReader::Object> KeyedArchiveReader::array(Reference value,
+                                                                    std::string_view what) const
+{
+    const Object instance = resolved(value);
+    if (instance.type == Type::null) {
+        return std::nullopt;
+    }
+    return elementsOf(instance, what);
+}
+
+KeyedArchiveReader::Object KeyedArchiveReader::rootArray() const
+{
+    return elementsOf(object(m_root), "the root");
+}
+
+KeyedArchiveReader::Object KeyedArchiveReader::elementsOf(const Object &instance,
+                                                          std::string_view what) const
+{
+    if (instance.type != Type::dictionary) {
+        fail(Kind::damaged, std::string(what) + " is not an array", instance);
+    }
+    const Fields wrapper = fields(instance, m_wrapperKeys);
+    const std::optional<Reference> classValue = wrapper[classKey];
+    const std::size_t index =
+        classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
+    if (index != arrayClass && index != mutableArrayClass) {
+        fail(Kind::damaged, std::string(what) + " is not an array", instance);
+    }
+    const std::optional<Reference> elements = wrapper[elementsKey];
+    const Object list = elements ? m_plist.object(*elements) : Object{};
+    if (list.type != Type::array) {
+        fail(Kind::damaged, std::string(what) + " has no \"NS.objects\"", instance);
+    }
+    return list;
+}
+
+KeyedArchiveReader::Object KeyedArchiveReader::unwrapped(const Object &wrapper,
+                                                         std::string_view what) const
+{
+    if (wrapper.type == Type::dictionary) {
+        const Fields fields = this->fields(wrapper, m_wrapperKeys);
+        const std::optional<Reference> classValue = fields[classKey];
+        const std::size_t index =
+            classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
+        if ((index == stringClass || index == mutableStringClass) && fields[stringKey]) {
+            const Object string = m_plist.object(*fields[stringKey]);
+            if (isString(string.type)) {
+                return string;
+            }
+        }
+    }
+    fail(Kind::damaged, std::string(what) + " is not a string", wrapper);
+}
+
+std::string KeyedArchiveReader::name(const Object &string) const
+{
+    spendText(string);
+    if (string.type == Type::utf16String) {
+        return nameFromEscaped(m_plist.utf16(string));
+    }
+    checkAscii(string);
+    return std::string(m_plist.bytes(string));
+}
+
+std::u16string KeyedArchiveReader::text(const Object &string) const
+{
+    spendText(string);
+    if (string.type == Type::utf16String) {
+        return m_plist.utf16(string);
+    }
+    checkAscii(string);
+    const std::string_view ascii = m_plist.bytes(string);
+    return {ascii.begin(), ascii.end()};
+}
+
+std::optional<std::uint64_t> KeyedArchiveReader::unsignedNumber(Reference value,
+                                                                std::string_view what) const
+{
+    const Object object = resolved(value);
+    switch (object.type) {
+    case Type::null:
+        return std::nullopt;
+    case Type::integer: {
+        const BinaryPlistReader::Integer number = m_plist.integer(object);
+        if (number.negative) {
+            fail(Kind::damaged, std::string(what) + " is negative", object);
+        }
+        return number.bits;
+    }
+    case Type::real: {
+        const double number = m_plist.real(object);
+        if (!(number >= 0 && number < 0x1p64)) {
+            fail(Kind::damaged, std::string(what) + " is out of range", object);
+        }
+        return static_cast<std::uint64_t>(number);
+    }
+    default:
+        fail(Kind::damaged, std::string(what) + " is not a number", object);
+    }
+}
+
+std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view what) const
+{
+    Object object = resolved(value);
+    if (object.type == Type::null) {
+        return std::nullopt;
+    }
+    if (object.type == Type::dictionary) {
+        const Fields wrapper = fields(object, m_wrapperKeys);
+        const std::optional<Reference> classValue = wrapper[classKey];
+        if (classValue && classIndex(*classValue, m_wrapperClasses) == dateClass &&
+            wrapper[timeKey]) {
+            object = resolved(*wrapper[timeKey]);
+            if (object.type == Type::integer) {
+                const BinaryPlistReader::Integer seconds = m_plist.integer(object);
+                return seconds.negative
+                           ? static_cast<double>(static_cast<std::int64_t>(seconds.bits))
+                           : static_cast<double>(seconds.bits);
+            }
+            object.type = object.type == Type::real ? Type::date : object.type;
+        }
+    }
+    if (object.type != Type::date) {
+        fail(Kind::damaged, std::string(what) + " is not a date", object);
+    }
+    const double seconds = m_plist.real(object);
+    if (!std::isfinite(seconds)) {
+        fail(Kind::damaged, std::string(what) + " is not a point in time", object);
+    }
+    return seconds;
+}
+
+std::optional<KeyedArchiveReader::Reference> KeyedArchiveReader::find(const Object &dictionary,
+                                                                      std::string_view key) const
+{
+    spend(dictionary.count);
+    for (std::uint64_t i = 0; i < dictionary.count; ++i) {
+        if (m_plist.isString(m_plist.object(m_plist.key(dictionary, i)), key)) {
+            return m_plist.value(dictionary, i);
+        }
+    }
+    return std::nullopt;
+}
+
+KeyedArchiveReader::Object KeyedArchiveReader::require(const Object &dictionary,
+                                                       std::string_view key, Type type) const
+{
+    const std::optional<Reference> value = find(dictionary, key);
+    if (!value) {
+        fail(Kind::damaged, "there is no " + quoted(key), dictionary);
+    }
+    const Object object = m_plist.object(*value);
+    if (object.type != type) {
+        fail(Kind::damaged, quoted(key) + " is of the wrong type", object);
+    }
+    return object;
+}
+
+std::size_t KeyedArchiveReader::matchName(const Object &string, const NameMatcher &names) const
+{
+    std::size_t i = 0;
+    while (i < names.m_names.size() && !m_plist.isString(string, names.m_names[i])) {
+        ++i;
+    }
+    return i;
+}
+
+void KeyedArchiveReader::checkAscii(const Object &string) const
+{
+    if (!isAscii(m_plist.bytes(string))) {
+        fail(Kind::damaged, "an ASCII string with bytes that are not", string);
+    }
+}
+
+void KeyedArchiveReader::failUid(std::uint64_t number)
+{
+    throw ArchiveFailure(Kind::damaged,
+                         "UID " + std::to_string(number) + " is referred to but does not exist");
+}
+
+void KeyedArchiveReader::failNoUid(Reference value, std::string_view what) const
+{
+    fail(Kind::damaged, std::string(what) + " is not a UID", m_plist.object(value));
+}
+
+void KeyedArchiveReader::spendText(const Object &string) const
+{
+    if (string.count > m_textBudget) {
+        fail(Kind::damaged, "the archive's texts are shared beyond measure", string);
+    }
+    m_textBudget -= string.count;
+}
+
+void KeyedArchiveReader::failBudget()
+{
+    throw ArchiveFailure(Kind::damaged, "the archive's objects overlap");
+}
+
+void KeyedArchiveReader::fail(ArchiveError::Kind kind, std::string message, const Object &at) const
+{
+    const std::uint64_t offset = m_plist.offsetOf(at);
+    throw ArchiveFailure(kind, std::move(message),
+                         offset == 0 ? std::nullopt : std::optional(offset));
+}
+
+} // namespace tessaly

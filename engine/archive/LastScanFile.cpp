@@ -1,0 +1,75 @@
+#include "engine/archive/LastScanFile.hpp"
+
+#include "engine/archive/ScanFileReader.hpp"
+#include "engine/archive/ScanFileWriter.hpp"
+#include "engine/archive/SetAsideFile.hpp"
+
+#include <cerrno>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+/// Whether the file holds a scan that found something. Reads the whole file.
+bool holdsWorth(const std::string &path)
+{
+    const auto tree = readScanFile(path);
+    return tree && !tree.value()->root().subitems().empty();
+}
+
+} // namespace
+
+LastScanFile::LastScanFile(std::string path, FileCalls &calls)
+    : m_path(std::move(path)), m_keptPath(m_path + ".kept"), m_calls(calls)
+{
+}
+
+Result<Done, ArchiveError> LastScanFile::replace(const LUMFileContainer &root, Former former)
+{
+    if (former == Former::kept) {
+        const auto kept = keepFormer();
+        return kept ? replaceDeleting(root) : kept;
+    }
+    auto written = replaceDeleting(root);
+    if (written) {
+        m_calls.unlink(m_keptPath.c_str());
+    }
+    return written;
+}
+
+Result<Done, ArchiveError> LastScanFile::replaceDeleting(const LUMFileContainer &root)
+{
+    SetAsideFile former(m_path, m_calls);
+    auto written = writeScanFile(root, m_path, m_calls);
+    if (!written) {
+        former.discard(); // the disk may not have room for both
+        written = writeScanFile(root, m_path, m_calls);
+    }
+    return written;
+}
+
+Result<Done, ArchiveError> LastScanFile::keepFormer()
+{
+    struct stat status = {};
+    if (m_calls.lstat(m_path.c_str(), &status) != 0 || S_ISDIR(status.st_mode) ||
+        m_calls.renameToFree(m_path.c_str(), m_keptPath.c_str()) == 0) {
+        return Done{};
+    }
+    // Where one is kept already, the file in its place is usually of a scan that found nothing. But
+    // a process that was killed after it had written a scan of worth leaves an older one kept.
+    if (holdsWorth(m_path) && m_calls.rename(m_path.c_str(), m_keptPath.c_str()) != 0) {
+        return systemError(ArchiveError::Kind::unwritable, "cannot keep " + m_path, errno);
+    }
+    return Done{};
+}
+
+void LastScanFile::putBack()
+{
+    SetAsideFile::putBack(m_path, m_calls);
+    (void)m_calls.renameToFree(m_keptPath.c_str(), m_path.c_str());
+}
+
+} // namespace tessaly

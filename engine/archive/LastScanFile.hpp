@@ -1,0 +1,51 @@
+#pragma once
+
+#include "engine/archive/ArchiveError.hpp"
+#include "engine/archive/FileCalls.hpp"
+#include "engine/archive/Result.hpp"
+#include "engine/tree/LUMFileContainer.hpp"
+
+#include <cstdint>
+#include <string>
+
+namespace tessaly {
+
+/// The scan file that every completed scan of a folder replaces.
+///
+/// The former file is deleted first, so that its date is the new scan's; but see SetAsideFile for
+/// how it survives a kill on the way. A scan that could not even open its folder says nothing about
+/// what the former one had found: that file is then kept beside, with ".kept" added to its name,
+/// until a scan of more worth replaces both. Of two scans that found something the newer is kept;
+/// where it cannot be, nothing replaces it.
+///
+/// Paths:   bytes as the system takes them.
+/// Threads: one at a time.
+class LastScanFile final {
+public:
+    /// What becomes of the file that is there.
+    enum class Former : std::uint8_t { deleted, kept };
+
+    /// `calls` must outlive this.
+    explicit LastScanFile(std::string path, FileCalls &calls = FileCalls::system());
+
+    /// Writes the tree in the place of the former file. After a failure there is no file at the
+    /// path, unless it is one of worth that was to be kept and could not be moved; a former one
+    /// that was kept comes back by putBack().
+    [[nodiscard]] Result<Done, ArchiveError> replace(const LUMFileContainer &root, Former former);
+
+    /// Brings back the former file where a program that was killed, or failed to write, left none.
+    /// To be called before the file is read for the first time.
+    void putBack();
+
+    [[nodiscard]] const std::string &path() const noexcept { return m_path; }
+
+private:
+    [[nodiscard]] Result<Done, ArchiveError> replaceDeleting(const LUMFileContainer &root);
+    [[nodiscard]] Result<Done, ArchiveError> keepFormer();
+
+    const std::string m_path;
+    const std::string m_keptPath;
+    FileCalls &m_calls;
+};
+
+} // namespace tessaly

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "engine/archive/ArchiveError.hpp"
+#include "engine/archive/Result.hpp"
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace tessaly {
+
+/// A regular file's bytes, mapped into memory to be read.
+///
+/// Another process may truncate the file meanwhile. Reading past the new end would end this process
+/// with SIGBUS; instead the missing part reads as zeros and wasTruncated() is true. For this a
+/// SIGBUS handler is installed with the first mapping. It leaves faults elsewhere to the previous
+/// handler.
+///
+/// Threads: one at a time for each mapping; different mappings are independent.
+class MappedFile {
+public:
+    /// Maps the file at `path` (bytes as the system takes them). FIFOs, devices and folders are
+    /// refused without waiting for anything, and so is the 65th file of a process at a time.
+    static Result<MappedFile, ArchiveError> open(const std::string &path);
+
+    ~MappedFile();
+    MappedFile(MappedFile &&other) noexcept;
+    MappedFile &operator=(MappedFile &&) = delete;
+    MappedFile(const MappedFile &) = delete;
+    MappedFile &operator=(const MappedFile &) = delete;
+
+    [[nodiscard]] std::span<const std::byte> bytes() const noexcept { return m_bytes; }
+
+    /// Whether a part that was read so far was missing from the file.
+    [[nodiscard]] bool wasTruncated() const noexcept;
+
+private:
+    MappedFile(std::span<const std::byte> bytes, std::size_t guard) noexcept
+        : m_bytes(bytes), m_guard(guard)
+    {
+    }
+
+    std::span<const std::byte> m_bytes;
+    std::size_t m_guard; ///< this mapping's place in the signal handler's table
+};
+
+} // namespace tessaly

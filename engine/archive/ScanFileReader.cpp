@@ -1,0 +1,291 @@
+#include "engine/archive/ScanFileReader.hpp"
+
+#include "engine/archive/KeyedArchiveReader.hpp"
+#include "engine/archive/MappedFile.hpp"
+#include "engine/tree/EscapedName.hpp"
+
+#include <new>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace tessaly {
+
+namespace {
+
+using Kind = ArchiveError::Kind;
+using Uid = KeyedArchiveReader::Uid;
+using Type = KeyedArchiveReader::Type;
+
+enum NodeKey : std::size_t { classKey, nameKey, sizeKey, subitemsKey, parentKey };
+enum NodeClass : std::size_t { itemClass, containerClass, unknownClass };
+
+class ScanArchiveReader {
+public:
+    ScanArchiveReader(std::span<const std::byte> file, ScanFileDetails *details)
+        : m_archive(file), m_details(details), m_longNameBudget(2 * file.size()),
+          m_isListed(static_cast<std::size_t>(m_archive.objectCount()))
+    {
+    }
+
+    std::shared_ptr<ScanTree> read()
+    {
+        auto tree = std::make_shared<ScanTree>();
+        const ScanTree::ArenaLease arena = tree->leaseArena();
+        m_arena = arena.get();
+        readRoot(tree->root());
+        readBelow();
+        return tree;
+    }
+
+private:
+    /// A folder whose children are being read.
+    struct Level {
+        LUMFileContainer *folder;
+        Uid uid;
+        KeyedArchiveReader::Object children;
+        std::uint64_t next = 0;
+    };
+
+    void readRoot(LUMFileContainer &root)
+    {
+        const Uid uid = m_archive.root();
+        const Instance instance = readInstance(uid);
+        if (instance.nodeClass != containerClass) {
+            fail("the root is not a folder", instance.object);
+        }
+        const NodeArena::StoredName name = readName(instance);
+        root.setStoredName(name);
+        root.setItemSize(readSize(instance));
+        recordDetails(root, instance, 0);
+        open(root, uid, instance);
+    }
+
+    void readBelow()
+    {
+        while (!m_levels.empty()) {
+            Level &level = m_levels.back();
+            if (level.next == level.children.count) {
+                m_levels.pop_back();
+                continue;
+            }
+            const Uid uid = m_archive.elementUid(level.children, level.next++);
+            const Instance instance = readInstance(uid);
+            const NodeArena::StoredName name = readName(instance);
+            const std::uint64_t size = readSize(instance);
+            if (instance.nodeClass == itemClass) {
+                auto &item = m_arena->make<LUMFileItem>(name, size);
+                level.folder->subitems().append(item);
+                recordDetails(item, instance, level.uid);
+            } else {
+                auto &folder = m_arena->make<LUMFileContainer>(name, size);
+                level.folder->subitems().append(folder);
+                recordDetails(folder, instance, level.uid);
+                open(folder, uid, instance);
+            }
+        }
+    }
+
+    struct Instance {
+        KeyedArchiveReader::Object object;
+        KeyedArchiveReader::Fields fields;
+        NodeClass nodeClass = unknownClass;
+    };
+
+    Instance readInstance(Uid uid)
+    {
+        const KeyedArchiveReader::Object object = m_archive.object(uid);
+        if (object.type == Type::null) {
+            fail("there is nothing where a node should be", object);
+        }
+        if (object.type != Type::dictionary) {
+            fail("a node is not an instance of a class", object);
+        }
+        // Nothing that is listed twice may count twice, or contain itself.
+        if (m_isListed[uid]) {
+            fail("a node is listed twice", object);
+        }
+        m_isListed[uid] = true;
+
+        Instance instance{object, m_archive.fields(object, m_keys)};
+        const auto classValue = instance.fields[classKey];
+        if (!classValue) {
+            fail("a node without \"$class\"", object);
+        }
+        instance.nodeClass = static_cast<NodeClass>(m_archive.classIndex(*classValue, m_classes));
+        if (instance.nodeClass == unknownClass) {
+            throw ArchiveFailure(Kind::unsupported,
+                                 "unknown class " + m_archive.className(*classValue),
+                                 m_archive.propertyList().offsetOf(object));
+        }
+        return instance;
+    }
+
+    NodeArena::StoredName readName(const Instance &instance)
+    {
+        const auto value = instance.fields[nameKey];
+        if (!value) {
+            return nullptr;
+        }
+        const KeyedArchiveReader::Object string = m_archive.string(*value, "\"itemName\"");
+        if (string.type == Type::null) {
+            return nullptr;
+        }
+        if (string.count > longName) {
+            return readLongName(string);
+        }
+        if (string.type == Type::asciiString) {
+            const std::string_view bytes = m_archive.propertyList().bytes(string);
+            if (isAscii(bytes)) {
+                return m_arena->storeName(bytes);
+            }
+        }
+        return m_arena->storeName(m_archive.name(string));
+    }
+
+    /// Long names that nodes share are stored once, and what is spent on them all is limited, so
+    /// that a small file cannot ask for much memory.
+    NodeArena::StoredName readLongName(const KeyedArchiveReader::Object &string)
+    {
+        LongName &known = m_longNames[string.content];
+        if (known.stored == nullptr || known.count != string.count) {
+            const std::uint64_t byteCount =
+                string.count * (string.type == Type::utf16String ? 2 : 1);
+            if (byteCount > m_longNameBudget) {
+                throw ArchiveFailure(Kind::damaged, "the archive's names overlap",
+                                     m_archive.propertyList().offsetOf(string));
+            }
+            m_longNameBudget -= byteCount;
+            known = {string.count, m_arena->storeName(m_archive.name(string))};
+        }
+        return known.stored;
+    }
+
+    std::uint64_t readSize(const Instance &instance)
+    {
+        const auto value = instance.fields[sizeKey];
+        return value ? m_archive.unsignedNumber(*value, "\"itemSize\"").value_or(0) : 0;
+    }
+
+    void open(LUMFileContainer &folder, Uid uid, const Instance &instance)
+    {
+        const auto value = instance.fields[subitemsKey];
+        const auto children = value ? m_archive.array(*value, "\"subitems\"") : std::nullopt;
+        if (children && children->count > 0) {
+            m_levels.push_back({&folder, uid, *children});
+        }
+    }
+
+    void recordDetails(const LUMFileItem &node, const Instance &instance, Uid enclosing)
+    {
+        if (m_details == nullptr) {
+            return;
+        }
+        ScanFileDetails::Node said;
+        said.hasSize = instance.fields[sizeKey].has_value();
+        if (const auto parent = instance.fields[parentKey]) {
+            said.parent = parentSaid(*parent, enclosing);
+        }
+        if (const auto value = instance.fields[nameKey]; value && node.hasItemName()) {
+            std::u16string text = m_archive.text(m_archive.string(*value, "\"itemName\""));
+            if (text != escapedName(node.itemName())) {
+                said.name = std::move(text);
+            }
+        }
+        m_details->record(node, std::move(said));
+    }
+
+    ScanFileDetails::Parent parentSaid(KeyedArchiveReader::Reference parent, Uid enclosing) const
+    {
+        using Parent = ScanFileDetails::Parent;
+        try {
+            if (m_archive.resolved(parent).type == Type::null) {
+                return Parent::none;
+            }
+            const bool isEnclosing =
+                enclosing != 0 && m_archive.uid(parent, "a parent") == enclosing;
+            return isEnclosing ? Parent::enclosing : Parent::other;
+        } catch (const ArchiveFailure &) {
+            return Parent::other; // nobody needs it, so it may be damaged
+        }
+    }
+
+    [[noreturn]] void fail(std::string message, const KeyedArchiveReader::Object &at) const
+    {
+        const std::uint64_t offset = m_archive.propertyList().offsetOf(at);
+        throw ArchiveFailure(Kind::damaged, std::move(message),
+                             offset == 0 ? std::nullopt : std::optional(offset));
+    }
+
+    static constexpr std::uint64_t longName = 64; ///< bytes, or UTF-16 code units
+
+    struct LongName {
+        std::uint64_t count = 0;
+        NodeArena::StoredName stored = nullptr;
+    };
+
+    KeyedArchiveReader m_archive;
+    KeyedArchiveReader::NameMatcher m_keys{"$class", "itemName", "itemSize", "subitems",
+                                           "parentContainer"};
+    KeyedArchiveReader::NameMatcher m_classes{"LUMFileItem", "LUMFileContainer"};
+    ScanFileDetails *m_details;
+    NodeArena *m_arena = nullptr;
+    std::uint64_t m_longNameBudget;
+    std::vector<bool> m_isListed;                                    ///< by UID
+    std::unordered_map<const unsigned char *, LongName> m_longNames; ///< by place in the file
+    std::vector<Level> m_levels;
+};
+
+} // namespace
+
+ScanFileDetails::Node ScanFileDetails::of(const LUMFileItem &node) const
+{
+    const auto found = m_unusual.find(&node);
+    return found == m_unusual.end() ? usual(node) : found->second;
+}
+
+ScanFileDetails::Node ScanFileDetails::usual(const LUMFileItem &node)
+{
+    Node usual;
+    if (const LUMFileContainer *folder = node.asContainer()) {
+        usual.parent = folder->parentContainer() == nullptr ? Parent::none : Parent::enclosing;
+    }
+    return usual;
+}
+
+void ScanFileDetails::record(const LUMFileItem &node, Node said)
+{
+    if (!said.hasSize || said.name || said.parent != usual(node).parent) {
+        m_unusual.insert_or_assign(&node, std::move(said));
+    }
+}
+
+Result<std::shared_ptr<ScanTree>, ArchiveError> readScanArchive(std::span<const std::byte> archive,
+                                                                ScanFileDetails *details)
+{
+    try {
+        return ScanArchiveReader(archive, details).read();
+    } catch (const ArchiveFailure &failure) {
+        return failure.error();
+    } catch (const std::bad_alloc &) {
+        return ArchiveError{Kind::outOfMemory, "not enough memory for this scan", {}};
+    } catch (const std::length_error &) {
+        return ArchiveError{Kind::unsupported, "a name of 4 GiB or more", {}};
+    }
+}
+
+Result<std::shared_ptr<ScanTree>, ArchiveError> readScanFile(const std::string &path,
+                                                             ScanFileDetails *details)
+{
+    const auto file = MappedFile::open(path);
+    if (!file) {
+        return file.error();
+    }
+    auto tree = readScanArchive(file.value().bytes(), details);
+    if (file.value().wasTruncated()) {
+        return ArchiveError{Kind::truncated, "the file was cut while it was read", {}};
+    }
+    return tree;
+}
+
+} // namespace tessaly

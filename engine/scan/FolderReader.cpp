@@ -1,0 +1,69 @@
+#include "engine/scan/FolderReader.hpp"
+
+#include "engine/scan/LinkTarget.hpp"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+struct EntryFacts {
+    unsigned char type = DT_REG;
+    std::uint64_t byteCount = 0;
+};
+
+/// An entry's own facts; those of an empty file when they cannot be read.
+EntryFacts entryFacts(int folder, const char *name, unsigned wanted) noexcept
+{
+    struct statx facts = {};
+    if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, wanted, &facts) != 0) {
+        return {};
+    }
+    return {static_cast<unsigned char>(IFTODT(facts.stx_mode)), facts.stx_size};
+}
+
+} // namespace
+
+LUMFileContainer *FolderReader::record(int folder, const DirectoryEntry &entry,
+                                       LUMFileContainer &container)
+{
+    EntryFacts facts{entry.type, 0};
+    if (entry.type == DT_UNKNOWN) {
+        facts = entryFacts(folder, entry.name.data(), STATX_TYPE | STATX_SIZE);
+    } else if (entry.type != DT_DIR && entry.type != DT_LNK) {
+        facts.byteCount = entryFacts(folder, entry.name.data(), STATX_SIZE).byteCount;
+    }
+
+    if (facts.type == DT_DIR) {
+        return &appendFolder(entry.name, container);
+    }
+    if (facts.type != DT_LNK) {
+        container.subitems().append(m_arena.make<LUMFileItem>(entry.name, facts.byteCount));
+    } else if (leadsToFolder(folder, entry.name.data())) {
+        appendFolder(entry.name, container);
+    }
+    return nullptr;
+}
+
+LUMFileContainer &FolderReader::appendFolder(std::string_view name, LUMFileContainer &container)
+{
+    auto &folder = m_arena.make<LUMFileContainer>(name, std::uint64_t{0});
+    container.subitems().append(folder);
+    return folder;
+}
+
+bool FolderReader::isFolder(int folder, const char *name) noexcept
+{
+    return entryFacts(folder, name, STATX_TYPE).type == DT_DIR;
+}
+
+bool FolderReader::leadsToFolder(int folder, const char *link)
+{
+    return m_mounts.mayAutomount() ? linkLeadsToFolderWithoutAutomount(folder, link, m_share)
+                                   : linkLeadsToFolder(folder, link);
+}
+
+} // namespace tessaly

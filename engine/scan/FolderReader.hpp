@@ -1,0 +1,98 @@
+#pragma once
+
+#include "engine/scan/DescriptorShare.hpp"
+#include "engine/scan/DirectoryListing.hpp"
+#include "engine/scan/MountPointTree.hpp"
+#include "engine/scan/OpenedFolder.hpp"
+#include "engine/tree/LUMFileContainer.hpp"
+
+namespace tessaly {
+
+/// A subfolder that was recorded and is still to be walked.
+struct Subfolder {
+    LUMFileContainer *container;        ///< empty so far, already the child of its parent
+    const MountPointTree::Place *place; ///< where it lies among the mounts; mostly nullptr
+};
+
+/// Records what lies directly in a folder: one node for each entry, in the listing's order.
+///
+/// What becomes of an entry:
+///   a folder                       an empty container, reported as one to walk
+///   a symbolic link to a folder    an empty container
+///   any other symbolic link        nothing
+///   anything else                  an item with its logical size; 0 when that cannot be read.
+///                                  Nothing but folders is ever opened.
+///   an entry named "Volumes"       nothing, and the rest of the listing is left out as well
+///
+/// A folder of an automount file system is not listed (that could mount all of it): only what is
+/// already mounted in it is recorded, by name order.
+///
+/// Threads: one at a time.
+/// Errors:  what cannot be read is left out. std::bad_alloc from any call; what was recorded until
+///          then is whole.
+class FolderReader {
+public:
+    FolderReader(const MountPointTree &mounts, NodeArena &arena, DescriptorShare &share)
+        : m_mounts(mounts), m_arena(arena), m_share(share)
+    {
+    }
+
+    /// Appends an open folder's entries to its container. Before each entry `shouldStop()` is
+    /// asked, and `foundSubfolder(Subfolder)` is told of each one to walk.
+    template <typename ShouldStop, typename FoundSubfolder>
+    void read(int descriptor, FileSystemKind kind, Subfolder recorded, ShouldStop shouldStop,
+              FoundSubfolder foundSubfolder)
+    {
+        if (kind == FileSystemKind::automount) {
+            readMounted(descriptor, recorded, foundSubfolder);
+            return;
+        }
+        m_listing.open(descriptor);
+        while (const DirectoryEntry *entry = m_listing.next()) {
+            if (shouldStop() || endsListing(entry->name)) {
+                return;
+            }
+            if (LUMFileContainer *found = record(descriptor, *entry, *recorded.container)) {
+                foundSubfolder(
+                    Subfolder{found, MountPointTree::inside(recorded.place, entry->name)});
+            }
+        }
+    }
+
+    /// Appends one entry of an open folder to its container. Returns the new container when it is
+    /// one to walk, or else nullptr. A zero byte must follow the entry's name.
+    LUMFileContainer *record(int folder, const DirectoryEntry &entry, LUMFileContainer &container);
+
+private:
+    [[nodiscard]] static bool endsListing(std::string_view name) noexcept
+    {
+        return name == "Volumes";
+    }
+
+    template <typename FoundSubfolder>
+    void readMounted(int descriptor, Subfolder recorded, FoundSubfolder foundSubfolder)
+    {
+        if (recorded.place == nullptr) {
+            return;
+        }
+        for (const auto &[name, place] : recorded.place->inside) {
+            if (endsListing(name)) {
+                return;
+            }
+            if (isFolder(descriptor, name.c_str())) {
+                foundSubfolder(Subfolder{&appendFolder(name, *recorded.container), place.get()});
+            }
+        }
+    }
+
+    [[nodiscard]] static bool isFolder(int folder, const char *name) noexcept;
+    [[nodiscard]] bool leadsToFolder(int folder, const char *link);
+    LUMFileContainer &appendFolder(std::string_view name, LUMFileContainer &container);
+
+    const MountPointTree &m_mounts;
+    NodeArena &m_arena;
+    DescriptorShare &m_share;
+    DirectoryListing m_listing;
+};
+
+} // namespace tessaly

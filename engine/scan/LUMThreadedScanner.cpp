@@ -1,0 +1,152 @@
+#include "engine/scan/LUMThreadedScanner.hpp"
+
+#include "engine/scan/FolderWalk.hpp"
+
+#include <cassert>
+#include <cerrno>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+/// Takes 1 from the thread count when it goes.
+class CountedWalk {
+public:
+    explicit CountedWalk(std::shared_ptr<ScanState> scan) noexcept : m_scan(std::move(scan)) {}
+    ~CountedWalk()
+    {
+        if (m_scan->threadCount.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+            m_scan->threadCount.notify_all();
+        }
+    }
+    CountedWalk(const CountedWalk &) = delete;
+    CountedWalk &operator=(const CountedWalk &) = delete;
+    CountedWalk(CountedWalk &&) = delete;
+    CountedWalk &operator=(CountedWalk &&) = delete;
+
+private:
+    std::shared_ptr<ScanState> m_scan;
+};
+
+/// errno tells why nothing is open, as after openFolderPath().
+OpenedFolder openPatiently(std::string_view path, DescriptorShare &share)
+{
+    for (;;) {
+        OpenedFolder folder = openFolderPath(path);
+        const int error = errno;
+        if (folder.descriptor.isOpen() || !isDescriptorShortage(error) || !share.waitForRelief()) {
+            errno = error;
+            return folder;
+        }
+    }
+}
+
+} // namespace
+
+LUMThreadedScanner::LUMThreadedScanner(ScanSystem system) : m_system(std::move(system)) {}
+
+LUMFileContainer &LUMThreadedScanner::scanRootFolder(std::string_view path)
+{
+    ScanState &scan = *m_state;
+    assert(scan.threadCount.load() == 0 && "a scanner serves one scan");
+    scan.cancelScanFlag.store(0);
+    scan.threadCount.fetch_add(1);
+    const CountedWalk rootWalk(m_state);
+    try {
+        listRootFolder(path);
+    } catch (const std::bad_alloc &) {
+        // What was recorded is whole, and its threads are running.
+    }
+    return scan.tree->root();
+}
+
+void LUMThreadedScanner::listRootFolder(std::string_view path)
+{
+    ScanState &scan = *m_state;
+    const ScanTree::ArenaLease arena = scan.tree->leaseArena();
+    LUMFileContainer &root = scan.tree->root();
+    root.setItemName(*arena, path);
+    root.setItemSize(0);
+    root.setParentContainer(nullptr);
+
+    scan.budget.provide(DescriptorBudget::halfOfFreeDescriptors());
+    DescriptorShare share(scan.budget);
+    OpenedFolder folder = openPatiently(path, share);
+    if (!folder.descriptor.isOpen()) {
+        scan.rootError = errno; // 0 for a kernel file system
+        return;
+    }
+    scan.mounts = MountPointTree::below(folder.descriptor.number(), m_system.mountInfoPath);
+
+    const auto scanRoot = std::make_shared<const FileDescriptor>(std::move(folder.descriptor));
+    FolderReader reader(scan.mounts, *arena, share);
+    reader.read(
+        scanRoot->number(), folder.kind, {&root, scan.mounts.top()}, [] { return false; },
+        [&](const Subfolder &subfolder) { walkSubfolder(scanRoot, subfolder); });
+}
+
+/// Has a subfolder walked on a thread of its own, or on this one when there is none to be had.
+void LUMThreadedScanner::walkSubfolder(const std::shared_ptr<const FileDescriptor> &scanRoot,
+                                       const Subfolder &subfolder)
+{
+    m_state->threadCount.fetch_add(1);
+    try {
+        auto workItem = std::make_shared<WorkItem>(WorkItem{m_state, scanRoot, subfolder});
+        if (m_system.startThread([workItem] { scanFolderR(std::move(*workItem)); })) {
+            return;
+        }
+    } catch (const std::bad_alloc &) {
+        // As when there is no thread to be had.
+    }
+    scanFolderR({m_state, scanRoot, subfolder});
+}
+
+std::int32_t LUMThreadedScanner::scanFolderR(WorkItem &&workItem)
+{
+    const CountedWalk counted(workItem.scan);
+    const WorkItem item = std::move(workItem); // so that it goes before the count falls
+    ScanState &scan = *item.scan;
+    try {
+        DescriptorShare share(scan.budget, scan.cancelScanFlag);
+        if (!share.isEmpty()) {
+            const ScanTree::ArenaLease arena = scan.tree->leaseArena();
+            FolderWalk(scan, item.scanRoot->number(), *arena, share).walk(item.subfolder);
+        }
+    } catch (const std::bad_alloc &) {
+        // What was recorded is whole; the rest of the subfolder stays empty.
+    }
+    return 0;
+}
+
+std::optional<std::string> LUMThreadedScanner::rootProblem() const
+{
+    const int error = m_state->rootError;
+    return error != 0 ? std::optional(std::generic_category().message(error)) : std::nullopt;
+}
+
+void LUMThreadedScanner::waitUntilFinished() const noexcept
+{
+    const std::atomic<std::int32_t> &count = m_state->threadCount;
+    for (std::int32_t now = count.load(std::memory_order_acquire); now > 0;
+         now = count.load(std::memory_order_acquire)) {
+        count.wait(now, std::memory_order_acquire);
+    }
+}
+
+void LUMThreadedScanner::cancelScanInProgress()
+{
+    m_state->cancelScanFlag.store(1);
+    m_state->budget.wakeWaiting();
+}
+
+void LUMThreadedScanner::setRootContainer(std::shared_ptr<ScanTree> tree)
+{
+    assert(tree != nullptr);
+    assert(!scanInProgress());
+    m_state->tree = std::move(tree);
+}
+
+} // namespace tessaly

@@ -1,0 +1,37 @@
+#include "engine/tree/ScanTree.hpp"
+
+namespace tessaly {
+
+ScanTree::ScanTree()
+{
+    const ArenaLease arena = leaseArena();
+    m_root = &arena->make<LUMFileContainer>();
+}
+
+ScanTree::ArenaLease ScanTree::leaseArena()
+{
+    const std::lock_guard lock(m_mutex);
+    NodeArena *arena = nullptr;
+    if (m_free.empty()) {
+        arena = &m_arenas.emplace_back();
+        m_free.reserve(m_arenas.size());
+    } else {
+        arena = m_free.back();
+        m_free.pop_back();
+    }
+    return ArenaLease(arena, ReturnArena{this});
+}
+
+void ScanTree::returnArena(NodeArena *arena) noexcept
+{
+    const std::lock_guard lock(m_mutex);
+    m_free.push_back(arena);
+    if (m_free.size() == m_arenas.size()) {
+        // Nobody is building any more. Until then the next thread may have use for them.
+        for (NodeArena &idle : m_arenas) {
+            idle.forgetRecentNames();
+        }
+    }
+}
+
+} // namespace tessaly

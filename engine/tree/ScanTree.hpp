@@ -1,0 +1,59 @@
+#pragma once
+
+#include "engine/tree/LUMFileContainer.hpp"
+#include "engine/tree/NodeArena.hpp"
+
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace tessaly {
+
+/// A whole scan tree: the one owner of a root folder and of everything below it.
+///
+/// Ownership: held by std::shared_ptr. shareNode() makes a handle to any node that keeps the whole
+///            tree alive, so a screen can hold the level that it shows and nothing else.
+/// Threads:   leaseArena() may be called from any thread; the rest follows the nodes' own rule (one
+///            writer a node, any number of readers once the tree is finished).
+class ScanTree {
+public:
+    /// Gives an arena back to its tree when it goes, for the next thread to go on with.
+    struct ReturnArena {
+        ScanTree *tree;
+        void operator()(NodeArena *arena) const noexcept { tree->returnArena(arena); }
+    };
+    /// The right to make nodes in one arena of a tree. It must go before the tree does.
+    using ArenaLease = std::unique_ptr<NodeArena, ReturnArena>;
+
+    /// A tree of one folder named "Empty Item".
+    ScanTree();
+    ~ScanTree() = default;
+    ScanTree(const ScanTree &) = delete;
+    ScanTree &operator=(const ScanTree &) = delete;
+    ScanTree(ScanTree &&) = delete;
+    ScanTree &operator=(ScanTree &&) = delete;
+
+    [[nodiscard]] LUMFileContainer &root() noexcept { return *m_root; }
+    [[nodiscard]] const LUMFileContainer &root() const noexcept { return *m_root; }
+
+    /// An arena that no other lease holds: one that came back, or a new one.
+    [[nodiscard]] ArenaLease leaseArena();
+
+private:
+    void returnArena(NodeArena *arena) noexcept;
+
+    std::mutex m_mutex; ///< guards the two lists
+    std::deque<NodeArena> m_arenas;
+    std::vector<NodeArena *> m_free; ///< holds room for every arena, so giving back never fails
+    LUMFileContainer *m_root;
+};
+
+/// A handle to a node that keeps the tree it belongs to alive.
+template <typename Node>
+[[nodiscard]] std::shared_ptr<Node> shareNode(std::shared_ptr<const ScanTree> tree, Node &node)
+{
+    return std::shared_ptr<Node>(std::move(tree), &node);
+}
+
+} // namespace tessaly

@@ -1,0 +1,87 @@
+#include "history/records/HistoryFile.hpp"
+
+#include "engine/archive/AtomicFile.hpp"
+#include "engine/archive/KeyedArchiveReader.hpp"
+#include "engine/archive/KeyedArchiveWriter.hpp"
+#include "engine/archive/MappedFile.hpp"
+
+#include <new>
+#include <unordered_map>
+#include <vector>
+
+namespace tessaly {
+
+namespace {
+
+using Kind = ArchiveError::Kind;
+
+HistoryRecords recordsIn(const KeyedArchiveReader &archive)
+{
+    const auto list = archive.rootArray();
+    std::unordered_map<KeyedArchiveReader::Uid, HistoryRecords::value_type> known;
+    HistoryRecords records;
+    for (std::uint64_t i = 0; i < list.count; ++i) {
+        // A record that is listed twice is one record.
+        auto &record = known[archive.elementUid(list, i)];
+        if (!record) {
+            record =
+                std::make_shared<const KORVENHistoryItem>(archive, archive.elementUid(list, i));
+        }
+        records.push_back(record);
+    }
+    return records;
+}
+
+} // namespace
+
+Result<HistoryRecords, ArchiveError> readHistoryFile(const std::string &path)
+{
+    const auto file = MappedFile::open(path);
+    if (!file) {
+        return file.error();
+    }
+    try {
+        HistoryRecords records = recordsIn(KeyedArchiveReader(file.value().bytes()));
+        if (file.value().wasTruncated()) {
+            return ArchiveError{Kind::truncated, "the file was cut while it was read", {}};
+        }
+        return records;
+    } catch (const ArchiveFailure &failure) {
+        return failure.error();
+    } catch (const std::bad_alloc &) {
+        return ArchiveError{Kind::outOfMemory, "not enough memory to read the history", {}};
+    }
+}
+
+Result<Done, ArchiveError> writeHistoryArchive(const HistoryRecords &records, ByteSink &sink)
+{
+    try {
+        KeyedArchiveWriter archive;
+        const auto list = archive.reserve();
+        std::vector<KeyedArchiveWriter::Uid> places;
+        places.reserve(records.size());
+        for (const auto &record : records) {
+            places.push_back(archive.reserve());
+            record->encodeWithCoder(archive, places.back());
+        }
+        archive.array(list, places);
+        return archive.finish(list, sink);
+    } catch (const std::bad_alloc &) {
+        return ArchiveError{Kind::outOfMemory, "not enough memory to write the history", {}};
+    }
+}
+
+Result<Done, ArchiveError> writeHistoryFile(const HistoryRecords &records, const std::string &path,
+                                            FileCalls &calls)
+{
+    AtomicFile file(path, calls);
+    if (auto opened = file.open(); !opened) {
+        return opened;
+    }
+    if (auto written = writeHistoryArchive(records, file); !written) {
+        return written;
+    }
+    return file.commit();
+}
+
+} // namespace tessaly

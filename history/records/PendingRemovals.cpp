@@ -1,0 +1,101 @@
+#include "history/records/PendingRemovals.hpp"
+
+#include "engine/tree/PrintableText.hpp"
+
+#include <cerrno>
+#include <utility>
+
+#include <unistd.h>
+
+namespace tessaly {
+
+PendingRemovals::PendingRemovals(std::string path, FileCalls &calls)
+    : m_path(std::move(path)), m_calls(calls)
+{
+}
+
+Result<Done, ArchiveError> PendingRemovals::load()
+{
+    m_isKnown = true;
+    auto records = readHistoryFile(m_path);
+    if (!records) {
+        m_isKnown = access(m_path.c_str(), F_OK) != 0 && errno == ENOENT;
+        return m_isKnown ? Result<Done, ArchiveError>(Done{}) : records.error();
+    }
+    for (auto &record : records.value()) {
+        m_records.insert_or_assign(record->scanKey(), std::move(record));
+    }
+    return Done{};
+}
+
+Result<Done, ArchiveError> PendingRemovals::add(const HistoryRecords &records)
+{
+    std::vector<Key> added;
+    for (const auto &record : records) {
+        if (m_records.emplace(record->scanKey(), record).second) {
+            added.push_back(record->scanKey());
+        }
+    }
+    auto written = writeFile();
+    if (!written) {
+        for (const Key &key : added) {
+            m_records.erase(key);
+        }
+        return written;
+    }
+    m_isKnown = true; // what could not be read has been replaced
+    return written;
+}
+
+bool PendingRemovals::contains(const std::optional<std::string> &scanKey) const
+{
+    return m_records.contains(scanKey);
+}
+
+HistoryRecords PendingRemovals::unfinished() const
+{
+    HistoryRecords records;
+    for (const auto &[key, record] : m_records) {
+        if (!m_deleted.contains(key)) {
+            records.push_back(record);
+        }
+    }
+    return records;
+}
+
+void PendingRemovals::markDeleted(const std::optional<std::string> &scanKey)
+{
+    if (m_records.contains(scanKey)) {
+        m_deleted.insert(scanKey);
+    }
+}
+
+Result<Done, ArchiveError> PendingRemovals::settle()
+{
+    if (m_deleted.empty()) {
+        return Done{}; // the file is as it should be
+    }
+    for (const Key &key : std::exchange(m_deleted, {})) {
+        m_records.erase(key);
+    }
+    if (!m_records.empty()) {
+        return writeFile();
+    }
+    if (m_calls.unlink(m_path.c_str()) != 0 && errno != ENOENT) {
+        return systemError(ArchiveError::Kind::unwritable, "cannot delete " + printableText(m_path),
+                           errno);
+    }
+    return Done{};
+}
+
+Result<Done, ArchiveError> PendingRemovals::writeFile() const
+{
+    HistoryRecords records;
+    records.reserve(m_records.size());
+    for (const auto &entry : m_records) {
+        records.push_back(entry.second);
+    }
+    return writeHistoryFile(records, m_path, m_calls);
+}
+
+} // namespace tessaly

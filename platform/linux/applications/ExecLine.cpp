@@ -1,0 +1,130 @@
+#include "platform/linux/applications/ExecLine.hpp"
+
+#include <cstddef>
+
+namespace tessaly {
+
+namespace {
+
+/// Goes through a line letter by letter.
+class ExecReader {
+public:
+    ExecReader(std::string_view line, const ExecFields &fields) : m_line(line), m_fields(fields) {}
+
+    std::vector<std::string> words()
+    {
+        while (m_isValid && m_position < m_line.size()) {
+            const char letter = m_line[m_position++];
+            if (letter == ' ') {
+                endWord();
+            } else if (letter == '"') {
+                readQuoted();
+            } else if (letter == '%') {
+                readField();
+            } else {
+                m_isValid = isFree(letter);
+                append(letter);
+            }
+        }
+        endWord();
+        return m_isValid ? m_words : std::vector<std::string>();
+    }
+
+private:
+    static bool isFree(char letter)
+    {
+        constexpr std::string_view reserved = "\t\n'\\><~|&;$*?#()`";
+        return reserved.find(letter) == std::string_view::npos;
+    }
+
+    void append(char letter)
+    {
+        m_word += letter;
+        m_hasWord = true;
+    }
+
+    void endWord()
+    {
+        if (m_hasWord) {
+            m_words.push_back(m_word);
+        }
+        m_word.clear();
+        m_hasWord = false;
+    }
+
+    /// Up to the second quote; a backslash makes the next letter stand for itself if it needs that.
+    void readQuoted()
+    {
+        constexpr std::string_view escapable = "\"`$\\";
+        m_hasWord = true; // also when there is nothing between the quotes
+        while (m_position < m_line.size()) {
+            char letter = m_line[m_position++];
+            if (letter == '"') {
+                return;
+            }
+            if (letter == '%') {
+                readField();
+                continue;
+            }
+            if (letter == '\\' && m_position < m_line.size() &&
+                escapable.find(m_line[m_position]) != std::string_view::npos) {
+                letter = m_line[m_position++];
+            }
+            m_word += letter;
+        }
+        m_isValid = false;
+    }
+
+    void readField()
+    {
+        const char code = m_position < m_line.size() ? m_line[m_position++] : '\0';
+        switch (code) {
+        case '%':
+            append('%');
+            return;
+        case 'c':
+            m_word += m_fields.name;
+            m_hasWord = true;
+            return;
+        case 'k':
+            m_word += m_fields.path;
+            m_hasWord = true;
+            return;
+        case 'i':
+            if (!m_fields.icon.empty()) {
+                endWord();
+                m_words.emplace_back("--icon");
+                m_word = m_fields.icon;
+                m_hasWord = true;
+            }
+            return;
+        default:
+            // Files and addresses; the second half of the list is not used any more.
+            constexpr std::string_view codesForFiles = "fFuUdDnNvm";
+            m_isValid =
+                m_isValid && code != '\0' && codesForFiles.find(code) != std::string_view::npos;
+        }
+    }
+
+    std::string_view m_line;
+    const ExecFields &m_fields;
+    std::size_t m_position = 0;
+    std::vector<std::string> m_words;
+    std::string m_word;
+    bool m_hasWord = false;
+    bool m_isValid = true;
+};
+
+} // namespace
+
+std::vector<std::string> wordsOfExecLine(std::string_view line, const ExecFields &fields)
+{
+    std::vector<std::string> words = ExecReader(line, fields).words();
+    // A program's name may contain no "=", which would make it a variable to "env".
+    if (!words.empty() && words.front().find('=') != std::string::npos) {
+        words.clear();
+    }
+    return words;
+}
+
+} // namespace tessaly

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/linux/bus/BusLink.hpp"
+
+#include <QMenu>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <string>
+
+namespace tessaly {
+
+/// Has a window's menu shown in the menu bar that some desktops have for the window in front, by
+/// the name "com.canonical.AppMenu.Registrar" on the session bus. Where nobody has that name,
+/// nothing changes.
+///
+/// Qt does the talking (QMenuBar), but waits for the bus, and would draw a menu bar of its own into
+/// the window otherwise; so it is asked first whether there is such a desktop.
+///
+/// Threads: the main thread.
+class GlobalMenu final : public QObject {
+public:
+    /// `title` stands in the menu bar. The window is on the screen. Window and menu may go first.
+    GlobalMenu(QWidget &window, QMenu &menu, QString title, std::string busAddress);
+    ~GlobalMenu() override;
+    GlobalMenu(const GlobalMenu &) = delete;
+    GlobalMenu &operator=(const GlobalMenu &) = delete;
+    GlobalMenu(GlobalMenu &&) = delete;
+    GlobalMenu &operator=(GlobalMenu &&) = delete;
+
+private:
+    void askForMenuBar();
+    void show();
+
+    QPointer<QWidget> m_window;
+    QPointer<QMenu> m_menu;
+    QString m_title;
+    BusLink m_link;
+};
+
+} // namespace tessaly

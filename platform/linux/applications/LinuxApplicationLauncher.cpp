@@ -1,0 +1,87 @@
+#include "platform/linux/applications/LinuxApplicationLauncher.hpp"
+
+#include "engine/tree/PrintableText.hpp"
+#include "platform/linux/applications/DefaultApplications.hpp"
+#include "platform/linux/applications/DesktopEntries.hpp"
+
+#include <QFile>
+#include <QLoggingCategory>
+#include <QProcess>
+#include <QStringList>
+
+#include <optional>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(launcherLog, "tessaly.launcher")
+
+std::optional<Counterpart> counterpartNamed(std::string_view name)
+{
+    if (name == "Finder.app") {
+        return Counterpart::fileManager;
+    }
+    if (name == "System Preferences.app") {
+        return Counterpart::settings;
+    }
+    if (name == "Disk Utility.app") {
+        return Counterpart::diskUtility;
+    }
+    return std::nullopt;
+}
+
+void logNotStarted(const std::string &name, const char *reason)
+{
+    qCWarning(launcherLog, "%s not started: %s", printableText(name).c_str(), reason);
+}
+
+} // namespace
+
+LinuxApplicationLauncher::LinuxApplicationLauncher(Starter starter) : m_starter(std::move(starter))
+{
+}
+
+void LinuxApplicationLauncher::launchApplication(std::string_view name)
+{
+    const auto wanted = counterpartNamed(name);
+    if (!wanted) {
+        logNotStarted(std::string(name), "nothing here goes by that name");
+        return;
+    }
+    BackgroundWork::start([this, name = std::string(name), wanted = *wanted, post = m_work.poster(),
+                           places = DesktopPlaces::ofEnvironment()] {
+        const auto program = counterpartOf(wanted, DesktopEntries(places));
+        post([this, name, program] {
+            if (!program) {
+                logNotStarted(name, "no such program is installed");
+            } else if (!m_starter(program->command(), program->workingFolder())) {
+                logNotStarted(name, program->id().c_str());
+            }
+        });
+    });
+}
+
+void LinuxApplicationLauncher::askWhetherInstalled(std::string_view name,
+                                                   std::function<void(bool isInstalled)> answer)
+{
+    BackgroundWork::start([wanted = counterpartNamed(name), answer = std::move(answer),
+                           post = m_work.poster(), places = DesktopPlaces::ofEnvironment()] {
+        const bool isInstalled = wanted && counterpartOf(*wanted, DesktopEntries(places));
+        post([answer, isInstalled] { answer(isInstalled); });
+    });
+}
+
+bool LinuxApplicationLauncher::startByItself(const std::vector<std::string> &words,
+                                             const std::string &folder)
+{
+    QStringList arguments;
+    for (const std::string &word : words) {
+        arguments.append(QFile::decodeName(word.c_str()));
+    }
+    const QString program = arguments.takeFirst();
+    return QProcess::startDetached(program, arguments, QFile::decodeName(folder.c_str()));
+}
+
+} // namespace tessaly

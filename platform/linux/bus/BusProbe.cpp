@@ -1,0 +1,137 @@
+#include "platform/linux/bus/BusProbe.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstddef>
+#include <iterator>
+#include <optional>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+namespace tessaly {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr auto transport = "unix:"sv;
+
+/// Asks which ways of saying who one is the bus knows. Before it stands the byte with which every
+/// conversation begins.
+constexpr auto question = "\0AUTH\r\n"sv;
+
+/// Takes the first part off a list.
+std::string_view takePart(std::string_view &list, char separator)
+{
+    const std::string_view part = list.substr(0, list.find(separator));
+    list.remove_prefix(std::min(list.size(), part.size() + 1));
+    return part;
+}
+
+/// With "%XX" as the bytes that they stand for; nothing when they are none.
+std::optional<std::string> unescapedValue(std::string_view value)
+{
+    constexpr std::size_t digitCount = 2;
+    constexpr int radix = 16;
+    std::string answer;
+    while (!value.empty()) {
+        char letter = value.front();
+        value.remove_prefix(1);
+        if (letter == '%') {
+            if (value.size() < digitCount) {
+                return std::nullopt;
+            }
+            unsigned char byte = 0;
+            const char *digitsEnd = value.data() + digitCount;
+            if (std::from_chars(value.data(), digitsEnd, byte, radix).ptr != digitsEnd) {
+                return std::nullopt;
+            }
+            letter = static_cast<char>(byte);
+            value.remove_prefix(digitCount);
+        }
+        answer += letter;
+    }
+    return answer;
+}
+
+/// The name of the socket as the system takes it, an abstract one with a NUL before it; empty when
+/// the address names none.
+std::string socketName(std::string_view address)
+{
+    if (!address.starts_with(transport)) {
+        return {};
+    }
+    address.remove_prefix(transport.size());
+    while (!address.empty()) {
+        std::string_view value = takePart(address, ',');
+        const std::string_view key = takePart(value, '=');
+        if (key == "path" || key == "abstract") {
+            const auto name = unescapedValue(value);
+            if (!name || name->empty() || name->front() == '\0') {
+                return {};
+            }
+            return key == "path" ? *name : '\0' + *name;
+        }
+    }
+    return {};
+}
+
+/// A connection to the socket; none when there is no place for one at once. `isQueueFull` becomes
+/// true when that was the reason.
+FileDescriptor connectionTo(const std::string &name, bool &isQueueFull)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (name.empty() || name.size() >= sizeof address.sun_path) {
+        return {};
+    }
+    std::copy(name.begin(), name.end(), std::begin(address.sun_path));
+    const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
+    FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (!connection.isOpen()) {
+        return {};
+    }
+    if (connect(connection.number(), reinterpret_cast<const sockaddr *>(&address), size) != 0) {
+        isQueueFull = isQueueFull || errno == EAGAIN;
+        return {};
+    }
+    if (send(connection.number(), question.data(), question.size(), MSG_NOSIGNAL) < 0) {
+        return {};
+    }
+    return connection;
+}
+
+} // namespace
+
+BusProbe::BusProbe(std::string_view addresses)
+{
+    while (!addresses.empty() && !isConnected()) {
+        const std::string_view address = takePart(addresses, ';');
+        m_socket = connectionTo(socketName(address), m_isQueueFull);
+        if (isConnected()) {
+            m_address = address;
+        }
+    }
+}
+
+bool BusProbe::waitForAnswer(std::chrono::milliseconds timeout) const
+{
+    if (!isConnected()) {
+        return false;
+    }
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    pollfd answer = {m_socket.number(), POLLIN, 0};
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        const int count = poll(&answer, 1, left.count() > 0 ? static_cast<int>(left.count()) : 0);
+        if (count >= 0 || errno != EINTR) {
+            return count > 0;
+        }
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,98 @@
+#include "platform/linux/files/FolderLister.hpp"
+
+#include "platform/linux/process/ProbeProcess.hpp"
+
+#include <QPointer>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <utility>
+
+#include <sys/socket.h>
+
+namespace tessaly {
+
+namespace {
+
+constexpr int statusCountMax = 2;
+
+} // namespace
+
+FolderLister::FolderLister(std::string program, QObject *parent)
+    : QObject(parent), m_program(std::move(program))
+{
+}
+
+FolderLister::~FolderLister() = default;
+
+void FolderLister::list(const std::string &path)
+{
+    stop();
+    m_process = std::make_unique<ProbeProcess>(m_program, ProbeProcess::folders, path);
+    m_notifier = std::make_unique<QSocketNotifier>(m_process->answer(), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &FolderLister::take);
+}
+
+void FolderLister::stop()
+{
+    if (m_notifier) {
+        m_notifier->setEnabled(false);
+        m_notifier.release()->deleteLater(); // it may be the one that calls
+    }
+    m_process.reset();
+    m_text.clear();
+    m_statusCount = 0;
+}
+
+void FolderLister::take()
+{
+    std::array<char, 16384> piece; // NOLINT(cppcoreguidelines-pro-type-member-init): it is filled
+    const ssize_t count = recv(m_process->answer(), piece.data(), piece.size(), MSG_DONTWAIT);
+    if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
+        return;
+    }
+    if (count > 0) {
+        m_text.append(piece.data(), static_cast<std::size_t>(count));
+        takeWords();
+        return;
+    }
+    const bool isAnswered = m_statusCount > 0;
+    stop();
+    if (isAnswered) {
+        Q_EMIT finished();
+    } else {
+        Q_EMIT failed(EIO);
+    }
+}
+
+/// Takes what has come: two errno values, of the folder and of reading it, then names. A slot may
+/// stop this, or ask for another path.
+void FolderLister::takeWords()
+{
+    const ProbeProcess *process = m_process.get();
+    std::vector<std::string> names;
+    for (std::size_t end = 0; (end = m_text.find('\0')) != std::string::npos;) {
+        std::string word = m_text.substr(0, end);
+        m_text.erase(0, end + 1);
+        if (m_statusCount == statusCountMax) {
+            names.push_back(std::move(word));
+            continue;
+        }
+        ++m_statusCount;
+        const int error = std::atoi(word.c_str());
+        if (error != 0) {
+            Q_EMIT failed(error);
+        } else if (m_statusCount == 1) {
+            Q_EMIT opened();
+        }
+        if (m_process.get() != process) {
+            return;
+        }
+    }
+    if (!names.empty()) {
+        Q_EMIT found(names);
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,340 @@
+#include "platform/linux/files/InformationWindow.hpp"
+
+#include "engine/tree/PrintableText.hpp"
+#include "engine/tree/SizeText.hpp"
+#include "platform/DateTexts.hpp"
+#include "platform/linux/files/CleanPath.hpp"
+#include "platform/linux/files/ItemInformation.hpp"
+#include "platform/linux/files/MiddleElidedLabel.hpp"
+
+#include <QFont>
+#include <QFormLayout>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLocale>
+#include <QMimeDatabase>
+#include <QShortcut>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <system_error>
+
+#include <sys/stat.h>
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int iconSize = 64;
+constexpr int usualWidth = 420;
+constexpr int margin = 20;
+constexpr int sectionMargin = 12;
+constexpr int sectionSpacing = 6;
+constexpr int titleGap = 14;
+
+constexpr auto look = R"(
+    tessaly--InformationWindow { background: #666666; }
+    QLabel { color: #ffffff; border: 1px solid transparent; border-radius: 3px;
+             selection-background-color: #2e6fe0; selection-color: #ffffff; }
+    QLabel:focus { border-color: #a9cbff; }
+    QLabel[part="caption"] { color: #d6d6d6; }
+    QFrame#section { background: #545454; border-radius: 6px; }
+)";
+
+QString textOf(const std::string &bytes)
+{
+    return QString::fromStdString(printableText(bytes));
+}
+
+QMimeType mimeTypeOf(const ItemInformation &item)
+{
+    const QMimeDatabase types;
+    switch (item.mode & S_IFMT) {
+    case S_IFDIR:
+        return types.mimeTypeForName(u"inode/directory"_s);
+    case S_IFLNK:
+        return types.mimeTypeForName(u"inode/symlink"_s);
+    case S_IFIFO:
+        return types.mimeTypeForName(u"inode/fifo"_s);
+    case S_IFSOCK:
+        return types.mimeTypeForName(u"inode/socket"_s);
+    case S_IFCHR:
+        return types.mimeTypeForName(u"inode/chardevice"_s);
+    case S_IFBLK:
+        return types.mimeTypeForName(u"inode/blockdevice"_s);
+    default:
+        break;
+    }
+    const QString name = textOf(nameOf(item.path));
+    return item.beginning
+               ? types.mimeTypeForFileNameAndData(name, QByteArray::fromStdString(*item.beginning))
+               : types.mimeTypeForFile(name, QMimeDatabase::MatchExtension);
+}
+
+QString kindOf(const ItemInformation &item)
+{
+    QString kind = mimeTypeOf(item).comment();
+    if (!kind.isEmpty()) {
+        kind[0] = kind[0].toUpper();
+    }
+    return kind;
+}
+
+/// What the theme has for the kind of item, or else what the style has.
+QIcon iconOf(const ItemInformation &item, const QStyle &style)
+{
+    const QMimeType type = mimeTypeOf(item);
+    QStyle::StandardPixmap standard = QStyle::SP_FileIcon;
+    if (S_ISDIR(item.mode)) {
+        standard = QStyle::SP_DirIcon;
+    } else if (S_ISLNK(item.mode)) {
+        standard = QStyle::SP_FileLinkIcon;
+    }
+    const QIcon ownIcon = QIcon::fromTheme(type.iconName());
+    const QIcon icon = ownIcon.isNull() ? QIcon::fromTheme(type.genericIconName()) : ownIcon;
+    return icon.isNull() ? style.standardIcon(standard) : icon;
+}
+
+/// The number that picks a translation's form ("1 item", "2 items"); the largest stand for all
+/// beyond.
+int formFor(std::uint64_t count)
+{
+    return static_cast<int>(std::min<std::uint64_t>(count, std::numeric_limits<int>::max()));
+}
+
+QString byteCountText(std::uint64_t byteCount)
+{
+    const QString size = QString::fromStdString(sizeText(static_cast<double>(byteCount)));
+    return byteCount == 1 ? InformationWindow::tr("%1 (1 byte)").arg(size)
+                          : InformationWindow::tr("%1 (%2 bytes)", nullptr, formFor(byteCount))
+                                .arg(size, QLocale().toString(byteCount));
+}
+
+QString entryCountText(const std::optional<std::uint64_t> &count)
+{
+    if (!count) {
+        return InformationWindow::tr("This folder cannot be read");
+    }
+    return *count == 1 ? InformationWindow::tr("1 item")
+                       : InformationWindow::tr("%1 items", nullptr, formFor(*count))
+                             .arg(QLocale().toString(*count));
+}
+
+/// What three bits of permissions allow, in words.
+QString allowedText(mode_t bits, bool isFolder)
+{
+    QStringList words;
+    if ((bits & S_IROTH) != 0) {
+        words.append(InformationWindow::tr("read"));
+    }
+    if ((bits & S_IWOTH) != 0) {
+        words.append(InformationWindow::tr("write"));
+    }
+    if ((bits & S_IXOTH) != 0) {
+        words.append(isFolder ? InformationWindow::tr("enter") : InformationWindow::tr("run"));
+    }
+    return words.isEmpty() ? InformationWindow::tr("no access") : words.join(u", "_s);
+}
+
+/// "rwxr-xr-x", with the letters that programs of the command line show for the special bits.
+QString modeText(mode_t mode)
+{
+    QString text = u"rwxrwxrwx"_s;
+    for (int place = 0; place < text.size(); ++place) {
+        if ((mode & (S_IRUSR >> static_cast<unsigned>(place))) == 0) {
+            text[place] = u'-';
+        }
+    }
+    const auto mark = [&](mode_t bit, int place, QChar letter) {
+        if ((mode & bit) != 0) {
+            text[place] = text[place] == u'-' ? letter.toUpper() : letter;
+        }
+    };
+    mark(S_ISUID, 2, u's');
+    mark(S_ISGID, 5, u's');
+    mark(S_ISVTX, 8, u't');
+    return text;
+}
+
+} // namespace
+
+InformationWindow::InformationWindow(const ItemInformation &item, const DateTexts &dates)
+{
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(tr("Information about “%1”").arg(textOf(nameOf(item.path))));
+    setStyleSheet(QLatin1String(look));
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(sectionSpacing);
+    addHeader(item, *column);
+    if (item.error != 0) {
+        addProblem(item, *column);
+    } else {
+        addGeneral(item, *column);
+        addDates(item, dates, *column);
+        addPermissions(item, *column);
+    }
+    column->addStretch();
+    alignCaptions();
+    resize(usualWidth, sizeHint().height());
+}
+
+void InformationWindow::addHeader(const ItemInformation &item, QVBoxLayout &column)
+{
+    auto *icon = new QLabel;
+    icon->setPixmap(iconOf(item, *style()).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    icon->setFixedWidth(iconSize + 2);
+
+    auto *name = new MiddleElidedLabel(textOf(nameOf(item.path)));
+    name->setObjectName(u"name"_s);
+    QFont large = name->font();
+    large.setPointSizeF(large.pointSizeF() * 1.3);
+    large.setBold(true);
+    name->setFont(large);
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    texts->addStretch();
+    texts->addWidget(name);
+    if (item.error == 0) {
+        auto *kind = new MiddleElidedLabel(kindOf(item));
+        kind->setObjectName(u"kind"_s);
+        texts->addWidget(kind);
+    }
+    texts->addStretch();
+
+    auto *header = new QHBoxLayout;
+    header->setSpacing(titleGap);
+    header->addWidget(icon);
+    header->addLayout(texts, 1);
+    column.addLayout(header);
+}
+
+void InformationWindow::addGeneral(const ItemInformation &item, QVBoxLayout &column)
+{
+    QFormLayout &rows = addSection(tr("General"), column);
+    if (S_ISDIR(item.mode)) {
+        addRow(rows, u"contains"_s, tr("Contains"), entryCountText(item.entryCount));
+    } else if (S_ISLNK(item.mode)) {
+        const QString target = textOf(item.target);
+        addRow(rows, u"target"_s, tr("Leads to"),
+               item.isTargetThere ? target : tr("%1 (not there)").arg(target));
+    } else if (S_ISREG(item.mode)) {
+        addRow(rows, u"size"_s, tr("Size"), byteCountText(item.byteCount));
+    }
+    addRow(rows, u"where"_s, tr("Where"), textOf(folderOf(item.path)));
+}
+
+void InformationWindow::addDates(const ItemInformation &item, const DateTexts &dates,
+                                 QVBoxLayout &column)
+{
+    const auto textOf = [&](std::chrono::sys_seconds time) {
+        return QString::fromStdString(dates.text(time, DateStyle::longer, DateStyle::shortest));
+    };
+    QFormLayout &rows = addSection(tr("Dates"), column);
+    if (item.created) {
+        addRow(rows, u"created"_s, tr("Created"), textOf(*item.created));
+    }
+    addRow(rows, u"modified"_s, tr("Modified"), textOf(item.modified));
+    addRow(rows, u"accessed"_s, tr("Last opened"), textOf(item.accessed));
+}
+
+void InformationWindow::addPermissions(const ItemInformation &item, QVBoxLayout &column)
+{
+    constexpr unsigned ownerShift = 6;
+    constexpr unsigned groupShift = 3;
+    const bool isFolder = S_ISDIR(item.mode);
+    const auto allowed = [&](unsigned shift) { return allowedText(item.mode >> shift, isFolder); };
+    QFormLayout &rows = addSection(tr("Permissions"), column);
+    if (S_ISLNK(item.mode)) { // has none of its own, whatever its mode says
+        addRow(rows, u"owner"_s, tr("Owner"), textOf(item.owner));
+        addRow(rows, u"group"_s, tr("Group"), textOf(item.group));
+        return;
+    }
+    addRow(rows, u"owner"_s, tr("Owner"),
+           tr("%1: %2").arg(textOf(item.owner), allowed(ownerShift)));
+    addRow(rows, u"group"_s, tr("Group"),
+           tr("%1: %2").arg(textOf(item.group), allowed(groupShift)));
+    addRow(rows, u"others"_s, tr("Others"), allowed(0));
+    addRow(rows, u"mode"_s, tr("In short"), modeText(item.mode));
+}
+
+void InformationWindow::addProblem(const ItemInformation &item, QVBoxLayout &column)
+{
+    QString text;
+    switch (item.error) {
+    case ENOENT:
+    case ENOTDIR:
+        text = tr("This item is not there any more.");
+        break;
+    case EACCES:
+        text = tr("You are not permitted to look into the folder of this item.");
+        break;
+    default:
+        text = tr("This item cannot be looked at: %1.")
+                   .arg(QString::fromStdString(std::generic_category().message(item.error)));
+    }
+    auto *problem = new QLabel(text);
+    problem->setObjectName(u"problem"_s);
+    problem->setTextFormat(Qt::PlainText);
+    problem->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    problem->setWordWrap(true);
+    column.addSpacing(sectionSpacing);
+    column.addWidget(problem);
+    addRow(addSection(tr("General"), column), u"where"_s, tr("Where"), textOf(folderOf(item.path)));
+}
+
+QFormLayout &InformationWindow::addSection(const QString &title, QVBoxLayout &column)
+{
+    auto *heading = new QLabel(title);
+    QFont bold = heading->font();
+    bold.setBold(true);
+    heading->setFont(bold);
+    column.addSpacing(sectionSpacing);
+    column.addWidget(heading);
+
+    auto *section = new QFrame;
+    section->setObjectName(u"section"_s);
+    section->setAccessibleName(title);
+    auto *rows = new QFormLayout(section);
+    rows->setContentsMargins(sectionMargin, sectionMargin, sectionMargin, sectionMargin);
+    rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    column.addWidget(section);
+    return *rows;
+}
+
+void InformationWindow::addRow(QFormLayout &rows, const QString &objectName, const QString &caption,
+                               const QString &value)
+{
+    auto *captionLabel = new QLabel(caption);
+    captionLabel->setProperty("part", u"caption"_s);
+    captionLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto *valueLabel = new MiddleElidedLabel(value);
+    valueLabel->setObjectName(objectName);
+    valueLabel->setAccessibleDescription(caption);
+    captionLabel->setBuddy(valueLabel);
+    rows.addRow(captionLabel, valueLabel);
+    m_captions.append(captionLabel);
+}
+
+void InformationWindow::alignCaptions()
+{
+    int widest = 0;
+    for (const QLabel *caption : m_captions) {
+        caption->ensurePolished();
+        widest = std::max(widest, caption->sizeHint().width());
+    }
+    for (QLabel *caption : m_captions) {
+        caption->setFixedWidth(widest);
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,144 @@
+#include "platform/linux/files/LinuxFileManager.hpp"
+
+#include "engine/tree/PrintableText.hpp"
+#include "platform/FileUrl.hpp"
+#include "platform/linux/bus/SessionBusAddress.hpp"
+#include "platform/linux/files/CleanPath.hpp"
+#include "platform/linux/files/InformationWindow.hpp"
+#include "platform/linux/files/ItemInformation.hpp"
+
+#include <QDesktopServices>
+#include <QMetaObject>
+#include <QUrl>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+void logNotShown(const std::string &path, const std::string &reason)
+{
+    qCInfo(fileManagerLog).noquote() << "not shown:" << QString::fromStdString(printableText(path))
+                                     << '-' << QString::fromStdString(reason);
+}
+
+/// The errno value with which looking for the item ends; 0 when it is there.
+int errorOfLookingFor(const std::string &path)
+{
+    struct stat status = {};
+    return lstat(path.c_str(), &status) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+LinuxFileManager::LinuxFileManager(const DateTexts &dates, Opener opener,
+                                   std::chrono::milliseconds timeout)
+    : m_dates(dates), m_opener(std::move(opener)),
+      m_caller(new FileManagerCaller(sessionBusAddress(), timeout))
+{
+    m_caller->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_caller, &QObject::deleteLater);
+    m_thread.start();
+}
+
+LinuxFileManager::~LinuxFileManager()
+{
+    m_thread.quit();
+    m_thread.wait(); // not for long: nothing that the caller does waits for somebody else
+    for (const auto &[path, window] : m_windows) {
+        delete window.data();
+    }
+}
+
+void LinuxFileManager::reveal(std::string_view path)
+{
+    // File managers show nothing for the one item that lies in no folder.
+    const bool isRoot = cleanPath(path) == "/";
+    show(path, isRoot ? Method::showFolders : Method::showItems,
+         [this](const std::string &clean) { openFolder(folderOf(clean)); });
+}
+
+void LinuxFileManager::showInformation(std::string_view path)
+{
+    show(path, Method::showItemProperties,
+         [this](const std::string &clean) { showOwnWindow(clean); });
+}
+
+bool LinuxFileManager::openWithDefaultApplication(const std::string &url)
+{
+    return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
+}
+
+void LinuxFileManager::show(std::string_view path, Method method,
+                            std::function<void(const std::string &)> fallback)
+{
+    const std::string clean = cleanPath(path);
+    const auto url = fileUrl(clean);
+    if (!url) {
+        logNotShown(clean, "not an absolute path");
+        return;
+    }
+    // Some file managers answer a path that is missing with a window that complains. Looking at a
+    // path may take as long as it likes.
+    BackgroundWork::start(
+        [this, clean, url = *url, method, fallback = std::move(fallback), post = m_work.poster()] {
+            const int error = errorOfLookingFor(clean);
+            post([this, clean, url, method, fallback, error] {
+                if (error == 0) {
+                    callFileManager(url, method, [fallback, clean] { fallback(clean); });
+                } else {
+                    logNotShown(clean, std::generic_category().message(error));
+                    showOwnWindow(clean); // which says why
+                }
+            });
+        });
+}
+
+void LinuxFileManager::callFileManager(const std::string &url, Method method,
+                                       std::function<void()> fallback)
+{
+    QMetaObject::invokeMethod(
+        m_caller,
+        [caller = m_caller, method, url, fallback = std::move(fallback), post = m_work.poster()] {
+            caller->call(method, QString::fromStdString(url), [fallback, post] { post(fallback); });
+        },
+        Qt::QueuedConnection);
+}
+
+void LinuxFileManager::openFolder(const std::string &path)
+{
+    const auto url = fileUrl(path);
+    if (!url || !m_opener(*url)) {
+        logNotShown(path, "nothing opens this folder");
+    }
+}
+
+void LinuxFileManager::showOwnWindow(const std::string &path)
+{
+    BackgroundWork::start([this, path, post = m_work.poster()] {
+        post([this, item = ItemInformation::of(path)] { openWindow(item); });
+    });
+}
+
+void LinuxFileManager::openWindow(const ItemInformation &item)
+{
+    std::erase_if(m_windows, [](const auto &before) { return before.second.isNull(); });
+    auto *window = new InformationWindow(item, m_dates);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    QPointer<InformationWindow> &place = m_windows[item.path];
+    if (place != nullptr) { // takes the place of what was known about the item before
+        window->move(place->pos());
+        delete place.data();
+    }
+    place = window;
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+} // namespace tessaly

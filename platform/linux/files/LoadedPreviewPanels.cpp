@@ -1,0 +1,67 @@
+#include "platform/linux/files/LoadedPreviewPanels.hpp"
+
+#include "platform/PreviewModule.hpp"
+#include "platform/linux/files/MissingPreviewPanels.hpp"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLibrary>
+#include <QLoggingCategory>
+
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(previewLog, "tessaly.preview")
+
+std::unique_ptr<PreviewPanels> panelsOf(const std::string &modulePath, SettingsStore &settings)
+{
+    QLibrary module(QFile::decodeName(QByteArray::fromStdString(modulePath)));
+    const auto make = reinterpret_cast<MakePreviewPanels>(module.resolve(makePreviewPanelsName));
+    if (make == nullptr) {
+        qCCritical(previewLog, "There are no previews: %s", qUtf8Printable(module.errorString()));
+        return std::make_unique<MissingPreviewPanels>();
+    }
+    return std::unique_ptr<PreviewPanels>(make(settings));
+}
+
+} // namespace
+
+LoadedPreviewPanels::LoadedPreviewPanels(std::string modulePath, SettingsStore &settings)
+    : m_modulePath(std::move(modulePath)), m_settings(settings)
+{
+}
+
+LoadedPreviewPanels::~LoadedPreviewPanels() = default;
+
+std::string LoadedPreviewPanels::modulePathOfProgram()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    return QFile::encodeName(folder).toStdString() + "/" TESSALY_PREVIEW_MODULE;
+}
+
+bool LoadedPreviewPanels::sharedPreviewPanelExists() const
+{
+    return m_panels != nullptr && m_panels->sharedPreviewPanelExists();
+}
+
+PreviewPanel &LoadedPreviewPanels::sharedPreviewPanel()
+{
+    if (m_panels == nullptr) {
+        m_panels = panelsOf(m_modulePath, m_settings);
+        m_panels->setController(m_controller);
+    }
+    return m_panels->sharedPreviewPanel();
+}
+
+void LoadedPreviewPanels::setController(PreviewPanelController *controller)
+{
+    m_controller = controller;
+    if (m_panels != nullptr) {
+        m_panels->setController(controller);
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,43 @@
+#include "platform/linux/files/QtFolderChooser.hpp"
+
+#include "platform/linux/files/FolderDialog.hpp"
+#include "platform/linux/process/ProbeProcess.hpp"
+
+#include <QMetaObject>
+
+#include <utility>
+
+namespace tessaly {
+
+QtFolderChooser::QtFolderChooser(std::string probe)
+    : m_probe(probe.empty() ? ProbeProcess::programOfInstallation() : std::move(probe))
+{
+}
+
+QtFolderChooser::~QtFolderChooser()
+{
+    delete m_dialog.data();
+}
+
+void QtFolderChooser::chooseFolder(QWidget &window, const Request &request, Answer answer)
+{
+    if (m_dialog != nullptr) {
+        m_dialog->raise();
+        m_dialog->activateWindow();
+        QMetaObject::invokeMethod(
+            &m_context, [answer = std::move(answer)] { answer(std::nullopt); },
+            Qt::QueuedConnection);
+        return;
+    }
+    m_dialog = new FolderDialog(window, request, m_probe);
+    QObject::connect(
+        m_dialog, &QDialog::finished, &m_context, [this, answer = std::move(answer)](int result) {
+            // No longer the open one, so that the answer may lead to the next request.
+            FolderDialog *dialog = std::exchange(m_dialog, nullptr);
+            dialog->deleteLater();
+            answer(result == QDialog::Accepted ? dialog->chosenFolder() : std::nullopt);
+        });
+    m_dialog->open();
+}
+
+} // namespace tessaly

@@ -1,0 +1,42 @@
+#include "platform/linux/process/InstanceLock.hpp"
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace tessaly {
+
+InstanceLock::InstanceLock(std::string path) : m_path(std::move(path)) {}
+
+InstanceLock::State InstanceLock::take()
+{
+    if (m_file.isOpen()) {
+        return State::taken;
+    }
+    FileDescriptor file(open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!file.isOpen()) {
+        return State::impossible;
+    }
+    int result = 0;
+    do {
+        result = flock(file.number(), LOCK_EX | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    if (result != 0) {
+        return errno == EWOULDBLOCK ? State::refused : State::impossible;
+    }
+    m_file = std::move(file);
+    return State::taken;
+}
+
+void InstanceLock::release()
+{
+    if (m_file.isOpen()) {
+        flock(m_file.number(), LOCK_UN);
+        m_file = FileDescriptor();
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/scan/FileDescriptor.hpp"
+
+#include <QSocketNotifier>
+
+#include <optional>
+
+namespace tessaly {
+
+/// Ends the program in order when it is asked to by SIGTERM, SIGINT or SIGHUP: its windows are
+/// closed and its event loop ends, as if the user had quit. The same signal a second time ends it
+/// at once. A signal that was ignored when the program started stays ignored.
+///
+/// Requires: a QCoreApplication. One at a time; when it goes, the signals have their usual effect.
+/// Threads:  the main thread.
+class TerminationSignals {
+public:
+    TerminationSignals();
+    ~TerminationSignals();
+    TerminationSignals(const TerminationSignals &) = delete;
+    TerminationSignals &operator=(const TerminationSignals &) = delete;
+    TerminationSignals(TerminationSignals &&) = delete;
+    TerminationSignals &operator=(TerminationSignals &&) = delete;
+
+private:
+    FileDescriptor m_reading;
+    FileDescriptor m_writing;
+    std::optional<QSocketNotifier> m_notifier;
+};
+
+} // namespace tessaly

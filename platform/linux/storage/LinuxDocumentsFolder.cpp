@@ -1,0 +1,63 @@
+#include "platform/linux/storage/LinuxDocumentsFolder.hpp"
+
+#include "engine/tree/PrintableText.hpp"
+#include "platform/linux/storage/PrivateFolder.hpp"
+#include "platform/linux/storage/XdgFolders.hpp"
+
+#include <QLoggingCategory>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(documentsLog, "tessaly.documents")
+
+std::string withoutSlashesAtEnd(std::string path)
+{
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.pop_back();
+    }
+    return path;
+}
+
+std::error_code closeToOthers(const std::string &folder)
+{
+    struct stat status = {};
+    if (stat(folder.c_str(), &status) == 0 &&
+        ((status.st_mode & (S_IRWXG | S_IRWXO)) == 0 || chmod(folder.c_str(), S_IRWXU) == 0)) {
+        return {};
+    }
+    return {errno, std::system_category()};
+}
+
+} // namespace
+
+std::string LinuxDocumentsFolder::defaultPath()
+{
+    return XdgFolders::data() + "/tessaly";
+}
+
+LinuxDocumentsFolder::LinuxDocumentsFolder(std::string path)
+    : m_path(withoutSlashesAtEnd(std::move(path)))
+{
+}
+
+std::string LinuxDocumentsFolder::path()
+{
+    if (const std::error_code error = makePrivateFolder(m_path)) {
+        qCWarning(documentsLog, "cannot make the folder %s: %s", printableText(m_path).c_str(),
+                  error.message().c_str());
+    } else if (const std::error_code stillOpen = closeToOthers(m_path)) {
+        qCWarning(documentsLog, "others can look into %s: %s", printableText(m_path).c_str(),
+                  stillOpen.message().c_str());
+    }
+    return m_path;
+}
+
+} // namespace tessaly

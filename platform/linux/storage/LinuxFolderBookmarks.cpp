@@ -1,0 +1,158 @@
+#include "platform/linux/storage/LinuxFolderBookmarks.hpp"
+
+#include "engine/archive/PropertyList.hpp"
+#include "engine/tree/PrintableText.hpp"
+#include "platform/FileUrl.hpp"
+#include "platform/linux/storage/FolderIdentity.hpp"
+
+#include <QLoggingCategory>
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(bookmarksLog, "tessaly.bookmarks")
+
+constexpr const char *versionKey = "version";
+constexpr const char *pathKey = "path";
+constexpr const char *identityKey = "identity";
+constexpr std::int64_t version = 1;
+
+class DataSink final : public ByteSink {
+public:
+    Result<Done, ArchiveError> write(std::span<const std::byte> bytes) override
+    {
+        data.insert(data.end(), bytes.begin(), bytes.end());
+        return Done{};
+    }
+
+    FolderBookmarks::Data data;
+};
+
+struct Bookmark {
+    std::string path;
+    FolderIdentity identity;
+};
+
+PlistData dataOf(std::string_view bytes)
+{
+    const auto data = std::as_bytes(std::span(bytes));
+    return {data.begin(), data.end()};
+}
+
+template <typename Type>
+const Type *find(const PlistDictionary &dictionary, std::string_view key)
+{
+    const auto found = dictionary.find(key);
+    return found != dictionary.end() ? found->second.as<Type>() : nullptr;
+}
+
+std::string stringOf(const PlistData &data)
+{
+    return {reinterpret_cast<const char *>(data.data()), data.size()};
+}
+
+std::optional<FolderBookmarks::Data> encoded(const Bookmark &bookmark)
+{
+    PlistDictionary identity;
+    for (const auto &[name, value] : bookmark.identity) {
+        identity.emplace(name, dataOf(value));
+    }
+    PlistDictionary content;
+    content.emplace(versionKey, version);
+    content.emplace(pathKey, dataOf(bookmark.path));
+    content.emplace(identityKey, std::move(identity));
+    DataSink sink;
+    return writePropertyList(std::move(content), sink) ? std::optional(std::move(sink.data))
+                                                       : std::nullopt;
+}
+
+std::optional<Bookmark> decoded(std::span<const std::byte> data)
+{
+    const auto list = readPropertyList(data);
+    const auto *content = list ? list.value().as<PlistDictionary>() : nullptr;
+    if (content == nullptr) {
+        return std::nullopt;
+    }
+    const auto *itsVersion = find<std::int64_t>(*content, versionKey);
+    const auto *path = find<PlistData>(*content, pathKey);
+    const auto *identity = find<PlistDictionary>(*content, identityKey);
+    if (itsVersion == nullptr || *itsVersion != version || path == nullptr || identity == nullptr) {
+        return std::nullopt;
+    }
+    Bookmark bookmark{stringOf(*path), {}};
+    for (const auto &[name, value] : *identity) {
+        const auto *bytes = value.as<PlistData>();
+        if (bytes == nullptr) {
+            return std::nullopt;
+        }
+        bookmark.identity.emplace(name, stringOf(*bytes));
+    }
+    return bookmark;
+}
+
+bool isReadableFolder(const std::string &path)
+{
+    std::error_code unreachable;
+    return std::filesystem::is_directory(path, unreachable) &&
+           faccessat(AT_FDCWD, path.c_str(), R_OK | X_OK, AT_EACCESS) == 0;
+}
+
+} // namespace
+
+std::optional<FolderBookmarks::Data> LinuxFolderBookmarks::makeBookmark(std::string_view url)
+{
+    const auto path = pathOfFileUrl(url);
+    auto identity = path ? folderIdentity(*path) : std::nullopt;
+    return identity ? encoded({*path, std::move(*identity)}) : std::nullopt;
+}
+
+std::optional<std::string> LinuxFolderBookmarks::resolve(std::span<const std::byte> data)
+{
+    const auto bookmark = decoded(data);
+    if (!bookmark || !bookmark->path.starts_with('/')) {
+        return std::nullopt;
+    }
+    const auto present = folderIdentity(bookmark->path);
+    return present && isSameFolder(bookmark->identity, *present) ? fileUrl(bookmark->path)
+                                                                 : std::nullopt;
+}
+
+bool LinuxFolderBookmarks::startAccess(std::string_view url)
+{
+    const auto path = pathOfFileUrl(url);
+    if (!path || !isReadableFolder(*path)) {
+        return false;
+    }
+    const std::lock_guard lock(m_mutex);
+    ++m_accesses.try_emplace(std::string(url), 0).first->second;
+    return true;
+}
+
+void LinuxFolderBookmarks::stopAccess(std::string_view url)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto access = m_accesses.find(url);
+    if (access == m_accesses.end()) {
+        qCWarning(bookmarksLog, "access to %s was stopped, but not started",
+                  printableText(url).c_str());
+    } else if (--access->second == 0) {
+        m_accesses.erase(access);
+    }
+}
+
+int LinuxFolderBookmarks::accessCount(std::string_view url) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto access = m_accesses.find(url);
+    return access != m_accesses.end() ? access->second : 0;
+}
+
+} // namespace tessaly

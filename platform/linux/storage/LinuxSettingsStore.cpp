@@ -1,0 +1,294 @@
+#include "platform/linux/storage/LinuxSettingsStore.hpp"
+
+#include "engine/archive/AtomicFile.hpp"
+#include "engine/tree/PrintableText.hpp"
+#include "platform/linux/storage/XdgFolders.hpp"
+
+#include <QLoggingCategory>
+
+#include <cmath>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+Q_LOGGING_CATEGORY(settingsLog, "tessaly.settings")
+
+/// Without the fraction, and the nearest one when it is past an end; 0 when it is not a number.
+std::int64_t integerOf(double real) noexcept
+{
+    constexpr double pastLast = 0x1p63;
+    if (std::isnan(real)) {
+        return 0;
+    }
+    if (real >= pastLast) {
+        return std::numeric_limits<std::int64_t>::max();
+    }
+    return real < -pastLast ? std::numeric_limits<std::int64_t>::min()
+                            : static_cast<std::int64_t>(real);
+}
+
+/// As SettingsStore::integer() reads it.
+std::int64_t integerOf(const PlistValue &value) noexcept
+{
+    if (const auto *number = value.as<std::int64_t>()) {
+        return *number;
+    }
+    if (value.as<std::uint64_t>() != nullptr) { // one past the end of the others
+        return std::numeric_limits<std::int64_t>::max();
+    }
+    if (const auto *real = value.as<double>()) {
+        return integerOf(*real);
+    }
+    const auto *boolean = value.as<bool>();
+    return boolean != nullptr && *boolean ? 1 : 0;
+}
+
+} // namespace
+
+std::string LinuxSettingsStore::defaultPath()
+{
+    return XdgFolders::config() + "/tessaly/settings.plist";
+}
+
+LinuxSettingsStore::LinuxSettingsStore(std::string path, FileCalls &calls,
+                                       std::chrono::milliseconds timeout)
+    : m_file(std::move(path), calls, timeout)
+{
+    AtomicFile::removeLeftovers(m_file.folderOfFile(), calls);
+    const std::lock_guard lock(m_fileMutex);
+    readStored();
+}
+
+LinuxSettingsStore::~LinuxSettingsStore()
+{
+    if (!m_changes.empty()) {
+        LinuxSettingsStore::flush();
+    }
+}
+
+bool LinuxSettingsStore::hasKey(std::string_view key) const
+{
+    const std::lock_guard lock(m_mutex);
+    return find(key) != nullptr;
+}
+
+std::int64_t LinuxSettingsStore::integer(std::string_view key) const
+{
+    const std::lock_guard lock(m_mutex);
+    const PlistValue *value = find(key);
+    return value != nullptr ? integerOf(*value) : 0;
+}
+
+std::optional<std::string> LinuxSettingsStore::text(std::string_view key) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto *text = findAs<std::string>(key);
+    return text != nullptr ? std::optional(*text) : std::nullopt;
+}
+
+std::optional<SettingsStore::Data> LinuxSettingsStore::data(std::string_view key) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto *data = findAs<PlistData>(key);
+    return data != nullptr ? std::optional(*data) : std::nullopt;
+}
+
+void LinuxSettingsStore::setInteger(std::string_view key, std::int64_t value)
+{
+    const std::lock_guard lock(m_mutex);
+    newChange(key).value.emplace(value);
+}
+
+void LinuxSettingsStore::setDefault(std::string_view key, std::int64_t value)
+{
+    const std::lock_guard lock(m_mutex);
+    if (find(key) != nullptr) {
+        return;
+    }
+    const bool isRemoved = m_changes.contains(key); // so the value that is stored does not count
+    Change &change = newChange(key);
+    change.value.emplace(value);
+    change.isDefault = !isRemoved;
+}
+
+void LinuxSettingsStore::setText(std::string_view key, std::string_view value)
+{
+    std::string text(value);
+    const std::lock_guard lock(m_mutex);
+    newChange(key).value.emplace(std::move(text));
+}
+
+void LinuxSettingsStore::setData(std::string_view key, std::span<const std::byte> value)
+{
+    PlistData data(value.begin(), value.end());
+    const std::lock_guard lock(m_mutex);
+    newChange(key).value.emplace(std::move(data));
+}
+
+void LinuxSettingsStore::remove(std::string_view key)
+{
+    const std::lock_guard lock(m_mutex);
+    if (find(key) != nullptr) {
+        newChange(key);
+    }
+}
+
+bool LinuxSettingsStore::flush()
+{
+    const std::lock_guard lock(m_fileMutex);
+    try {
+        const Changes changes = pendingChanges();
+        if (changes.empty()) {
+            readStored();
+            return true;
+        }
+        const auto stored = store(changes);
+        if (!stored) {
+            warn(stored.error());
+            return false;
+        }
+        m_lastWarning.clear();
+        return true;
+    } catch (const std::bad_alloc &) {
+        qCWarning(settingsLog, "not enough memory to store the settings");
+        return false;
+    }
+}
+
+/// The value that this process sees; null when there is none. Requires: m_mutex is held, as long as
+/// the value is used.
+const PlistValue *LinuxSettingsStore::find(std::string_view key) const
+{
+    const auto stored = m_stored.find(key);
+    const auto change = m_changes.find(key);
+    if (change != m_changes.end() && !(change->second.isDefault && stored != m_stored.end())) {
+        return change->second.value ? &*change->second.value : nullptr;
+    }
+    return stored != m_stored.end() ? &stored->second : nullptr;
+}
+
+template <typename Type>
+const Type *LinuxSettingsStore::findAs(std::string_view key) const
+{
+    const PlistValue *value = find(key);
+    return value != nullptr ? value->as<Type>() : nullptr;
+}
+
+/// The pending change of the key: that it is removed, unless a value is put in. Requires: m_mutex
+/// is held, as long as the change is used.
+LinuxSettingsStore::Change &LinuxSettingsStore::newChange(std::string_view key)
+{
+    Change &change = m_changes[std::string(key)];
+    change.value.reset();
+    change.isDefault = false;
+    change.number = ++m_changeCount;
+    return change;
+}
+
+LinuxSettingsStore::Changes LinuxSettingsStore::pendingChanges() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_changes;
+}
+
+/// What `stored` holds is on disk now, the changes `flushed` among it.
+void LinuxSettingsStore::adopt(PlistDictionary stored, const Changes &flushed)
+{
+    const std::lock_guard lock(m_mutex);
+    m_stored.swap(stored);
+    for (const auto &[key, change] : flushed) {
+        const auto pending = m_changes.find(key);
+        if (pending->second.number == change.number) { // else it was changed again meanwhile
+            m_changes.erase(pending);
+        }
+    }
+}
+
+/// Logs what keeps the settings from being read or stored: once until it changes, since every
+/// change is flushed. Requires: m_fileMutex is held.
+void LinuxSettingsStore::warn(const ArchiveError &error)
+{
+    std::string text = error.text();
+    if (text != m_lastWarning) {
+        qCWarning(settingsLog, "%s", text.c_str());
+        m_lastWarning = std::move(text);
+    }
+}
+
+/// Adopts what the file holds. Requires: m_fileMutex is held.
+void LinuxSettingsStore::readStored()
+{
+    auto content = m_file.read();
+    if (!content && SettingsFile::isDamage(content.error())) {
+        // Without the lock another process could have put a good file in its place by now.
+        const auto lock = m_file.lock();
+        content = lock ? readOrSetAside() : lock.error();
+    }
+    if (!content) {
+        warn(content.error());
+        return;
+    }
+    m_lastWarning.clear();
+    if (content.value()) {
+        adopt(std::move(*content.value()), {});
+    }
+}
+
+/// Merges the changes into the file. Requires: m_fileMutex is held.
+Result<Done, ArchiveError> LinuxSettingsStore::store(const Changes &changes)
+{
+    const auto lock = m_file.lock();
+    if (!lock) {
+        return lock.error();
+    }
+    auto content = readOrSetAside();
+    if (!content) {
+        return content.error();
+    }
+    PlistValue top(content.value() ? std::move(*content.value()) : known());
+    auto &merged = *top.as<PlistDictionary>();
+    for (const auto &[key, change] : changes) {
+        if (change.isDefault) {
+            merged.try_emplace(key, *change.value);
+        } else if (change.value) {
+            merged.insert_or_assign(key, *change.value);
+        } else {
+            merged.erase(key);
+        }
+    }
+    if (auto written = m_file.write(top); !written) {
+        return written;
+    }
+    adopt(std::move(merged), changes);
+    return Done{};
+}
+
+PlistDictionary LinuxSettingsStore::known() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_stored;
+}
+
+/// What the file holds; nothing when there is none or none any more, because it was damaged.
+/// Requires: m_fileMutex and the file's lock are held.
+Result<SettingsFile::Content, ArchiveError> LinuxSettingsStore::readOrSetAside()
+{
+    auto content = m_file.read();
+    if (content || !SettingsFile::isDamage(content.error())) {
+        return content;
+    }
+    const auto newName = m_file.setAside();
+    if (!newName) {
+        return newName.error();
+    }
+    qCWarning(settingsLog, "%s holds no settings (%s); it was set aside as %s",
+              printableText(m_file.path()).c_str(), content.error().text().c_str(),
+              printableText(newName.value()).c_str());
+    return SettingsFile::Content();
+}
+
+} // namespace tessaly

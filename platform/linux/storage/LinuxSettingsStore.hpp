@@ -1,0 +1,98 @@
+#pragma once
+
+#include "engine/archive/FileCalls.hpp"
+#include "engine/archive/PropertyList.hpp"
+#include "platform/SettingsStore.hpp"
+#include "platform/linux/storage/SettingsFile.hpp"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace tessaly {
+
+/// The settings in a file of the user's: $XDG_CONFIG_HOME/tessaly/settings.plist, by default
+/// ~/.config/tessaly/settings.plist, a binary property list whose top is a dictionary.
+///
+/// Several processes may use the file at once. flush() holds a lock while it reads what the file
+/// holds now, makes this process's changes to it, no others, and replaces the file as a whole; what
+/// came of it is what this process sees from then on. Values of types that are not ours stay as
+/// they are. The lock is tried for 5 seconds; when its holder was stopped and keeps it longer,
+/// flush() fails, and tries only once each time from then on until it gets the lock.
+///
+/// - Without pending changes flush() only reads the file, and succeeds whatever it finds.
+/// - A file that holds no settings is set aside under another name, with a warning in the log; it
+///   counts as missing.
+/// - When there is no file, what this process knows already stays and goes into the next one.
+/// - A file that cannot be read is left alone: flush() fails while there are pending changes.
+/// - What fails again and again for the same reason is logged once.
+/// - Whether a default is needed is decided while the lock is held, by what the file holds then.
+///
+/// The last changes are flushed when the store goes.
+///
+/// Threads: any. Only flush() waits for the disk; reading and changing values never waits for it.
+class LinuxSettingsStore final : public SettingsStore {
+public:
+    static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(5);
+
+    [[nodiscard]] static std::string defaultPath();
+
+    /// Reads the file. `path` is bytes as the system takes them, `calls` must outlive the store,
+    /// and `timeout` is how long it waits for the lock.
+    explicit LinuxSettingsStore(std::string path = defaultPath(),
+                                FileCalls &calls = FileCalls::system(),
+                                std::chrono::milliseconds timeout = defaultTimeout);
+    ~LinuxSettingsStore() override;
+    LinuxSettingsStore(const LinuxSettingsStore &) = delete;
+    LinuxSettingsStore &operator=(const LinuxSettingsStore &) = delete;
+    LinuxSettingsStore(LinuxSettingsStore &&) = delete;
+    LinuxSettingsStore &operator=(LinuxSettingsStore &&) = delete;
+
+    [[nodiscard]] bool hasKey(std::string_view key) const override;
+    [[nodiscard]] std::int64_t integer(std::string_view key) const override;
+    [[nodiscard]] std::optional<std::string> text(std::string_view key) const override;
+    [[nodiscard]] std::optional<Data> data(std::string_view key) const override;
+
+    void setInteger(std::string_view key, std::int64_t value) override;
+    void setDefault(std::string_view key, std::int64_t value) override;
+    void setText(std::string_view key, std::string_view value) override;
+    void setData(std::string_view key, std::span<const std::byte> value) override;
+    void remove(std::string_view key) override;
+
+    bool flush() override;
+
+private:
+    struct Change {
+        std::optional<PlistValue> value; ///< nothing: the key is removed
+        std::uint64_t number = 0;        ///< tells it from a later change of the same key
+        bool isDefault = false;          ///< gives way to a stored value
+    };
+    using Changes = std::map<std::string, Change, std::less<>>;
+
+    [[nodiscard]] const PlistValue *find(std::string_view key) const;
+    template <typename Type>
+    [[nodiscard]] const Type *findAs(std::string_view key) const;
+    Change &newChange(std::string_view key);
+
+    [[nodiscard]] Changes pendingChanges() const;
+    [[nodiscard]] PlistDictionary known() const;
+    void adopt(PlistDictionary stored, const Changes &flushed);
+    void warn(const ArchiveError &error);
+    void readStored();
+    [[nodiscard]] Result<Done, ArchiveError> store(const Changes &changes);
+    [[nodiscard]] Result<SettingsFile::Content, ArchiveError> readOrSetAside();
+
+    std::mutex m_fileMutex; ///< held by whoever uses m_file; taken before m_mutex
+    SettingsFile m_file;
+    std::string m_lastWarning; ///< empty when the last use of the file succeeded
+
+    mutable std::mutex m_mutex; ///< of what follows; never held while the disk is used
+    PlistDictionary m_stored;
+    Changes m_changes;
+    std::uint64_t m_changeCount = 0;
+};
+
+} // namespace tessaly

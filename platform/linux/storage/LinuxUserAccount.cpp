@@ -1,0 +1,31 @@
+#include "platform/linux/storage/LinuxUserAccount.hpp"
+
+#include "platform/linux/files/CleanPath.hpp"
+#include "platform/linux/storage/PasswordEntry.hpp"
+
+#include <cstdlib>
+
+namespace tessaly {
+
+std::string LinuxUserAccount::loginName() const
+{
+    const auto entry = PasswordEntry::ofThisUser();
+    return entry ? entry->loginName : std::string();
+}
+
+std::string LinuxUserAccount::homeFolder() const
+{
+    if (const char *home = std::getenv("HOME"); home != nullptr && *home == '/') {
+        return cleanPath(home);
+    }
+    const auto entry = PasswordEntry::ofThisUser();
+    return entry && entry->homeFolder.starts_with('/') ? cleanPath(entry->homeFolder)
+                                                       : std::string();
+}
+
+std::string LinuxUserAccount::usersFolder() const
+{
+    return "/home";
+}
+
+} // namespace tessaly

@@ -1,0 +1,24 @@
+#include "platform/linux/storage/PasswordEntry.hpp"
+
+#include <cstddef>
+#include <vector>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace tessaly {
+
+std::optional<PasswordEntry> PasswordEntry::ofThisUser()
+{
+    constexpr std::size_t enoughForAnyEntry = std::size_t{64} << 10U;
+    std::vector<char> texts(enoughForAnyEntry);
+    passwd entry = {};
+    passwd *found = nullptr;
+    if (getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found) != 0 ||
+        found == nullptr) {
+        return std::nullopt;
+    }
+    return PasswordEntry{found->pw_name, found->pw_dir};
+}
+
+} // namespace tessaly

@@ -1,0 +1,233 @@
+#include "platform/linux/storage/SettingsFile.hpp"
+
+#include "engine/archive/AtomicFile.hpp"
+#include "engine/tree/PrintableText.hpp"
+#include "platform/linux/storage/PrivateFolder.hpp"
+
+#include <array>
+#include <cerrno>
+#include <ctime>
+#include <filesystem>
+#include <thread>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace tessaly {
+
+namespace {
+
+using Kind = ArchiveError::Kind;
+
+/// Far more than settings take. What is larger is not read to its end.
+constexpr std::size_t maxSettingsBytes = std::size_t{64} << 20U;
+constexpr std::chrono::milliseconds timeBetweenLockTries{10};
+constexpr int nameAttempts = 100;
+
+std::string utcNow()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm parts = {};
+    gmtime_r(&now, &parts);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%dT%H%M%SZ", &parts)};
+}
+
+std::string folderOf(const std::string &path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
+}
+
+bool isLackOfLocks(int errorNumber) noexcept
+{
+    return errorNumber == ENOLCK || errorNumber == ENOSYS || errorNumber == EOPNOTSUPP;
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(std::string path, FileCalls &calls, std::chrono::milliseconds timeout)
+    : m_path(std::move(path)), m_calls(calls), m_timeout(timeout)
+{
+}
+
+SettingsFile::Lock::~Lock()
+{
+    if (m_descriptor >= 0) {
+        // Not by closing alone: a program that is being started right now holds the same file.
+        m_calls->flock(m_descriptor, LOCK_UN);
+        m_calls->close(m_descriptor);
+    }
+}
+
+SettingsFile::Lock::Lock(Lock &&other) noexcept
+    : m_calls(other.m_calls), m_descriptor(std::exchange(other.m_descriptor, -1))
+{
+}
+
+Result<SettingsFile::Lock, ArchiveError> SettingsFile::lock()
+{
+    if (const std::error_code error = makePrivateFolder(folder())) {
+        return unwritable("cannot make the folder of", error.value());
+    }
+    const std::string path = m_path + ".lock";
+    const int descriptor =
+        retried([&] { return m_calls.open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600); });
+    if (descriptor < 0) {
+        return unwritable("cannot open the lock of", errno);
+    }
+    Lock lock(m_calls, descriptor);
+    const auto timeout = m_isPatient ? m_timeout : std::chrono::milliseconds(0);
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (retried([&] { return m_calls.flock(descriptor, LOCK_EX | LOCK_NB); }) != 0) {
+        if (isLackOfLocks(errno)) {
+            break; // settings that are kept without a lock are better than none
+        }
+        if (errno != EWOULDBLOCK) {
+            return unwritable("cannot lock", errno);
+        }
+        if (std::chrono::steady_clock::now() >= deadline) {
+            m_isPatient = false;
+            return unwritable("cannot lock", EWOULDBLOCK);
+        }
+        std::this_thread::sleep_for(timeBetweenLockTries);
+    }
+    m_isPatient = true;
+    return lock;
+}
+
+Result<SettingsFile::Content, ArchiveError> SettingsFile::read()
+{
+    // A FIFO must not keep us waiting for its writer.
+    const int descriptor =
+        retried([&] { return m_calls.open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0); });
+    if (descriptor < 0) {
+        return errno == ENOENT ? Result<Content, ArchiveError>(Content()) : unreadable(errno);
+    }
+    const auto bytes = bytesOf(descriptor);
+    m_calls.close(descriptor);
+    if (!bytes) {
+        return bytes.error();
+    }
+    auto list = readPropertyList(bytes.value());
+    if (!list) {
+        return list.error();
+    }
+    auto *dictionary = list.value().as<PlistDictionary>();
+    if (dictionary == nullptr) {
+        return ArchiveError{Kind::damaged, "the top object is no dictionary", {}};
+    }
+    return Content(std::move(*dictionary));
+}
+
+Result<std::vector<std::byte>, ArchiveError> SettingsFile::bytesOf(int descriptor)
+{
+    struct stat status = {};
+    if (m_calls.fstat(descriptor, &status) != 0) {
+        return unreadable(errno);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return ArchiveError{
+            Kind::unreadable, "cannot read " + printableText(m_path) + ": not a regular file", {}};
+    }
+    std::vector<std::byte> bytes;
+    std::array<std::byte, 16384> piece{};
+    while (bytes.size() <= maxSettingsBytes) {
+        const ssize_t count =
+            retried([&] { return m_calls.read(descriptor, piece.data(), piece.size()); });
+        if (count < 0) {
+            return unreadable(errno);
+        }
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.insert(bytes.end(), piece.begin(), piece.begin() + count);
+    }
+    return ArchiveError{Kind::damaged, "the file is far too large", {}};
+}
+
+bool SettingsFile::isDamage(const ArchiveError &error) noexcept
+{
+    return error.kind == Kind::notAnArchive || error.kind == Kind::truncated ||
+           error.kind == Kind::damaged || error.kind == Kind::unsupported;
+}
+
+Result<std::string, ArchiveError> SettingsFile::setAside()
+{
+    const std::string target = linkTarget();
+    const std::string firstName = target + ".damaged-" + utcNow();
+    for (int attempt = 1; attempt <= nameAttempts; ++attempt) {
+        std::string name = attempt == 1 ? firstName : firstName + '-' + std::to_string(attempt);
+        // Taken by an empty file first: the renaming would replace whatever has the name.
+        const int taken = retried([&] {
+            return m_calls.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        });
+        if (taken < 0 && errno == EEXIST) {
+            continue;
+        }
+        if (taken < 0) {
+            return unwritable("cannot set aside", errno);
+        }
+        m_calls.close(taken);
+        if (m_calls.rename(target.c_str(), name.c_str()) == 0) {
+            return name;
+        }
+        const int errorNumber = errno;
+        m_calls.unlink(name.c_str());
+        return unwritable("cannot set aside", errorNumber);
+    }
+    return unwritable("cannot set aside", EEXIST);
+}
+
+Result<Done, ArchiveError> SettingsFile::write(const PlistValue &content)
+{
+    AtomicFile file(linkTarget(), m_calls);
+    if (auto opened = file.open(); !opened) {
+        return opened;
+    }
+    if (auto written = writePropertyList(content, file); !written) {
+        return written;
+    }
+    return file.commit();
+}
+
+std::string SettingsFile::folder() const
+{
+    return folderOf(m_path);
+}
+
+std::string SettingsFile::folderOfFile() const
+{
+    return folderOf(linkTarget());
+}
+
+/// The path at the end of the links; the path of the file itself when it is none. Links in a circle
+/// lead nowhere: then it is one of them, which cannot be opened.
+std::string SettingsFile::linkTarget() const
+{
+    constexpr int maxLinkCount = 40; // as many as the kernel follows
+    std::filesystem::path path = m_path;
+    for (int count = 0; count < maxLinkCount; ++count) {
+        std::error_code isNoLink;
+        const std::filesystem::path target = std::filesystem::read_symlink(path, isNoLink);
+        if (isNoLink) {
+            break;
+        }
+        path = path.parent_path() / target; // an absolute target replaces all of it
+    }
+    return path;
+}
+
+ArchiveError SettingsFile::unreadable(int errorNumber) const
+{
+    return systemError(Kind::unreadable, "cannot read " + printableText(m_path), errorNumber);
+}
+
+ArchiveError SettingsFile::unwritable(const std::string &what, int errorNumber) const
+{
+    return systemError(Kind::unwritable, what + ' ' + printableText(m_path), errorNumber);
+}
+
+} // namespace tessaly

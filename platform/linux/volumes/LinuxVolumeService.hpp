@@ -1,0 +1,104 @@
+#pragma once
+
+#include "platform/VolumeService.hpp"
+#include "platform/linux/process/BackgroundWork.hpp"
+#include "platform/linux/process/FileSystemProbe.hpp"
+#include "platform/linux/volumes/MountWatch.hpp"
+#include "platform/linux/volumes/UDisksClient.hpp"
+#include "platform/linux/volumes/UDisksVolumes.hpp"
+#include "platform/linux/volumes/VolumeFiguresReader.hpp"
+#include "platform/linux/volumes/VolumeList.hpp"
+#include "platform/linux/volumes/VolumeSources.hpp"
+
+#include <QObject>
+#include <QThread>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaly {
+
+/// The mounted file systems, by the kernel's list of mounts and, where it is there, by UDisks2.
+///
+/// Entries:  volumesAmong() says which there are, VolumeNames what they are called. What has been
+///           unmounted has the path "/Volumes/NAME", where nothing is. "/" has "/Volumes//", by
+///           which it can be asked about but not unmounted.
+/// Figures:  free is what the user may still fill, without what is reserved for the system.
+/// Waiting:  nothing here waits for a volume, a bus or a service, but for unmount(). Volumes that
+///           are not on a disk of this computer are asked by child processes (FileSystemProbe),
+///           which are killed before the volume is unmounted.
+/// Going:    UDisks2 unmounts the volumes that it knows; FUSE's or the system's programs what users
+///           may unmount. Of a device that is mounted in several places only the mount at the path
+///           is unmounted, and nothing is ejected. If another one was mounted after it, "umount"
+///           does that, which refuses everybody but root and those whom fstab lets unmount there:
+///           then all of them stay, and the refusal is told at once. What a FUSE program shows that
+///           does not answer any more is detached at once ("lazy").
+/// Requires: a QCoreApplication and its event loop.
+/// Errors:   go to the log "tessaly.platform.volumes".
+/// End:      answers that have not come are dropped. An unmount() that is under way returns.
+class LinuxVolumeService final : public VolumeService {
+public:
+    static constexpr std::chrono::milliseconds usualTimeout = std::chrono::seconds(2);
+
+    /// `figures` asks a volume for its space; empty for the system's own answer. `timeout`: of a
+    /// volume or a service that does not answer.
+    explicit LinuxVolumeService(const VolumeSources &sources = {},
+                                VolumeFiguresReader::Source figures = {},
+                                std::chrono::milliseconds timeout = usualTimeout);
+    ~LinuxVolumeService() override;
+    LinuxVolumeService(const LinuxVolumeService &) = delete;
+    LinuxVolumeService &operator=(const LinuxVolumeService &) = delete;
+    LinuxVolumeService(LinuxVolumeService &&) = delete;
+    LinuxVolumeService &operator=(LinuxVolumeService &&) = delete;
+
+    [[nodiscard]] std::unique_ptr<VolumeEnumerator> enumerator() override;
+    [[nodiscard]] std::string pathOf(std::string_view name) const override;
+    void readInformation(std::vector<std::string> paths, Answer answer, LateFigures late) override;
+    void unmountAndEject(std::string_view path) override;
+    void unmount(std::string_view path) override;
+    void setRefusalListener(std::function<void(const std::string &path)> refused) override;
+    void setChangeListener(std::function<void()> changed) override;
+
+private:
+    struct Question;
+    struct UnmountRequest;
+    /// Calls `then` when UDisks2 has answered, or when it takes too long.
+    void askUDisks(std::function<void()> then);
+    [[nodiscard]] const UDisksVolumes *udisks() const;
+
+    void answer(const Question &question);
+    [[nodiscard]] std::optional<UnmountRequest> requestFor(std::string_view path);
+    void tellRefused(const std::string &path) const;
+    void checkSoon();
+    void tellIfChanged();
+    [[nodiscard]] bool hasOtherFacts() const;
+
+    VolumeSources m_sources;
+    std::chrono::milliseconds m_timeout;
+    std::shared_ptr<FileSystemProbe> m_probe; ///< shared with the threads that ask by it
+    VolumeList m_list;
+    std::optional<UDisksVolumes> m_udisksVolumes; ///< as it said last; nothing when it is not there
+
+    // What the one who listens knows by now.
+    std::vector<VolumeList::Entry> m_toldEntries;
+    std::map<std::string, VolumeInformation> m_toldFacts; ///< by path, without figures
+
+    std::function<void(const std::string &path)> m_refused;
+    std::function<void()> m_changed;
+    std::unique_ptr<MountWatch> m_watch;
+    QTimer m_merge; ///< runs while changes that come close together are gathered
+    QObject m_timers;
+    VolumeFiguresReader m_figures;
+    QThread m_thread;
+    UDisksClient *m_client; ///< lives in the thread, and goes with it
+    BackgroundWork m_work;  ///< ends first, and with it what it would call here
+};
+
+} // namespace tessaly

@@ -1,0 +1,97 @@
+#include "platform/linux/volumes/UnmountPrograms.hpp"
+
+#include "engine/archive/FileCalls.hpp"
+#include "engine/scan/FileDescriptor.hpp"
+#include "platform/linux/process/StartedChild.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tessaly {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+/// What can be read until the other end is closed; of a long text the beginning.
+std::string textFrom(int descriptor)
+{
+    constexpr std::size_t longest = 1000;
+    std::string text;
+    std::array<char, 256> piece{};
+    for (;;) {
+        const ssize_t count = retried([&] { return read(descriptor, piece.data(), piece.size()); });
+        if (count <= 0) {
+            break;
+        }
+        text.append(piece.data(), static_cast<std::size_t>(count));
+        text.resize(std::min(text.size(), longest));
+    }
+    while (text.ends_with('\n')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+/// Runs the first of the commands whose program is installed.
+std::optional<std::string> runFirst(const std::vector<Words> &commands)
+{
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        return std::generic_category().message(errno);
+    }
+    const FileDescriptor complaints(ends[0]);
+    FileDescriptor otherEnd(ends[1]);
+    pid_t process = 0;
+    int error = ENOENT;
+    for (const Words &command : commands) {
+        if (error == ENOENT) {
+            error = startChild(command, -1, otherEnd.number(), process);
+        }
+    }
+    otherEnd.close();
+    const std::string &program = commands.back().front();
+    if (error != 0) {
+        return program + ": " + std::generic_category().message(error);
+    }
+    std::string text = textFrom(complaints.number());
+    int status = 0;
+    if (retried([&] { return waitpid(process, &status, 0); }) == process && status == 0) {
+        return std::nullopt;
+    }
+    return text.empty() ? program + " has failed" : text;
+}
+
+} // namespace
+
+std::optional<std::string> unmountFuse(const std::string &mountPoint)
+{
+    return runFirst(
+        {{"fusermount3", "-u", "--", mountPoint}, {"fusermount", "-u", "--", mountPoint}});
+}
+
+std::optional<std::string> detachFuse(const std::string &mountPoint)
+{
+    return runFirst({{"fusermount3", "-u", "-z", "--", mountPoint},
+                     {"fusermount", "-u", "-z", "--", mountPoint}});
+}
+
+std::optional<std::string> unmountThere(const std::string &mountPoint)
+{
+    return runFirst({{"umount", "-i", "--", mountPoint}});
+}
+
+std::optional<std::string> unmountByUser(const std::string &mountPoint)
+{
+    return runFirst({{"umount", "--", mountPoint}});
+}
+
+} // namespace tessaly

@@ -1,0 +1,66 @@
+#include "platform/linux/volumes/VolumeFacts.hpp"
+
+#include "platform/linux/volumes/BlockDevice.hpp"
+#include "platform/linux/volumes/UDisksVolumes.hpp"
+#include "platform/linux/volumes/VolumeFilter.hpp"
+#include "platform/linux/volumes/VolumeTypes.hpp"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tessaly {
+
+VolumeFacts::VolumeFacts(const VolumeSources &sources)
+    : m_sources(sources), m_table(MountTable::read(sources.mountInfo).value_or(MountTable())),
+      m_volumes(volumesAmong(m_table)), m_userMounts(sources)
+{
+}
+
+const Mount *VolumeFacts::volumeOf(std::string_view path) const
+{
+    const Mount *holder = m_table.mountOf(path);
+    const auto found = std::find_if(m_volumes.begin(), m_volumes.end(), [&](const Mount &volume) {
+        return volume.mountPoint == path ||
+               (holder != nullptr && holder->id == volume.id && volume.mountPoint != rootPath);
+    });
+    return found == m_volumes.end() ? nullptr : &*found;
+}
+
+std::vector<Mount> VolumeFacts::mountsOfDevice(const Mount &volume) const
+{
+    std::vector<Mount> mounts;
+    if (volume.source.starts_with("/dev/")) {
+        std::copy_if(m_table.mounts().begin(), m_table.mounts().end(), std::back_inserter(mounts),
+                     [&](const Mount &mount) {
+                         return mount.device == volume.device || mount.source == volume.source;
+                     });
+    }
+    return mounts;
+}
+
+VolumeInformation VolumeFacts::informationAbout(std::string_view path,
+                                                const UDisksVolumes *udisks) const
+{
+    VolumeInformation information;
+    const Mount *volume = volumeOf(path);
+    if (volume == nullptr) {
+        return information;
+    }
+    information.typeName = volumeTypeName(volume->type);
+    if (volume->mountPoint == rootPath) {
+        return information;
+    }
+    const UDisksVolume *known =
+        udisks == nullptr ? nullptr : udisks->find(volume->mountPoint, volume->device);
+    if (known != nullptr) {
+        information.isRemovable = known->isRemovable;
+    } else if (const auto device = BlockDevice::below(*volume, m_sources)) {
+        information.isRemovable = device->isRemovable();
+    }
+    const bool mayAskUDisks =
+        known != nullptr && (known->isUnmountable || m_userMounts.isMountedForUser(*volume));
+    information.isUnmountable = mayAskUDisks || m_userMounts.mayUnmount(*volume);
+    return information;
+}
+
+} // namespace tessaly

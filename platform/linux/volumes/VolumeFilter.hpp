@@ -1,0 +1,20 @@
+#pragma once
+
+#include "engine/scan/MountTable.hpp"
+
+#include <vector>
+
+namespace tessaly {
+
+/// The mounts that are volumes: "/" first, whatever it is, then each other file system that holds
+/// a user's data, in the order of the list.
+///
+/// A file system counts once, where the path to it is shortest, however often it is mounted.
+/// Mounts of mere folders (bind mounts) and mounts that others cover count for nothing.
+[[nodiscard]] std::vector<Mount> volumesAmong(const MountTable &table);
+
+/// Whether the kernel itself serves the file system from a disk of this computer. Any other one may
+/// never answer: a server may be gone, a program may hang.
+[[nodiscard]] bool isOnLocalDisk(const Mount &mount);
+
+} // namespace tessaly

@@ -1,0 +1,178 @@
+#include "preview/DecoderSession.hpp"
+
+#include "preview/DecoderProcess.hpp"
+#include "preview/PreviewFile.hpp"
+#include "preview/protocol/SharedPixels.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+namespace tessaly {
+
+namespace {
+
+using RequestKind = DecoderRequest::Kind;
+
+DecoderRequest requestFor(RequestKind kind, QSize size)
+{
+    DecoderRequest request;
+    request.kind = kind;
+    request.width = size.width();
+    request.height = size.height();
+    return request;
+}
+
+DecoderTask taskFor(RequestKind kind)
+{
+    switch (kind) {
+    case RequestKind::drawing:
+        return {DecoderTask::Content::drawing};
+    case RequestKind::document:
+    case RequestKind::page:
+        return {DecoderTask::Content::document};
+    default:
+        return {DecoderTask::Content::image};
+    }
+}
+
+/// A decoder that was taken over may send any number.
+QSizeF pageSizeOf(const DecoderReply::PageSize &size)
+{
+    const auto isLength = [](double value) { return std::isfinite(value) && value > 0; };
+    return isLength(size.width) && isLength(size.height) ? QSizeF(size.width, size.height)
+                                                         : QSizeF();
+}
+
+} // namespace
+
+DecoderSession::DecoderSession(std::shared_ptr<DecoderProcess> process,
+                               std::shared_ptr<PreviewFile> file, std::stop_token stop)
+    : m_process(std::move(process)), m_file(std::move(file)), m_stop(std::move(stop))
+{
+}
+
+DecoderSession::~DecoderSession() = default;
+
+bool DecoderSession::start(RequestKind kind)
+{
+    if (!std::exchange(m_mayStart, false) || m_stop.stop_requested()) {
+        return false;
+    }
+    auto socket = m_process->startDecoder(m_file->handle(), taskFor(kind));
+    if (!socket) {
+        return false;
+    }
+    m_socket = std::move(*socket);
+    if (kind != RequestKind::page) {
+        return true;
+    }
+    // In place of one that had the document open.
+    const auto reopened = exchange(requestFor(RequestKind::document, {}), nullptr);
+    return reopened && reopened->problem == DecoderProblem::none;
+}
+
+std::optional<DecoderReply> DecoderSession::exchange(const DecoderRequest &request,
+                                                     const SharedPixels *pixels)
+{
+    // Ends the wait at once, and the decoder too.
+    const std::stop_callback stopping(m_stop, [this] { m_socket.shutDown(); });
+    std::vector<int> descriptors;
+    if (pixels != nullptr) {
+        descriptors.push_back(pixels->descriptor());
+    }
+    return m_socket.send(request, descriptors) ? m_socket.receive<DecoderReply>() : std::nullopt;
+}
+
+std::optional<DecoderReply> DecoderSession::ask(const DecoderRequest &request,
+                                                const SharedPixels *pixels)
+{
+    std::optional<DecoderReply> reply;
+    if (m_socket.isOpen() || start(request.kind)) {
+        reply = exchange(request, pixels);
+    }
+    m_hasFailed = !reply;
+    if (reply) {
+        m_mayStart = true;
+    } else {
+        m_socket.close();
+    }
+    return reply;
+}
+
+/// The image of the reply to a request for one; the reply is reset when there was none.
+QImage DecoderSession::imageOf(const DecoderRequest &request, std::optional<DecoderReply> &reply)
+{
+    const auto pixels = SharedPixels::make({request.width, request.height});
+    if (!pixels) {
+        reply = DecoderReply();
+        reply->problem = DecoderProblem::tooLarge;
+        return {};
+    }
+    reply = ask(request, &*pixels);
+    return reply && reply->problem == DecoderProblem::none
+               ? pixels->image({reply->width, reply->height}, reply->hasAlpha)
+               : QImage();
+}
+
+std::optional<DecoderSession::Image> DecoderSession::image(QSize bounds, bool isDrawing)
+{
+    std::optional<DecoderReply> reply;
+    const QImage image =
+        imageOf(requestFor(isDrawing ? RequestKind::drawing : RequestKind::image, bounds), reply);
+    if (!reply) {
+        return std::nullopt;
+    }
+    if (image.isNull()) {
+        return Image{reply->problem == DecoderProblem::tooLarge ? DecoderProblem::tooLarge
+                                                                : DecoderProblem::unreadable,
+                     {}};
+    }
+    const QSize fullSize = QSize(reply->fullWidth, reply->fullHeight);
+    return Image{DecoderProblem::none,
+                 {image, fullSize.isEmpty() ? image.size() : fullSize, isDrawing, reply->isMoving}};
+}
+
+std::optional<DecoderSession::Document> DecoderSession::document()
+{
+    const auto reply = ask(requestFor(RequestKind::document, {}), nullptr);
+    if (!reply) {
+        return std::nullopt;
+    }
+    if (reply->problem == DecoderProblem::locked) {
+        return Document{DecoderProblem::locked, {}};
+    }
+    if (reply->problem != DecoderProblem::none || reply->pageCount <= 0) {
+        return Document{DecoderProblem::unreadable, {}};
+    }
+    Document opened;
+    opened.document.pageCount = reply->pageCount;
+    const int shown = std::min(reply->pageCount, DecoderReply::maxPageCount);
+    for (int page = 0; page < shown; ++page) {
+        opened.document.pageSizes.push_back(
+            pageSizeOf(reply->pageSizes[static_cast<std::size_t>(page)]));
+    }
+    return opened;
+}
+
+QImage DecoderSession::page(int page, QSize size)
+{
+    DecoderRequest request = requestFor(RequestKind::page, size);
+    request.page = page;
+    std::optional<DecoderReply> reply;
+    return imageOf(request, reply);
+}
+
+DecoderSession::Frame DecoderSession::nextFrame(QSize size)
+{
+    constexpr int minDelayMs = 20;
+    constexpr int maxDelayMs = 60'000;
+    std::optional<DecoderReply> reply;
+    Frame frame;
+    frame.image = imageOf(requestFor(RequestKind::frame, size), reply);
+    frame.delayMs = reply ? std::clamp(int{reply->delayMs}, minDelayMs, maxDelayMs) : 0;
+    return frame;
+}
+
+} // namespace tessaly

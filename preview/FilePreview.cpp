@@ -1,0 +1,262 @@
+#include "preview/FilePreview.hpp"
+
+#include "engine/tree/PrintableText.hpp"
+#include "preview/DecoderSession.hpp"
+#include "preview/TextDecoder.hpp"
+
+#include <QCoreApplication>
+#include <QMimeDatabase>
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <optional>
+#include <utility>
+#include <variant>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+using Kind = PreviewFileStatus::Kind;
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(FilePreview)
+};
+
+QString typeNameOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::folder:
+        return u"inode/directory"_s;
+    case Kind::pipe:
+        return u"inode/fifo"_s;
+    case Kind::socket:
+        return u"inode/socket"_s;
+    case Kind::device:
+        return u"inode/chardevice"_s;
+    default:
+        return u"application/octet-stream"_s;
+    }
+}
+
+QString messageOf(PreviewFile::Error error)
+{
+    switch (error) {
+    case PreviewFile::Error::missing:
+        return Texts::tr("This file is no longer there.");
+    case PreviewFile::Error::forbidden:
+        return Texts::tr("You are not allowed to read this file.");
+    case PreviewFile::Error::notRegular:
+        return Texts::tr("Only files have a preview.");
+    default:
+        return Texts::tr("This file cannot be read.");
+    }
+}
+
+void describe(PreviewInfo &info, const QMimeType &type)
+{
+    info.type = type.isDefault() ? Texts::tr("File of unknown type") : type.comment();
+    info.iconName = type.iconName();
+}
+
+/// Formats that name other files or addresses, which a player would go to.
+bool isPlaylist(const QString &type, const QByteArray &head)
+{
+    constexpr std::array<const char *, 4> names{"mpegurl", "playlist", "scpls", "asx"};
+    constexpr std::array<const char *, 5> starts{"#EXT", "ffconcat", "[playlist]", "<", "v=0"};
+    return std::any_of(names.begin(), names.end(),
+                       [&](const char *name) { return type.contains(QLatin1StringView(name)); }) ||
+           std::any_of(starts.begin(), starts.end(),
+                       [&](const char *start) { return head.trimmed().startsWith(start); });
+}
+
+bool isMedia(const QString &type)
+{
+    return type.startsWith("audio/"_L1) || type.startsWith("video/"_L1) ||
+           type == "application/ogg"_L1 || type == "application/vnd.rn-realmedia"_L1;
+}
+
+/// Whether a file that counts as an image is a drawing, compressed or not: by its content, since
+/// its name may be any. No other format begins like these.
+bool isDrawing(const QString &type, QByteArray head)
+{
+    if (type.startsWith("image/svg+xml"_L1) || head.startsWith("\x1F\x8B")) {
+        return true;
+    }
+    if (head.startsWith("\xEF\xBB\xBF")) {
+        head.remove(0, 3);
+    }
+    return head.trimmed().startsWith('<');
+}
+
+PreviewContent imageContent(const std::optional<DecoderSession::Image> &decoded, bool isDrawing)
+{
+    if (!decoded) {
+        return PreviewCard{undecodedMessage()};
+    }
+    if (decoded->problem == DecoderProblem::none) {
+        return decoded->image;
+    }
+    if (isDrawing) {
+        return PreviewCard{Texts::tr("This drawing is damaged, or too large to preview.")};
+    }
+    return PreviewCard{decoded->problem == DecoderProblem::tooLarge
+                           ? Texts::tr("This image is too large to preview.")
+                           : Texts::tr("This image cannot be read. It may be damaged.")};
+}
+
+PreviewContent documentContent(const std::optional<DecoderSession::Document> &opened)
+{
+    if (!opened) {
+        return PreviewCard{undecodedMessage()};
+    }
+    switch (opened->problem) {
+    case DecoderProblem::none:
+        return opened->document;
+    case DecoderProblem::locked:
+        return PreviewCard{Texts::tr("This document is protected by a password.")};
+    default:
+        return PreviewCard{Texts::tr("This document cannot be read. It may be damaged.")};
+    }
+}
+
+PreviewText textContent(QString text, bool isCut)
+{
+    qsizetype end = -1;
+    for (qsizetype line = 0; line < previewTextLineCount; ++line) {
+        end = text.indexOf(u'\n', end + 1);
+        if (end < 0) {
+            return {std::move(text), isCut ? PreviewText::Cut::bytes : PreviewText::Cut::none};
+        }
+    }
+    if (end + 1 == text.size() && !isCut) {
+        return {std::move(text), PreviewText::Cut::none};
+    }
+    text.truncate(end);
+    return {std::move(text), PreviewText::Cut::lines};
+}
+
+/// One file on its way to a preview.
+class Reading {
+public:
+    Reading(std::shared_ptr<PreviewFile> file, const std::shared_ptr<DecoderProcess> &decoders,
+            const std::stop_token &stop)
+        : m_file(std::move(file)),
+          m_session(std::make_shared<DecoderSession>(decoders, m_file, stop))
+    {
+    }
+
+    [[nodiscard]] PreviewContent content(const QMimeType &type, const QByteArray &head,
+                                         QSize bounds) const
+    {
+        const QString name = type.name();
+        if (name.startsWith("image/"_L1)) {
+            const bool isDrawn = isDrawing(name, head);
+            const auto decoded = m_session->image(bounds, isDrawn);
+            const bool mayBeText = decoded && decoded->problem == DecoderProblem::unreadable &&
+                                   !isDrawn && type.inherits(u"text/plain"_s);
+            if (!mayBeText) { // some images are texts
+                return imageContent(decoded, isDrawn);
+            }
+        }
+        if (name == "application/pdf"_L1) {
+            return documentContent(m_session->document());
+        }
+        if (auto text = this->text(head)) {
+            return std::move(*text);
+        }
+        if (isMedia(name) && !isPlaylist(name, head)) {
+            m_file->seek(0);
+            return PreviewMedia{m_file, name.startsWith("video/"_L1)};
+        }
+        if (head.isEmpty() && type.inherits(u"text/plain"_s)) {
+            return PreviewText{};
+        }
+        return PreviewCard{};
+    }
+
+    /// What shows this content as long as it is shown; nothing when it is complete.
+    [[nodiscard]] std::shared_ptr<DecoderSession> session(const PreviewContent &content) const
+    {
+        const auto *image = std::get_if<PreviewImage>(&content);
+        const bool isNeeded =
+            std::holds_alternative<PreviewPdf>(content) || (image != nullptr && image->isMoving);
+        return isNeeded ? m_session : nullptr;
+    }
+
+private:
+    [[nodiscard]] std::optional<PreviewText> text(const QByteArray &head) const
+    {
+        if (head.isEmpty() || !decodeText(head, true)) {
+            return std::nullopt;
+        }
+        m_file->seek(0);
+        const QByteArray bytes = m_file->read(previewTextByteCount);
+        const bool isCut = m_file->size() > bytes.size();
+        auto text = decodeText(bytes, isCut);
+        return text ? std::optional(textContent(std::move(*text), isCut)) : std::nullopt;
+    }
+
+    std::shared_ptr<PreviewFile> m_file;
+    std::shared_ptr<DecoderSession> m_session;
+};
+
+} // namespace
+
+QString previewName(std::string_view path)
+{
+    const std::size_t slash = path.rfind('/');
+    return QString::fromStdString(
+        printableText(slash == std::string_view::npos ? path : path.substr(slash + 1)));
+}
+
+QString undecodedMessage()
+{
+    return Texts::tr("This file cannot be shown.");
+}
+
+ReadPreview readPreview(const std::string &path, QSize bounds,
+                        const std::shared_ptr<DecoderProcess> &decoders,
+                        const std::stop_token &stop)
+{
+    // As much as is looked at to tell types apart.
+    constexpr qint64 headByteCount = qint64{16} << 10U;
+    const QMimeDatabase types;
+    ReadPreview read;
+    LoadedPreview &loaded = read.preview;
+    PreviewInfo &info = loaded.info;
+    info.path = path;
+    info.name = previewName(path);
+    info.status = PreviewFileStatus::of(path);
+    // The name alone: nothing has been read so far.
+    describe(info, info.status.kind == Kind::regular
+                       ? types.mimeTypeForFile(info.name, QMimeDatabase::MatchExtension)
+                       : types.mimeTypeForName(typeNameOf(info.status.kind)));
+
+    auto opened = PreviewFile::openPath(path, stop);
+    if (!opened) {
+        loaded.content = PreviewCard{messageOf(opened.error())};
+        return read;
+    }
+    std::shared_ptr<PreviewFile> file = std::move(opened.value());
+    try {
+        const QByteArray head = file->read(headByteCount);
+        if (head.isEmpty() && file->error() != QFile::NoError) {
+            loaded.content = PreviewCard{messageOf(PreviewFile::Error::failed)};
+            return read;
+        }
+        const QMimeType type = types.mimeTypeForFileNameAndData(info.name, head);
+        describe(info, type);
+        const Reading reading(std::move(file), decoders, stop);
+        loaded.content = reading.content(type, head, bounds);
+        read.session = reading.session(loaded.content);
+    } catch (const std::bad_alloc &) {
+        loaded.content = PreviewCard{Texts::tr("There is too little memory for a preview.")};
+    }
+    return read;
+}
+
+} // namespace tessaly

@@ -1,0 +1,104 @@
+#include "preview/ImageView.hpp"
+
+#include "preview/PreviewColors.hpp"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace tessaly {
+
+namespace {
+
+constexpr int margin = 16;
+
+/// What shows through an image.
+void drawCheckers(QPainter &painter, const QRect &place)
+{
+    constexpr int side = 8;
+    QPixmap tile(side * 2, side * 2);
+    tile.fill(QColor(0xE6, 0xE6, 0xE6));
+    QPainter tilePainter(&tile);
+    tilePainter.fillRect(0, 0, side, side, Qt::white);
+    tilePainter.fillRect(side, side, side, side, Qt::white);
+    tilePainter.end();
+    painter.drawTiledPixmap(place, tile);
+}
+
+} // namespace
+
+ImageView::ImageView(QWidget *parent) : QWidget(parent)
+{
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_frameTimer, &QTimer::timeout, this, &ImageView::frameWanted);
+}
+
+ImageView::~ImageView() = default;
+
+void ImageView::show(const PreviewImage &image)
+{
+    clear();
+    m_image = image;
+    update();
+    if (isMoving()) {
+        Q_EMIT frameWanted();
+    }
+}
+
+void ImageView::clear()
+{
+    m_frameTimer.stop();
+    m_image = {};
+    m_scaled = {};
+    update();
+}
+
+void ImageView::setFrame(const QImage &image, int delayMs)
+{
+    if (isMoving()) {
+        m_image.image = image;
+        m_frameTimer.start(delayMs);
+        update();
+    }
+}
+
+QRect ImageView::place() const
+{
+    const QRect room = rect().adjusted(margin, margin, -margin, -margin);
+    QSizeF size = m_image.image.size();
+    const QSizeF natural = QSizeF(m_image.fullSize) / devicePixelRatioF();
+    if (m_image.mayGrow || natural.width() > room.width() || natural.height() > room.height()) {
+        size = size.scaled(room.size(), Qt::KeepAspectRatio);
+    } else {
+        size = natural;
+    }
+    QRect place(QPoint(), size.toSize().expandedTo(QSize(1, 1)));
+    place.moveCenter(room.center());
+    return place;
+}
+
+void ImageView::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), preview_colors::page);
+    if (m_image.image.isNull()) {
+        return;
+    }
+    const QRect target = place();
+    if (m_image.image.hasAlphaChannel()) {
+        drawCheckers(painter, target);
+    }
+    if (isMoving()) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(target, m_image.image);
+        return;
+    }
+    const QSize pixels = (QSizeF(target.size()) * devicePixelRatioF()).toSize();
+    if (m_scaled.size() != pixels) {
+        m_scaled = QPixmap::fromImage(
+            m_image.image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
+    painter.drawPixmap(target, m_scaled);
+}
+
+} // namespace tessaly

@@ -1,0 +1,112 @@
+#include "preview/PreviewLoader.hpp"
+
+#include "preview/DecoderProcess.hpp"
+#include "preview/DecoderSession.hpp"
+#include "preview/ReplyBox.hpp"
+
+#include <utility>
+#include <variant>
+
+namespace tessaly {
+
+PreviewLoader::PreviewLoader(QObject *parent)
+    : PreviewLoader(std::make_shared<DecoderProcess>(), parent)
+{
+}
+
+PreviewLoader::PreviewLoader(std::shared_ptr<DecoderProcess> decoders, QObject *parent)
+    : QObject(parent), m_replies(std::make_shared<ReplyBox>(this)), m_decoders(std::move(decoders))
+{
+    // Ready by the time that the window is.
+    m_threads.post(PreviewThreads::Lane::pages, {}, [started = m_decoders] { started->start(); });
+}
+
+PreviewLoader::~PreviewLoader()
+{
+    m_stop.request_stop();
+    m_replies->close();
+}
+
+void PreviewLoader::post(PreviewThreads::Lane lane, std::function<std::function<void()>()> job)
+{
+    m_threads.post(lane, m_stop, [replies = m_replies, stop = m_stop, job = std::move(job)] {
+        std::function<void()> answer = job();
+        replies->post([stop, answer = std::move(answer)] {
+            if (!stop.stop_requested()) {
+                answer();
+            }
+        });
+    });
+}
+
+void PreviewLoader::load(const std::string &path, QSize bounds)
+{
+    cancel();
+    post(PreviewThreads::Lane::files, [this, path, bounds, decoders = m_decoders,
+                                       stop = m_stop.get_token()] {
+        auto read = std::make_shared<const ReadPreview>(readPreview(path, bounds, decoders, stop));
+        return [this, read] { show(*read); };
+    });
+}
+
+void PreviewLoader::cancel()
+{
+    m_stop.request_stop();
+    m_stop = std::stop_source();
+    m_session.reset();
+}
+
+void PreviewLoader::show(const ReadPreview &read)
+{
+    m_info = read.preview.info;
+    m_session = read.session;
+    m_hasDrawnPage = false;
+    if (const auto *image = std::get_if<PreviewImage>(&read.preview.content)) {
+        m_frameSize = image->fullSize;
+    }
+    Q_EMIT loaded(read.preview);
+}
+
+void PreviewLoader::drawPage(int page, QSize size)
+{
+    if (!m_session) {
+        return;
+    }
+    post(PreviewThreads::Lane::pages, [this, page, size, session = m_session] {
+        const QImage image = session->page(page, size);
+        return [this, page, image, hasFailed = session->hasFailed()] {
+            showPage(page, image, hasFailed);
+        };
+    });
+}
+
+void PreviewLoader::showPage(int page, const QImage &image, bool hasFailed)
+{
+    if (!m_session) {
+        return; // another page has ended it meanwhile
+    }
+    if (hasFailed && !m_hasDrawnPage) {
+        m_session.reset();
+        Q_EMIT loaded({m_info, PreviewCard{undecodedMessage()}});
+        return;
+    }
+    m_hasDrawnPage = m_hasDrawnPage || !image.isNull();
+    Q_EMIT pageDrawn(page, image);
+}
+
+void PreviewLoader::nextFrame()
+{
+    if (!m_session) {
+        return;
+    }
+    post(PreviewThreads::Lane::pages, [this, size = m_frameSize, session = m_session] {
+        const DecoderSession::Frame frame = session->nextFrame(size);
+        return [this, frame] {
+            if (!frame.image.isNull()) {
+                Q_EMIT frameDecoded(frame.image, frame.delayMs);
+            }
+        };
+    });
+}
+
+} // namespace tessaly

@@ -1,0 +1,231 @@
+#include "preview/PreviewPlayer.hpp"
+
+#include "preview/MatroskaDuration.hpp"
+#include "preview/PreviewFile.hpp"
+#include "preview/ReplyBox.hpp"
+
+#include <QAudioDevice>
+#include <QAudioOutput>
+#include <QMediaDevices>
+#include <QMediaPlayer>
+#include <QThread>
+#include <QVideoSink>
+
+#include <mutex>
+#include <utility>
+
+namespace tessaly {
+
+/// The latest picture on its way to the main thread.
+struct PreviewPlayer::Frames {
+    std::mutex mutex;
+    QVideoFrame latest;
+    bool isOnItsWay = false;
+};
+
+/// What lives on the player's thread.
+class PreviewPlayer::Core : public QObject {
+public:
+    Core(PreviewPlayer &owner, std::shared_ptr<ReplyBox> replies, std::shared_ptr<Frames> frames)
+        : m_owner(owner), m_replies(std::move(replies)), m_frames(std::move(frames))
+    {
+    }
+
+    void open(const std::shared_ptr<PreviewFile> &file, std::uint64_t number)
+    {
+        close();
+        if (file->isStopped()) {
+            return;
+        }
+        m_number = number;
+        m_file = file;
+        m_sink = std::make_unique<QVideoSink>();
+        m_player = std::make_unique<QMediaPlayer>();
+        m_player->setVideoSink(m_sink.get());
+        // An output without a device would end the program.
+        if (!QMediaDevices::audioOutputs().isEmpty()) {
+            m_output = std::make_unique<QAudioOutput>();
+            m_player->setAudioOutput(m_output.get());
+        }
+        m_hasBegun = false;
+        m_toldDuration = matroskaDuration(m_file->read(matroskaHeadByteCount)).value_or(0);
+        m_file->seek(0);
+        connectSignals();
+        m_player->setSourceDevice(m_file.get());
+        begin();
+    }
+
+    void close()
+    {
+        m_player.reset();
+        m_output.reset();
+        m_sink.reset();
+        m_file.reset();
+    }
+
+    void setPlaying(bool isPlaying)
+    {
+        if (!m_player) {
+            return;
+        }
+        isPlaying ? m_player->play() : m_player->pause();
+    }
+
+    void seek(qint64 position)
+    {
+        if (m_player) {
+            m_player->setPosition(position);
+        }
+    }
+
+private:
+    /// Plays the file, or tells that it cannot be heard; once it is known what the file holds.
+    void begin()
+    {
+        const QMediaPlayer::MediaStatus status = m_player->mediaStatus();
+        if (m_hasBegun ||
+            (status != QMediaPlayer::LoadedMedia && status != QMediaPlayer::BufferedMedia)) {
+            return;
+        }
+        m_hasBegun = true;
+        replyDuration();
+        if (m_output == nullptr && !m_player->hasVideo()) {
+            reply([](PreviewPlayer &owner) { Q_EMIT owner.soundless(); });
+        } else {
+            m_player->play();
+        }
+    }
+
+    void replyDuration()
+    {
+        const qint64 duration = m_player->duration() > 0 ? m_player->duration() : m_toldDuration;
+        reply([duration](PreviewPlayer &owner) { Q_EMIT owner.durationChanged(duration); });
+    }
+
+    void connectSignals()
+    {
+        connect(m_player.get(), &QMediaPlayer::mediaStatusChanged, this, [this] { begin(); });
+        connect(m_player.get(), &QMediaPlayer::durationChanged, this, [this] { replyDuration(); });
+        connect(m_player.get(), &QMediaPlayer::positionChanged, this, [this](qint64 position) {
+            reply([position](PreviewPlayer &owner) { Q_EMIT owner.positionChanged(position); });
+        });
+        connect(m_player.get(), &QMediaPlayer::playbackStateChanged, this,
+                [this](QMediaPlayer::PlaybackState state) {
+                    const bool isPlaying = state == QMediaPlayer::PlayingState;
+                    reply([isPlaying](PreviewPlayer &owner) {
+                        Q_EMIT owner.playingChanged(isPlaying);
+                    });
+                });
+        connect(m_player.get(), &QMediaPlayer::errorOccurred, this,
+                [this](QMediaPlayer::Error, const QString &reason) {
+                    reply([reason](PreviewPlayer &owner) { Q_EMIT owner.failed(reason); });
+                });
+        connect(m_sink.get(), &QVideoSink::videoFrameChanged, this,
+                [this](const QVideoFrame &frame) { send(frame); });
+    }
+
+    template <typename Reply>
+    void reply(Reply reply)
+    {
+        m_replies->post([&owner = m_owner, number = m_number, reply = std::move(reply)] {
+            if (number == owner.m_number) {
+                reply(owner);
+            }
+        });
+    }
+
+    void send(const QVideoFrame &frame)
+    {
+        const std::scoped_lock lock(m_frames->mutex);
+        m_frames->latest = frame;
+        if (std::exchange(m_frames->isOnItsWay, true)) {
+            return;
+        }
+        m_replies->post([&owner = m_owner, frames = m_frames, number = m_number] {
+            QVideoFrame latest;
+            {
+                const std::scoped_lock taking(frames->mutex);
+                frames->isOnItsWay = false;
+                latest = std::exchange(frames->latest, {});
+            }
+            if (number == owner.m_number && latest.isValid()) {
+                Q_EMIT owner.frameArrived(latest);
+            }
+        });
+    }
+
+    PreviewPlayer &m_owner; ///< used on the main thread alone, while the box is open
+    std::shared_ptr<ReplyBox> m_replies;
+    std::shared_ptr<Frames> m_frames;
+    std::uint64_t m_number = 0;
+    bool m_hasBegun = false;
+    qint64 m_toldDuration = 0; ///< by the file, in milliseconds; 0: it tells none
+    std::shared_ptr<PreviewFile> m_file;
+    std::unique_ptr<QVideoSink> m_sink;
+    std::unique_ptr<QAudioOutput> m_output;
+    std::unique_ptr<QMediaPlayer> m_player;
+};
+
+PreviewPlayer::PreviewPlayer(QObject *parent)
+    : QObject(parent), m_replies(std::make_shared<ReplyBox>(this)),
+      m_frames(std::make_shared<Frames>())
+{
+}
+
+PreviewPlayer::~PreviewPlayer()
+{
+    m_replies->close();
+    if (m_thread == nullptr) {
+        return;
+    }
+    constexpr unsigned long timeout = 2000; // milliseconds
+    m_core->deleteLater();
+    m_thread->quit();
+    if (m_thread->wait(timeout)) {
+        delete m_thread;
+    }
+}
+
+void PreviewPlayer::start()
+{
+    m_thread = new QThread;
+    m_core = new Core(*this, m_replies, m_frames);
+    m_core->moveToThread(m_thread);
+    m_thread->start();
+}
+
+template <typename Job>
+void PreviewPlayer::post(Job job)
+{
+    if (m_core != nullptr) {
+        QMetaObject::invokeMethod(
+            m_core, [core = m_core, job = std::move(job)] { job(*core); }, Qt::QueuedConnection);
+    }
+}
+
+void PreviewPlayer::open(std::shared_ptr<PreviewFile> file)
+{
+    if (m_thread == nullptr) {
+        start();
+    }
+    ++m_number;
+    post([file = std::move(file), number = m_number](Core &core) { core.open(file, number); });
+}
+
+void PreviewPlayer::close()
+{
+    ++m_number;
+    post([](Core &core) { core.close(); });
+}
+
+void PreviewPlayer::setPlaying(bool isPlaying)
+{
+    post([isPlaying](Core &core) { core.setPlaying(isPlaying); });
+}
+
+void PreviewPlayer::seek(qint64 position)
+{
+    post([position](Core &core) { core.seek(position); });
+}
+
+} // namespace tessaly

@@ -1,0 +1,206 @@
+#include "preview/QtPreviewPanel.hpp"
+
+#include "platform/FileUrl.hpp"
+#include "platform/SettingsStore.hpp"
+#include "preview/PreviewWindow.hpp"
+
+#include <QApplication>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::string_view widthKey = "previewPanelWidth";
+constexpr std::string_view heightKey = "previewPanelHeight";
+constexpr QSize usualSize(820, 600);
+
+} // namespace
+
+QtPreviewPanel::QtPreviewPanel(PreviewPanelController *const &controller, UrlOpener openUrl,
+                               SettingsStore *settings)
+    : m_controller(controller), m_openUrl(std::move(openUrl)), m_settings(settings),
+      m_window(std::make_unique<PreviewWindow>(m_openUrl != nullptr))
+{
+    PreviewWindow *window = m_window.get();
+    QObject::connect(window, &PreviewWindow::pagingAsked, window, [this](int step) { page(step); });
+    QObject::connect(window, &PreviewWindow::closeAsked, window, [this] { orderOut(); });
+    QObject::connect(window, &PreviewWindow::otherKeyPressed, window, [this] {
+        // Whatever the answer, there is nobody behind the panel to pass the key on to.
+        if (m_delegate != nullptr) {
+            m_delegate->handleEvent(PreviewPanelEvent::keyDown);
+        }
+    });
+    QObject::connect(window, &PreviewWindow::openAsked, window, [this] {
+        if (const std::string url = currentUrl(); m_openUrl && !url.empty()) {
+            m_openUrl(url);
+        }
+    });
+    restoreSize();
+}
+
+QtPreviewPanel::~QtPreviewPanel()
+{
+    if (isVisible()) {
+        saveSize();
+    }
+}
+
+bool QtPreviewPanel::isVisible() const
+{
+    return m_window->isVisible();
+}
+
+void QtPreviewPanel::makeKeyAndOrderFront()
+{
+    if (isVisible()) {
+        makeKeyWindow();
+        return;
+    }
+    if (m_controller != nullptr && m_controller->acceptsPreviewPanelControl(*this)) {
+        m_inControl = m_controller;
+        m_inControl->beginPreviewPanelControl(*this);
+    }
+    placeOverProgram();
+    m_window->show();
+    makeKeyWindow();
+    reloadData();
+}
+
+void QtPreviewPanel::makeKeyWindow()
+{
+    m_window->raise();
+    m_window->activateWindow();
+    m_window->setFocus();
+}
+
+void QtPreviewPanel::orderOut()
+{
+    if (!isVisible()) {
+        return;
+    }
+    saveSize();
+    m_window->hide();
+    m_window->stop();
+    endControl();
+}
+
+void QtPreviewPanel::endControl()
+{
+    if (m_inControl != nullptr) {
+        std::exchange(m_inControl, nullptr)->endPreviewPanelControl(*this);
+    }
+}
+
+void QtPreviewPanel::setCurrentPreviewItemIndex(std::size_t index)
+{
+    if (std::exchange(m_index, index) != index || !m_unlistedUrl.empty()) {
+        reloadData();
+    }
+}
+
+std::size_t QtPreviewPanel::itemCount() const
+{
+    return m_dataSource != nullptr ? m_dataSource->numberOfPreviewItemsInPreviewPanel() : 0;
+}
+
+std::string QtPreviewPanel::currentUrl() const
+{
+    if (!m_unlistedUrl.empty()) {
+        return m_unlistedUrl;
+    }
+    return m_index < itemCount() ? m_dataSource->previewItemAtIndex(m_index) : std::string();
+}
+
+void QtPreviewPanel::reloadData()
+{
+    m_unlistedUrl.clear();
+    if (!isVisible()) {
+        return; // is done when the panel opens
+    }
+    if (const auto path = pathOfFileUrl(currentUrl())) {
+        m_window->showFile(*path, m_index, itemCount());
+    } else {
+        m_window->showNothing();
+    }
+}
+
+void QtPreviewPanel::showUnlistedItem(const std::string &url)
+{
+    const auto path = pathOfFileUrl(url);
+    if (isVisible() && path) {
+        m_unlistedUrl = url;
+        m_window->showUnlistedFile(*path, itemCount());
+    }
+}
+
+void QtPreviewPanel::page(int step)
+{
+    const std::size_t count = itemCount();
+    if (!m_unlistedUrl.empty()) {
+        if (count > 0) {
+            m_index = step < 0 ? count - 1 : 0;
+            reloadData();
+        }
+        return;
+    }
+    if (count < 2) {
+        return;
+    }
+    const std::size_t current = std::min(m_index, count - 1);
+    setCurrentPreviewItemIndex((current + (step < 0 ? count - 1 : 1)) % count);
+}
+
+void QtPreviewPanel::restoreSize()
+{
+    QSize size = usualSize;
+    if (m_settings != nullptr) {
+        const std::int64_t width = m_settings->integer(widthKey);
+        const std::int64_t height = m_settings->integer(heightKey);
+        constexpr std::int64_t most = 16'000;
+        if (width > 0 && height > 0 && width <= most && height <= most) {
+            size = QSize(static_cast<int>(width), static_cast<int>(height));
+        }
+    }
+    const QSize room = m_window->screen()->availableSize();
+    m_window->resize(size.boundedTo(room));
+    m_savedSize = m_window->size();
+}
+
+void QtPreviewPanel::saveSize()
+{
+    const QSize size =
+        m_window->isFullScreen() ? m_window->normalGeometry().size() : m_window->size();
+    if (m_settings == nullptr || size == m_savedSize || size.isEmpty()) {
+        return;
+    }
+    m_savedSize = size;
+    m_settings->setInteger(widthKey, size.width());
+    m_settings->setInteger(heightKey, size.height());
+    m_settings->flush();
+}
+
+void QtPreviewPanel::placeOverProgram()
+{
+    const QWidget *program = QApplication::activeWindow();
+    if (program == nullptr || program == m_window.get()) {
+        return;
+    }
+    m_window->winId(); // makes the window that the desktop knows
+    m_window->windowHandle()->setTransientParent(program->windowHandle());
+    QRect place(QPoint(), m_window->size());
+    place.moveCenter(program->geometry().center());
+    const QRect room = program->screen()->availableGeometry();
+    place.moveRight(std::min(place.right(), room.right()));
+    place.moveBottom(std::min(place.bottom(), room.bottom()));
+    place.moveLeft(std::max(place.left(), room.left()));
+    place.moveTop(std::max(place.top(), room.top()));
+    m_window->move(place.topLeft());
+}
+
+} // namespace tessaly

@@ -1,0 +1,128 @@
+#include "preview/TextView.hpp"
+
+#include "preview/PreviewColors.hpp"
+
+#include <QFontDatabase>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextBlock>
+
+#include <algorithm>
+
+namespace tessaly {
+
+namespace {
+
+constexpr int numbersMargin = 12;
+/// Texts with longer lines than this are wrapped: nobody scrolls that far sideways.
+constexpr qsizetype longLine = 500;
+constexpr qsizetype maxLineLength = 1000;
+
+} // namespace
+
+TextView::TextView(QWidget *parent) : QPlainTextEdit(parent), m_numbers(new QWidget(this))
+{
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::ClickFocus); // the keys belong to the panel
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setStyleHint(QFont::Monospace);
+    setFont(font);
+    document()->setDocumentMargin(numbersMargin);
+    setAccessibleName(tr("Text"));
+    m_numbers->installEventFilter(this);
+    connect(this, &QPlainTextEdit::blockCountChanged, this, &TextView::placeNumbers);
+    connect(this, &QPlainTextEdit::updateRequest, this,
+            [this](const QRect &, int) { m_numbers->update(); });
+}
+
+void TextView::show(const QString &text)
+{
+    m_lineNumbers.clear();
+    QString cutUp;
+    cutUp.reserve(text.size());
+    bool isLong = false;
+    int number = 0;
+    for (qsizetype begin = 0; begin <= text.size();) {
+        const qsizetype found = text.indexOf(u'\n', begin);
+        const qsizetype end = found < 0 ? text.size() : found;
+        isLong = isLong || end - begin > longLine;
+        m_lineNumbers.push_back(++number);
+        while (end - begin > maxLineLength) {
+            const bool isPair = text[begin + maxLineLength].isLowSurrogate();
+            const qsizetype length = maxLineLength - (isPair ? 1 : 0);
+            cutUp += QStringView(text).mid(begin, length);
+            cutUp += u'\n';
+            m_lineNumbers.push_back(0);
+            begin += length;
+        }
+        cutUp += QStringView(text).mid(begin, end - begin);
+        if (end < text.size()) {
+            cutUp += u'\n';
+        }
+        begin = end + 1;
+    }
+    setLineWrapMode(isLong ? WidgetWidth : NoWrap);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setPlainText(cutUp);
+    placeNumbers();
+}
+
+void TextView::clear()
+{
+    m_lineNumbers.clear();
+    setPlainText({});
+}
+
+int TextView::numbersWidth() const
+{
+    const auto digits = QString::number(std::max(blockCount(), 100)).size();
+    return fontMetrics().horizontalAdvance(u'9') * static_cast<int>(digits) + 2 * numbersMargin;
+}
+
+void TextView::placeNumbers()
+{
+    const int width = numbersWidth();
+    setViewportMargins(width, 0, 0, 0);
+    m_numbers->setGeometry(0, 0, width, viewport()->height());
+}
+
+void TextView::resizeEvent(QResizeEvent *event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    placeNumbers();
+}
+
+bool TextView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_numbers && event->type() == QEvent::Paint) {
+        paintNumbers();
+        return true;
+    }
+    return QPlainTextEdit::eventFilter(watched, event);
+}
+
+void TextView::paintNumbers()
+{
+    QPainter painter(m_numbers);
+    painter.fillRect(m_numbers->rect(), preview_colors::window);
+    painter.setPen(preview_colors::dimText.darker(140));
+    painter.setFont(font());
+    const int lineHeight = fontMetrics().height();
+    for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
+        const QRectF place = blockBoundingGeometry(block).translated(contentOffset());
+        if (place.top() > m_numbers->height()) {
+            break;
+        }
+        const auto index = static_cast<std::size_t>(block.blockNumber());
+        const int number = index < m_lineNumbers.size() ? m_lineNumbers[index] : 0;
+        if (number > 0) {
+            painter.drawText(QRectF(0, place.top(), m_numbers->width() - numbersMargin, lineHeight),
+                             Qt::AlignRight | Qt::AlignVCenter, QString::number(number));
+        }
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,109 @@
+#include "screens/results/KORVENViewController.hpp"
+
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "engine/tree/SizeText.hpp"
+#include "platform/PreviewPanels.hpp"
+
+#include <QKeyEvent>
+
+#include <array>
+#include <cstddef>
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::size_t rowCount = 5;
+/// Bytes by row of the preference.
+constexpr std::array<std::uint64_t, rowCount> hiddenItemThresholds{0, 1'000'000, 500'000, 1'000, 1};
+constexpr std::array<std::uint64_t, rowCount> largeFileThresholds{0, 1'000'000'000, 500'000'000,
+                                                                  1'000'000, 1};
+
+std::uint64_t thresholdOf(std::int32_t row, const std::array<std::uint64_t, rowCount> &thresholds)
+{
+    const auto index = static_cast<std::uint32_t>(row); // below 0 is above all rows
+    return index < rowCount ? thresholds[index] : 0;
+}
+
+} // namespace
+
+KORVENViewController::KORVENViewController(QObject *parent) : QObject(parent) {}
+
+KORVENViewController::~KORVENViewController() = default;
+
+void KORVENViewController::drillDownOneLevel(std::string_view /*name*/) {}
+
+void KORVENViewController::quickLookItem(std::string_view /*path*/) {}
+
+std::uint64_t KORVENViewController::compareHiddenItem()
+{
+    return thresholdOf(KORVENAppDelegate::sharedDelegate().hiddenItemPreference(),
+                       hiddenItemThresholds);
+}
+
+std::uint64_t KORVENViewController::compareLargeFile()
+{
+    return thresholdOf(KORVENAppDelegate::sharedDelegate().largeFilePreference(),
+                       largeFileThresholds);
+}
+
+QString KORVENViewController::formatDate(Timestamp date, DateStyle dateStyle, DateStyle timeStyle)
+{
+    const DateTexts &dates = services().dates;
+    return QString::fromStdString(dates.text(date.systemTime(), dateStyle, timeStyle));
+}
+
+QString KORVENViewController::formatDate(Timestamp date, DateStyle style)
+{
+    return formatDate(date, style, style);
+}
+
+QString KORVENViewController::formatDate(Timestamp date)
+{
+    return formatDate(date, DateStyle::shortest);
+}
+
+QString KORVENViewController::buildString(SizeNumber byteCount)
+{
+    switch (byteCount.asInt32()) {
+    case -1:
+        return {};
+    case -2:
+        return tr("Canceled");
+    default:
+        return QString::fromStdString(sizeText(byteCount.value()));
+    }
+}
+
+bool KORVENViewController::shouldTypeSelectForEvent(const QKeyEvent &event,
+                                                    const QString & /*searchString*/)
+{
+    if (event.key() != Qt::Key_Space) {
+        return true;
+    }
+    PreviewPanels &panels = services().previewPanels;
+    if (panels.sharedPreviewPanelExists() && panels.sharedPreviewPanel().isVisible()) {
+        panels.sharedPreviewPanel().orderOut();
+    } else {
+        panels.sharedPreviewPanel().makeKeyAndOrderFront();
+    }
+    return true;
+}
+
+void KORVENViewController::startTiming()
+{
+    m_startTimer = Timestamp::now();
+    m_endTimer.reset();
+}
+
+double KORVENViewController::stopTiming()
+{
+    m_endTimer = Timestamp::now();
+    const double seconds =
+        m_startTimer ? m_endTimer->secondsSince2001 - m_startTimer->secondsSince2001 : 0;
+    m_startTimer.reset();
+    m_endTimer.reset();
+    return seconds;
+}
+
+} // namespace tessaly

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "app/controls/text/NameLabel.hpp"
+#include "engine/archive/Timestamp.hpp"
+#include "engine/tree/SizeNumber.hpp"
+#include "platform/DateTexts.hpp"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+class QKeyEvent;
+
+namespace tessaly {
+
+/// Base of both scan screens: the thresholds of the preferences, texts of sizes and dates, the
+/// space bar that previews, and what the cells of a result table ask of their screen.
+///
+/// The preferences are read at each call, so a change shows when a table is next filled.
+///
+/// Threads: the main thread, but for buildString() and formatDate(), which any thread may call.
+class KORVENViewController : public QObject {
+    Q_OBJECT
+
+public:
+    explicit KORVENViewController(QObject *parent = nullptr);
+    ~KORVENViewController() override;
+    KORVENViewController(const KORVENViewController &) = delete;
+    KORVENViewController &operator=(const KORVENViewController &) = delete;
+    KORVENViewController(KORVENViewController &&) = delete;
+    KORVENViewController &operator=(KORVENViewController &&) = delete;
+
+    /// Shows what the folder with this name holds. Nothing here; screens override it.
+    virtual void drillDownOneLevel(std::string_view name);
+    /// Previews the file with this path. Nothing here; screens override it.
+    virtual void quickLookItem(std::string_view path);
+
+    /// Whether the path of the folder whose rows are listed is known. If it is not, the actions of
+    /// the rows do nothing. Always known here; screens override it.
+    [[nodiscard]] virtual bool canActOnRows() const { return true; }
+
+    /// Bytes that an item whose name begins with "." must exceed to be listed; 0: none is listed.
+    [[nodiscard]] static std::uint64_t compareHiddenItem();
+    /// Bytes that any other file must exceed to be listed; 0: none is listed.
+    [[nodiscard]] static std::uint64_t compareLargeFile();
+
+    /// The date as the user's language and country write it, made anew each time.
+    [[nodiscard]] static QString formatDate(Timestamp date, DateStyle dateStyle,
+                                            DateStyle timeStyle);
+    /// With one style for both.
+    [[nodiscard]] static QString formatDate(Timestamp date, DateStyle style);
+    /// With the short style for both.
+    [[nodiscard]] static QString formatDate(Timestamp date);
+
+    /// A size text ("1.50 KB"); empty for a number that reads as -1, "Canceled" for -2.
+    [[nodiscard]] static QString buildString(SizeNumber byteCount);
+
+    /// Called for each key typed in the result table: the space bar closes the preview panel or
+    /// shows it. Whether the key is one to select rows by typing, which is always so.
+    bool shouldTypeSelectForEvent(const QKeyEvent &event, const QString &searchString);
+
+    /// The field with the path of the folder whose rows are listed; the view owns it.
+    [[nodiscard]] NameLabel *folderNameField() const noexcept { return m_folderNameField; }
+    void setFolderNameField(NameLabel *field) { m_folderNameField = field; }
+
+    // A stopwatch.
+    void startTiming();
+    /// Seconds since startTiming(); forgets both ends. Nothing passed if it never started.
+    double stopTiming();
+    [[nodiscard]] std::optional<Timestamp> startTimer() const noexcept { return m_startTimer; }
+    void setStartTimer(std::optional<Timestamp> date) noexcept { m_startTimer = date; }
+    [[nodiscard]] std::optional<Timestamp> endTimer() const noexcept { return m_endTimer; }
+    void setEndTimer(std::optional<Timestamp> date) noexcept { m_endTimer = date; }
+
+private:
+    QPointer<NameLabel> m_folderNameField;
+    std::optional<Timestamp> m_startTimer;
+    std::optional<Timestamp> m_endTimer;
+};
+
+} // namespace tessaly

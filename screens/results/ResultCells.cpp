@@ -1,0 +1,118 @@
+#include "screens/results/ResultCells.hpp"
+
+#include "app/controls/bars/KORVENProgressBar.hpp"
+#include "app/controls/tables/CellTableView.hpp"
+#include "app/controls/tables/CellTexts.hpp"
+#include "app/controls/tables/IconView.hpp"
+#include "app/controls/text/NameLabel.hpp"
+#include "app/controls/text/NameText.hpp"
+#include "app/controls/theme/WarningColors.hpp"
+#include "app/delegate/KORVENAppDelegate.hpp"
+#include "resources/Artwork.hpp"
+#include "screens/results/KORVENFolderCellView.hpp"
+#include "screens/results/KORVENFolderObject.hpp"
+#include "screens/results/KORVENViewController.hpp"
+#include "screens/results/ResultRows.hpp"
+
+#include <QLabel>
+
+#include <memory>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaly {
+
+namespace {
+
+const QString cellFile = u"KORVENFolderCell"_s;
+
+/// The row's part of the level, as the bars take it.
+float shareOf(const KORVENFolderObject &row, float total)
+{
+    return static_cast<float>(row.sizeAsPercent(static_cast<double>(total)));
+}
+
+} // namespace
+
+ResultCells::ResultCells(CellTableView &table, KORVENViewController &screen, QString identifier,
+                         TrashImage trashImage)
+    : m_table(table), m_screen(screen), m_identifier(std::move(identifier)),
+      m_trashImage(std::move(trashImage))
+{
+}
+
+void ResultCells::registerCells()
+{
+    if (!KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
+        m_table.registerCells(m_identifier, [screen = &m_screen] {
+            return KORVENFolderCellView::tableCellViewWithNibNamed(cellFile, screen);
+        });
+    }
+}
+
+KORVENFolderCellView &ResultCells::makeCell()
+{
+    QWidget *cell = m_table.makeView(m_identifier);
+    if (cell == nullptr) {
+        std::unique_ptr<KORVENFolderCellView> made;
+        if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
+            made = KORVENFolderCellView::tableCellViewWithNibNamed(cellFile, &m_screen);
+        }
+        if (!made) {
+            made = std::make_unique<KORVENFolderCellView>();
+        }
+        cell = m_table.adoptView(std::move(made), m_identifier);
+    }
+    return static_cast<KORVENFolderCellView &>(*cell);
+}
+
+QWidget *ResultCells::cellFor(const KORVENFolderObject &row, float total)
+{
+    KORVENFolderCellView &cell = makeCell();
+    cell.setAllowsClickDrill(row.folderIsDirectory());
+    cell.setMyViewController(&m_screen);
+    if (cell.folderName() == nullptr) {
+        return &cell; // a bare one
+    }
+    const QString name = textOfName(row.folderName());
+    cell.folderName()->setText(name);
+    cell.folderName()->setToolTip(nameToolTip(name));
+    cell.folderSize()->setText(QString::fromStdString(row.folderSizeAsString()));
+    showShare(*cell.folderGraph(), shareOf(row, total));
+
+    const QString image = imageName(row);
+    cell.iconImage()->setImage(artworkIcon(image), image);
+    cell.iconImage()->setToolTip(row.folderIsDirectory() ? KORVENViewController::tr("Drill down")
+                                                         : KORVENViewController::tr("Quick look"));
+    return &cell;
+}
+
+void ResultCells::showShare(KORVENProgressBar &bar, float share)
+{
+    bar.setBarPercent(share);
+    bar.setToolTip(percentText(share));
+    bar.setColorsBlue();
+    if (KORVENAppDelegate::sharedDelegate().folderGraphColorPreference() != 0) {
+        setWarningColors(bar, share);
+    }
+}
+
+QString ResultCells::imageName(const KORVENFolderObject &row) const
+{
+    if (!row.folderIsDirectory()) {
+        return u"file.png"_s;
+    }
+    return row.folderName() == trashName ? m_trashImage(row) : u"folder.png"_s;
+}
+
+QString ResultCells::accessibleText(const KORVENFolderObject &row, float total)
+{
+    const QString text = row.folderIsDirectory() ? KORVENViewController::tr("%1, folder, %2, %3")
+                                                 : KORVENViewController::tr("%1, file, %2, %3");
+    return text.arg(drawableText(textOfName(row.folderName())),
+                    QString::fromStdString(row.folderSizeAsString()),
+                    percentText(shareOf(row, total)).trimmed());
+}
+
+} // namespace tessaly

@@ -1,0 +1,66 @@
+#include "screens/results/ResultRows.hpp"
+
+#include "engine/tree/LUMFileContainer.hpp"
+#include "engine/tree/NameOrder.hpp"
+
+#include <algorithm>
+#include <compare>
+
+namespace tessaly {
+
+namespace {
+
+bool exceeds(std::uint64_t size, std::uint64_t threshold) noexcept
+{
+    return size > threshold && threshold != 0;
+}
+
+bool isListed(const LUMFileItem &item, std::uint64_t size, RowThresholds thresholds) noexcept
+{
+    const std::string_view name = item.itemName();
+    if (name.starts_with('.')) {
+        return exceeds(size, thresholds.hiddenItem) || (item.isContainer() && name == trashName);
+    }
+    return item.isContainer() || exceeds(size, thresholds.largeFile);
+}
+
+} // namespace
+
+ResultRows resultRowsOf(const LUMFileContainer *folder, RowThresholds thresholds)
+{
+    ResultRows result;
+    if (folder == nullptr) {
+        return result;
+    }
+    std::uint64_t total = 0;
+    for (const LUMFileItem &child : folder->subitems()) {
+        const LUMFileContainer *container = child.asContainer();
+        const std::uint64_t size =
+            container != nullptr ? container->valueOfSubitems() : child.itemSize();
+        total += size;
+        if (isListed(child, size, thresholds)) {
+            result.rows.emplace_back(child.itemName(), child.itemName(), size,
+                                     container != nullptr);
+        }
+    }
+    sortRows(result.rows, RowOrder::size);
+    result.total = static_cast<float>(total);
+    return result;
+}
+
+void sortRows(std::vector<KORVENFolderObject> &rows, RowOrder order)
+{
+    if (order == RowOrder::size) {
+        std::stable_sort(rows.begin(), rows.end(),
+                         [](const KORVENFolderObject &a, const KORVENFolderObject &b) {
+                             return a.folderSizeAsNumber() > b.folderSizeAsNumber();
+                         });
+    } else {
+        std::stable_sort(rows.begin(), rows.end(),
+                         [](const KORVENFolderObject &a, const KORVENFolderObject &b) {
+                             return std::is_lt(compareByCodeUnits(a.folderName(), b.folderName()));
+                         });
+    }
+}
+
+} // namespace tessaly

@@ -1,0 +1,45 @@
+// write_plist_samples FOLDER: writes there what another reader is to understand, the samples of
+// PlistSamples.hpp: values.bplist and history.archive.
+
+#include "engine/archive/AtomicFile.hpp"
+#include "tests/engine/archive/PlistSamples.hpp"
+
+#include <functional>
+#include <iostream>
+
+namespace {
+
+using namespace tessaly;
+
+bool writeFile(const std::string &path,
+               const std::function<Result<Done, ArchiveError>(ByteSink &)> &write)
+{
+    AtomicFile file(path);
+    auto done = file.open();
+    done = done ? write(file) : done;
+    done = done ? file.commit() : done;
+    if (!done) {
+        std::cerr << done.error().text() << '\n';
+    }
+    return done.hasValue();
+}
+
+} // namespace
+
+int main(int argumentCount, char **arguments)
+{
+    if (argumentCount != 2) {
+        std::cerr << "usage: write_plist_samples FOLDER\n";
+        return 2;
+    }
+    const std::string folder = arguments[1];
+    const bool areWritten =
+        writeFile(folder + "/values.bplist",
+                  [](ByteSink &sink) { return writePropertyList(sampleOfEveryType(), sink); }) &&
+        writeFile(folder + "/history.archive", [](ByteSink &sink) {
+            KeyedArchiveWriter archive;
+            const auto list = addRecords(archive, sampleRecords());
+            return archive.finish(list, sink);
+        });
+    return areWritten ? 0 : 1;
+}
