@@ -25,7 +25,7 @@ namespace {
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 /// Counts one entry. True when it is a folder to walk.
-bool countEntry(int folder, const DirectoryEntry &entry, BareCount &count)
+bool countEntry(int folder, const scan::DirectoryEntry &entry, BareCount &count)
 {
     unsigned char type = entry.type;
     if (type == DT_DIR) {
@@ -33,7 +33,7 @@ bool countEntry(int folder, const DirectoryEntry &entry, BareCount &count)
         return true;
     }
     if (type == DT_LNK) {
-        count.folders += linkLeadsToFolder(folder, entry.name.data()) ? 1U : 0U;
+        count.folders += scan::linkLeadsToFolder(folder, entry.name.data()) ? 1U : 0U;
         return false;
     }
     struct statx facts = {};
@@ -68,22 +68,22 @@ private:
 };
 
 struct Level {
-    FileDescriptor descriptor;
+    scan::FileDescriptor descriptor;
     std::size_t firstPending = 0;
 };
 
 BareCount walkSubfolder(int scanRoot, const char *name)
 {
     BareCount count;
-    DirectoryListing listing;
+    scan::DirectoryListing listing;
     NameStack pending;
     std::vector<Level> levels;
-    FileDescriptor folder(openat(scanRoot, name, folderFlags));
+    scan::FileDescriptor folder(openat(scanRoot, name, folderFlags));
     for (;;) {
         const std::size_t first = pending.size();
         if (folder.isOpen()) {
             listing.open(folder.number());
-            while (const DirectoryEntry *entry = listing.next()) {
+            while (const scan::DirectoryEntry *entry = listing.next()) {
                 if (countEntry(folder.number(), *entry, count)) {
                     pending.push(entry->name);
                 }
@@ -95,8 +95,8 @@ BareCount walkSubfolder(int scanRoot, const char *name)
         if (levels.empty()) {
             return count;
         }
-        folder =
-            FileDescriptor(openat(levels.back().descriptor.number(), pending.top(), folderFlags));
+        folder = scan::FileDescriptor(
+            openat(levels.back().descriptor.number(), pending.top(), folderFlags));
         pending.pop();
         if (pending.size() == levels.back().firstPending) {
             levels.pop_back();
@@ -106,7 +106,7 @@ BareCount walkSubfolder(int scanRoot, const char *name)
 
 /// What the threads of one walk share; each holds it, so the last one may end after bareWalk().
 struct Walk {
-    FileDescriptor root;
+    scan::FileDescriptor root;
     std::atomic<int> running = 1;
     std::mutex mutex; ///< guards the total
     BareCount total;
@@ -131,19 +131,19 @@ BareCount bareWalk(const std::string &path)
 {
     const auto walk = std::make_shared<Walk>();
     walk->root =
-        FileDescriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+        scan::FileDescriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
     const int root = walk->root.number();
 
     BareCount own;
-    DirectoryListing listing;
+    scan::DirectoryListing listing;
     listing.open(root);
-    while (const DirectoryEntry *entry = listing.next()) {
+    while (const scan::DirectoryEntry *entry = listing.next()) {
         if (countEntry(root, *entry, own)) {
             walk->running.fetch_add(1);
             const auto work = [walk, root, name = std::string(entry->name)] {
                 walk->finish(walkSubfolder(root, name.c_str()));
             };
-            if (!startDetachedThread(work)) {
+            if (!scan::startDetachedThread(work)) {
                 std::abort(); // a figure from fewer threads would mean nothing
             }
         }

@@ -72,25 +72,27 @@ void makeFolderTree(const std::string &path, std::size_t folderCount, std::size_
     }
 }
 
-std::shared_ptr<ScanTree> makeScanTree(std::size_t nodeCount)
+std::shared_ptr<tree::ScanTree> makeScanTree(std::size_t nodeCount)
 {
     Content content;
-    auto tree = std::make_shared<ScanTree>();
+    auto tree = std::make_shared<tree::ScanTree>();
     const auto arena = tree->leaseArena();
-    std::deque<LUMFileContainer *> folders{&tree->root()};
+    std::deque<tree::LUMFileContainer *> folders{&tree->root()};
     std::size_t made = 1;
     while (made < nodeCount) {
-        LUMFileContainer &folder = *folders.front();
+        tree::LUMFileContainer &folder = *folders.front();
         folders.pop_front();
         // One folder in seventeen children would keep the tree a chain; the others make up for it.
         const std::size_t folderCount = folders.size() < 1000 ? 2 : 1;
         for (std::size_t i = 0; i < childrenPerFolder && made < nodeCount; ++i, ++made) {
             if (i < folderCount) {
-                auto &subfolder = arena->make<LUMFileContainer>(content.name(), std::uint64_t{0});
+                auto &subfolder =
+                    arena->make<tree::LUMFileContainer>(content.name(), std::uint64_t{0});
                 folder.subitems().append(subfolder);
                 folders.push_back(&subfolder);
             } else {
-                folder.subitems().append(arena->make<LUMFileItem>(content.name(), content.size()));
+                folder.subitems().append(
+                    arena->make<tree::LUMFileItem>(content.name(), content.size()));
             }
         }
     }

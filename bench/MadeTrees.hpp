@@ -17,7 +17,7 @@ namespace tessaly {
 void makeFolderTree(const std::string &path, std::size_t folderCount, std::size_t fileCount);
 
 /// A scan tree in memory of `nodeCount` nodes, of which a seventeenth are folders.
-[[nodiscard]] std::shared_ptr<ScanTree> makeScanTree(std::size_t nodeCount);
+[[nodiscard]] std::shared_ptr<tree::ScanTree> makeScanTree(std::size_t nodeCount);
 
 /// A folder of its own under the system's folder for temporary files, removed with all it holds.
 class ScratchFolder {

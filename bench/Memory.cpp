@@ -67,7 +67,7 @@ TreeMemory measureTreeMemory(const std::string &path)
 {
     const auto answer = inChildProcess([&]() -> std::array<double, 2> {
         const auto scan = [&] {
-            LUMThreadedScanner scanner;
+            scan::LUMThreadedScanner scanner;
             scanner.scanRootFolder(path);
             scanner.waitUntilFinished();
             return scanner.tree();
@@ -93,7 +93,7 @@ double measureReadingMemory(const std::string &scanFile)
                 most = std::max(most.load(), anonymousBytes());
             }
         });
-        const auto tree = readScanFile(scanFile);
+        const auto tree = archive::readScanFile(scanFile);
         isDone = true;
         watcher.join();
         malloc_trim(0);

@@ -32,7 +32,7 @@ private:
     void copyFile();
 
     std::string m_path;
-    std::shared_ptr<ScanTree> m_tree;
+    std::shared_ptr<tree::ScanTree> m_tree;
     std::vector<std::byte> m_bytes; ///< of the file
     std::vector<std::byte> m_copy;
     std::vector<std::uint64_t> m_memory; ///< as much as the nodes take

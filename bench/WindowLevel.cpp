@@ -47,7 +47,7 @@ WindowLevel::WindowLevel(const std::string &documents) : m_services(documents)
     const auto item = std::make_shared<KORVENHistoryItem>("/bench", "");
     const auto tree =
         makeTree("/bench", {folderOf("large", largeCount), folderOf("usual", usualCount)});
-    if (!writeScanFile(tree->root(), item->scanFilePath().value())) {
+    if (!archive::writeScanFile(tree->root(), item->scanFilePath().value())) {
         throw std::runtime_error("the scan file cannot be written");
     }
     KORVENHistoryStore::sharedStore().addItem(item);

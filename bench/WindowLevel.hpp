@@ -42,7 +42,7 @@ public:
     /// Cells that exist, whether they are shown or wait to be used again.
     [[nodiscard]] std::size_t cellCount() const;
     /// The folder that is shown.
-    [[nodiscard]] const LUMFileContainer *folder() const { return m_screen.drillResults(); }
+    [[nodiscard]] const tree::LUMFileContainer *folder() const { return m_screen.drillResults(); }
 
 private:
     void paint();

@@ -56,9 +56,9 @@ void addScans(const ScratchFolder &scratch, int repetitions)
     for (const std::string tree : measuredTrees) {
         const std::string path = pathOf(tree, scratch);
         addWorkload("scan " + tree, repetitions, [path](benchmark::State &state) {
-            std::shared_ptr<ScanTree> scanned;
+            std::shared_ptr<tree::ScanTree> scanned;
             for (auto _ : state) {
-                LUMThreadedScanner scanner;
+                scan::LUMThreadedScanner scanner;
                 scanner.scanRootFolder(path);
                 scanner.waitUntilFinished();
                 scanned = scanner.tree();

@@ -36,7 +36,7 @@ constexpr int wheelStepCount = 300;
 constexpr std::size_t keptNodes = 1'000'000;
 
 /// The rows of a level in the order of their names.
-std::vector<KORVENFolderObject> unsortedRows(const LUMFileContainer *folder)
+std::vector<KORVENFolderObject> unsortedRows(const tree::LUMFileContainer *folder)
 {
     auto rows = resultRowsOf(folder, {1, 1}).rows;
     sortRows(rows, RowOrder::name);
@@ -88,7 +88,7 @@ void printWheel(FigureTable &table, WindowLevel &level)
 void recordScan()
 {
     const auto item = std::make_shared<KORVENHistoryItem>("/usr", "0 bytes");
-    if (!writeScanFile(makeScanTree(keptNodes)->root(), item->scanFilePath().value())) {
+    if (!archive::writeScanFile(makeScanTree(keptNodes)->root(), item->scanFilePath().value())) {
         throw std::runtime_error("the scan file cannot be written");
     }
     KORVENHistoryStore::sharedStore().addItem(item);

@@ -10,16 +10,16 @@
 
 namespace tessaly {
 
-std::shared_ptr<ScanTree> scannedFolder(const std::string &path)
+std::shared_ptr<tree::ScanTree> scannedFolder(const std::string &path)
 {
     // errno is 0 for a kernel file system, which is an empty folder to us.
     errno = 0;
-    if (const OpenedFolder folder = openFolderPath(path);
+    if (const scan::OpenedFolder folder = scan::openFolderPath(path);
         !folder.descriptor.isOpen() && errno != 0) {
-        throw std::runtime_error("cannot list " + printableText(path) + ": " +
+        throw std::runtime_error("cannot list " + tree::printableText(path) + ": " +
                                  std::generic_category().message(errno));
     }
-    LUMThreadedScanner scanner;
+    scan::LUMThreadedScanner scanner;
     scanner.scanRootFolder(path);
     scanner.waitUntilFinished();
     return scanner.tree();

@@ -9,16 +9,16 @@ namespace tessaly {
 
 namespace {
 
-char parentMark(ScanFileDetails::Parent parent)
+char parentMark(archive::ScanFileDetails::Parent parent)
 {
     switch (parent) {
-    case ScanFileDetails::Parent::enclosing:
+    case archive::ScanFileDetails::Parent::enclosing:
         return 'P';
-    case ScanFileDetails::Parent::none:
+    case archive::ScanFileDetails::Parent::none:
         return '0';
-    case ScanFileDetails::Parent::other:
+    case archive::ScanFileDetails::Parent::other:
         return 'x';
-    case ScanFileDetails::Parent::missing:
+    case archive::ScanFileDetails::Parent::missing:
         break;
     }
     return '-';
@@ -26,20 +26,20 @@ char parentMark(ScanFileDetails::Parent parent)
 
 struct Dumper {
     std::ostream &out;
-    const ScanFileDetails &details;
+    const archive::ScanFileDetails &details;
     std::size_t depth = 0;
 
-    void file(const LUMFileItem &item) const { line(item, 'F'); }
-    void enter(const LUMFileContainer &folder)
+    void file(const tree::LUMFileItem &item) const { line(item, 'F'); }
+    void enter(const tree::LUMFileContainer &folder)
     {
         line(folder, 'C');
         ++depth;
     }
-    void leave(const LUMFileContainer & /*folder*/) { --depth; }
+    void leave(const tree::LUMFileContainer & /*folder*/) { --depth; }
 
-    void line(const LUMFileItem &node, char kind) const
+    void line(const tree::LUMFileItem &node, char kind) const
     {
-        const ScanFileDetails::Node said = details.of(node);
+        const archive::ScanFileDetails::Node said = details.of(node);
         out << depth << '\t' << kind << '\t';
         if (said.hasSize) {
             out << node.itemSize();
@@ -48,7 +48,7 @@ struct Dumper {
         }
         out << '\t' << parentMark(said.parent) << '\t';
         if (node.hasItemName()) {
-            out << jsonString(said.name ? *said.name : escapedName(node.itemName()));
+            out << jsonString(said.name ? *said.name : tree::escapedName(node.itemName()));
         } else {
             out << '-';
         }
@@ -58,10 +58,11 @@ struct Dumper {
 
 } // namespace
 
-void dumpTree(std::ostream &out, const LUMFileContainer &root, const ScanFileDetails &details)
+void dumpTree(std::ostream &out, const tree::LUMFileContainer &root,
+              const archive::ScanFileDetails &details)
 {
     Dumper dumper{out, details};
-    walkTree(root, dumper);
+    tree::walkTree(root, dumper);
 }
 
 std::string jsonString(std::u16string_view text)

@@ -12,7 +12,8 @@ namespace tessaly {
 /// "F" (file); the node's own size, "-" when a file does not say it; the parent ("P" the enclosing
 /// folder, "0" none, "-" not said, "x" another); the name as a JSON string of its archived text,
 /// "-" when there is none. `details` is what a scan file said beyond the tree.
-void dumpTree(std::ostream &out, const LUMFileContainer &root, const ScanFileDetails &details = {});
+void dumpTree(std::ostream &out, const tree::LUMFileContainer &root,
+              const archive::ScanFileDetails &details = {});
 
 /// A JSON string, quoted, of ASCII characters only.
 [[nodiscard]] std::string jsonString(std::u16string_view text);

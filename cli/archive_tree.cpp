@@ -19,10 +19,10 @@ int main(int argumentCount, char **arguments)
     }
     try {
         const std::filesystem::path file = arguments[2];
-        tessaly::AtomicFile::removeLeftovers(file.has_parent_path() ? file.parent_path().native()
-                                                                    : ".");
+        tessaly::archive::AtomicFile::removeLeftovers(
+            file.has_parent_path() ? file.parent_path().native() : ".");
         const auto tree = tessaly::scannedFolder(arguments[1]);
-        const auto written = tessaly::writeScanFile(tree->root(), file.native());
+        const auto written = tessaly::archive::writeScanFile(tree->root(), file.native());
         if (!written) {
             std::cerr << written.error().text() << '\n';
             return 1;

@@ -22,7 +22,7 @@ namespace {
 
 using namespace tessaly;
 
-int complain(const ArchiveError &error)
+int complain(const archive::ArchiveError &error)
 {
     std::cerr << error.text() << '\n';
     return 1;
@@ -34,13 +34,13 @@ int finish()
     std::cout.flush();
     return std::cout.good()
                ? 0
-               : complain({ArchiveError::Kind::unwritable, "cannot write the output", {}});
+               : complain({archive::ArchiveError::Kind::unwritable, "cannot write the output", {}});
 }
 
 int dumpScan(const std::string &path)
 {
-    ScanFileDetails details;
-    const auto tree = readScanFile(path, &details);
+    archive::ScanFileDetails details;
+    const auto tree = archive::readScanFile(path, &details);
     if (!tree) {
         return complain(tree.error());
     }
@@ -50,7 +50,7 @@ int dumpScan(const std::string &path)
 
 std::string textOrDash(const std::optional<std::string> &text)
 {
-    return text ? jsonString(escapedName(*text)) : "-";
+    return text ? jsonString(tree::escapedName(*text)) : "-";
 }
 
 int dumpHistory(const std::string &path)

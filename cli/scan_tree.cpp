@@ -22,8 +22,8 @@
 
 namespace {
 
-using tessaly::LUMFileContainer;
-using tessaly::LUMFileItem;
+using tessaly::tree::LUMFileContainer;
+using tessaly::tree::LUMFileItem;
 
 constexpr std::size_t maxRows = 40;
 
@@ -37,8 +37,9 @@ std::vector<Row> rowsBySize(const LUMFileContainer &root)
     std::vector<Row> rows;
     for (const LUMFileItem &child : root.subitems()) {
         const LUMFileContainer *folder = child.asContainer();
-        rows.push_back({tessaly::printableText(child.itemName()) + (folder != nullptr ? "/" : ""),
-                        folder != nullptr ? folder->valueOfSubitems() : child.itemSize()});
+        rows.push_back(
+            {tessaly::tree::printableText(child.itemName()) + (folder != nullptr ? "/" : ""),
+             folder != nullptr ? folder->valueOfSubitems() : child.itemSize()});
     }
     std::stable_sort(rows.begin(), rows.end(),
                      [](const Row &a, const Row &b) { return a.byteCount > b.byteCount; });

@@ -37,7 +37,7 @@ bool isFuller(const KORVENDriveObject &a, const KORVENDriveObject &b)
 
 bool comesFirstByName(const KORVENDriveObject &a, const KORVENDriveObject &b)
 {
-    return std::is_lt(compareByCodeUnits(a.diskName(), b.diskName()));
+    return std::is_lt(tree::compareByCodeUnits(a.diskName(), b.diskName()));
 }
 
 } // namespace

@@ -76,7 +76,7 @@ QString sizeLine(std::uint64_t byteCount)
         static_cast<int>(std::min<std::uint64_t>(byteCount, std::numeric_limits<int>::max()));
     //: %1 is a size ("1.50 MB"), %2 the same in bytes ("1,500,000")
     return CardView::tr("%1 (%2 bytes)", nullptr, form)
-        .arg(QString::fromStdString(sizeText(static_cast<double>(byteCount))), bytes);
+        .arg(QString::fromStdString(tree::sizeText(static_cast<double>(byteCount))), bytes);
 }
 
 QString dateLine(const QDateTime &date)

@@ -138,7 +138,8 @@ bool DecoderProcess::isStarted()
         return false;
     }
     // Not the number that it is to get: it would be closed again there when the program is loaded.
-    const FileDescriptor handedOver(fcntl(theirs.number(), F_DUPFD_CLOEXEC, socketNumber + 1));
+    const scan::FileDescriptor handedOver(
+        fcntl(theirs.number(), F_DUPFD_CLOEXEC, socketNumber + 1));
     if (const int error = spawn(m_programPath, m_environment, handedOver.number(), m_process)) {
         m_process = -1;
         if (!std::exchange(m_hasLogged, true)) {

@@ -210,7 +210,7 @@ QString previewName(std::string_view path)
 {
     const std::size_t slash = path.rfind('/');
     return QString::fromStdString(
-        printableText(slash == std::string_view::npos ? path : path.substr(slash + 1)));
+        tree::printableText(slash == std::string_view::npos ? path : path.substr(slash + 1)));
 }
 
 QString undecodedMessage()

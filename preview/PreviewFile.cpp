@@ -75,7 +75,7 @@ PreviewFileStatus PreviewFileStatus::of(const std::string &path)
 
 PreviewFile::PreviewFile(std::stop_token stop) : m_stop(std::move(stop)) {}
 
-Result<std::unique_ptr<PreviewFile>, PreviewFile::Error>
+archive::Result<std::unique_ptr<PreviewFile>, PreviewFile::Error>
 PreviewFile::openPath(const std::string &path, std::stop_token stop)
 {
     // Opening alone makes some devices do something, so they are told apart before; what takes
@@ -87,7 +87,8 @@ PreviewFile::openPath(const std::string &path, std::stop_token stop)
     if (!S_ISREG(status.st_mode)) {
         return Error::notRegular;
     }
-    FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    scan::FileDescriptor descriptor(
+        ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!descriptor.isOpen() || fstat(descriptor.number(), &status) != 0) {
         return errorOf(errno);
     }

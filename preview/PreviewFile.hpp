@@ -37,7 +37,7 @@ public:
     enum class Error : std::uint8_t { missing, forbidden, notRegular, failed };
 
     /// Opens the file at `path` (bytes), following links.
-    [[nodiscard]] static Result<std::unique_ptr<PreviewFile>, Error>
+    [[nodiscard]] static archive::Result<std::unique_ptr<PreviewFile>, Error>
     openPath(const std::string &path, std::stop_token stop = {});
 
     [[nodiscard]] bool isStopped() const { return m_stop.stop_requested(); }

@@ -123,7 +123,7 @@ QString plainTitle(QString text)
 
 QString sizeOf(const PreviewInfo &info)
 {
-    return QString::fromStdString(sizeText(static_cast<double>(info.status.byteCount)));
+    return QString::fromStdString(tree::sizeText(static_cast<double>(info.status.byteCount)));
 }
 
 } // namespace

@@ -24,7 +24,7 @@ void EmptyPage::say(const QString &title, const QString &text)
     m_text.setVisible(!text.isEmpty());
 }
 
-void EmptyPage::sayWhyThereAreNoRows(const LUMFileContainer *folder)
+void EmptyPage::sayWhyThereAreNoRows(const tree::LUMFileContainer *folder)
 {
     if (folder == nullptr || folder->subitems().empty()) {
         say(tr("This folder is empty"), {});

@@ -9,7 +9,9 @@ class QWidget;
 namespace tessaly {
 
 class KORVENButton;
+namespace tree {
 class LUMFileContainer;
+} // namespace tree
 
 /// What a scan screen shows in place of rows: a title, a text below it, and a button that scans.
 ///
@@ -28,7 +30,7 @@ public:
     void say(const QString &title, const QString &text);
     /// Says why there are no rows of a folder: it is empty, or all that it holds is hidden. Of no
     /// folder it says the former.
-    void sayWhyThereAreNoRows(const LUMFileContainer *folder);
+    void sayWhyThereAreNoRows(const tree::LUMFileContainer *folder);
 
 private:
     QWidget &m_page;

@@ -176,10 +176,10 @@ void KORVENHomeViewController::scanClicked()
 
 ScanResult KORVENHomeViewController::completedScan(const FinishedScan &scan)
 {
-    LastScanFile lastScan(itemArchivePath());
-    const auto written =
-        lastScan.replace(scan.tree->root(), scan.rootProblem ? LastScanFile::Former::kept
-                                                             : LastScanFile::Former::deleted);
+    archive::LastScanFile lastScan(itemArchivePath());
+    const auto written = lastScan.replace(
+        scan.tree->root(), scan.rootProblem ? archive::LastScanFile::Former::kept
+                                            : archive::LastScanFile::Former::deleted);
     KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Home folders scan completed"),
                                                                   ScanScreen::home);
 
@@ -189,7 +189,7 @@ ScanResult KORVENHomeViewController::completedScan(const FinishedScan &scan)
         qCWarning(homeLog, "The scan was not kept: %s", reason.c_str());
         result.notice = ScanResult::noticeOfLostScan(reason);
     }
-    const auto date = fileCreationDate(lastScan.path());
+    const auto date = archive::fileCreationDate(lastScan.path());
     if (date) {
         result.dateText = formatDate(*date);
     } else {
@@ -207,8 +207,8 @@ void KORVENHomeViewController::notifyCanceled()
 std::optional<ScanResult> KORVENHomeViewController::loadScanResults()
 {
     const std::string path = itemArchivePath();
-    LastScanFile(path).putBack();
-    const auto date = fileCreationDate(path);
+    archive::LastScanFile(path).putBack();
+    const auto date = archive::fileCreationDate(path);
     if (!date) {
         return std::nullopt;
     }

@@ -98,7 +98,7 @@ void KORVENScanViewController::notifyCanceled()
 ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
 {
     KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Scan completed"));
-    const LUMFileContainer &root = scan.tree->root();
+    const tree::LUMFileContainer &root = scan.tree->root();
     // The exact total: what the screen shows is rounded to single precision.
     const QString total = buildString(static_cast<double>(root.valueOfSubitems()));
     const KORVENHistoryItem item(std::string(root.itemName()), total.toStdString());
@@ -110,11 +110,11 @@ ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
         result.notice = ScanResult::noticeOfLostScan(*problem);
     }
     result.scanKey = item.scanKey();
-    result.dateText = formatDate(Timestamp::now());
+    result.dateText = formatDate(archive::Timestamp::now());
     return result;
 }
 
-std::optional<std::string> KORVENScanViewController::record(const ScanTree &tree,
+std::optional<std::string> KORVENScanViewController::record(const tree::ScanTree &tree,
                                                             const KORVENHistoryItem &item)
 {
     SettingsStore &settings = services().settings;
@@ -129,7 +129,7 @@ std::optional<std::string> KORVENScanViewController::record(const ScanTree &tree
 
     try {
         KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
-        const auto written = writeScanFile(tree.root(), item.scanFilePath().value());
+        const auto written = archive::writeScanFile(tree.root(), item.scanFilePath().value());
         if (!written) {
             return written.error().text();
         }

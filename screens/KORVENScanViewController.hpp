@@ -55,7 +55,7 @@ private:
     [[nodiscard]] static ScanResult recordedScan(const KORVENHistoryItem &record);
     /// Keeps the bookmark, the tree and the record. Why the scan is not in the history afterwards;
     /// nothing when it is.
-    [[nodiscard]] static std::optional<std::string> record(const ScanTree &tree,
+    [[nodiscard]] static std::optional<std::string> record(const tree::ScanTree &tree,
                                                            const KORVENHistoryItem &item);
 
     std::string m_uuid;

@@ -11,7 +11,7 @@ namespace tessaly {
 
 namespace {
 
-bool isFolder(int parent, const DirectoryEntry &entry)
+bool isFolder(int parent, const scan::DirectoryEntry &entry)
 {
     if (entry.type != DT_LNK && entry.type != DT_UNKNOWN) {
         return entry.type == DT_DIR;
@@ -26,14 +26,14 @@ bool isFolder(int parent, const DirectoryEntry &entry)
 std::vector<PreviewFolderEntry> previewFolderEntries(const std::string &path)
 {
     std::vector<PreviewFolderEntry> entries;
-    const FileDescriptor folder(
+    const scan::FileDescriptor folder(
         open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
     if (!folder.isOpen()) {
         return entries;
     }
-    DirectoryListing listing;
+    scan::DirectoryListing listing;
     listing.open(folder.number());
-    while (const DirectoryEntry *entry = listing.next()) {
+    while (const scan::DirectoryEntry *entry = listing.next()) {
         if (!entry->name.starts_with('.')) {
             entries.push_back({std::string(entry->name), isFolder(folder.number(), *entry)});
         }

@@ -203,7 +203,7 @@ void ResultViewController::takeRows(ResultRows rows)
     m_scanTotal = rows.total;
 }
 
-void ResultViewController::populateScanTable(const LUMFileContainer *folder)
+void ResultViewController::populateScanTable(const tree::LUMFileContainer *folder)
 {
     takeRows(ScanResult::rowsOf(folder));
 }

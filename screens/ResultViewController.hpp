@@ -102,7 +102,10 @@ public:
     {
         return m_level.path();
     }
-    [[nodiscard]] const LUMFileContainer *drillResults() const noexcept { return m_level.folder(); }
+    [[nodiscard]] const tree::LUMFileContainer *drillResults() const noexcept
+    {
+        return m_level.folder();
+    }
     [[nodiscard]] bool sortBySizeFlag() const noexcept { return m_sortBySizeFlag; }
     /// While this is so, the user can go neither down nor up: a worker is making the next result.
     [[nodiscard]] bool lockDrillDown() const noexcept { return m_lockDrillDown; }
@@ -164,7 +167,7 @@ private:
     [[nodiscard]] Step scanCompleted(const FinishedScan &scan) override;
     [[nodiscard]] Step scanCancelled() override;
 
-    void populateScanTable(const LUMFileContainer *folder);
+    void populateScanTable(const tree::LUMFileContainer *folder);
     void takeResult(ScanResult &result);
     void takeRows(ResultRows rows);
     void updateScanResultsDrillDown();

@@ -62,8 +62,8 @@ void lookAt(const std::string &folder)
 
 /// Belongs to the worker and to the thread that may be left behind.
 struct ScanWorkers::RunningScan {
-    LUMThreadedScanner scanner;
-    AbandonableWork work{cancelTimeout};
+    scan::LUMThreadedScanner scanner;
+    scan::AbandonableWork work{cancelTimeout};
     std::atomic<bool> isCancelWanted = false;
 
     void run(const std::string &folder)

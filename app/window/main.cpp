@@ -146,7 +146,7 @@ int main(int argumentCount, char **arguments)
 
     LinuxServices desktop;
     KORVENAppDelegate delegate(desktop.with(documents));
-    AtomicFile::removeLeftovers(documents.path());
+    archive::AtomicFile::removeLeftovers(documents.path());
 
     auto controller = std::make_unique<KORVENWindowController>();
     delegate.setWindowController(controller.get());

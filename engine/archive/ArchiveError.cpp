@@ -3,7 +3,7 @@
 #include <system_error>
 #include <utility>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 std::string ArchiveError::text() const
 {
@@ -26,4 +26,4 @@ ArchiveError systemError(ArchiveError::Kind kind, const std::string &what, int e
     return {kind, what + ": " + std::system_category().message(errorNumber), std::nullopt};
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

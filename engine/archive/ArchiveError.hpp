@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// Why a file could not be read or written: a kind to branch on, and a line for the log that says
 /// what is wrong and where. Texts for users are made by the screens.
@@ -46,4 +46,4 @@ private:
 [[nodiscard]] ArchiveError systemError(ArchiveError::Kind kind, const std::string &what,
                                        int errorNumber);
 
-} // namespace tessaly
+} // namespace tessaly::archive

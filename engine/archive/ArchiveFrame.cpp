@@ -1,6 +1,6 @@
 #include "engine/archive/ArchiveFrame.hpp"
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -53,4 +53,4 @@ void ArchiveFrame::writeClass(BinaryPlistWriter &plist, std::uint64_t name, std:
     plist.reference(chain);
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// What every keyed archive has around its objects (see KeyedArchiveReader for the format), and the
 /// keys that most of them have inside. These take the first numbers of the property list.
@@ -51,4 +51,4 @@ public:
     static void writeClass(BinaryPlistWriter &plist, std::uint64_t name, std::uint64_t chain);
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -5,16 +5,16 @@
 
 #include <limits>
 
-namespace tessaly {
+namespace tessaly::archive {
 
-ArchivePlaces::OfNode ArchivePlaces::file(const LUMFileItem &item)
+ArchivePlaces::OfNode ArchivePlaces::file(const tree::LUMFileItem &item)
 {
     OfNode places = nodeAndValues(item);
     places.addsItemClass = takeIfNew(m_itemClass);
     return places;
 }
 
-ArchivePlaces::OfNode ArchivePlaces::enter(const LUMFileContainer &folder)
+ArchivePlaces::OfNode ArchivePlaces::enter(const tree::LUMFileContainer &folder)
 {
     OfNode places = nodeAndValues(folder);
     places.subitems = take();
@@ -28,7 +28,7 @@ bool ArchivePlaces::leave()
     return isFirst;
 }
 
-ArchivePlaces::OfNode ArchivePlaces::nodeAndValues(const LUMFileItem &node)
+ArchivePlaces::OfNode ArchivePlaces::nodeAndValues(const tree::LUMFileItem &node)
 {
     OfNode places;
     places.node = take();
@@ -65,4 +65,4 @@ bool ArchivePlaces::takeIfNew(Uid &place)
     return true;
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

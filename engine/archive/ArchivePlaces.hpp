@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// Gives out the places in a scan file's "$objects", in the order in which a keyed archiver meets
 /// the objects: a node, its name, its size, its child list, its children; a class after the
@@ -38,13 +38,13 @@ public:
     [[nodiscard]] Uid arrayClass() const noexcept { return m_arrayClass; }
     [[nodiscard]] Uid containerClass() const noexcept { return m_containerClass; }
 
-    OfNode file(const LUMFileItem &item);
-    OfNode enter(const LUMFileContainer &folder);
+    OfNode file(const tree::LUMFileItem &item);
+    OfNode enter(const tree::LUMFileContainer &folder);
     /// Whether the classes of arrays and of folders follow: after the first folder to end.
     bool leave();
 
 private:
-    OfNode nodeAndValues(const LUMFileItem &node);
+    OfNode nodeAndValues(const tree::LUMFileItem &node);
     Uid take();
     bool takeIfNew(Uid &place);
 
@@ -56,4 +56,4 @@ private:
     Uid m_containerClass = 0;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

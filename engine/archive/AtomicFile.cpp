@@ -15,7 +15,7 @@
 #include <sys/random.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -81,7 +81,8 @@ Result<Done, ArchiveError> AtomicFile::open()
     if (m_calls.lstat(m_path.c_str(), &target) == 0 && !S_ISREG(target.st_mode) &&
         !S_ISLNK(target.st_mode)) {
         return ArchiveError{Kind::unwritable,
-                            "cannot replace " + printableText(m_path) + ": not a regular file",
+                            "cannot replace " + tree::printableText(m_path) +
+                                ": not a regular file",
                             {}};
     }
     for (int attempt = 0; attempt < nameAttempts; ++attempt) {
@@ -180,7 +181,7 @@ void AtomicFile::discard() noexcept
 
 ArchiveError AtomicFile::failure(const std::string &what, int errorNumber) const
 {
-    return systemError(Kind::unwritable, what + ' ' + printableText(m_path), errorNumber);
+    return systemError(Kind::unwritable, what + ' ' + tree::printableText(m_path), errorNumber);
 }
 
 void AtomicFile::removeLeftovers(const std::string &folder, FileCalls &calls)
@@ -206,4 +207,4 @@ void AtomicFile::removeLeftovers(const std::string &folder, FileCalls &calls)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

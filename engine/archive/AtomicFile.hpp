@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// A file that takes the place of another one all at once.
 ///
@@ -57,4 +57,4 @@ private:
     int m_descriptor = -1;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -4,7 +4,7 @@
 #include <cassert>
 #include <limits>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -234,4 +234,4 @@ void BinaryPlistReader::failEnd(const Object &object) const
                          offsetOf(object));
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// Random access to the objects of a binary property list ("bplist00") in memory.
 ///
@@ -218,4 +218,4 @@ private:
     unsigned m_referenceShift = 0;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

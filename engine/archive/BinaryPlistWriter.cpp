@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 BinaryPlistWriter::BinaryPlistWriter(ByteSink &sink, unsigned referenceWidth)
     : m_sink(sink), m_referenceWidth(referenceWidth),
@@ -17,12 +17,12 @@ BinaryPlistWriter::BinaryPlistWriter(ByteSink &sink, unsigned referenceWidth)
 
 void BinaryPlistWriter::name(std::string_view name)
 {
-    if (isAscii(name)) {
+    if (tree::isAscii(name)) {
         counted(0x50, name.size());
         copy(std::as_bytes(std::span(name)));
         return;
     }
-    const std::u16string text = escapedName(name);
+    const std::u16string text = tree::escapedName(name);
     counted(0x60, text.size());
     for (const char16_t unit : text) {
         bigEndian(unit, 2);
@@ -86,4 +86,4 @@ void BinaryPlistWriter::flush()
     m_used = 0;
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// Writes a binary property list (see BinaryPlistReader for the format) from front to back.
 ///
@@ -136,4 +136,4 @@ private:
     std::vector<std::byte> m_packed;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

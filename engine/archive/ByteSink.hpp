@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// Where an archive's bytes go, in order: a file, or memory in tests.
 class ByteSink {
@@ -22,4 +22,4 @@ public:
     virtual Result<Done, ArchiveError> write(std::span<const std::byte> bytes) = 0;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 FileCalls &FileCalls::system() noexcept
 {
@@ -79,4 +79,4 @@ int FileCalls::close(int descriptor)
     return ::close(descriptor);
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

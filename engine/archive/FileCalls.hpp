@@ -7,7 +7,7 @@
 
 struct stat;
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// The system calls that read and replace files: the one seam at which tests make them fail. Each
 /// answers like the call of its name, errno included.
@@ -49,4 +49,4 @@ auto retried(Call call)
     return answer;
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

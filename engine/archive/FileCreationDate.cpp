@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -44,4 +44,4 @@ std::optional<Timestamp> fileCreationDate(const std::string &path)
     return answer == 0 ? creationDateOf(file) : std::nullopt;
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -7,7 +7,7 @@
 
 struct statx;
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// When a file was made: its birth, or the last change of its contents where the file system keeps
 /// no births. A link stands for the file that it leads to.
@@ -18,4 +18,4 @@ namespace tessaly {
 /// The same from what the system told of a file.
 [[nodiscard]] std::optional<Timestamp> creationDateOf(const struct statx &file);
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <utility>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -130,7 +130,7 @@ std::string KeyedArchiveReader::className(Reference classValue) const
     constexpr std::size_t longest = 100; // of a name that has no business being longer
     const Object name = m_plist.object(
         find(classDescription(uid(classValue, "\"$class\"")), "$classname").value_or(0));
-    return isString(name.type) ? printableText(this->name(name).substr(0, longest)) : "";
+    return isString(name.type) ? tree::printableText(this->name(name).substr(0, longest)) : "";
 }
 
 KeyedArchiveReader::Object KeyedArchiveReader::classDescription(Uid classUid) const
@@ -200,7 +200,7 @@ std::string KeyedArchiveReader::name(const Object &string) const
 {
     spendText(string);
     if (string.type == Type::utf16String) {
-        return nameFromEscaped(m_plist.utf16(string));
+        return tree::nameFromEscaped(m_plist.utf16(string));
     }
     checkAscii(string);
     return std::string(m_plist.bytes(string));
@@ -311,7 +311,7 @@ std::size_t KeyedArchiveReader::matchName(const Object &string, const NameMatche
 
 void KeyedArchiveReader::checkAscii(const Object &string) const
 {
-    if (!isAscii(m_plist.bytes(string))) {
+    if (!tree::isAscii(m_plist.bytes(string))) {
         fail(Kind::damaged, "an ASCII string with bytes that are not", string);
     }
 }
@@ -347,4 +347,4 @@ void KeyedArchiveReader::fail(ArchiveError::Kind kind, std::string message, cons
                          offset == 0 ? std::nullopt : std::optional(offset));
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

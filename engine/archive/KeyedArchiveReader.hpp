@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// The objects of a keyed archive: a property list whose top dictionary holds "$archiver"
 /// "NSKeyedArchiver", "$version" 100000, "$objects" (all objects; the first one, "$null", stands
@@ -271,4 +271,4 @@ private:
                                          "NSDate"};
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

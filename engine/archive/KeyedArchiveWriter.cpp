@@ -9,7 +9,7 @@
 #include <limits>
 #include <new>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -332,4 +332,4 @@ const KeyedArchiveWriter::StoredClass &KeyedArchiveWriter::classOf(Class which) 
     return m_classes[indexOf(which)];
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -15,7 +15,7 @@
 #include <variant>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// Makes a keyed archive (see KeyedArchiveReader for the format) of strings, dates, arrays and
 /// instances of any class:
@@ -139,4 +139,4 @@ private:
     std::uint64_t m_innerCount = 0;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

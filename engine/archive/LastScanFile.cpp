@@ -9,7 +9,7 @@
 
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -27,7 +27,7 @@ LastScanFile::LastScanFile(std::string path, FileCalls &calls)
 {
 }
 
-Result<Done, ArchiveError> LastScanFile::replace(const LUMFileContainer &root, Former former)
+Result<Done, ArchiveError> LastScanFile::replace(const tree::LUMFileContainer &root, Former former)
 {
     if (former == Former::kept) {
         const auto kept = keepFormer();
@@ -40,7 +40,7 @@ Result<Done, ArchiveError> LastScanFile::replace(const LUMFileContainer &root, F
     return written;
 }
 
-Result<Done, ArchiveError> LastScanFile::replaceDeleting(const LUMFileContainer &root)
+Result<Done, ArchiveError> LastScanFile::replaceDeleting(const tree::LUMFileContainer &root)
 {
     SetAsideFile former(m_path, m_calls);
     auto written = writeScanFile(root, m_path, m_calls);
@@ -72,4 +72,4 @@ void LastScanFile::putBack()
     (void)m_calls.renameToFree(m_keptPath.c_str(), m_path.c_str());
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

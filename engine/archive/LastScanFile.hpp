@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// The scan file that every completed scan of a folder replaces.
 ///
@@ -31,7 +31,8 @@ public:
     /// Writes the tree in the place of the former file. After a failure there is no file at the
     /// path, unless it is one of worth that was to be kept and could not be moved; a former one
     /// that was kept comes back by putBack().
-    [[nodiscard]] Result<Done, ArchiveError> replace(const LUMFileContainer &root, Former former);
+    [[nodiscard]] Result<Done, ArchiveError> replace(const tree::LUMFileContainer &root,
+                                                     Former former);
 
     /// Brings back the former file where a program that was killed, or failed to write, left none.
     /// To be called before the file is read for the first time.
@@ -40,7 +41,7 @@ public:
     [[nodiscard]] const std::string &path() const noexcept { return m_path; }
 
 private:
-    [[nodiscard]] Result<Done, ArchiveError> replaceDeleting(const LUMFileContainer &root);
+    [[nodiscard]] Result<Done, ArchiveError> replaceDeleting(const tree::LUMFileContainer &root);
     [[nodiscard]] Result<Done, ArchiveError> keepFormer();
 
     const std::string m_path;
@@ -48,4 +49,4 @@ private:
     FileCalls &m_calls;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

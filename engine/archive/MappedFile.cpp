@@ -15,7 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -122,7 +122,8 @@ void giveGuardBack(std::size_t guard)
 Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
 {
     const auto failure = [&](int errorNumber) {
-        return systemError(Kind::unreadable, "cannot read " + printableText(path), errorNumber);
+        return systemError(Kind::unreadable, "cannot read " + tree::printableText(path),
+                           errorNumber);
     };
 
     // A FIFO must not keep us waiting for its writer.
@@ -145,8 +146,9 @@ Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
         return failure(errorNumber);
     }
     if (!S_ISREG(status.st_mode)) {
-        return ArchiveError{
-            Kind::unreadable, "cannot read " + printableText(path) + ": not a regular file", {}};
+        return ArchiveError{Kind::unreadable,
+                            "cannot read " + tree::printableText(path) + ": not a regular file",
+                            {}};
     }
     if (memory == nullptr) {
         return MappedFile({}, noGuard);
@@ -159,7 +161,7 @@ Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
     if (guard == noGuard) {
         munmap(memory, bytes.size());
         return ArchiveError{Kind::unreadable,
-                            "cannot read " + printableText(path) + ": too many files at once",
+                            "cannot read " + tree::printableText(path) + ": too many files at once",
                             {}};
     }
     return MappedFile(bytes, guard);
@@ -183,4 +185,4 @@ bool MappedFile::wasTruncated() const noexcept
     return m_guard != noGuard && guards[m_guard].cut.load();
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// A regular file's bytes, mapped into memory to be read.
 ///
@@ -44,4 +44,4 @@ private:
     std::size_t m_guard; ///< this mapping's place in the signal handler's table
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

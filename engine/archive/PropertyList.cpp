@@ -9,7 +9,7 @@
 #include <string_view>
 #include <type_traits>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -85,11 +85,11 @@ private:
         constexpr std::uint64_t maxBytesPerUnit = 3;
         if (string.type == Type::utf16String) {
             spend(maxBytesPerUnit * string.count);
-            return nameFromEscaped(m_plist.utf16(string));
+            return tree::nameFromEscaped(m_plist.utf16(string));
         }
         spend(string.count);
         const std::string_view ascii = m_plist.bytes(string);
-        if (!isAscii(ascii)) {
+        if (!tree::isAscii(ascii)) {
             fail("an ASCII string with bytes that are not", string);
         }
         return std::string(ascii);
@@ -326,4 +326,4 @@ Result<Done, ArchiveError> writePropertyList(const PlistValue &value, ByteSink &
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

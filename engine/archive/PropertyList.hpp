@@ -16,7 +16,7 @@
 #include <variant>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// A point in time. Dates are equal when their bits are, so that every date equals itself.
 struct PlistDate {
@@ -118,4 +118,4 @@ inline constexpr std::size_t maxPlistDepth = 64;
 /// One that nests too deep for that is refused (unsupported) before anything is written.
 [[nodiscard]] Result<Done, ArchiveError> writePropertyList(const PlistValue &value, ByteSink &sink);
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// A value, or the error that stands in its way.
 template <typename Value, typename Error>
@@ -44,4 +44,4 @@ private:
 /// Result without a value: success is `Done{}`.
 struct Done {};
 
-} // namespace tessaly
+} // namespace tessaly::archive

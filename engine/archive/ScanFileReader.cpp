@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -28,10 +28,10 @@ public:
     {
     }
 
-    std::shared_ptr<ScanTree> read()
+    std::shared_ptr<tree::ScanTree> read()
     {
-        auto tree = std::make_shared<ScanTree>();
-        const ScanTree::ArenaLease arena = tree->leaseArena();
+        auto tree = std::make_shared<tree::ScanTree>();
+        const tree::ScanTree::ArenaLease arena = tree->leaseArena();
         m_arena = arena.get();
         readRoot(tree->root());
         readBelow();
@@ -41,20 +41,20 @@ public:
 private:
     /// A folder whose children are being read.
     struct Level {
-        LUMFileContainer *folder;
+        tree::LUMFileContainer *folder;
         Uid uid;
         KeyedArchiveReader::Object children;
         std::uint64_t next = 0;
     };
 
-    void readRoot(LUMFileContainer &root)
+    void readRoot(tree::LUMFileContainer &root)
     {
         const Uid uid = m_archive.root();
         const Instance instance = readInstance(uid);
         if (instance.nodeClass != containerClass) {
             fail("the root is not a folder", instance.object);
         }
-        const NodeArena::StoredName name = readName(instance);
+        const tree::NodeArena::StoredName name = readName(instance);
         root.setStoredName(name);
         root.setItemSize(readSize(instance));
         recordDetails(root, instance, 0);
@@ -71,14 +71,14 @@ private:
             }
             const Uid uid = m_archive.elementUid(level.children, level.next++);
             const Instance instance = readInstance(uid);
-            const NodeArena::StoredName name = readName(instance);
+            const tree::NodeArena::StoredName name = readName(instance);
             const std::uint64_t size = readSize(instance);
             if (instance.nodeClass == itemClass) {
-                auto &item = m_arena->make<LUMFileItem>(name, size);
+                auto &item = m_arena->make<tree::LUMFileItem>(name, size);
                 level.folder->subitems().append(item);
                 recordDetails(item, instance, level.uid);
             } else {
-                auto &folder = m_arena->make<LUMFileContainer>(name, size);
+                auto &folder = m_arena->make<tree::LUMFileContainer>(name, size);
                 level.folder->subitems().append(folder);
                 recordDetails(folder, instance, level.uid);
                 open(folder, uid, instance);
@@ -121,7 +121,7 @@ private:
         return instance;
     }
 
-    NodeArena::StoredName readName(const Instance &instance)
+    tree::NodeArena::StoredName readName(const Instance &instance)
     {
         const auto value = instance.fields[nameKey];
         if (!value) {
@@ -136,7 +136,7 @@ private:
         }
         if (string.type == Type::asciiString) {
             const std::string_view bytes = m_archive.propertyList().bytes(string);
-            if (isAscii(bytes)) {
+            if (tree::isAscii(bytes)) {
                 return m_arena->storeName(bytes);
             }
         }
@@ -145,7 +145,7 @@ private:
 
     /// Long names that nodes share are stored once, and what is spent on them all is limited, so
     /// that a small file cannot ask for much memory.
-    NodeArena::StoredName readLongName(const KeyedArchiveReader::Object &string)
+    tree::NodeArena::StoredName readLongName(const KeyedArchiveReader::Object &string)
     {
         LongName &known = m_longNames[string.content];
         if (known.stored == nullptr || known.count != string.count) {
@@ -167,7 +167,7 @@ private:
         return value ? m_archive.unsignedNumber(*value, "\"itemSize\"").value_or(0) : 0;
     }
 
-    void open(LUMFileContainer &folder, Uid uid, const Instance &instance)
+    void open(tree::LUMFileContainer &folder, Uid uid, const Instance &instance)
     {
         const auto value = instance.fields[subitemsKey];
         const auto children = value ? m_archive.array(*value, "\"subitems\"") : std::nullopt;
@@ -176,7 +176,7 @@ private:
         }
     }
 
-    void recordDetails(const LUMFileItem &node, const Instance &instance, Uid enclosing)
+    void recordDetails(const tree::LUMFileItem &node, const Instance &instance, Uid enclosing)
     {
         if (m_details == nullptr) {
             return;
@@ -188,7 +188,7 @@ private:
         }
         if (const auto value = instance.fields[nameKey]; value && node.hasItemName()) {
             std::u16string text = m_archive.text(m_archive.string(*value, "\"itemName\""));
-            if (text != escapedName(node.itemName())) {
+            if (text != tree::escapedName(node.itemName())) {
                 said.name = std::move(text);
             }
         }
@@ -221,7 +221,7 @@ private:
 
     struct LongName {
         std::uint64_t count = 0;
-        NodeArena::StoredName stored = nullptr;
+        tree::NodeArena::StoredName stored = nullptr;
     };
 
     KeyedArchiveReader m_archive;
@@ -229,7 +229,7 @@ private:
                                            "parentContainer"};
     KeyedArchiveReader::NameMatcher m_classes{"LUMFileItem", "LUMFileContainer"};
     ScanFileDetails *m_details;
-    NodeArena *m_arena = nullptr;
+    tree::NodeArena *m_arena = nullptr;
     std::uint64_t m_longNameBudget;
     std::vector<bool> m_isListed;                                    ///< by UID
     std::unordered_map<const unsigned char *, LongName> m_longNames; ///< by place in the file
@@ -238,30 +238,30 @@ private:
 
 } // namespace
 
-ScanFileDetails::Node ScanFileDetails::of(const LUMFileItem &node) const
+ScanFileDetails::Node ScanFileDetails::of(const tree::LUMFileItem &node) const
 {
     const auto found = m_unusual.find(&node);
     return found == m_unusual.end() ? usual(node) : found->second;
 }
 
-ScanFileDetails::Node ScanFileDetails::usual(const LUMFileItem &node)
+ScanFileDetails::Node ScanFileDetails::usual(const tree::LUMFileItem &node)
 {
     Node usual;
-    if (const LUMFileContainer *folder = node.asContainer()) {
+    if (const tree::LUMFileContainer *folder = node.asContainer()) {
         usual.parent = folder->parentContainer() == nullptr ? Parent::none : Parent::enclosing;
     }
     return usual;
 }
 
-void ScanFileDetails::record(const LUMFileItem &node, Node said)
+void ScanFileDetails::record(const tree::LUMFileItem &node, Node said)
 {
     if (!said.hasSize || said.name || said.parent != usual(node).parent) {
         m_unusual.insert_or_assign(&node, std::move(said));
     }
 }
 
-Result<std::shared_ptr<ScanTree>, ArchiveError> readScanArchive(std::span<const std::byte> archive,
-                                                                ScanFileDetails *details)
+Result<std::shared_ptr<tree::ScanTree>, ArchiveError>
+readScanArchive(std::span<const std::byte> archive, ScanFileDetails *details)
 {
     try {
         return ScanArchiveReader(archive, details).read();
@@ -274,8 +274,8 @@ Result<std::shared_ptr<ScanTree>, ArchiveError> readScanArchive(std::span<const 
     }
 }
 
-Result<std::shared_ptr<ScanTree>, ArchiveError> readScanFile(const std::string &path,
-                                                             ScanFileDetails *details)
+Result<std::shared_ptr<tree::ScanTree>, ArchiveError> readScanFile(const std::string &path,
+                                                                   ScanFileDetails *details)
 {
     const auto file = MappedFile::open(path);
     if (!file) {
@@ -288,4 +288,4 @@ Result<std::shared_ptr<ScanTree>, ArchiveError> readScanFile(const std::string &
     return tree;
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

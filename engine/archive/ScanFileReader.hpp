@@ -12,7 +12,7 @@
 #include <string>
 #include <unordered_map>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// What a scan file says of its nodes beyond what the tree keeps. Tools that show a file as it is
 /// ask for it; it holds an entry only for nodes that differ from what our own files say.
@@ -32,17 +32,17 @@ public:
     };
 
     /// What the file says of a node of the tree that was read with these details.
-    [[nodiscard]] Node of(const LUMFileItem &node) const;
+    [[nodiscard]] Node of(const tree::LUMFileItem &node) const;
     /// What our own files say of such a node.
-    [[nodiscard]] static Node usual(const LUMFileItem &node);
+    [[nodiscard]] static Node usual(const tree::LUMFileItem &node);
 
     /// Whether the file says of every node what our own files say.
     [[nodiscard]] bool isEmpty() const noexcept { return m_unusual.empty(); }
 
-    void record(const LUMFileItem &node, Node said);
+    void record(const tree::LUMFileItem &node, Node said);
 
 private:
-    std::unordered_map<const LUMFileItem *, Node> m_unusual;
+    std::unordered_map<const tree::LUMFileItem *, Node> m_unusual;
 };
 
 /// Reads the scan tree that a scan file holds: a keyed archive (see KeyedArchiveReader) of
@@ -56,11 +56,11 @@ private:
 /// Memory:  the tree, and little beside it: the file is mapped, nothing is expanded, and a hostile
 ///          file cannot make the tree larger than a small multiple of itself. Any depth.
 /// Threads: any; calls are independent.
-[[nodiscard]] Result<std::shared_ptr<ScanTree>, ArchiveError>
+[[nodiscard]] Result<std::shared_ptr<tree::ScanTree>, ArchiveError>
 readScanFile(const std::string &path, ScanFileDetails *details = nullptr);
 
 /// The same from bytes in memory.
-[[nodiscard]] Result<std::shared_ptr<ScanTree>, ArchiveError>
+[[nodiscard]] Result<std::shared_ptr<tree::ScanTree>, ArchiveError>
 readScanArchive(std::span<const std::byte> archive, ScanFileDetails *details = nullptr);
 
-} // namespace tessaly
+} // namespace tessaly::archive

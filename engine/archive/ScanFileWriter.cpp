@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -59,18 +59,18 @@ struct Counter {
     std::uint64_t nameByteCount = 0;
     std::uint64_t nodeCount = 0;
 
-    void file(const LUMFileItem &item)
+    void file(const tree::LUMFileItem &item)
     {
         count(item);
         order.file(item);
     }
-    void enter(const LUMFileContainer &folder)
+    void enter(const tree::LUMFileContainer &folder)
     {
         count(folder);
         ++folderCount;
         order.enter(folder);
     }
-    void leave(const LUMFileContainer & /*folder*/) { order.leave(); }
+    void leave(const tree::LUMFileContainer & /*folder*/) { order.leave(); }
 
     [[nodiscard]] std::uint64_t objectCount() const noexcept
     {
@@ -92,7 +92,7 @@ struct Counter {
     }
 
 private:
-    void count(const LUMFileItem &node)
+    void count(const tree::LUMFileItem &node)
     {
         ++nodeCount;
         nameByteCount += node.itemName().size();
@@ -122,7 +122,7 @@ public:
         m_plist.name(ArchiveFrame::nullMarker);
     }
 
-    void file(const LUMFileItem &item)
+    void file(const tree::LUMFileItem &item)
     {
         const ArchivePlaces::OfNode places = m_order.file(item);
         m_children.push_back(places.node);
@@ -140,7 +140,7 @@ public:
         }
     }
 
-    void enter(const LUMFileContainer &folder)
+    void enter(const tree::LUMFileContainer &folder)
     {
         const ArchivePlaces::OfNode places = m_order.enter(folder);
         const Uid parent = m_open.empty() ? 0 : m_open.back().node;
@@ -168,7 +168,7 @@ public:
         m_open.push_back({places.node, m_listCount++, m_children.size()});
     }
 
-    void leave(const LUMFileContainer & /*folder*/)
+    void leave(const tree::LUMFileContainer & /*folder*/)
     {
         const OpenFolder folder = m_open.back();
         m_open.pop_back();
@@ -218,7 +218,7 @@ private:
     void beginFixed(std::uint64_t object) { m_fixedOffsets.set(object, m_plist.position()); }
     void uidReference(Uid uid) { m_plist.reference(m_firstUid + uid); }
 
-    void writeValues(const LUMFileItem &node, const ArchivePlaces::OfNode &places)
+    void writeValues(const tree::LUMFileItem &node, const ArchivePlaces::OfNode &places)
     {
         if (places.wrapsName) {
             beginObject(places.name);
@@ -290,14 +290,14 @@ private:
 
 } // namespace
 
-Result<Done, ArchiveError> writeScanArchive(const LUMFileContainer &root, ByteSink &sink)
+Result<Done, ArchiveError> writeScanArchive(const tree::LUMFileContainer &root, ByteSink &sink)
 {
     try {
         Counter counter;
-        walkTree(root, counter);
+        tree::walkTree(root, counter);
         Emitter emitter(counter, sink);
         emitter.begin();
-        walkTree(root, emitter);
+        tree::walkTree(root, emitter);
         emitter.end();
         return Done{};
     } catch (const ArchiveFailure &failure) {
@@ -307,8 +307,8 @@ Result<Done, ArchiveError> writeScanArchive(const LUMFileContainer &root, ByteSi
     }
 }
 
-Result<Done, ArchiveError> writeScanFile(const LUMFileContainer &root, const std::string &path,
-                                         FileCalls &calls)
+Result<Done, ArchiveError> writeScanFile(const tree::LUMFileContainer &root,
+                                         const std::string &path, FileCalls &calls)
 {
     AtomicFile file(path, calls);
     if (auto opened = file.open(); !opened) {
@@ -320,4 +320,4 @@ Result<Done, ArchiveError> writeScanFile(const LUMFileContainer &root, const std
     return file.commit();
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -8,7 +8,7 @@
 
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// Writes the tree below (and with) `root` as a scan file, which readScanFile() and every reader of
 /// keyed archives can read.
@@ -19,12 +19,12 @@ namespace tessaly {
 /// Memory:  the tree is read where it is; beside it there are 4 bytes (8 in files of 4 GiB and
 ///          more) for each archived object, of which a file has three.
 /// Threads: any; nothing may change the tree meanwhile.
-[[nodiscard]] Result<Done, ArchiveError> writeScanFile(const LUMFileContainer &root,
+[[nodiscard]] Result<Done, ArchiveError> writeScanFile(const tree::LUMFileContainer &root,
                                                        const std::string &path,
                                                        FileCalls &calls = FileCalls::system());
 
 /// The same into a sink.
-[[nodiscard]] Result<Done, ArchiveError> writeScanArchive(const LUMFileContainer &root,
+[[nodiscard]] Result<Done, ArchiveError> writeScanArchive(const tree::LUMFileContainer &root,
                                                           ByteSink &sink);
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -6,7 +6,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -79,4 +79,4 @@ void SetAsideFile::putBack(const std::string &path, FileCalls &calls)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

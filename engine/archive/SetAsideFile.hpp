@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// A file that is deleted to make room for its successor, but not before that has been written, or
 /// has failed to be.
@@ -50,4 +50,4 @@ private:
     int m_descriptor = -1; ///< of the file, which it keeps locked
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdio>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::string Timestamp::description() const
     return {text.data(), static_cast<std::size_t>(length)};
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

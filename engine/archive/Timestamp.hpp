@@ -4,7 +4,7 @@
 #include <compare>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 /// A moment, in the form in which archives keep dates.
 ///
@@ -24,4 +24,4 @@ struct Timestamp {
     auto operator<=>(const Timestamp &) const noexcept = default;
 };
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <utility>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// Shared with the threads that are left behind.
 struct AbandonableWork::State {
@@ -51,4 +51,4 @@ void AbandonableWork::giveUp()
     m_state->hasChanged.notify_all();
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

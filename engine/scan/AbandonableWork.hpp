@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// Runs work that may hang in the kernel, such as reading a folder of a server that is gone. The
 /// work runs on a thread of its own. A caller that gives up leaves that thread behind; it ends when
@@ -42,4 +42,4 @@ private:
     const std::shared_ptr<State> m_state;
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

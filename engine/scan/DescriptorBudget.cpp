@@ -8,7 +8,7 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -115,4 +115,4 @@ bool DescriptorBudget::isPatienceLeft() noexcept
     return now - since < m_timeout;
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

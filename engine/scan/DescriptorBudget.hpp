@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <mutex>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// How many file descriptors the walks of one scan may hold together.
 ///
@@ -78,4 +78,4 @@ private:
     std::atomic<Clock::time_point> m_stuckSince = Clock::time_point();
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

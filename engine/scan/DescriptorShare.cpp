@@ -2,7 +2,7 @@
 
 #include <fcntl.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 FileDescriptor DescriptorShare::open(int folder, const char *name, int flags)
 {
@@ -25,4 +25,4 @@ FileDescriptor DescriptorShare::open(int folder, const char *name, int flags)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

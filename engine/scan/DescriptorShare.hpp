@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// What one walk holds of its scan's descriptor budget, and the way it opens things.
 ///
@@ -70,4 +70,4 @@ private:
     std::function<bool()> m_makeRoom;
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -6,7 +6,7 @@
 
 #include <dirent.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 DirectoryListing::DirectoryListing()
     : m_buffer(std::make_unique_for_overwrite<std::byte[]>(bufferByteCount))
@@ -60,4 +60,4 @@ bool DirectoryListing::fill() noexcept
     return m_filled > 0;
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// One entry of a directory, as the file system gives it.
 struct DirectoryEntry {
@@ -49,4 +49,4 @@ private:
     DirectoryEntry m_entry{};
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

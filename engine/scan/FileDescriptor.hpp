@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// A file descriptor of the system, closed when this goes.
 class FileDescriptor {
@@ -52,4 +52,4 @@ private:
     return error == EMFILE || error == ENFILE;
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

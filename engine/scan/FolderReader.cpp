@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -27,8 +27,8 @@ EntryFacts entryFacts(int folder, const char *name, unsigned wanted) noexcept
 
 } // namespace
 
-LUMFileContainer *FolderReader::record(int folder, const DirectoryEntry &entry,
-                                       LUMFileContainer &container)
+tree::LUMFileContainer *FolderReader::record(int folder, const DirectoryEntry &entry,
+                                             tree::LUMFileContainer &container)
 {
     EntryFacts facts{entry.type, 0};
     if (entry.type == DT_UNKNOWN) {
@@ -41,16 +41,17 @@ LUMFileContainer *FolderReader::record(int folder, const DirectoryEntry &entry,
         return &appendFolder(entry.name, container);
     }
     if (facts.type != DT_LNK) {
-        container.subitems().append(m_arena.make<LUMFileItem>(entry.name, facts.byteCount));
+        container.subitems().append(m_arena.make<tree::LUMFileItem>(entry.name, facts.byteCount));
     } else if (leadsToFolder(folder, entry.name.data())) {
         appendFolder(entry.name, container);
     }
     return nullptr;
 }
 
-LUMFileContainer &FolderReader::appendFolder(std::string_view name, LUMFileContainer &container)
+tree::LUMFileContainer &FolderReader::appendFolder(std::string_view name,
+                                                   tree::LUMFileContainer &container)
 {
-    auto &folder = m_arena.make<LUMFileContainer>(name, std::uint64_t{0});
+    auto &folder = m_arena.make<tree::LUMFileContainer>(name, std::uint64_t{0});
     container.subitems().append(folder);
     return folder;
 }
@@ -66,4 +67,4 @@ bool FolderReader::leadsToFolder(int folder, const char *link)
                                    : linkLeadsToFolder(folder, link);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -6,11 +6,11 @@
 #include "engine/scan/OpenedFolder.hpp"
 #include "engine/tree/LUMFileContainer.hpp"
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// A subfolder that was recorded and is still to be walked.
 struct Subfolder {
-    LUMFileContainer *container;        ///< empty so far, already the child of its parent
+    tree::LUMFileContainer *container;  ///< empty so far, already the child of its parent
     const MountPointTree::Place *place; ///< where it lies among the mounts; mostly nullptr
 };
 
@@ -32,7 +32,7 @@ struct Subfolder {
 ///          then is whole.
 class FolderReader {
 public:
-    FolderReader(const MountPointTree &mounts, NodeArena &arena, DescriptorShare &share)
+    FolderReader(const MountPointTree &mounts, tree::NodeArena &arena, DescriptorShare &share)
         : m_mounts(mounts), m_arena(arena), m_share(share)
     {
     }
@@ -52,7 +52,7 @@ public:
             if (shouldStop() || endsListing(entry->name)) {
                 return;
             }
-            if (LUMFileContainer *found = record(descriptor, *entry, *recorded.container)) {
+            if (tree::LUMFileContainer *found = record(descriptor, *entry, *recorded.container)) {
                 foundSubfolder(
                     Subfolder{found, MountPointTree::inside(recorded.place, entry->name)});
             }
@@ -61,7 +61,8 @@ public:
 
     /// Appends one entry of an open folder to its container. Returns the new container when it is
     /// one to walk, or else nullptr. A zero byte must follow the entry's name.
-    LUMFileContainer *record(int folder, const DirectoryEntry &entry, LUMFileContainer &container);
+    tree::LUMFileContainer *record(int folder, const DirectoryEntry &entry,
+                                   tree::LUMFileContainer &container);
 
 private:
     [[nodiscard]] static bool endsListing(std::string_view name) noexcept
@@ -87,12 +88,12 @@ private:
 
     [[nodiscard]] static bool isFolder(int folder, const char *name) noexcept;
     [[nodiscard]] bool leadsToFolder(int folder, const char *link);
-    LUMFileContainer &appendFolder(std::string_view name, LUMFileContainer &container);
+    tree::LUMFileContainer &appendFolder(std::string_view name, tree::LUMFileContainer &container);
 
     const MountPointTree &m_mounts;
-    NodeArena &m_arena;
+    tree::NodeArena &m_arena;
     DescriptorShare &m_share;
     DirectoryListing m_listing;
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -22,7 +22,8 @@ constexpr std::size_t stepsAtOnce = 1024; // "../" so many times is a path the s
 
 } // namespace
 
-FolderWalk::FolderWalk(ScanState &scan, int scanRoot, NodeArena &arena, DescriptorShare &share)
+FolderWalk::FolderWalk(ScanState &scan, int scanRoot, tree::NodeArena &arena,
+                       DescriptorShare &share)
     : m_scan(scan), m_scanRoot(scanRoot), m_share(share), m_reader(scan.mounts, arena, share)
 {
     m_share.setMakeRoom([this] { return closeOldest(); });
@@ -242,15 +243,15 @@ bool FolderWalk::reopenFromBelow(const FileDescriptor &here, std::size_t steps)
 bool FolderWalk::reopenByNames()
 {
     try {
-        std::vector<const LUMFileContainer *> way;
-        const LUMFileContainer *const root = &m_scan.tree->root();
-        for (const LUMFileContainer *folder = m_levels.back().container; folder != root;
+        std::vector<const tree::LUMFileContainer *> way;
+        const tree::LUMFileContainer *const root = &m_scan.tree->root();
+        for (const tree::LUMFileContainer *folder = m_levels.back().container; folder != root;
              folder = folder->parentContainer()) {
             way.push_back(folder);
         }
         std::reverse(way.begin(), way.end());
         FileDescriptor here;
-        for (const LUMFileContainer *folder : way) {
+        for (const tree::LUMFileContainer *folder : way) {
             m_name.assign(folder->itemName());
             const int from = here.isOpen() ? here.number() : m_scanRoot;
             here = FileDescriptor(openat(from, m_name.c_str(), ancestorFlags));
@@ -280,4 +281,4 @@ bool FolderWalk::takeBack(FileDescriptor descriptor) noexcept
     return true;
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -10,7 +10,7 @@
 
 #include <sys/types.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// Walks one top-level subfolder of a scan to the bottom and records everything in the tree.
 ///
@@ -27,7 +27,7 @@ namespace tessaly {
 class FolderWalk {
 public:
     /// `scanRoot` is the scanned folder, open; the tree's root stands for it.
-    FolderWalk(ScanState &scan, int scanRoot, NodeArena &arena, DescriptorShare &share);
+    FolderWalk(ScanState &scan, int scanRoot, tree::NodeArena &arena, DescriptorShare &share);
     ~FolderWalk();
     FolderWalk(const FolderWalk &) = delete;
     FolderWalk &operator=(const FolderWalk &) = delete;
@@ -45,7 +45,7 @@ private:
 
     /// A folder with subfolders left to walk.
     struct Level {
-        LUMFileContainer *container = nullptr;
+        tree::LUMFileContainer *container = nullptr;
         FileDescriptor descriptor;        ///< the scanned folder itself has none here
         std::optional<Identity> identity; ///< known once the descriptor was let go of
         std::size_t firstPending = 0;     ///< where its subfolders begin among the pending ones
@@ -82,4 +82,4 @@ private:
     std::string m_name;               ///< the name at hand, with a zero byte after it
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

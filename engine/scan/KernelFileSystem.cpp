@@ -6,7 +6,7 @@
 #include <linux/magic.h>
 #include <sys/vfs.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -40,4 +40,4 @@ FileSystemKind fileSystemKind(int descriptor) noexcept
     return isKernel ? FileSystemKind::kernel : FileSystemKind::storage;
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// What the file system of a folder means to a scan.
 enum class FileSystemKind : std::uint8_t {
@@ -15,4 +15,4 @@ enum class FileSystemKind : std::uint8_t {
 /// will do. When the system does not tell, it is storage.
 [[nodiscard]] FileSystemKind fileSystemKind(int descriptor) noexcept;
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -48,7 +48,7 @@ OpenedFolder openPatiently(std::string_view path, DescriptorShare &share)
 
 LUMThreadedScanner::LUMThreadedScanner(ScanSystem system) : m_system(std::move(system)) {}
 
-LUMFileContainer &LUMThreadedScanner::scanRootFolder(std::string_view path)
+tree::LUMFileContainer &LUMThreadedScanner::scanRootFolder(std::string_view path)
 {
     ScanState &scan = *m_state;
     assert(scan.threadCount.load() == 0 && "a scanner serves one scan");
@@ -66,8 +66,8 @@ LUMFileContainer &LUMThreadedScanner::scanRootFolder(std::string_view path)
 void LUMThreadedScanner::listRootFolder(std::string_view path)
 {
     ScanState &scan = *m_state;
-    const ScanTree::ArenaLease arena = scan.tree->leaseArena();
-    LUMFileContainer &root = scan.tree->root();
+    const tree::ScanTree::ArenaLease arena = scan.tree->leaseArena();
+    tree::LUMFileContainer &root = scan.tree->root();
     root.setItemName(*arena, path);
     root.setItemSize(0);
     root.setParentContainer(nullptr);
@@ -112,7 +112,7 @@ std::int32_t LUMThreadedScanner::scanFolderR(WorkItem &&workItem)
     try {
         DescriptorShare share(scan.budget, scan.cancelScanFlag);
         if (!share.isEmpty()) {
-            const ScanTree::ArenaLease arena = scan.tree->leaseArena();
+            const tree::ScanTree::ArenaLease arena = scan.tree->leaseArena();
             FolderWalk(scan, item.scanRoot->number(), *arena, share).walk(item.subfolder);
         }
     } catch (const std::bad_alloc &) {
@@ -142,11 +142,11 @@ void LUMThreadedScanner::cancelScanInProgress()
     m_state->budget.wakeWaiting();
 }
 
-void LUMThreadedScanner::setRootContainer(std::shared_ptr<ScanTree> tree)
+void LUMThreadedScanner::setRootContainer(std::shared_ptr<tree::ScanTree> tree)
 {
     assert(tree != nullptr);
     assert(!scanInProgress());
     m_state->tree = std::move(tree);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// What a scanner needs of the system; tests put other things in its place.
 struct ScanSystem {
@@ -62,7 +62,7 @@ public:
     /// done, while the threads go on. Where no thread is to be had, this walks the subfolder itself
     /// before it goes on. A cancel request from before is forgotten, and one made meanwhile does
     /// not stop the listing of the folder itself.
-    LUMFileContainer &scanRootFolder(std::string_view path);
+    tree::LUMFileContainer &scanRootFolder(std::string_view path);
 
     /// Walks one subfolder to the bottom, or until the scan is cancelled, and then takes 1 from
     /// the thread count. Always returns 0. This is what the scan's threads run.
@@ -90,16 +90,16 @@ public:
     [[nodiscard]] std::optional<std::string> rootProblem() const;
 
     /// The root; the handle keeps the whole tree alive.
-    [[nodiscard]] std::shared_ptr<LUMFileContainer> rootContainer() const
+    [[nodiscard]] std::shared_ptr<tree::LUMFileContainer> rootContainer() const
     {
         return {m_state->tree, &m_state->tree->root()};
     }
 
-    [[nodiscard]] std::shared_ptr<ScanTree> tree() const { return m_state->tree; }
+    [[nodiscard]] std::shared_ptr<tree::ScanTree> tree() const { return m_state->tree; }
 
     /// Makes the scan go into the root of this tree, behind what is in it already.
     /// Requires: no scan has begun; tree is not null.
-    void setRootContainer(std::shared_ptr<ScanTree> tree);
+    void setRootContainer(std::shared_ptr<tree::ScanTree> tree);
 
 private:
     void listRootFolder(std::string_view path);
@@ -110,4 +110,4 @@ private:
     std::shared_ptr<ScanState> m_state = std::make_shared<ScanState>();
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

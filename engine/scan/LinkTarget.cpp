@@ -10,7 +10,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -141,4 +141,4 @@ bool linkLeadsToFolderWithoutAutomount(int folder, const char *name, DescriptorS
     return text && CarefulSteps(folder, share).leadToFolder(*text);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

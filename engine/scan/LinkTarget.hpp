@@ -2,7 +2,7 @@
 
 #include "engine/scan/DescriptorShare.hpp"
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// Whether the symbolic link `name` in an open folder leads to a folder. A broken link, a loop and
 /// a target that may not be looked at lead to none.
@@ -18,4 +18,4 @@ namespace tessaly {
 [[nodiscard]] bool linkLeadsToFolderWithoutAutomount(int folder, const char *name,
                                                      DescriptorShare &share);
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -77,4 +77,4 @@ const MountPointTree::Place *MountPointTree::find(const Place &place, std::strin
     return found == place.inside.end() ? nullptr : found->second.get();
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 class MountTable;
 
@@ -64,4 +64,4 @@ private:
     bool m_mayAutomount = true;
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -11,7 +11,7 @@
 #include <fcntl.h>
 #include <sys/sysmacros.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -173,4 +173,4 @@ std::string MountTable::unescaped(std::string_view text)
     return plain;
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// Where the root file system is mounted.
 inline constexpr std::string_view rootPath = "/";
@@ -59,4 +59,4 @@ private:
     std::vector<bool> m_isTop; ///< for each mount, whether it lies on none in the list
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

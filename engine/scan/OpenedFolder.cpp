@@ -5,7 +5,7 @@
 
 #include <fcntl.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -80,4 +80,4 @@ OpenedFolder openFolderPath(std::string_view path)
     return openChecked(parentNumber(), std::string(path).c_str(), 0);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// A folder opened for a scan.
 struct OpenedFolder {
@@ -33,4 +33,4 @@ enum class FileSystemCheck : std::uint8_t {
 /// Descriptors: two at a time.
 [[nodiscard]] OpenedFolder openFolderPath(std::string_view path);
 
-} // namespace tessaly
+} // namespace tessaly::scan

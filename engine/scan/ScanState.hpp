@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// What the threads of one scan share. Each of them holds it, so that a scanner may be destroyed
 /// while its scan still runs.
@@ -17,7 +17,7 @@ struct ScanState {
     /// visible to whoever sees (acquire) that it no longer counts.
     std::atomic<std::int32_t> threadCount = 0;
     std::atomic<std::int32_t> cancelScanFlag = 0;
-    std::shared_ptr<ScanTree> tree = std::make_shared<ScanTree>();
+    std::shared_ptr<tree::ScanTree> tree = std::make_shared<tree::ScanTree>();
     DescriptorBudget budget;
     MountPointTree mounts; ///< set by the root walk before the first thread starts
     int rootError = 0; ///< why the root folder could not be opened (errno); set by the root walk
@@ -29,4 +29,4 @@ struct ScanState {
     }
 };
 
-} // namespace tessaly
+} // namespace tessaly::scan

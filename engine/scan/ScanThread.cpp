@@ -5,7 +5,7 @@
 
 #include <pthread.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -39,4 +39,4 @@ bool startDetachedThread(const std::function<void()> &work)
     return started;
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 /// Starts a thread that does a piece of work and that nobody waits for. False when there was no
 /// thread to be had; the work has then not been done. The work must not throw.
@@ -12,4 +12,4 @@ using ThreadStarter = std::function<bool(const std::function<void()> &work)>;
 /// many thousands and none of them recurses.
 [[nodiscard]] bool startDetachedThread(const std::function<void()> &work);
 
-} // namespace tessaly
+} // namespace tessaly::scan

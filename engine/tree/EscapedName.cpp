@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -149,4 +149,4 @@ bool isAscii(std::string_view name) noexcept
     return (seen & topBits) == 0;
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

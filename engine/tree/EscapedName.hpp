@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 /// The text under which a file name is archived and shown: UTF-16 that any reader accepts, from
 /// which nameFromEscaped() makes the very same bytes again, whatever they are.
@@ -20,4 +20,4 @@ namespace tessaly {
 /// True when every byte is below 0x80: such a name is its own archived text.
 [[nodiscard]] bool isAscii(std::string_view name) noexcept;
 
-} // namespace tessaly
+} // namespace tessaly::tree

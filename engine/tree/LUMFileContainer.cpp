@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 static_assert(sizeof(LUMFileItem) == 24, "a tree has millions of these");
 static_assert(sizeof(LUMFileContainer) == 40);
@@ -126,4 +126,4 @@ std::string LUMFileContainer::description() const
     return std::move(describer.text);
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <type_traits>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 /// One folder of a scan tree: a name, its children in the order in which the file system gave them,
 /// and the folder that holds it.
@@ -157,4 +157,4 @@ inline LUMFileContainer *LUMFileItem::asContainer() noexcept
     return isContainer() ? static_cast<LUMFileContainer *>(this) : nullptr;
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

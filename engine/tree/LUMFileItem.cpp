@@ -3,7 +3,7 @@
 #include "engine/tree/LUMFileContainer.hpp"
 #include "engine/tree/SizeText.hpp"
 
-namespace tessaly {
+namespace tessaly::tree {
 
 LUMFileItem::LUMFileItem(NodeArena &arena) : LUMFileItem(arena, defaultItemName, 0) {}
 
@@ -46,4 +46,4 @@ std::string LUMFileItem::description() const
     return text;
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

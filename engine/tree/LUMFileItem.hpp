@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 class LUMFileContainer;
 
@@ -88,4 +88,4 @@ private:
     std::uintptr_t m_nextAndKind;
 };
 
-} // namespace tessaly
+} // namespace tessaly::tree

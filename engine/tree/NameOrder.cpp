@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::strong_ordering compareByCodeUnits(std::string_view a, std::string_view b)
     return escapedName(a.substr(start, count)) <=> escapedName(b.substr(start, count));
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

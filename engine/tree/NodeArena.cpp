@@ -7,7 +7,7 @@
 
 #include <sys/mman.h>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -117,4 +117,4 @@ void NodeArena::Chunks::addChunk(std::size_t atLeast)
     m_byteCount += byteCount;
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 /// Memory for the nodes and names of a scan tree, handed out in order and given back all at once.
 ///
@@ -113,4 +113,4 @@ private:
     std::vector<RecentName> m_recentNames; ///< by hash; empty until the first name
 };
 
-} // namespace tessaly
+} // namespace tessaly::tree

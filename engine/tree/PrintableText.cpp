@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -28,4 +28,4 @@ std::string printableText(std::string_view name)
     return nameFromEscaped(text);
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

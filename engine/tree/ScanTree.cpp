@@ -1,6 +1,6 @@
 #include "engine/tree/ScanTree.hpp"
 
-namespace tessaly {
+namespace tessaly::tree {
 
 ScanTree::ScanTree()
 {
@@ -34,4 +34,4 @@ void ScanTree::returnArena(NodeArena *arena) noexcept
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

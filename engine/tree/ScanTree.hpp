@@ -8,7 +8,7 @@
 #include <mutex>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 /// A whole scan tree: the one owner of a root folder and of everything below it.
 ///
@@ -56,4 +56,4 @@ template <typename Node>
     return std::shared_ptr<Node>(std::move(tree), &node);
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

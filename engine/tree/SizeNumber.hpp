@@ -3,7 +3,7 @@
 #include <concepts>
 #include <cstdint>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 /// A number of bytes as the size texts take it: an integer of any width, or a real number.
 ///
@@ -41,4 +41,4 @@ private:
     std::int32_t m_int32;
 };
 
-} // namespace tessaly
+} // namespace tessaly::tree

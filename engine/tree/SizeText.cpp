@@ -4,7 +4,7 @@
 #include <charconv>
 #include <string_view>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -39,4 +39,4 @@ std::string sizeText(double byteCount)
     return withTwoDecimals(kilobytes / 1'000'000'000, " TB");
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 /// A byte count as a text with two decimals in decimal units: "1.50 KB", "2.00 MB", "35.10 GB",
 /// "1.20 TB". The smallest unit is the kilobyte ("0.00 KB"), the largest the terabyte. Rounding
@@ -13,4 +13,4 @@ namespace tessaly {
 /// caller to say.
 [[nodiscard]] std::string sizeText(double byteCount);
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 /// Walks a tree depth first, children in order, without recursion, and tells the visitor of each
 /// node once:
@@ -47,4 +47,4 @@ void walkTree(const LUMFileContainer &top, Visitor &visitor)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

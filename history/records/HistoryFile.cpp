@@ -13,12 +13,12 @@ namespace tessaly {
 
 namespace {
 
-using Kind = ArchiveError::Kind;
+using Kind = archive::ArchiveError::Kind;
 
-HistoryRecords recordsIn(const KeyedArchiveReader &archive)
+HistoryRecords recordsIn(const archive::KeyedArchiveReader &archive)
 {
     const auto list = archive.rootArray();
-    std::unordered_map<KeyedArchiveReader::Uid, HistoryRecords::value_type> known;
+    std::unordered_map<archive::KeyedArchiveReader::Uid, HistoryRecords::value_type> known;
     HistoryRecords records;
     for (std::uint64_t i = 0; i < list.count; ++i) {
         // A record that is listed twice is one record.
@@ -34,31 +34,33 @@ HistoryRecords recordsIn(const KeyedArchiveReader &archive)
 
 } // namespace
 
-Result<HistoryRecords, ArchiveError> readHistoryFile(const std::string &path)
+archive::Result<HistoryRecords, archive::ArchiveError> readHistoryFile(const std::string &path)
 {
-    const auto file = MappedFile::open(path);
+    const auto file = archive::MappedFile::open(path);
     if (!file) {
         return file.error();
     }
     try {
-        HistoryRecords records = recordsIn(KeyedArchiveReader(file.value().bytes()));
+        HistoryRecords records = recordsIn(archive::KeyedArchiveReader(file.value().bytes()));
         if (file.value().wasTruncated()) {
-            return ArchiveError{Kind::truncated, "the file was cut while it was read", {}};
+            return archive::ArchiveError{Kind::truncated, "the file was cut while it was read", {}};
         }
         return records;
-    } catch (const ArchiveFailure &failure) {
+    } catch (const archive::ArchiveFailure &failure) {
         return failure.error();
     } catch (const std::bad_alloc &) {
-        return ArchiveError{Kind::outOfMemory, "not enough memory to read the history", {}};
+        return archive::ArchiveError{
+            Kind::outOfMemory, "not enough memory to read the history", {}};
     }
 }
 
-Result<Done, ArchiveError> writeHistoryArchive(const HistoryRecords &records, ByteSink &sink)
+archive::Result<archive::Done, archive::ArchiveError>
+writeHistoryArchive(const HistoryRecords &records, archive::ByteSink &sink)
 {
     try {
-        KeyedArchiveWriter archive;
+        archive::KeyedArchiveWriter archive;
         const auto list = archive.reserve();
-        std::vector<KeyedArchiveWriter::Uid> places;
+        std::vector<archive::KeyedArchiveWriter::Uid> places;
         places.reserve(records.size());
         for (const auto &record : records) {
             places.push_back(archive.reserve());
@@ -67,14 +69,15 @@ Result<Done, ArchiveError> writeHistoryArchive(const HistoryRecords &records, By
         archive.array(list, places);
         return archive.finish(list, sink);
     } catch (const std::bad_alloc &) {
-        return ArchiveError{Kind::outOfMemory, "not enough memory to write the history", {}};
+        return archive::ArchiveError{
+            Kind::outOfMemory, "not enough memory to write the history", {}};
     }
 }
 
-Result<Done, ArchiveError> writeHistoryFile(const HistoryRecords &records, const std::string &path,
-                                            FileCalls &calls)
+archive::Result<archive::Done, archive::ArchiveError>
+writeHistoryFile(const HistoryRecords &records, const std::string &path, archive::FileCalls &calls)
 {
-    AtomicFile file(path, calls);
+    archive::AtomicFile file(path, calls);
     if (auto opened = file.open(); !opened) {
         return opened;
     }

@@ -19,15 +19,16 @@ using HistoryRecords = std::vector<std::shared_ptr<const KORVENHistoryItem>>;
 ///
 /// Errors: what no record or no archive can be made of is an error, and nothing is read then.
 ///         ArchiveError::Kind::unreadable when the system does not give the file, or there is none.
-[[nodiscard]] Result<HistoryRecords, ArchiveError> readHistoryFile(const std::string &path);
+[[nodiscard]] archive::Result<HistoryRecords, archive::ArchiveError>
+readHistoryFile(const std::string &path);
 
 /// Writes a history file whole, in place of one that is there (see AtomicFile).
-[[nodiscard]] Result<Done, ArchiveError> writeHistoryFile(const HistoryRecords &records,
-                                                          const std::string &path,
-                                                          FileCalls &calls = FileCalls::system());
+[[nodiscard]] archive::Result<archive::Done, archive::ArchiveError>
+writeHistoryFile(const HistoryRecords &records, const std::string &path,
+                 archive::FileCalls &calls = archive::FileCalls::system());
 
 /// The content of a history file.
-[[nodiscard]] Result<Done, ArchiveError> writeHistoryArchive(const HistoryRecords &records,
-                                                             ByteSink &sink);
+[[nodiscard]] archive::Result<archive::Done, archive::ArchiveError>
+writeHistoryArchive(const HistoryRecords &records, archive::ByteSink &sink);
 
 } // namespace tessaly

@@ -70,7 +70,7 @@ void HistoryFileWatch::readFile()
     }
     m_isReading = true;
     const bool isStarted =
-        startDetachedThread([link = m_link, readFile = m_readFile, path = m_path] {
+        scan::startDetachedThread([link = m_link, readFile = m_readFile, path = m_path] {
             readFile(path);
             const std::scoped_lock lock(link->mutex);
             if (link->watch != nullptr) {

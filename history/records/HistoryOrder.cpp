@@ -40,7 +40,7 @@ bool isEarlierPath(const Value &left, const Value &right)
     if (leftPath == nullptr || rightPath == nullptr) {
         return leftPath == nullptr && rightPath != nullptr;
     }
-    return std::is_lt(compareByCodeUnits(*leftPath, *rightPath));
+    return std::is_lt(tree::compareByCodeUnits(*leftPath, *rightPath));
 }
 
 } // namespace

@@ -26,7 +26,7 @@ std::optional<std::string> scanFilePath(const std::string &scanKey)
 }
 
 /// Reads a scan on a thread of its own. nullptr also when that was abandoned.
-HistoryRecords::value_type readAbandonably(AbandonableWork &reading,
+HistoryRecords::value_type readAbandonably(scan::AbandonableWork &reading,
                                            const HistoryUpkeep::RecordReader &readRecord,
                                            const std::string &scanKey)
 {
@@ -54,7 +54,7 @@ void finishRemovals(KORVENHistoryStore &store, const std::stop_token &stop)
 void recoverScans(KORVENHistoryStore &store, const HistoryUpkeep::RecordReader &readRecord,
                   const std::stop_token &stop)
 {
-    AbandonableWork reading(readTimeout);
+    scan::AbandonableWork reading(readTimeout);
     const std::stop_callback giveUp(stop, [&reading] { reading.giveUp(); });
     HistoryRecords found;
     for (const std::string &key : store.takeKeysWithoutRecord()) {

@@ -22,15 +22,16 @@ enum Key : std::size_t { classKey, pathKey, totalKey, uuidKey, dateKey };
 constexpr std::array<std::string_view, 5> keys{"$class", "scanPath", "scanTotal", "scanKey",
                                                "scanDate"};
 
-std::optional<std::string> textIn(const KeyedArchiveReader &archive,
-                                  const KeyedArchiveReader::Fields &fields, Key key)
+std::optional<std::string> textIn(const archive::KeyedArchiveReader &archive,
+                                  const archive::KeyedArchiveReader::Fields &fields, Key key)
 {
     if (!fields[key]) {
         return std::nullopt;
     }
     const auto string = archive.string(*fields[key], keys[key]);
-    return string.type == KeyedArchiveReader::Type::null ? std::nullopt
-                                                         : std::optional(archive.name(string));
+    return string.type == archive::KeyedArchiveReader::Type::null
+               ? std::nullopt
+               : std::optional(archive.name(string));
 }
 
 /// Whether both are the same but for the case of ASCII letters, in which some file systems see no
@@ -65,42 +66,43 @@ std::string KORVENHistoryItem::UUIDString()
 
 KORVENHistoryItem::KORVENHistoryItem(std::string scanPath, std::string scanTotal)
     : m_scanPath(std::move(scanPath)), m_scanTotal(std::move(scanTotal)), m_scanKey(UUIDString()),
-      m_scanDate(Timestamp::now())
+      m_scanDate(archive::Timestamp::now())
 {
 }
 
-KORVENHistoryItem::KORVENHistoryItem(const KeyedArchiveReader &archive,
-                                     KeyedArchiveReader::Uid object)
+KORVENHistoryItem::KORVENHistoryItem(const archive::KeyedArchiveReader &archive,
+                                     archive::KeyedArchiveReader::Uid object)
 {
-    KeyedArchiveReader::NameMatcher names{keys[classKey], keys[pathKey], keys[totalKey],
-                                          keys[uuidKey], keys[dateKey]};
-    KeyedArchiveReader::NameMatcher classes{className};
+    archive::KeyedArchiveReader::NameMatcher names{keys[classKey], keys[pathKey], keys[totalKey],
+                                                   keys[uuidKey], keys[dateKey]};
+    archive::KeyedArchiveReader::NameMatcher classes{className};
     const auto fields = archive.fields(archive.object(object), names);
     if (!fields[classKey] || archive.classIndex(*fields[classKey], classes) != 0) {
-        throw ArchiveFailure(ArchiveError::Kind::unsupported, "a record of an unknown class");
+        throw archive::ArchiveFailure(archive::ArchiveError::Kind::unsupported,
+                                      "a record of an unknown class");
     }
     m_scanPath = textIn(archive, fields, pathKey);
     m_scanTotal = textIn(archive, fields, totalKey);
     m_scanKey = textIn(archive, fields, uuidKey);
     if (fields[dateKey]) {
         if (const auto seconds = archive.date(*fields[dateKey], keys[dateKey])) {
-            m_scanDate = Timestamp{*seconds};
+            m_scanDate = archive::Timestamp{*seconds};
         }
     }
 }
 
-void KORVENHistoryItem::encodeWithCoder(KeyedArchiveWriter &archive,
-                                        KeyedArchiveWriter::Uid place) const
+void KORVENHistoryItem::encodeWithCoder(archive::KeyedArchiveWriter &archive,
+                                        archive::KeyedArchiveWriter::Uid place) const
 {
     const auto text = [&archive](const std::optional<std::string> &value) {
-        return value ? archive.string(*value) : KeyedArchiveWriter::Uid::null;
+        return value ? archive.string(*value) : archive::KeyedArchiveWriter::Uid::null;
     };
     // One after the other: this is also the order in which the values stand in the file.
     const auto path = text(m_scanPath);
     const auto total = text(m_scanTotal);
     const auto key = text(m_scanKey);
-    const auto date =
-        m_scanDate ? archive.date(m_scanDate->secondsSince2001) : KeyedArchiveWriter::Uid::null;
+    const auto date = m_scanDate ? archive.date(m_scanDate->secondsSince2001)
+                                 : archive::KeyedArchiveWriter::Uid::null;
     archive.instance(place, archive.classNamed(className, {"NSObject"}),
                      {{keys[pathKey], path},
                       {keys[totalKey], total},

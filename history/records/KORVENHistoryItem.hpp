@@ -21,7 +21,7 @@ namespace tessaly {
 class KORVENHistoryItem {
 public:
     /// What valueForKey() answers: nothing, a text or a moment.
-    using Value = std::variant<std::monostate, std::string, Timestamp>;
+    using Value = std::variant<std::monostate, std::string, archive::Timestamp>;
 
     /// The name of the class in archives.
     static constexpr std::string_view className = "KORVENHistoryItem";
@@ -34,11 +34,13 @@ public:
 
     /// Reads a record from an archive; a value that is missing there is empty.
     /// Errors: ArchiveFailure when the object is no record, or a value of another type.
-    KORVENHistoryItem(const KeyedArchiveReader &archive, KeyedArchiveReader::Uid object);
+    KORVENHistoryItem(const archive::KeyedArchiveReader &archive,
+                      archive::KeyedArchiveReader::Uid object);
 
     /// Writes the values that there are, in the order path, total, key, date.
     /// `place`: reserved in the archive for this record.
-    void encodeWithCoder(KeyedArchiveWriter &archive, KeyedArchiveWriter::Uid place) const;
+    void encodeWithCoder(archive::KeyedArchiveWriter &archive,
+                         archive::KeyedArchiveWriter::Uid place) const;
 
     /// Absolute path of the scanned folder, as bytes.
     [[nodiscard]] const std::optional<std::string> &scanPath() const noexcept { return m_scanPath; }
@@ -52,8 +54,8 @@ public:
     /// The key. It is never changed once the record is in a history.
     [[nodiscard]] const std::optional<std::string> &scanKey() const noexcept { return m_scanKey; }
     void setScanKey(std::optional<std::string> key) { m_scanKey = std::move(key); }
-    [[nodiscard]] std::optional<Timestamp> scanDate() const noexcept { return m_scanDate; }
-    void setScanDate(std::optional<Timestamp> date) noexcept { m_scanDate = date; }
+    [[nodiscard]] std::optional<archive::Timestamp> scanDate() const noexcept { return m_scanDate; }
+    void setScanDate(std::optional<archive::Timestamp> date) noexcept { m_scanDate = date; }
 
     /// The path of the file with this scan's tree: the key and ".archive", in the application's
     /// folder; "(null).archive" for a record without a key.
@@ -72,7 +74,7 @@ private:
     std::optional<std::string> m_scanPath;
     std::optional<std::string> m_scanTotal;
     std::optional<std::string> m_scanKey;
-    std::optional<Timestamp> m_scanDate;
+    std::optional<archive::Timestamp> m_scanDate;
 };
 
 } // namespace tessaly

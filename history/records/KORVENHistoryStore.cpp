@@ -35,9 +35,9 @@ std::string inDocuments(std::string_view name)
     return path;
 }
 
-void logError(const char *what, const ArchiveError &error)
+void logError(const char *what, const archive::ArchiveError &error)
 {
-    qCWarning(historyLog, "%s: %s", what, printableText(error.text()).c_str());
+    qCWarning(historyLog, "%s: %s", what, tree::printableText(error.text()).c_str());
 }
 
 bool isMissing(const std::string &path)
@@ -58,13 +58,13 @@ KORVENHistoryStore &KORVENHistoryStore::sharedStore()
 }
 
 KORVENHistoryStore::KORVENHistoryStore()
-    : m_listener(KORVENAppDelegate::sharedDelegate()), m_calls(FileCalls::system()),
+    : m_listener(KORVENAppDelegate::sharedDelegate()), m_calls(archive::FileCalls::system()),
       m_removals({}, m_calls)
 {
     throw NamedException("Singleton", "Use +[KORVENHistoryStore sharedStore]");
 }
 
-KORVENHistoryStore::KORVENHistoryStore(HistoryListener &listener, FileCalls &calls)
+KORVENHistoryStore::KORVENHistoryStore(HistoryListener &listener, archive::FileCalls &calls)
     : m_listener(listener), m_calls(calls), m_removals(inDocuments(removalsFileName), calls)
 {
     load();
@@ -83,9 +83,9 @@ void KORVENHistoryStore::load()
         adopt(std::move(records.value()));
         return;
     }
-    if (records.error().kind != ArchiveError::Kind::unreadable) {
+    if (records.error().kind != archive::ArchiveError::Kind::unreadable) {
         throw NamedException("Unreadable History",
-                             printableText(path) + ": " + records.error().text());
+                             tree::printableText(path) + ": " + records.error().text());
     }
     m_isFileKnown = isMissing(path);
     if (!m_isFileKnown) {
@@ -276,8 +276,8 @@ bool KORVENHistoryStore::deleteScanFile(const KORVENHistoryItem &record)
     if (const auto file = record.scanFilePath()) {
         if (m_calls.unlink(file->c_str()) != 0 && errno != ENOENT) {
             logError("A scan was not deleted",
-                     systemError(ArchiveError::Kind::unwritable,
-                                 "cannot delete " + printableText(*file), errno));
+                     archive::systemError(archive::ArchiveError::Kind::unwritable,
+                                          "cannot delete " + tree::printableText(*file), errno));
             return false;
         }
     } else {
@@ -331,7 +331,7 @@ bool KORVENHistoryStore::save()
 {
     if (!tryToRead()) {
         qCWarning(historyLog, "The history was not saved, since it cannot be read: %s",
-                  printableText(problem().value_or(std::string())).c_str());
+                  tree::printableText(problem().value_or(std::string())).c_str());
         m_isSaved = false;
         return false;
     }

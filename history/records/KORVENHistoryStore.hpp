@@ -118,7 +118,8 @@ public:
 private:
     friend struct OwnHistoryStore; // gives each test a store of its own
 
-    explicit KORVENHistoryStore(HistoryListener &listener, FileCalls &calls = FileCalls::system());
+    explicit KORVENHistoryStore(HistoryListener &listener,
+                                archive::FileCalls &calls = archive::FileCalls::system());
     void load();
     [[nodiscard]] bool tryToRead();
     void adopt(HistoryRecords records);
@@ -126,7 +127,7 @@ private:
     void tellOfAdoption();
 
     HistoryListener &m_listener;
-    FileCalls &m_calls;
+    archive::FileCalls &m_calls;
 
     std::mutex m_saving;       ///< guards the files, and what is known of them
     bool m_isFileKnown = true; ///< false while there is a file that could not be read

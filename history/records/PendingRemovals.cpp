@@ -9,26 +9,28 @@
 
 namespace tessaly {
 
-PendingRemovals::PendingRemovals(std::string path, FileCalls &calls)
+PendingRemovals::PendingRemovals(std::string path, archive::FileCalls &calls)
     : m_path(std::move(path)), m_calls(calls)
 {
 }
 
-Result<Done, ArchiveError> PendingRemovals::load()
+archive::Result<archive::Done, archive::ArchiveError> PendingRemovals::load()
 {
     m_isKnown = true;
     auto records = readHistoryFile(m_path);
     if (!records) {
         m_isKnown = access(m_path.c_str(), F_OK) != 0 && errno == ENOENT;
-        return m_isKnown ? Result<Done, ArchiveError>(Done{}) : records.error();
+        return m_isKnown ? archive::Result<archive::Done, archive::ArchiveError>(archive::Done{})
+                         : records.error();
     }
     for (auto &record : records.value()) {
         m_records.insert_or_assign(record->scanKey(), std::move(record));
     }
-    return Done{};
+    return archive::Done{};
 }
 
-Result<Done, ArchiveError> PendingRemovals::add(const HistoryRecords &records)
+archive::Result<archive::Done, archive::ArchiveError>
+PendingRemovals::add(const HistoryRecords &records)
 {
     std::vector<Key> added;
     for (const auto &record : records) {
@@ -70,10 +72,10 @@ void PendingRemovals::markDeleted(const std::optional<std::string> &scanKey)
     }
 }
 
-Result<Done, ArchiveError> PendingRemovals::settle()
+archive::Result<archive::Done, archive::ArchiveError> PendingRemovals::settle()
 {
     if (m_deleted.empty()) {
-        return Done{}; // the file is as it should be
+        return archive::Done{}; // the file is as it should be
     }
     for (const Key &key : std::exchange(m_deleted, {})) {
         m_records.erase(key);
@@ -82,13 +84,13 @@ Result<Done, ArchiveError> PendingRemovals::settle()
         return writeFile();
     }
     if (m_calls.unlink(m_path.c_str()) != 0 && errno != ENOENT) {
-        return systemError(ArchiveError::Kind::unwritable, "cannot delete " + printableText(m_path),
-                           errno);
+        return archive::systemError(archive::ArchiveError::Kind::unwritable,
+                                    "cannot delete " + tree::printableText(m_path), errno);
     }
-    return Done{};
+    return archive::Done{};
 }
 
-Result<Done, ArchiveError> PendingRemovals::writeFile() const
+archive::Result<archive::Done, archive::ArchiveError> PendingRemovals::writeFile() const
 {
     HistoryRecords records;
     records.reserve(m_records.size());

@@ -25,15 +25,16 @@ namespace tessaly {
 class PendingRemovals {
 public:
     /// `path`: of the file. `calls` must outlive this.
-    PendingRemovals(std::string path, FileCalls &calls);
+    PendingRemovals(std::string path, archive::FileCalls &calls);
 
     /// Reads what the last process left. No file: nothing is pending.
     /// Errors: the file cannot be read; isKnown() is false then and nothing is pending.
-    [[nodiscard]] Result<Done, ArchiveError> load();
+    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError> load();
     [[nodiscard]] bool isKnown() const noexcept { return m_isKnown; }
 
     /// Adds records and writes the file. Errors: nothing was added.
-    [[nodiscard]] Result<Done, ArchiveError> add(const HistoryRecords &records);
+    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError>
+    add(const HistoryRecords &records);
 
     [[nodiscard]] bool contains(const std::optional<std::string> &scanKey) const;
     /// The records that were not marked, in no particular order.
@@ -44,15 +45,15 @@ public:
 
     /// Forgets the scans that are marked, and brings the file up to date: without any scan it is
     /// removed. Requires: the history file lists none of the scans that are marked.
-    [[nodiscard]] Result<Done, ArchiveError> settle();
+    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError> settle();
 
 private:
     using Key = std::optional<std::string>;
 
-    [[nodiscard]] Result<Done, ArchiveError> writeFile() const;
+    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError> writeFile() const;
 
     const std::string m_path;
-    FileCalls &m_calls;
+    archive::FileCalls &m_calls;
     bool m_isKnown = true;
     std::unordered_map<Key, HistoryRecords::value_type> m_records;
     std::unordered_set<Key> m_deleted; ///< keys of m_records

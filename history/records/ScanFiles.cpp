@@ -37,22 +37,22 @@ bool isUuid(std::string_view text) noexcept
 }
 
 /// When the file was written. Nothing when it is no regular file, or is being written.
-std::optional<Timestamp> dateOfFinishedFile(const std::string &path)
+std::optional<archive::Timestamp> dateOfFinishedFile(const std::string &path)
 {
     using namespace std::chrono;
-    const FileDescriptor file(retried(
+    const scan::FileDescriptor file(archive::retried(
         [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK); }));
     struct stat status = {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
-    if (retried([&] { return ::flock(file.number(), LOCK_SH | LOCK_NB); }) != 0 &&
+    if (archive::retried([&] { return ::flock(file.number(), LOCK_SH | LOCK_NB); }) != 0 &&
         errno == EWOULDBLOCK) {
         return std::nullopt;
     }
     constexpr sys_seconds reference = sys_days{2001y / January / 1};
     const auto written = seconds(status.st_mtim.tv_sec) + nanoseconds(status.st_mtim.tv_nsec);
-    return Timestamp{duration<double>(written - reference.time_since_epoch()).count()};
+    return archive::Timestamp{duration<double>(written - reference.time_since_epoch()).count()};
 }
 
 } // namespace
@@ -80,18 +80,19 @@ HistoryRecords::value_type recoveredRecord(const std::string &scanKey, const std
     if (!date) {
         return nullptr;
     }
-    const auto tree = readScanFile(path);
+    const auto tree = archive::readScanFile(path);
     if (!tree) {
         qCWarning(scanFilesLog, "%s has no record and is left alone: %s",
-                  printableText(path).c_str(), printableText(tree.error().text()).c_str());
+                  tree::printableText(path).c_str(),
+                  tree::printableText(tree.error().text()).c_str());
         return nullptr;
     }
-    const LUMFileContainer &root = tree.value()->root();
+    const tree::LUMFileContainer &root = tree.value()->root();
     KORVENHistoryItem record("", "");
     record.setScanKey(scanKey);
     record.setScanPath(std::string(root.itemName()));
     // As the record of a scan says it: of the exact total.
-    record.setScanTotal(sizeText(static_cast<double>(root.valueOfSubitems())));
+    record.setScanTotal(tree::sizeText(static_cast<double>(root.valueOfSubitems())));
     record.setScanDate(date);
     return std::make_shared<const KORVENHistoryItem>(record);
 }

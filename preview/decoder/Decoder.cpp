@@ -25,7 +25,7 @@ DecoderReply problem(DecoderProblem what)
 
 /// Where an image of this size goes; a null image when it is larger than was asked for.
 QImage canvasOf(QSize size, bool hasAlpha, const DecoderRequest &request,
-                const FileDescriptor &pixels)
+                const scan::FileDescriptor &pixels)
 {
     const bool fits = size.width() <= request.width && size.height() <= request.height;
     return fits && pixels.isOpen() && !size.isEmpty() ? SharedPixels::canvas(pixels, size, hasAlpha)
@@ -34,7 +34,7 @@ QImage canvasOf(QSize size, bool hasAlpha, const DecoderRequest &request,
 
 /// The reply with an image, which is put into the pixels.
 DecoderReply withImage(DecoderReply reply, const QImage &image, const DecoderRequest &request,
-                       const FileDescriptor &pixels)
+                       const scan::FileDescriptor &pixels)
 {
     QImage canvas = canvasOf(image.size(), image.hasAlphaChannel(), request, pixels);
     if (canvas.isNull()) {
@@ -50,7 +50,7 @@ DecoderReply withImage(DecoderReply reply, const QImage &image, const DecoderReq
 }
 
 DecoderReply replyOf(const DecodedImage &decoded, const DecoderRequest &request,
-                     const FileDescriptor &pixels)
+                     const scan::FileDescriptor &pixels)
 {
     if (decoded.problem != ImageProblem::none) {
         return problem(decoded.problem == ImageProblem::tooLarge ? DecoderProblem::tooLarge
@@ -65,7 +65,7 @@ DecoderReply replyOf(const DecodedImage &decoded, const DecoderRequest &request,
 
 } // namespace
 
-Decoder::Decoder(FileDescriptor file, MessageSocket socket)
+Decoder::Decoder(scan::FileDescriptor file, MessageSocket socket)
     : m_descriptor(std::move(file)), m_socket(std::move(socket))
 {
     m_file.open(m_descriptor.number(), QIODevice::ReadOnly);
@@ -74,13 +74,13 @@ Decoder::Decoder(FileDescriptor file, MessageSocket socket)
 void Decoder::run()
 {
     for (;;) {
-        std::vector<FileDescriptor> descriptors;
+        std::vector<scan::FileDescriptor> descriptors;
         const auto request = m_socket.receive<DecoderRequest>(&descriptors);
         if (!request || descriptors.size() > 1) {
             return;
         }
-        const FileDescriptor pixels =
-            descriptors.empty() ? FileDescriptor() : std::move(descriptors.front());
+        const scan::FileDescriptor pixels =
+            descriptors.empty() ? scan::FileDescriptor() : std::move(descriptors.front());
         DecoderReply reply;
         try {
             reply = answer(*request, pixels);
@@ -93,7 +93,7 @@ void Decoder::run()
     }
 }
 
-DecoderReply Decoder::answer(const DecoderRequest &request, const FileDescriptor &pixels)
+DecoderReply Decoder::answer(const DecoderRequest &request, const scan::FileDescriptor &pixels)
 {
     const QSize bounds(request.width, request.height);
     if (request.kind == Kind::image || request.kind == Kind::drawing) {
@@ -138,7 +138,7 @@ DecoderReply Decoder::openDocument()
     return reply;
 }
 
-DecoderReply Decoder::page(const DecoderRequest &request, const FileDescriptor &pixels) const
+DecoderReply Decoder::page(const DecoderRequest &request, const scan::FileDescriptor &pixels) const
 {
     const QSize size(request.width, request.height);
     QImage paper = canvasOf(size, false, request, pixels);
@@ -151,7 +151,7 @@ DecoderReply Decoder::page(const DecoderRequest &request, const FileDescriptor &
     return reply;
 }
 
-DecoderReply Decoder::frame(const DecoderRequest &request, const FileDescriptor &pixels)
+DecoderReply Decoder::frame(const DecoderRequest &request, const scan::FileDescriptor &pixels)
 {
     if (!m_frames) {
         m_frames = std::make_unique<ImageFrames>(m_file);

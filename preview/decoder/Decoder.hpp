@@ -17,18 +17,18 @@ namespace tessaly {
 /// Threads: the main thread of a process of its own.
 class Decoder {
 public:
-    Decoder(FileDescriptor file, MessageSocket socket);
+    Decoder(scan::FileDescriptor file, MessageSocket socket);
 
     /// Returns once the program has closed its end, or sent what is no request.
     void run();
 
 private:
-    DecoderReply answer(const DecoderRequest &request, const FileDescriptor &pixels);
+    DecoderReply answer(const DecoderRequest &request, const scan::FileDescriptor &pixels);
     DecoderReply openDocument();
-    DecoderReply page(const DecoderRequest &request, const FileDescriptor &pixels) const;
-    DecoderReply frame(const DecoderRequest &request, const FileDescriptor &pixels);
+    DecoderReply page(const DecoderRequest &request, const scan::FileDescriptor &pixels) const;
+    DecoderReply frame(const DecoderRequest &request, const scan::FileDescriptor &pixels);
 
-    FileDescriptor m_descriptor;
+    scan::FileDescriptor m_descriptor;
     MessageSocket m_socket;
     QFile m_file;
     PdfReader m_document; ///< reads from the file, and so do the frames

@@ -42,7 +42,7 @@ sigset_t childSignal()
 void silence()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    const FileDescriptor nothing(open("/dev/null", O_WRONLY | O_CLOEXEC));
+    const scan::FileDescriptor nothing(open("/dev/null", O_WRONLY | O_CLOEXEC));
     if (nothing.isOpen()) {
         dup2(nothing.number(), STDOUT_FILENO);
         dup2(nothing.number(), STDERR_FILENO);
@@ -59,7 +59,7 @@ DecoderServer::DecoderServer(MessageSocket socket) : m_socket(std::move(socket))
     m_sandbox.emplace();
     const sigset_t signalSet = childSignal();
     sigprocmask(SIG_BLOCK, &signalSet, nullptr);
-    m_childSignals = FileDescriptor(signalfd(-1, &signalSet, SFD_CLOEXEC | SFD_NONBLOCK));
+    m_childSignals = scan::FileDescriptor(signalfd(-1, &signalSet, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
 DecoderServer::~DecoderServer()
@@ -98,7 +98,7 @@ void DecoderServer::run()
 
 bool DecoderServer::takeTask()
 {
-    std::vector<FileDescriptor> descriptors;
+    std::vector<scan::FileDescriptor> descriptors;
     const auto task = m_socket.receive<DecoderTask>(&descriptors);
     if (!task || descriptors.size() != 2) {
         return false;
@@ -120,7 +120,7 @@ bool DecoderServer::takeTask()
     return true;
 }
 
-void DecoderServer::startDecoder(FileDescriptor file, MessageSocket socket)
+void DecoderServer::startDecoder(scan::FileDescriptor file, MessageSocket socket)
 {
     const pid_t server = getpid();
     const pid_t process = fork();
@@ -137,7 +137,7 @@ void DecoderServer::startDecoder(FileDescriptor file, MessageSocket socket)
     // Without a process the program finds its socket closed.
 }
 
-void DecoderServer::becomeDecoder(FileDescriptor file, MessageSocket socket)
+void DecoderServer::becomeDecoder(scan::FileDescriptor file, MessageSocket socket)
 {
     m_socket.close();
     m_childSignals.close();

@@ -45,8 +45,8 @@ private:
 
     /// False when the program is no longer there.
     bool takeTask();
-    void startDecoder(FileDescriptor file, MessageSocket socket);
-    [[noreturn]] void becomeDecoder(FileDescriptor file, MessageSocket socket);
+    void startDecoder(scan::FileDescriptor file, MessageSocket socket);
+    [[noreturn]] void becomeDecoder(scan::FileDescriptor file, MessageSocket socket);
     void removeEndedChildren();
     // What decoders find ready; each is done once.
     void loadImageFormats();
@@ -57,7 +57,7 @@ private:
     [[nodiscard]] int msUntilLoading() const;
 
     MessageSocket m_socket;
-    FileDescriptor m_childSignals;
+    scan::FileDescriptor m_childSignals;
     std::vector<Child> m_children;
     std::optional<Sandbox> m_sandbox;               ///< of the decoders
     std::unique_ptr<QGuiApplication> m_application; ///< has the fonts

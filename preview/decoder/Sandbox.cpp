@@ -61,13 +61,13 @@ bool forbidOtherFiles(const std::vector<std::string> &readableFolders)
         return false;
     }
     const landlock_ruleset_attr handled{knownAccess(version)};
-    const FileDescriptor rules(
+    const scan::FileDescriptor rules(
         static_cast<int>(syscall(SYS_landlock_create_ruleset, &handled, sizeof handled, 0)));
     if (!rules.isOpen()) {
         return false;
     }
     for (const std::string &path : readableFolders) {
-        const FileDescriptor folder(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        const scan::FileDescriptor folder(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
         if (folder.isOpen()) {
             const landlock_path_beneath_attr rule{
                 LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR, folder.number()};
@@ -181,7 +181,7 @@ bool allowInPart(scmp_filter_ctx filter)
 /// The filter as the kernel wants it.
 std::vector<sock_filter> compiled(scmp_filter_ctx filter)
 {
-    const FileDescriptor memory(memfd_create("tessaly-filter", MFD_CLOEXEC));
+    const scan::FileDescriptor memory(memfd_create("tessaly-filter", MFD_CLOEXEC));
     if (!memory.isOpen() || seccomp_export_bpf(filter, memory.number()) != 0) {
         return {};
     }

@@ -21,7 +21,7 @@ int main()
         return 2;
     }
     closefrom(socketNumber + 1);
-    DecoderServer server{MessageSocket(FileDescriptor(socketNumber))};
+    DecoderServer server{MessageSocket(scan::FileDescriptor(socketNumber))};
     server.run();
     return 0;
 }

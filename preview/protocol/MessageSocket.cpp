@@ -27,7 +27,8 @@ std::pair<MessageSocket, MessageSocket> MessageSocket::makePair()
     if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, numbers.data()) != 0) {
         numbers = {-1, -1};
     }
-    return {MessageSocket(FileDescriptor(numbers[0])), MessageSocket(FileDescriptor(numbers[1]))};
+    return {MessageSocket(scan::FileDescriptor(numbers[0])),
+            MessageSocket(scan::FileDescriptor(numbers[1]))};
 }
 
 void MessageSocket::shutDown() const noexcept
@@ -63,7 +64,7 @@ bool MessageSocket::sendBytes(const void *bytes, std::size_t byteCount,
 
 // NOLINTNEXTLINE(readability-make-member-function-const): takes what was sent
 bool MessageSocket::receiveBytes(void *bytes, std::size_t byteCount,
-                                 std::vector<FileDescriptor> *descriptors)
+                                 std::vector<scan::FileDescriptor> *descriptors)
 {
     iovec part{bytes, byteCount};
     Control control;
@@ -79,7 +80,7 @@ bool MessageSocket::receiveBytes(void *bytes, std::size_t byteCount,
     if (received < 0) {
         return false;
     }
-    std::vector<FileDescriptor> arrived; // those that nobody asked for are closed
+    std::vector<scan::FileDescriptor> arrived; // those that nobody asked for are closed
     for (cmsghdr *header = CMSG_FIRSTHDR(&message); header != nullptr;
          header = CMSG_NXTHDR(&message, header)) {
         if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {

@@ -18,7 +18,7 @@ namespace tessaly {
 class MessageSocket {
 public:
     MessageSocket() = default;
-    explicit MessageSocket(FileDescriptor descriptor) : m_descriptor(std::move(descriptor)) {}
+    explicit MessageSocket(scan::FileDescriptor descriptor) : m_descriptor(std::move(descriptor)) {}
 
     /// Both ends of a new pair, neither of which programs that are started inherit; two that are
     /// not open when the system has no more.
@@ -42,7 +42,7 @@ public:
     /// Waits for a message; nothing when there will be none, or it has another length. The
     /// descriptors that came along are put into `descriptors`.
     template <typename Message>
-    std::optional<Message> receive(std::vector<FileDescriptor> *descriptors = nullptr)
+    std::optional<Message> receive(std::vector<scan::FileDescriptor> *descriptors = nullptr)
     {
         static_assert(std::is_trivially_copyable_v<Message>);
         Message message;
@@ -53,9 +53,10 @@ public:
 private:
     bool sendBytes(const void *bytes, std::size_t byteCount, const std::vector<int> &descriptors);
     // NOLINTNEXTLINE(readability-make-member-function-const): takes what was sent
-    bool receiveBytes(void *bytes, std::size_t byteCount, std::vector<FileDescriptor> *descriptors);
+    bool receiveBytes(void *bytes, std::size_t byteCount,
+                      std::vector<scan::FileDescriptor> *descriptors);
 
-    FileDescriptor m_descriptor;
+    scan::FileDescriptor m_descriptor;
 };
 
 } // namespace tessaly

@@ -59,7 +59,7 @@ std::optional<SharedPixels> SharedPixels::make(QSize size)
     if (size.isEmpty() || qint64{size.width()} * size.height() > maxPixelCount) {
         return std::nullopt;
     }
-    FileDescriptor memory(memfd_create("tessaly-preview", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    scan::FileDescriptor memory(memfd_create("tessaly-preview", MFD_CLOEXEC | MFD_ALLOW_SEALING));
     const qint64 byteCount = byteCountOf(size);
     if (!memory.isOpen() || ftruncate(memory.number(), byteCount) != 0 ||
         fcntl(memory.number(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0) {
@@ -82,7 +82,7 @@ QImage SharedPixels::image(QSize size, bool hasAlpha) const
                   formatOf(hasAlpha), destroyMapping, mapping.release());
 }
 
-QImage SharedPixels::canvas(const FileDescriptor &memory, QSize size, bool hasAlpha)
+QImage SharedPixels::canvas(const scan::FileDescriptor &memory, QSize size, bool hasAlpha)
 {
     auto mapping =
         std::make_unique<Mapping>(memory.number(), byteCountOf(size), PROT_READ | PROT_WRITE);

@@ -30,15 +30,16 @@ public:
 
     /// In the decoder: an image that lies in the memory behind this descriptor, to be drawn on. A
     /// null image when the memory cannot be had. Requires: there is room for it.
-    [[nodiscard]] static QImage canvas(const FileDescriptor &memory, QSize size, bool hasAlpha);
+    [[nodiscard]] static QImage canvas(const scan::FileDescriptor &memory, QSize size,
+                                       bool hasAlpha);
 
 private:
-    SharedPixels(FileDescriptor descriptor, qint64 byteCount)
+    SharedPixels(scan::FileDescriptor descriptor, qint64 byteCount)
         : m_descriptor(std::move(descriptor)), m_byteCount(byteCount)
     {
     }
 
-    FileDescriptor m_descriptor;
+    scan::FileDescriptor m_descriptor;
     qint64 m_byteCount;
 };
 

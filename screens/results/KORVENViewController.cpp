@@ -47,23 +47,24 @@ std::uint64_t KORVENViewController::compareLargeFile()
                        largeFileThresholds);
 }
 
-QString KORVENViewController::formatDate(Timestamp date, DateStyle dateStyle, DateStyle timeStyle)
+QString KORVENViewController::formatDate(archive::Timestamp date, DateStyle dateStyle,
+                                         DateStyle timeStyle)
 {
     const DateTexts &dates = services().dates;
     return QString::fromStdString(dates.text(date.systemTime(), dateStyle, timeStyle));
 }
 
-QString KORVENViewController::formatDate(Timestamp date, DateStyle style)
+QString KORVENViewController::formatDate(archive::Timestamp date, DateStyle style)
 {
     return formatDate(date, style, style);
 }
 
-QString KORVENViewController::formatDate(Timestamp date)
+QString KORVENViewController::formatDate(archive::Timestamp date)
 {
     return formatDate(date, DateStyle::shortest);
 }
 
-QString KORVENViewController::buildString(SizeNumber byteCount)
+QString KORVENViewController::buildString(tree::SizeNumber byteCount)
 {
     switch (byteCount.asInt32()) {
     case -1:
@@ -71,7 +72,7 @@ QString KORVENViewController::buildString(SizeNumber byteCount)
     case -2:
         return tr("Canceled");
     default:
-        return QString::fromStdString(sizeText(byteCount.value()));
+        return QString::fromStdString(tree::sizeText(byteCount.value()));
     }
 }
 
@@ -92,13 +93,13 @@ bool KORVENViewController::shouldTypeSelectForEvent(const QKeyEvent &event,
 
 void KORVENViewController::startTiming()
 {
-    m_startTimer = Timestamp::now();
+    m_startTimer = archive::Timestamp::now();
     m_endTimer.reset();
 }
 
 double KORVENViewController::stopTiming()
 {
-    m_endTimer = Timestamp::now();
+    m_endTimer = archive::Timestamp::now();
     const double seconds =
         m_startTimer ? m_endTimer->secondsSince2001 - m_startTimer->secondsSince2001 : 0;
     m_startTimer.reset();

@@ -49,15 +49,15 @@ public:
     [[nodiscard]] static std::uint64_t compareLargeFile();
 
     /// The date as the user's language and country write it, made anew each time.
-    [[nodiscard]] static QString formatDate(Timestamp date, DateStyle dateStyle,
+    [[nodiscard]] static QString formatDate(archive::Timestamp date, DateStyle dateStyle,
                                             DateStyle timeStyle);
     /// With one style for both.
-    [[nodiscard]] static QString formatDate(Timestamp date, DateStyle style);
+    [[nodiscard]] static QString formatDate(archive::Timestamp date, DateStyle style);
     /// With the short style for both.
-    [[nodiscard]] static QString formatDate(Timestamp date);
+    [[nodiscard]] static QString formatDate(archive::Timestamp date);
 
     /// A size text ("1.50 KB"); empty for a number that reads as -1, "Canceled" for -2.
-    [[nodiscard]] static QString buildString(SizeNumber byteCount);
+    [[nodiscard]] static QString buildString(tree::SizeNumber byteCount);
 
     /// Called for each key typed in the result table: the space bar closes the preview panel or
     /// shows it. Whether the key is one to select rows by typing, which is always so.
@@ -71,15 +71,18 @@ public:
     void startTiming();
     /// Seconds since startTiming(); forgets both ends. Nothing passed if it never started.
     double stopTiming();
-    [[nodiscard]] std::optional<Timestamp> startTimer() const noexcept { return m_startTimer; }
-    void setStartTimer(std::optional<Timestamp> date) noexcept { m_startTimer = date; }
-    [[nodiscard]] std::optional<Timestamp> endTimer() const noexcept { return m_endTimer; }
-    void setEndTimer(std::optional<Timestamp> date) noexcept { m_endTimer = date; }
+    [[nodiscard]] std::optional<archive::Timestamp> startTimer() const noexcept
+    {
+        return m_startTimer;
+    }
+    void setStartTimer(std::optional<archive::Timestamp> date) noexcept { m_startTimer = date; }
+    [[nodiscard]] std::optional<archive::Timestamp> endTimer() const noexcept { return m_endTimer; }
+    void setEndTimer(std::optional<archive::Timestamp> date) noexcept { m_endTimer = date; }
 
 private:
     QPointer<NameLabel> m_folderNameField;
-    std::optional<Timestamp> m_startTimer;
-    std::optional<Timestamp> m_endTimer;
+    std::optional<archive::Timestamp> m_startTimer;
+    std::optional<archive::Timestamp> m_endTimer;
 };
 
 } // namespace tessaly

@@ -15,7 +15,7 @@ bool exceeds(std::uint64_t size, std::uint64_t threshold) noexcept
     return size > threshold && threshold != 0;
 }
 
-bool isListed(const LUMFileItem &item, std::uint64_t size, RowThresholds thresholds) noexcept
+bool isListed(const tree::LUMFileItem &item, std::uint64_t size, RowThresholds thresholds) noexcept
 {
     const std::string_view name = item.itemName();
     if (name.starts_with('.')) {
@@ -26,15 +26,15 @@ bool isListed(const LUMFileItem &item, std::uint64_t size, RowThresholds thresho
 
 } // namespace
 
-ResultRows resultRowsOf(const LUMFileContainer *folder, RowThresholds thresholds)
+ResultRows resultRowsOf(const tree::LUMFileContainer *folder, RowThresholds thresholds)
 {
     ResultRows result;
     if (folder == nullptr) {
         return result;
     }
     std::uint64_t total = 0;
-    for (const LUMFileItem &child : folder->subitems()) {
-        const LUMFileContainer *container = child.asContainer();
+    for (const tree::LUMFileItem &child : folder->subitems()) {
+        const tree::LUMFileContainer *container = child.asContainer();
         const std::uint64_t size =
             container != nullptr ? container->valueOfSubitems() : child.itemSize();
         total += size;
@@ -56,10 +56,10 @@ void sortRows(std::vector<KORVENFolderObject> &rows, RowOrder order)
                              return a.folderSizeAsNumber() > b.folderSizeAsNumber();
                          });
     } else {
-        std::stable_sort(rows.begin(), rows.end(),
-                         [](const KORVENFolderObject &a, const KORVENFolderObject &b) {
-                             return std::is_lt(compareByCodeUnits(a.folderName(), b.folderName()));
-                         });
+        std::stable_sort(
+            rows.begin(), rows.end(), [](const KORVENFolderObject &a, const KORVENFolderObject &b) {
+                return std::is_lt(tree::compareByCodeUnits(a.folderName(), b.folderName()));
+            });
     }
 }
 

@@ -7,7 +7,9 @@
 
 namespace tessaly {
 
+namespace tree {
 class LUMFileContainer;
+} // namespace tree
 
 /// What an item must exceed to be listed, in bytes; 0: none is listed.
 struct RowThresholds {
@@ -33,7 +35,8 @@ struct ResultRows {
 
 /// The rows of a folder's children, largest first. No folder: no rows. Takes the size of every
 /// subfolder's whole tree. Threads: any, on a finished tree.
-[[nodiscard]] ResultRows resultRowsOf(const LUMFileContainer *folder, RowThresholds thresholds);
+[[nodiscard]] ResultRows resultRowsOf(const tree::LUMFileContainer *folder,
+                                      RowThresholds thresholds);
 
 /// Rows that compare equal keep their order.
 void sortRows(std::vector<KORVENFolderObject> &rows, RowOrder order);

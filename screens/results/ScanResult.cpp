@@ -10,13 +10,13 @@ namespace tessaly {
 
 Q_LOGGING_CATEGORY(resultLog, "tessaly.screens.result")
 
-ResultRows ScanResult::rowsOf(const LUMFileContainer *folder)
+ResultRows ScanResult::rowsOf(const tree::LUMFileContainer *folder)
 {
     return resultRowsOf(folder, {KORVENViewController::compareHiddenItem(),
                                  KORVENViewController::compareLargeFile()});
 }
 
-ScanResult ScanResult::ofTree(const std::shared_ptr<ScanTree> &tree)
+ScanResult ScanResult::ofTree(const std::shared_ptr<tree::ScanTree> &tree)
 {
     ScanResult result;
     result.tree = tree;
@@ -36,15 +36,15 @@ ScanResult ScanResult::ofScan(const FinishedScan &scan)
 
 ScanResult ScanResult::ofFile(const std::string &path)
 {
-    const auto tree = readScanFile(path);
+    const auto tree = archive::readScanFile(path);
     if (tree) {
         return ofTree(tree.value());
     }
-    const ArchiveError &error = tree.error();
-    qCWarning(resultLog, "%s: %s", printableText(path).c_str(), error.text().c_str());
-    const QString reason = QString::fromStdString(printableText(error.text()));
+    const archive::ArchiveError &error = tree.error();
+    qCWarning(resultLog, "%s: %s", tree::printableText(path).c_str(), error.text().c_str());
+    const QString reason = QString::fromStdString(tree::printableText(error.text()));
     // What the system says names the file already.
-    return ofUnreadableFile(error.kind == ArchiveError::Kind::unreadable
+    return ofUnreadableFile(error.kind == archive::ArchiveError::Kind::unreadable
                                 ? reason
                                 : drawableText(textOfName(path)) + u'\n' + reason);
 }

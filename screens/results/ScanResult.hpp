@@ -24,7 +24,7 @@ struct ScanResult {
     Q_DECLARE_TR_FUNCTIONS(ScanResult)
 
 public:
-    std::shared_ptr<ScanTree> tree; ///< nullptr: none; the screen stays or becomes empty
+    std::shared_ptr<tree::ScanTree> tree; ///< nullptr: none; the screen stays or becomes empty
     ResultRows rows;
     QString dateText;
     std::optional<std::string> scanKey; ///< of the record of the scan, if it has one
@@ -38,10 +38,10 @@ public:
     bool keepsScanningLook = false;
 
     /// The rows of a folder, or of nullptr, by the preferences as they are now.
-    [[nodiscard]] static ResultRows rowsOf(const LUMFileContainer *folder);
+    [[nodiscard]] static ResultRows rowsOf(const tree::LUMFileContainer *folder);
 
     /// A tree from its top.
-    [[nodiscard]] static ScanResult ofTree(const std::shared_ptr<ScanTree> &tree);
+    [[nodiscard]] static ScanResult ofTree(const std::shared_ptr<tree::ScanTree> &tree);
     /// The tree of a scan that has just ended. If its folder could not be opened, it says why.
     [[nodiscard]] static ScanResult ofScan(const FinishedScan &scan);
     /// The tree of a scan file. If it cannot be read, the result says why, and so does the log.

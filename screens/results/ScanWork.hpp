@@ -11,7 +11,7 @@ namespace tessaly {
 
 /// What a scan has found.
 struct FinishedScan {
-    std::shared_ptr<ScanTree> tree;
+    std::shared_ptr<tree::ScanTree> tree;
     /// Why the scanned folder itself could not be opened, in the system's words.
     std::optional<std::string> rootProblem;
 };

@@ -9,9 +9,10 @@ namespace tessaly {
 namespace {
 
 /// nullptr when no child has this name, or when it is a file.
-const LUMFileContainer *folderNamed(const LUMFileContainer &parent, std::string_view name)
+const tree::LUMFileContainer *folderNamed(const tree::LUMFileContainer &parent,
+                                          std::string_view name)
 {
-    for (const LUMFileItem &child : parent.subitems()) {
+    for (const tree::LUMFileItem &child : parent.subitems()) {
         if (child.itemName() == name) {
             return child.asContainer();
         }
@@ -21,7 +22,7 @@ const LUMFileContainer *folderNamed(const LUMFileContainer &parent, std::string_
 
 } // namespace
 
-void ShownLevel::setTree(std::shared_ptr<ScanTree> tree)
+void ShownLevel::setTree(std::shared_ptr<tree::ScanTree> tree)
 {
     m_tree = std::move(tree);
     m_folder = m_tree ? &m_tree->root() : nullptr;

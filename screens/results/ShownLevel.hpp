@@ -9,7 +9,9 @@
 
 namespace tessaly {
 
+namespace tree {
 class LUMFileContainer;
+} // namespace tree
 
 /// The level of a scan tree that a screen shows: a folder of the tree, and its path as that screen
 /// spells it.
@@ -23,11 +25,11 @@ class ShownLevel final {
 public:
     [[nodiscard]] bool hasTree() const noexcept { return m_tree != nullptr; }
     /// nullptr when there is none. Valid until setTree().
-    [[nodiscard]] const LUMFileContainer *folder() const noexcept { return m_folder; }
+    [[nodiscard]] const tree::LUMFileContainer *folder() const noexcept { return m_folder; }
     [[nodiscard]] const std::optional<std::string> &path() const noexcept { return m_path; }
 
     /// Goes to the top of a tree, or of none. The path stays.
-    void setTree(std::shared_ptr<ScanTree> tree);
+    void setTree(std::shared_ptr<tree::ScanTree> tree);
     /// The path of the top: the name of the tree's root. Without a tree there is none.
     void takePathOfTree();
     void forgetPath() { m_path.reset(); }
@@ -43,8 +45,8 @@ public:
     void goUp(std::optional<std::string> path);
 
 private:
-    std::shared_ptr<ScanTree> m_tree; ///< keeps m_folder alive
-    const LUMFileContainer *m_folder = nullptr;
+    std::shared_ptr<tree::ScanTree> m_tree; ///< keeps m_folder alive
+    const tree::LUMFileContainer *m_folder = nullptr;
     std::optional<std::string> m_path;
 };
 

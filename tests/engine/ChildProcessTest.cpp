@@ -17,8 +17,8 @@ TEST(KillableChild, doesNotOutliveTheProcessThatMadeIt)
 {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    const FileDescriptor reading(ends[0]);
-    FileDescriptor writing(ends[1]);
+    const scan::FileDescriptor reading(ends[0]);
+    scan::FileDescriptor writing(ends[1]);
     KillableChild outer([&] {
         const KillableChild inner([&] {
             (void)!write(writing.number(), "x", 1);

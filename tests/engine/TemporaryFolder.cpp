@@ -31,9 +31,9 @@ std::string parentFolder()
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-FileDescriptor openFolder(int parent, const std::string &name)
+scan::FileDescriptor openFolder(int parent, const std::string &name)
 {
-    FileDescriptor folder(openat(parent, name.c_str(), folderFlags));
+    scan::FileDescriptor folder(openat(parent, name.c_str(), folderFlags));
     if (!folder.isOpen()) {
         fail("open " + name);
     }
@@ -42,7 +42,7 @@ FileDescriptor openFolder(int parent, const std::string &name)
 
 void makeFile(int parent, const std::string &name, std::uint64_t byteCount)
 {
-    const FileDescriptor file(
+    const scan::FileDescriptor file(
         openat(parent, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
     if (!file.isOpen() || ftruncate(file.number(), static_cast<off_t>(byteCount)) != 0) {
         fail("make file " + name);
@@ -65,10 +65,10 @@ void makeFolderOfOne(int parent, const std::string &name)
 /// Removes what can be removed at once; the name of a folder that is not empty is returned.
 std::optional<std::string> removeSimpleEntries(int folder)
 {
-    DirectoryListing listing;
+    scan::DirectoryListing listing;
     lseek(folder, 0, SEEK_SET);
     listing.open(folder);
-    while (const DirectoryEntry *entry = listing.next()) {
+    while (const scan::DirectoryEntry *entry = listing.next()) {
         const bool isFolder = entry->type == DT_DIR;
         if (unlinkat(folder, entry->name.data(), isFolder ? AT_REMOVEDIR : 0) != 0 && isFolder) {
             return std::string(entry->name);
@@ -114,7 +114,7 @@ void TemporaryFolder::link(const std::string &name, const std::string &target) c
 void TemporaryFolder::nestedFolders(const std::string &name, int depth, std::uint64_t leafByteCount,
                                     Siblings siblings) const
 {
-    FileDescriptor here = openFolder(descriptor(), ".");
+    scan::FileDescriptor here = openFolder(descriptor(), ".");
     for (int level = 0; level < depth; ++level) {
         if (siblings == Siblings::two) {
             makeFolderOfOne(here.number(), "y");
@@ -131,10 +131,10 @@ void TemporaryFolder::nestedFolders(const std::string &name, int depth, std::uin
 void removeContents(int folder)
 {
     std::vector<std::string> names; // the way from the folder to where we are
-    FileDescriptor here(openat(folder, ".", folderFlags));
+    scan::FileDescriptor here(openat(folder, ".", folderFlags));
     while (here.isOpen()) {
         if (std::optional<std::string> name = removeSimpleEntries(here.number())) {
-            FileDescriptor below(openat(here.number(), name->c_str(), folderFlags));
+            scan::FileDescriptor below(openat(here.number(), name->c_str(), folderFlags));
             if (!below.isOpen()) {
                 return; // a mount point, or not ours: it stays
             }
@@ -143,7 +143,7 @@ void removeContents(int folder)
         } else if (names.empty()) {
             return;
         } else {
-            here = FileDescriptor(openat(here.number(), "..", folderFlags));
+            here = scan::FileDescriptor(openat(here.number(), "..", folderFlags));
             if (unlinkat(here.number(), names.back().c_str(), AT_REMOVEDIR) != 0) {
                 return;
             }

@@ -42,7 +42,7 @@ public:
 
 private:
     std::string m_path;
-    FileDescriptor m_descriptor;
+    scan::FileDescriptor m_descriptor;
 };
 
 /// Removes everything in an open folder.

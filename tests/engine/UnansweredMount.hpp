@@ -31,7 +31,7 @@ public:
 
 private:
     const std::string m_path;
-    FileDescriptor m_server; ///< the server's end of FUSE
+    scan::FileDescriptor m_server; ///< the server's end of FUSE
 };
 
 } // namespace tessaly

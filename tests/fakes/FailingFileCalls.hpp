@@ -17,7 +17,7 @@
 namespace tessaly {
 
 /// The real calls, counted from 0, one of which goes wrong.
-class FailingFileCalls final : public FileCalls {
+class FailingFileCalls final : public archive::FileCalls {
 public:
     static constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
@@ -36,42 +36,46 @@ public:
 
     int open(const char *path, int flags, mode_t mode) override
     {
-        return fails("open") ? -1 : FileCalls::open(path, flags, mode);
+        return fails("open") ? -1 : archive::FileCalls::open(path, flags, mode);
     }
     ssize_t read(int descriptor, void *bytes, std::size_t count) override
     {
-        return fails("read") ? -1 : FileCalls::read(descriptor, bytes, count);
+        return fails("read") ? -1 : archive::FileCalls::read(descriptor, bytes, count);
     }
     ssize_t write(int descriptor, const void *bytes, std::size_t count) override
     {
-        return fails("write") ? -1
-                              : FileCalls::write(descriptor, bytes, std::min(count, longestWrite));
+        return fails("write")
+                   ? -1
+                   : archive::FileCalls::write(descriptor, bytes, std::min(count, longestWrite));
     }
     int fsync(int descriptor) override
     {
-        return fails("fsync") ? -1 : FileCalls::fsync(descriptor);
+        return fails("fsync") ? -1 : archive::FileCalls::fsync(descriptor);
     }
     int flock(int descriptor, int operation) override
     {
-        return fails("flock") ? -1 : FileCalls::flock(descriptor, operation);
+        return fails("flock") ? -1 : archive::FileCalls::flock(descriptor, operation);
     }
     int fstat(int descriptor, struct stat *status) override
     {
-        return fails("fstat") ? -1 : FileCalls::fstat(descriptor, status);
+        return fails("fstat") ? -1 : archive::FileCalls::fstat(descriptor, status);
     }
     int rename(const char *from, const char *to) override
     {
-        return fails("rename") ? -1 : FileCalls::rename(from, to);
+        return fails("rename") ? -1 : archive::FileCalls::rename(from, to);
     }
     int renameToFree(const char *from, const char *to) override
     {
-        return fails("rename") ? -1 : FileCalls::renameToFree(from, to);
+        return fails("rename") ? -1 : archive::FileCalls::renameToFree(from, to);
     }
-    int unlink(const char *path) override { return fails("unlink") ? -1 : FileCalls::unlink(path); }
+    int unlink(const char *path) override
+    {
+        return fails("unlink") ? -1 : archive::FileCalls::unlink(path);
+    }
     /// A close() that fails has closed all the same.
     int close(int descriptor) override
     {
-        const int answer = FileCalls::close(descriptor);
+        const int answer = archive::FileCalls::close(descriptor);
         return fails("close") ? -1 : answer;
     }
 

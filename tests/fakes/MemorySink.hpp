@@ -12,13 +12,14 @@ namespace tessaly {
 
 /// Keeps what is written. Full after `room` bytes: the write that would go past them fails, as one
 /// to a full disk does.
-class MemorySink final : public ByteSink {
+class MemorySink final : public archive::ByteSink {
 public:
     static constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
 
     explicit MemorySink(std::size_t room = unlimited) : m_room(room) {}
 
-    Result<Done, ArchiveError> write(std::span<const std::byte> bytes) override
+    archive::Result<archive::Done, archive::ArchiveError>
+    write(std::span<const std::byte> bytes) override
     {
         m_writesAfterFailure += m_failed ? 1 : 0;
         const std::size_t taken = std::min(bytes.size(), m_room - m_bytes.size());
@@ -26,9 +27,10 @@ public:
                        bytes.begin() + static_cast<std::ptrdiff_t>(taken));
         if (taken < bytes.size()) {
             m_failed = true;
-            return ArchiveError{ArchiveError::Kind::unwritable, "the sink is full", {}};
+            return archive::ArchiveError{
+                archive::ArchiveError::Kind::unwritable, "the sink is full", {}};
         }
-        return Done{};
+        return archive::Done{};
     }
 
     [[nodiscard]] const std::vector<std::byte> &bytes() const { return m_bytes; }

@@ -36,10 +36,10 @@ void require(bool isTrue)
 
 void checkName(std::string_view name)
 {
-    const std::u16string text = tessaly::escapedName(name);
+    const std::u16string text = tessaly::tree::escapedName(name);
     require(isValidUtf16(text));
-    require(tessaly::nameFromEscaped(text) == name);
-    if (tessaly::isAscii(name)) {
+    require(tessaly::tree::nameFromEscaped(text) == name);
+    if (tessaly::tree::isAscii(name)) {
         require(text == std::u16string(name.begin(), name.end()));
     }
 }
@@ -54,6 +54,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (!text.empty()) {
         std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
     }
-    checkName(tessaly::nameFromEscaped(text));
+    checkName(tessaly::tree::nameFromEscaped(text));
     return 0;
 }

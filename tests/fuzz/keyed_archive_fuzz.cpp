@@ -16,7 +16,7 @@ void tolerant(Work work)
 {
     try {
         work();
-    } catch (const ArchiveFailure &failure) {
+    } catch (const archive::ArchiveFailure &failure) {
         if (failure.error().message.empty()) {
             std::abort();
         }
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    void readRecord(const KeyedArchiveReader::Object &record)
+    void readRecord(const archive::KeyedArchiveReader::Object &record)
     {
         const auto fields = m_archive.fields(record, m_keys);
         if (const auto classValue = fields[0]) {
@@ -50,11 +50,12 @@ private:
         }
     }
 
-    void readValue(KeyedArchiveReader::Reference value)
+    void readValue(archive::KeyedArchiveReader::Reference value)
     {
         tolerant([&] {
             const auto string = m_archive.string(value, "a text");
-            if (string.type != KeyedArchiveReader::Type::null && string.count <= maxTextLength) {
+            if (string.type != archive::KeyedArchiveReader::Type::null &&
+                string.count <= maxTextLength) {
                 (void)m_archive.text(string); // longer ones, which records share, are for callers
                 (void)m_archive.name(string); // to limit
             }
@@ -66,10 +67,10 @@ private:
 
     static constexpr std::uint64_t maxTextLength = 4096;
 
-    KeyedArchiveReader m_archive;
-    KeyedArchiveReader::NameMatcher m_keys{"$class",  "scanPath", "scanTotal",
-                                           "scanKey", "scanDate", "itemName"};
-    KeyedArchiveReader::NameMatcher m_classes{"LUMFileItem", "LUMFileContainer"};
+    archive::KeyedArchiveReader m_archive;
+    archive::KeyedArchiveReader::NameMatcher m_keys{"$class",  "scanPath", "scanTotal",
+                                                    "scanKey", "scanDate", "itemName"};
+    archive::KeyedArchiveReader::NameMatcher m_classes{"LUMFileItem", "LUMFileContainer"};
 };
 
 } // namespace

@@ -21,14 +21,14 @@ void require(bool isTrue)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const auto value = tessaly::readPropertyList(std::as_bytes(std::span(data, size)));
+    const auto value = tessaly::archive::readPropertyList(std::as_bytes(std::span(data, size)));
     if (!value) {
         require(!value.error().message.empty());
         return 0;
     }
     tessaly::MemorySink sink;
-    require(tessaly::writePropertyList(value.value(), sink).hasValue());
-    const auto again = tessaly::readPropertyList(sink.bytes());
+    require(tessaly::archive::writePropertyList(value.value(), sink).hasValue());
+    const auto again = tessaly::archive::readPropertyList(sink.bytes());
     require(again && again.value() == value.value());
     return 0;
 }

@@ -24,18 +24,18 @@ struct Facts {
     std::size_t depth = 0;
     std::size_t nameByteCount = 0;
 
-    explicit Facts(const ScanTree &tree) { walkTree(tree.root(), *this); }
+    explicit Facts(const tree::ScanTree &tree) { tree::walkTree(tree.root(), *this); }
 
-    void file(const LUMFileItem &item) { add(item); }
-    void enter(const LUMFileContainer &folder)
+    void file(const tree::LUMFileItem &item) { add(item); }
+    void enter(const tree::LUMFileContainer &folder)
     {
         add(folder);
         ++depth;
     }
-    void leave(const LUMFileContainer & /*folder*/) { --depth; }
+    void leave(const tree::LUMFileContainer & /*folder*/) { --depth; }
 
 private:
-    void add(const LUMFileItem &node)
+    void add(const tree::LUMFileItem &node)
     {
         nodes.emplace_back(depth, node.isContainer(), node.hasItemName(), node.itemSize(),
                            node.itemName());
@@ -50,12 +50,12 @@ void require(bool isTrue)
     }
 }
 
-std::shared_ptr<ScanTree> writtenAndRead(const ScanTree &tree)
+std::shared_ptr<tree::ScanTree> writtenAndRead(const tree::ScanTree &tree)
 {
     MemorySink sink;
-    require(writeScanArchive(tree.root(), sink).hasValue());
-    ScanFileDetails details;
-    auto read = readScanArchive(sink.bytes(), &details);
+    require(archive::writeScanArchive(tree.root(), sink).hasValue());
+    archive::ScanFileDetails details;
+    auto read = archive::readScanArchive(sink.bytes(), &details);
     require(read.hasValue() && details.isEmpty());
     return read.value();
 }
@@ -68,9 +68,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     constexpr std::size_t maxNameBytes = std::size_t{1} << 20U;
 
     const auto archive = std::as_bytes(std::span(data, size));
-    const auto tree = readScanArchive(archive);
-    ScanFileDetails details;
-    const auto detailed = readScanArchive(archive, &details);
+    const auto tree = archive::readScanArchive(archive);
+    archive::ScanFileDetails details;
+    const auto detailed = archive::readScanArchive(archive, &details);
     require(tree.hasValue() == detailed.hasValue());
     if (!tree) {
         require(!tree.error().message.empty());

@@ -50,7 +50,7 @@ protected:
     void TearDown() override { munmap(m_memory, sizeof(Progress)); }
 
     /// Saves records 0, 1, 2, … and removes each when it is not among the last few any more.
-    void addAndRemoveForever(FileCalls &calls)
+    void addAndRemoveForever(archive::FileCalls &calls)
     {
         FakeServices services(m_folder.path());
         KORVENAppDelegate delegate(services.all());
@@ -106,7 +106,7 @@ TEST_F(HistoryKillTest, killedBeforeAnyCallNothingSavedIsLost)
         ASSERT_TRUE(process.wasKilled()) << call;
         SCOPED_TRACE(call);
         expectNothingSavedIsLost();
-        AtomicFile::removeLeftovers(m_folder.path());
+        archive::AtomicFile::removeLeftovers(m_folder.path());
     }
     EXPECT_GT(m_progress->saved.load(), 2 * keptCount);
 }
@@ -115,7 +115,7 @@ TEST_F(HistoryKillTest, killedAtAnyMomentNothingSavedIsLost)
 {
     for (int round = 1; round <= 60; ++round) {
         const int wanted = m_progress->saved + round % 7;
-        KillableChild process([&] { addAndRemoveForever(FileCalls::system()); });
+        KillableChild process([&] { addAndRemoveForever(archive::FileCalls::system()); });
         while (m_progress->saved < wanted && !m_progress->hasFailed) {
             std::this_thread::yield();
         }
@@ -125,7 +125,7 @@ TEST_F(HistoryKillTest, killedAtAnyMomentNothingSavedIsLost)
         ASSERT_TRUE(process.wasKilled());
         SCOPED_TRACE(round);
         expectNothingSavedIsLost();
-        AtomicFile::removeLeftovers(m_folder.path());
+        archive::AtomicFile::removeLeftovers(m_folder.path());
     }
 }
 
@@ -149,11 +149,12 @@ protected:
     {
         auto record = std::make_shared<const KORVENHistoryItem>(path, "0.01 KB");
         const auto tree = makeTree(path, {file("a", 10)});
-        EXPECT_TRUE(writeScanFile(tree->root(), m_folder.path(*record->scanKey() + ".archive")));
+        EXPECT_TRUE(
+            archive::writeScanFile(tree->root(), m_folder.path(*record->scanKey() + ".archive")));
         return record;
     }
 
-    void removeAllButTheLast(FileCalls &calls)
+    void removeAllButTheLast(archive::FileCalls &calls)
     {
         const auto store = OwnHistoryStore::open(m_delegate, calls);
         HistoryRecords records = store->allItems();
@@ -167,7 +168,7 @@ protected:
     }
 
     /// Removes a few, as ScansRemoval does it: each with its save.
-    void removeFew(FileCalls &calls)
+    void removeFew(archive::FileCalls &calls)
     {
         const auto store = OwnHistoryStore::open(m_delegate, calls);
         HistoryRecords records = store->allItems();
@@ -179,7 +180,7 @@ protected:
         store->endRemoval();
     }
 
-    void removeFirst(FileCalls &calls)
+    void removeFirst(archive::FileCalls &calls)
     {
         const auto store = OwnHistoryStore::open(m_delegate, calls);
         store->removeItemCrashSafe(store->allItems().front()->scanKey().value());
@@ -187,7 +188,8 @@ protected:
 
     /// Expects that of a removal that is killed before any of its calls, the next start's list has
     /// none of the scans or all of them, and each with its file.
-    void expectAllOrNone(std::size_t count, const std::function<void(FileCalls &calls)> &remove)
+    void expectAllOrNone(std::size_t count,
+                         const std::function<void(archive::FileCalls &calls)> &remove)
     {
         bool wasKilled = true;
         std::set<std::size_t> leftCounts;
@@ -244,9 +246,9 @@ protected:
     }
 
     /// Starts the program again, as it were.
-    void finishWhatIsLeft(FileCalls &calls = FileCalls::system())
+    void finishWhatIsLeft(archive::FileCalls &calls = archive::FileCalls::system())
     {
-        AtomicFile::removeLeftovers(m_folder.path());
+        archive::AtomicFile::removeLeftovers(m_folder.path());
         const auto store = OwnHistoryStore::open(m_delegate, calls);
         HistoryUpkeep::run(*store);
     }
@@ -289,12 +291,12 @@ TEST_F(HistoryRemovalKillTest, killedBeforeAnyCallAllAreRemovedOrNone)
 
 TEST_F(HistoryRemovalKillTest, killedWhileItRemovesFewAllAreRemovedOrNone)
 {
-    expectAllOrNone(fewCount, [this](FileCalls &calls) { removeFew(calls); });
+    expectAllOrNone(fewCount, [this](archive::FileCalls &calls) { removeFew(calls); });
 }
 
 TEST_F(HistoryRemovalKillTest, killedWhileItRemovesOneItIsRemovedOrNot)
 {
-    expectAllOrNone(1, [this](FileCalls &calls) { removeFirst(calls); });
+    expectAllOrNone(1, [this](archive::FileCalls &calls) { removeFirst(calls); });
 }
 
 TEST_F(HistoryRemovalKillTest, theNextStartMayBeKilledAsWell)
@@ -334,7 +336,7 @@ TEST_F(HistoryRemovalKillTest, killedBetweenAScanAndItsRecordTheNextStartMakesTh
             const auto store = OwnHistoryStore::open(m_delegate, calls);
             const auto record = std::make_shared<const KORVENHistoryItem>("/scanned", "0.01 KB");
             const auto tree = makeTree("/scanned", {file("a", 10)});
-            if (writeScanFile(tree->root(), record->scanFilePath().value(), calls)) {
+            if (archive::writeScanFile(tree->root(), record->scanFilePath().value(), calls)) {
                 store->addItem(record);
                 store->saveChanges();
             }

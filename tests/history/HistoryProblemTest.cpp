@@ -83,7 +83,7 @@ TEST_F(HistoryProblemTest, scansThatAreMadeMeanwhileAreListedBelowTheReason)
 TEST_F(HistoryProblemTest, theOldScansAreThereAsSoonAsTheHistoryCanBeRead)
 {
     const auto old = std::make_shared<KORVENHistoryItem>("/old", "1.00 KB");
-    old->setScanDate(Timestamp{100});
+    old->setScanDate(archive::Timestamp{100});
     const std::string aside = m_documents.path("aside");
     ASSERT_TRUE(writeHistoryFile({old}, aside));
     m_documents.folder("documents/scanHistory.archive");
@@ -130,7 +130,8 @@ TEST_F(HistoryProblemTest, scansThatLostTheirRecordsComeOnceTheHistoryCanBeRead)
 {
     const std::string key = "6F1C2D3E-0A4B-4C5D-8E9F-0123456789AB";
     const auto tree = makeTree("/lost", {file("a", 10)});
-    ASSERT_TRUE(writeScanFile(tree->root(), m_documents.path("documents/" + key + ".archive")));
+    ASSERT_TRUE(
+        archive::writeScanFile(tree->root(), m_documents.path("documents/" + key + ".archive")));
     m_documents.folder("documents/scanHistory.archive");
     openScreen();
     EXPECT_TRUE(named<QWidget>("emptyPage").isVisible());
@@ -143,7 +144,8 @@ TEST_F(HistoryProblemTest, scansThatLostTheirRecordsComeBackAtTheStart)
 {
     const std::string key = "6F1C2D3E-0A4B-4C5D-8E9F-0123456789AB";
     const auto tree = makeTree("/lost", {file("a", 10)});
-    ASSERT_TRUE(writeScanFile(tree->root(), m_documents.path("documents/" + key + ".archive")));
+    ASSERT_TRUE(
+        archive::writeScanFile(tree->root(), m_documents.path("documents/" + key + ".archive")));
     openScreen();
     showRows(1);
     EXPECT_EQ(shownPaths(), Paths{"/lost"});

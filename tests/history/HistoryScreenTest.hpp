@@ -123,7 +123,7 @@ protected:
     {
         const auto item = std::make_shared<KORVENHistoryItem>(path, total);
         item->setScanKey(key);
-        item->setScanDate(Timestamp{date});
+        item->setScanDate(archive::Timestamp{date});
         std::ofstream(item->scanFilePath().value()) << "a scan";
         store().addItem(item);
     }

@@ -62,7 +62,7 @@ protected:
     {
         const auto record = std::make_shared<KORVENHistoryItem>("/path of " + key, "1.00 KB");
         record->setScanKey(key);
-        record->setScanDate(Timestamp{date});
+        record->setScanDate(archive::Timestamp{date});
         makeFile(key + ".archive");
         return record;
     }

@@ -12,7 +12,7 @@ namespace tessaly {
 /// tests of what happens while a lock is held that lock.
 struct OwnHistoryStore {
     [[nodiscard]] static std::unique_ptr<KORVENHistoryStore>
-    open(HistoryListener &listener, FileCalls &calls = FileCalls::system())
+    open(HistoryListener &listener, archive::FileCalls &calls = archive::FileCalls::system())
     {
         return std::unique_ptr<KORVENHistoryStore>(new KORVENHistoryStore(listener, calls));
     }

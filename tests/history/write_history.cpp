@@ -12,7 +12,7 @@ using namespace tessaly;
 std::shared_ptr<const KORVENHistoryItem> record(std::optional<std::string> path,
                                                 std::optional<std::string> total,
                                                 std::optional<std::string> key,
-                                                std::optional<Timestamp> date)
+                                                std::optional<archive::Timestamp> date)
 {
     auto item = std::make_shared<KORVENHistoryItem>("", "");
     item->setScanPath(std::move(path));
@@ -31,11 +31,12 @@ int main(int argumentCount, char **arguments)
         return 2;
     }
     const HistoryRecords records{
-        record("/home/ada", "12.34 GB", "6F1C2D3E-0A4B-4C5D-8E9F-0123456789AB", Timestamp{0.5}),
+        record("/home/ada", "12.34 GB", "6F1C2D3E-0A4B-4C5D-8E9F-0123456789AB",
+               archive::Timestamp{0.5}),
         record("/m\xC3\xA9"
                "dia/\xF0\x9F\x98\x80\n",
-               "1.00 KB", "KEY 2", Timestamp{-86400}),
-        record("$null", "", "\xFF", Timestamp{1e9}),
+               "1.00 KB", "KEY 2", archive::Timestamp{-86400}),
+        record("$null", "", "\xFF", archive::Timestamp{1e9}),
         record(std::nullopt, std::nullopt, std::nullopt, std::nullopt),
     };
     if (const auto written = writeHistoryFile(records, arguments[1]); !written) {

@@ -31,7 +31,7 @@ private:
 };
 
 /// A disk that can be write-protected.
-class ProtectedFileCalls final : public FileCalls {
+class ProtectedFileCalls final : public archive::FileCalls {
 public:
     bool isProtected = false;
 
@@ -41,7 +41,7 @@ public:
             errno = EROFS;
             return -1;
         }
-        return FileCalls::open(path, flags, mode);
+        return archive::FileCalls::open(path, flags, mode);
     }
 };
 

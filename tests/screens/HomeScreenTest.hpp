@@ -45,14 +45,17 @@ protected:
         m_services.settings.flush();
         m_services.settings.clearLog();
     }
-    void keepScan(const ScanTree &tree) { EXPECT_TRUE(writeScanFile(tree.root(), archivePath())); }
+    void keepScan(const tree::ScanTree &tree)
+    {
+        EXPECT_TRUE(archive::writeScanFile(tree.root(), archivePath()));
+    }
     void loadLast()
     {
         m_screen->startLoading();
         ASSERT_TRUE(QTest::qWaitFor([this] { return m_screen->drillResults() != nullptr; }));
     }
     /// Opens the screen with this tree as the last scan.
-    void openWith(const ScanTree &tree)
+    void openWith(const tree::ScanTree &tree)
     {
         grantHome();
         keepScan(tree);
@@ -117,7 +120,7 @@ protected:
     [[nodiscard]] DateTexts::Time lastDate() const { return m_services.dates.calls().back().time; }
     [[nodiscard]] static DateTexts::Time creationOf(const std::string &path)
     {
-        return fileCreationDate(path).value().systemTime();
+        return archive::fileCreationDate(path).value().systemTime();
     }
     void expectScanningLook() const
     {

@@ -68,7 +68,7 @@ TEST_F(KORVENHomeLastScanTest, theDateOfAScanIsTheCreationDateOfItsFile)
     grantHome();
     openScreen();
     scan();
-    ASSERT_LT(creationOf(older) + std::chrono::seconds(1), Timestamp::now().systemTime());
+    ASSERT_LT(creationOf(older) + std::chrono::seconds(1), archive::Timestamp::now().systemTime());
     EXPECT_EQ(lastDate(), creationOf(older));
     EXPECT_TRUE(label("dateLabel").endsWith(u"[1,1]"_s));
 }
@@ -110,10 +110,10 @@ TEST_F(KORVENHomeLastScanTest, aScanThatCouldNotOpenTheFolderKeepsTheFormerFileB
     EXPECT_EQ(notifiedTexts(), Names{"Home folders scan completed"});
     EXPECT_EQ(label("emptyTitle"), u"This folder cannot be read"_s);
     EXPECT_EQ(label("emptyText"), u"No such file or directory"_s);
-    const auto kept = readScanFile(archivePath() + ".kept");
+    const auto kept = archive::readScanFile(archivePath() + ".kept");
     ASSERT_TRUE(kept);
     EXPECT_EQ(childNames(kept.value()->root()), Names{"old"});
-    EXPECT_EQ(childNames(readScanFile(archivePath()).value()->root()), Names{});
+    EXPECT_EQ(childNames(archive::readScanFile(archivePath()).value()->root()), Names{});
 
     m_disk.folder("Ada");
     m_disk.file("Ada/new", 1'000);
@@ -291,7 +291,7 @@ TEST_F(KORVENHomeLastScanTest, closingDuringAScanLeavesAWholeFileAlone)
     m_screen.reset();
     EXPECT_EQ(m_services.bookmarks.accessCount(homeUrl()), 0);
     EXPECT_EQ(listedNames(m_documents.path("documents")), Names{"scanhome.archive"});
-    const auto kept = readScanFile(archivePath());
+    const auto kept = archive::readScanFile(archivePath());
     ASSERT_TRUE(kept);
     if (notifiedTexts().empty()) { // nobody is told of a scan that ends with the screen
         EXPECT_EQ(childNames(kept.value()->root()), Names{"old"});
@@ -306,7 +306,9 @@ TEST_F(KORVENHomeLastScanTest, theScanIsKeptBeforeTheUserIsTold)
     grantHome();
     openScreen();
     bool wasKept = false;
-    m_services.notifier.beforeEach = [&] { wasKept = readScanFile(archivePath()).hasValue(); };
+    m_services.notifier.beforeEach = [&] {
+        wasKept = archive::readScanFile(archivePath()).hasValue();
+    };
     scan();
     EXPECT_TRUE(wasKept);
 }

@@ -66,7 +66,7 @@ TEST_F(KORVENHomeViewControllerTest, scansTheHomeFolderWithoutAsking)
     EXPECT_FALSE(button("cancelButton").isVisible());
     EXPECT_FALSE(m_screen->lockDrillDown());
     EXPECT_EQ(notifiedTexts(), Names{"Home folders scan completed"});
-    const auto kept = readScanFile(archivePath());
+    const auto kept = archive::readScanFile(archivePath());
     ASSERT_TRUE(kept);
     EXPECT_EQ(treeLines(kept.value()->root()), (Names{"large/", "large/a 3000000", "small 2000"}));
     EXPECT_EQ(listedNames(m_documents.path("documents")), Names{"scanhome.archive"});
@@ -295,7 +295,7 @@ TEST_F(KORVENHomeViewControllerTest, aHomeScanAndAFolderScanRunAtOnceAndAreCance
         EXPECT_EQ(folderScreen.numberOfRowsInTableView(), cancelsHome ? folderCount : 0);
     }
     EXPECT_EQ(KORVENHistoryStore::sharedStore().allItems().size(), 1U);
-    EXPECT_TRUE(readScanFile(archivePath()));
+    EXPECT_TRUE(archive::readScanFile(archivePath()));
 }
 
 TEST_F(KORVENHomeViewControllerTest, theKeyboardGoesToCancelAndThenToTheRows)

@@ -57,9 +57,9 @@ TEST(PreviewFolder, keepsTheFileSystemsOrderAndAnyBytes)
         folder.file(name);
     }
     std::vector<std::string> wanted;
-    DirectoryListing listing;
+    scan::DirectoryListing listing;
     listing.open(folder.descriptor());
-    while (const DirectoryEntry *entry = listing.next()) {
+    while (const scan::DirectoryEntry *entry = listing.next()) {
         wanted.emplace_back(entry->name);
     }
     std::vector<std::string> names;

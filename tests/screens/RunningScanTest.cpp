@@ -170,12 +170,12 @@ TEST_F(RunningFolderScanTest, theDateIsTheOneOnWhichItEnded)
 {
     showTree(makeTree("/f", content()));
     startHeldScan();
-    const auto before = Timestamp::now().systemTime();
+    const auto before = archive::Timestamp::now().systemTime();
     m_gate.open();
     waitForScan();
     const FakeDateTexts::Call shown = m_services.dates.calls().back();
     EXPECT_GE(shown.time, before);
-    EXPECT_LE(shown.time, Timestamp::now().systemTime());
+    EXPECT_LE(shown.time, archive::Timestamp::now().systemTime());
     EXPECT_EQ(label("dateLabel").toStdString(),
               FakeDateTexts().text(shown.time, shown.date, shown.hours));
 }

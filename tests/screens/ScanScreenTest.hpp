@@ -15,16 +15,16 @@ namespace tessaly {
 class ScanScreenTest : public ResultScreenTest<KORVENScanViewController> {
 protected:
     /// A recorded scan of this tree; its key.
-    std::string recordTree(const ScanTree &tree, double date = 0)
+    std::string recordTree(const tree::ScanTree &tree, double date = 0)
     {
         auto item = std::make_shared<KORVENHistoryItem>(std::string(tree.root().itemName()), "x");
-        item->setScanDate(Timestamp{date});
-        EXPECT_TRUE(writeScanFile(tree.root(), item->scanFilePath().value()));
+        item->setScanDate(archive::Timestamp{date});
+        EXPECT_TRUE(archive::writeScanFile(tree.root(), item->scanFilePath().value()));
         const std::string key = item->scanKey().value();
         KORVENHistoryStore::sharedStore().addItem(item);
         return key;
     }
-    void showTree(const std::shared_ptr<ScanTree> &tree)
+    void showTree(const std::shared_ptr<tree::ScanTree> &tree)
     {
         m_screen->loadHistoryItem(recordTree(*tree));
     }

@@ -4,9 +4,9 @@
 
 namespace tessaly {
 
-std::string KORVENDiskObject::buildString(SizeNumber byteCount)
+std::string KORVENDiskObject::buildString(tree::SizeNumber byteCount)
 {
-    return byteCount.asInt32() == -1 ? "--" : sizeText(byteCount.value());
+    return byteCount.asInt32() == -1 ? "--" : tree::sizeText(byteCount.value());
 }
 
 } // namespace tessaly

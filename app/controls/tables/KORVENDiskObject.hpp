@@ -10,7 +10,7 @@ namespace tessaly {
 class KORVENDiskObject {
 public:
     /// A size text ("1.50 KB"); "--" for a number that reads as -1.
-    [[nodiscard]] static std::string buildString(SizeNumber byteCount);
+    [[nodiscard]] static std::string buildString(tree::SizeNumber byteCount);
 
 protected:
     KORVENDiskObject() = default;

@@ -38,7 +38,7 @@ QString drawableText(const QString &text)
     const std::u16string_view units(
         static_cast<const char16_t *>(static_cast<const void *>(text.utf16())),
         static_cast<std::size_t>(text.size()));
-    return QString::fromStdString(printableText(nameFromEscaped(units)));
+    return QString::fromStdString(tree::printableText(tree::nameFromEscaped(units)));
 }
 
 NameLabel::NameLabel(QWidget *parent) : ClickableView(parent)

@@ -6,16 +6,16 @@ namespace tessaly {
 
 QString textOfName(std::string_view name)
 {
-    if (isAscii(name)) {
+    if (tree::isAscii(name)) {
         return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
     }
-    const std::u16string text = escapedName(name);
+    const std::u16string text = tree::escapedName(name);
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 std::string nameOfText(const QString &text)
 {
-    return nameFromEscaped(text.toStdU16String());
+    return tree::nameFromEscaped(text.toStdU16String());
 }
 
 } // namespace tessaly

@@ -91,7 +91,7 @@ KeyFile KeyFile::parse(std::string_view text)
 std::optional<KeyFile> KeyFile::read(const std::string &path)
 {
     // Without waiting for whoever is at the other end, should it be something else than a file.
-    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const scan::FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
         static_cast<std::size_t>(status.st_size) > maxFileBytes) {

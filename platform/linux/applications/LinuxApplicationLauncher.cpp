@@ -34,7 +34,7 @@ std::optional<Counterpart> counterpartNamed(std::string_view name)
 
 void logNotStarted(const std::string &name, const char *reason)
 {
-    qCWarning(launcherLog, "%s not started: %s", printableText(name).c_str(), reason);
+    qCWarning(launcherLog, "%s not started: %s", tree::printableText(name).c_str(), reason);
 }
 
 } // namespace

@@ -24,7 +24,7 @@ Q_LOGGING_CATEGORY(urlsLog, "tessaly.urls")
 
 void logNotOpened(const std::string &url, const char *reason)
 {
-    qCWarning(urlsLog, "%s not opened: %s", printableText(url).c_str(), reason);
+    qCWarning(urlsLog, "%s not opened: %s", tree::printableText(url).c_str(), reason);
 }
 
 bool isWebScheme(const QString &scheme)

@@ -81,7 +81,7 @@ std::string socketName(std::string_view address)
 
 /// A connection to the socket; none when there is no place for one at once. `isQueueFull` becomes
 /// true when that was the reason.
-FileDescriptor connectionTo(const std::string &name, bool &isQueueFull)
+scan::FileDescriptor connectionTo(const std::string &name, bool &isQueueFull)
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -90,7 +90,7 @@ FileDescriptor connectionTo(const std::string &name, bool &isQueueFull)
     }
     std::copy(name.begin(), name.end(), std::begin(address.sun_path));
     const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
-    FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    scan::FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (!connection.isOpen()) {
         return {};
     }

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] int descriptor() const noexcept { return m_socket.number(); }
 
 private:
-    FileDescriptor m_socket;
+    scan::FileDescriptor m_socket;
     bool m_isQueueFull = false;
     std::string m_address;
 };

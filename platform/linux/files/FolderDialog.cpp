@@ -36,13 +36,13 @@ constexpr int pathRole = Qt::UserRole; ///< of items: a QByteArray
 
 QString editableText(const std::string &path)
 {
-    const std::u16string text = escapedName(path);
+    const std::u16string text = tree::escapedName(path);
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 QString shownText(const std::string &path)
 {
-    return QString::fromStdString(printableText(path));
+    return QString::fromStdString(tree::printableText(path));
 }
 
 std::string pathOf(const QListWidgetItem &item)
@@ -291,7 +291,7 @@ std::string FolderDialog::typedPath() const
     if (!m_path->isModified() && m_path->text() == editableText(m_shownPath)) {
         return m_shownPath;
     }
-    std::string text = nameFromEscaped(m_path->text().toStdU16String());
+    std::string text = tree::nameFromEscaped(m_path->text().toStdU16String());
     if (text.starts_with('/')) {
         return text;
     }

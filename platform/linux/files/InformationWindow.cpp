@@ -49,7 +49,7 @@ constexpr auto look = R"(
 
 QString textOf(const std::string &bytes)
 {
-    return QString::fromStdString(printableText(bytes));
+    return QString::fromStdString(tree::printableText(bytes));
 }
 
 QMimeType mimeTypeOf(const ItemInformation &item)
@@ -110,7 +110,7 @@ int formFor(std::uint64_t count)
 
 QString byteCountText(std::uint64_t byteCount)
 {
-    const QString size = QString::fromStdString(sizeText(static_cast<double>(byteCount)));
+    const QString size = QString::fromStdString(tree::sizeText(static_cast<double>(byteCount)));
     return byteCount == 1 ? InformationWindow::tr("%1 (1 byte)").arg(size)
                           : InformationWindow::tr("%1 (%2 bytes)", nullptr, formFor(byteCount))
                                 .arg(size, QLocale().toString(byteCount));

@@ -36,13 +36,13 @@ std::string targetOf(const std::string &path)
 
 std::optional<std::uint64_t> entryCountOf(const std::string &path)
 {
-    const OpenedFolder folder = openFolderPath(path);
+    const scan::OpenedFolder folder = scan::openFolderPath(path);
     if (!folder.descriptor.isOpen()) {
         return std::nullopt;
     }
     const int descriptor = folder.descriptor.number();
     (void)fcntl(descriptor, F_SETFL, O_NOATIME); // allowed to the owner only
-    DirectoryListing listing;
+    scan::DirectoryListing listing;
     listing.open(descriptor);
     std::uint64_t count = 0;
     while (listing.next() != nullptr) {
@@ -53,7 +53,7 @@ std::optional<std::uint64_t> entryCountOf(const std::string &path)
 
 std::optional<std::string> beginningOf(const std::string &path)
 {
-    const FileDescriptor file(
+    const scan::FileDescriptor file(
         open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | O_NOATIME));
     std::string bytes(beginningByteCount, '\0');
     const ssize_t length = file.isOpen() ? read(file.number(), bytes.data(), bytes.size()) : -1;

@@ -23,8 +23,9 @@ namespace {
 
 void logNotShown(const std::string &path, const std::string &reason)
 {
-    qCInfo(fileManagerLog).noquote() << "not shown:" << QString::fromStdString(printableText(path))
-                                     << '-' << QString::fromStdString(reason);
+    qCInfo(fileManagerLog).noquote()
+        << "not shown:" << QString::fromStdString(tree::printableText(path)) << '-'
+        << QString::fromStdString(reason);
 }
 
 /// The errno value with which looking for the item ends; 0 when it is there.

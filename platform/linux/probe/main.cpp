@@ -32,7 +32,7 @@ void writeText(const std::string &text)
 }
 
 /// Why a descriptor is not open, for whom it may interest at once.
-void writeError(const FileDescriptor &descriptor)
+void writeError(const scan::FileDescriptor &descriptor)
 {
     writeText(std::to_string(descriptor.isOpen() ? 0 : errno));
     std::fflush(stdout);
@@ -54,20 +54,21 @@ void writeFigures(const std::string &path)
 
 void writeFolders(const std::string &path)
 {
-    const FileDescriptor place(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const scan::FileDescriptor place(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     writeError(place);
     if (!place.isOpen()) {
         return;
     }
-    const FileDescriptor folder(openat(place.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const scan::FileDescriptor folder(
+        openat(place.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     writeError(folder);
     if (!folder.isOpen()) {
         return;
     }
     std::vector<std::string> others;
-    DirectoryListing listing;
+    scan::DirectoryListing listing;
     listing.open(folder.number());
-    while (const DirectoryEntry *entry = listing.next()) {
+    while (const scan::DirectoryEntry *entry = listing.next()) {
         if (entry->type == DT_DIR) {
             writeText(std::string(entry->name));
         } else if (entry->type == DT_LNK || entry->type == DT_UNKNOWN) {

@@ -99,7 +99,7 @@ std::string currentException()
     try {
         std::rethrow_exception(std::current_exception());
     } catch (const std::exception &exception) {
-        text += ": " + printableText(exception.what());
+        text += ": " + tree::printableText(exception.what());
     } catch (...) {
         // Its type is all that is known of it.
     }

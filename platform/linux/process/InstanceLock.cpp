@@ -16,7 +16,8 @@ InstanceLock::State InstanceLock::take()
     if (m_file.isOpen()) {
         return State::taken;
     }
-    FileDescriptor file(open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    scan::FileDescriptor file(
+        open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!file.isOpen()) {
         return State::impossible;
     }
@@ -35,7 +36,7 @@ void InstanceLock::release()
 {
     if (m_file.isOpen()) {
         flock(m_file.number(), LOCK_UN);
-        m_file = FileDescriptor();
+        m_file = scan::FileDescriptor();
     }
 }
 

@@ -31,7 +31,7 @@ public:
 
 private:
     std::string m_path;
-    FileDescriptor m_file; ///< open while the lock is ours
+    scan::FileDescriptor m_file; ///< open while the lock is ours
 };
 
 } // namespace tessaly

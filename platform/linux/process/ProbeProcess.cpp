@@ -51,7 +51,8 @@ private:
 bool waitFor(int descriptor, std::chrono::milliseconds timeout)
 {
     pollfd awaited = {descriptor, POLLIN, 0};
-    return retried([&] { return poll(&awaited, 1, static_cast<int>(timeout.count())); }) > 0;
+    return archive::retried([&] { return poll(&awaited, 1, static_cast<int>(timeout.count())); }) >
+           0;
 }
 
 } // namespace
@@ -70,8 +71,8 @@ ProbeProcess::ProbeProcess(const std::string &program, const char *question,
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         error = errno;
     }
-    m_answer = FileDescriptor(ends[0]);
-    const FileDescriptor childsEnd(ends[1]);
+    m_answer = scan::FileDescriptor(ends[0]);
+    const scan::FileDescriptor childsEnd(ends[1]);
     if (error == 0) {
         error = startChild({program, question, path}, childsEnd.number(), STDERR_FILENO, m_process);
     }
@@ -95,7 +96,7 @@ std::string ProbeProcess::wholeAnswer() const
     std::array<char, 4096> piece{};
     for (;;) {
         const ssize_t count =
-            retried([&] { return read(m_answer.number(), piece.data(), piece.size()); });
+            archive::retried([&] { return read(m_answer.number(), piece.data(), piece.size()); });
         if (count <= 0) {
             return text;
         }
@@ -114,7 +115,7 @@ void ProbeProcess::stop(std::chrono::milliseconds timeout)
     m_isStopped = true;
     if (m_process > 0) {
         kill(m_process, SIGKILL);
-        const FileDescriptor end(static_cast<int>(syscall(SYS_pidfd_open, m_process, 0)));
+        const scan::FileDescriptor end(static_cast<int>(syscall(SYS_pidfd_open, m_process, 0)));
         (void)waitFor(end.number(), end.isOpen() ? timeout : std::chrono::milliseconds(0));
     }
     // The child's end of the socket may stay open, so this one has to wake up who reads.

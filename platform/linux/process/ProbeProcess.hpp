@@ -53,7 +53,7 @@ public:
     [[nodiscard]] bool isStopped() const;
 
 private:
-    FileDescriptor m_answer;
+    scan::FileDescriptor m_answer;
     pid_t m_process = -1; ///< not reaped before this is destroyed
     mutable std::mutex m_mutex;
     bool m_isStopped = false;

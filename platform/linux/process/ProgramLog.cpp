@@ -44,7 +44,7 @@ QByteArray ProgramLog::lineOf(const char *category, const QString &text)
     if (!source.empty() && source != "default") {
         line.append(source).append(": ");
     }
-    return QByteArray::fromStdString(line + printableText(text.toStdString()));
+    return QByteArray::fromStdString(line + tree::printableText(text.toStdString()));
 }
 
 } // namespace tessaly

@@ -36,8 +36,8 @@ TerminationSignals::TerminationSignals()
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return; // then the signals end the program as they do without this
     }
-    m_reading = FileDescriptor(ends[0]);
-    m_writing = FileDescriptor(ends[1]);
+    m_reading = scan::FileDescriptor(ends[0]);
+    m_writing = scan::FileDescriptor(ends[1]);
     writingEnd = m_writing.number();
     m_notifier.emplace(m_reading.number(), QSocketNotifier::Read);
     QObject::connect(&*m_notifier, &QSocketNotifier::activated, &*m_notifier, [this] {

@@ -24,8 +24,8 @@ public:
     TerminationSignals &operator=(TerminationSignals &&) = delete;
 
 private:
-    FileDescriptor m_reading;
-    FileDescriptor m_writing;
+    scan::FileDescriptor m_reading;
+    scan::FileDescriptor m_writing;
     std::optional<QSocketNotifier> m_notifier;
 };
 

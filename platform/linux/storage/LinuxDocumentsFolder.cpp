@@ -51,10 +51,10 @@ LinuxDocumentsFolder::LinuxDocumentsFolder(std::string path)
 std::string LinuxDocumentsFolder::path()
 {
     if (const std::error_code error = makePrivateFolder(m_path)) {
-        qCWarning(documentsLog, "cannot make the folder %s: %s", printableText(m_path).c_str(),
-                  error.message().c_str());
+        qCWarning(documentsLog, "cannot make the folder %s: %s",
+                  tree::printableText(m_path).c_str(), error.message().c_str());
     } else if (const std::error_code stillOpen = closeToOthers(m_path)) {
-        qCWarning(documentsLog, "others can look into %s: %s", printableText(m_path).c_str(),
+        qCWarning(documentsLog, "others can look into %s: %s", tree::printableText(m_path).c_str(),
                   stillOpen.message().c_str());
     }
     return m_path;

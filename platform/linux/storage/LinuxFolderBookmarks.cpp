@@ -25,12 +25,13 @@ constexpr const char *pathKey = "path";
 constexpr const char *identityKey = "identity";
 constexpr std::int64_t version = 1;
 
-class DataSink final : public ByteSink {
+class DataSink final : public archive::ByteSink {
 public:
-    Result<Done, ArchiveError> write(std::span<const std::byte> bytes) override
+    archive::Result<archive::Done, archive::ArchiveError>
+    write(std::span<const std::byte> bytes) override
     {
         data.insert(data.end(), bytes.begin(), bytes.end());
-        return Done{};
+        return archive::Done{};
     }
 
     FolderBookmarks::Data data;
@@ -41,55 +42,56 @@ struct Bookmark {
     FolderIdentity identity;
 };
 
-PlistData dataOf(std::string_view bytes)
+archive::PlistData dataOf(std::string_view bytes)
 {
     const auto data = std::as_bytes(std::span(bytes));
     return {data.begin(), data.end()};
 }
 
 template <typename Type>
-const Type *find(const PlistDictionary &dictionary, std::string_view key)
+const Type *find(const archive::PlistDictionary &dictionary, std::string_view key)
 {
     const auto found = dictionary.find(key);
     return found != dictionary.end() ? found->second.as<Type>() : nullptr;
 }
 
-std::string stringOf(const PlistData &data)
+std::string stringOf(const archive::PlistData &data)
 {
     return {reinterpret_cast<const char *>(data.data()), data.size()};
 }
 
 std::optional<FolderBookmarks::Data> encoded(const Bookmark &bookmark)
 {
-    PlistDictionary identity;
+    archive::PlistDictionary identity;
     for (const auto &[name, value] : bookmark.identity) {
         identity.emplace(name, dataOf(value));
     }
-    PlistDictionary content;
+    archive::PlistDictionary content;
     content.emplace(versionKey, version);
     content.emplace(pathKey, dataOf(bookmark.path));
     content.emplace(identityKey, std::move(identity));
     DataSink sink;
-    return writePropertyList(std::move(content), sink) ? std::optional(std::move(sink.data))
-                                                       : std::nullopt;
+    return archive::writePropertyList(std::move(content), sink)
+               ? std::optional(std::move(sink.data))
+               : std::nullopt;
 }
 
 std::optional<Bookmark> decoded(std::span<const std::byte> data)
 {
-    const auto list = readPropertyList(data);
-    const auto *content = list ? list.value().as<PlistDictionary>() : nullptr;
+    const auto list = archive::readPropertyList(data);
+    const auto *content = list ? list.value().as<archive::PlistDictionary>() : nullptr;
     if (content == nullptr) {
         return std::nullopt;
     }
     const auto *itsVersion = find<std::int64_t>(*content, versionKey);
-    const auto *path = find<PlistData>(*content, pathKey);
-    const auto *identity = find<PlistDictionary>(*content, identityKey);
+    const auto *path = find<archive::PlistData>(*content, pathKey);
+    const auto *identity = find<archive::PlistDictionary>(*content, identityKey);
     if (itsVersion == nullptr || *itsVersion != version || path == nullptr || identity == nullptr) {
         return std::nullopt;
     }
     Bookmark bookmark{stringOf(*path), {}};
     for (const auto &[name, value] : *identity) {
-        const auto *bytes = value.as<PlistData>();
+        const auto *bytes = value.as<archive::PlistData>();
         if (bytes == nullptr) {
             return std::nullopt;
         }
@@ -142,7 +144,7 @@ void LinuxFolderBookmarks::stopAccess(std::string_view url)
     const auto access = m_accesses.find(url);
     if (access == m_accesses.end()) {
         qCWarning(bookmarksLog, "access to %s was stopped, but not started",
-                  printableText(url).c_str());
+                  tree::printableText(url).c_str());
     } else if (--access->second == 0) {
         m_accesses.erase(access);
     }

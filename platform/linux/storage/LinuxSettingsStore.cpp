@@ -32,7 +32,7 @@ std::int64_t integerOf(double real) noexcept
 }
 
 /// As SettingsStore::integer() reads it.
-std::int64_t integerOf(const PlistValue &value) noexcept
+std::int64_t integerOf(const archive::PlistValue &value) noexcept
 {
     if (const auto *number = value.as<std::int64_t>()) {
         return *number;
@@ -54,11 +54,11 @@ std::string LinuxSettingsStore::defaultPath()
     return XdgFolders::config() + "/tessaly/settings.plist";
 }
 
-LinuxSettingsStore::LinuxSettingsStore(std::string path, FileCalls &calls,
+LinuxSettingsStore::LinuxSettingsStore(std::string path, archive::FileCalls &calls,
                                        std::chrono::milliseconds timeout)
     : m_file(std::move(path), calls, timeout)
 {
-    AtomicFile::removeLeftovers(m_file.folderOfFile(), calls);
+    archive::AtomicFile::removeLeftovers(m_file.folderOfFile(), calls);
     const std::lock_guard lock(m_fileMutex);
     readStored();
 }
@@ -79,7 +79,7 @@ bool LinuxSettingsStore::hasKey(std::string_view key) const
 std::int64_t LinuxSettingsStore::integer(std::string_view key) const
 {
     const std::lock_guard lock(m_mutex);
-    const PlistValue *value = find(key);
+    const archive::PlistValue *value = find(key);
     return value != nullptr ? integerOf(*value) : 0;
 }
 
@@ -93,7 +93,7 @@ std::optional<std::string> LinuxSettingsStore::text(std::string_view key) const
 std::optional<SettingsStore::Data> LinuxSettingsStore::data(std::string_view key) const
 {
     const std::lock_guard lock(m_mutex);
-    const auto *data = findAs<PlistData>(key);
+    const auto *data = findAs<archive::PlistData>(key);
     return data != nullptr ? std::optional(*data) : std::nullopt;
 }
 
@@ -124,7 +124,7 @@ void LinuxSettingsStore::setText(std::string_view key, std::string_view value)
 
 void LinuxSettingsStore::setData(std::string_view key, std::span<const std::byte> value)
 {
-    PlistData data(value.begin(), value.end());
+    archive::PlistData data(value.begin(), value.end());
     const std::lock_guard lock(m_mutex);
     newChange(key).value.emplace(std::move(data));
 }
@@ -161,7 +161,7 @@ bool LinuxSettingsStore::flush()
 
 /// The value that this process sees; null when there is none. Requires: m_mutex is held, as long as
 /// the value is used.
-const PlistValue *LinuxSettingsStore::find(std::string_view key) const
+const archive::PlistValue *LinuxSettingsStore::find(std::string_view key) const
 {
     const auto stored = m_stored.find(key);
     const auto change = m_changes.find(key);
@@ -174,7 +174,7 @@ const PlistValue *LinuxSettingsStore::find(std::string_view key) const
 template <typename Type>
 const Type *LinuxSettingsStore::findAs(std::string_view key) const
 {
-    const PlistValue *value = find(key);
+    const archive::PlistValue *value = find(key);
     return value != nullptr ? value->as<Type>() : nullptr;
 }
 
@@ -196,7 +196,7 @@ LinuxSettingsStore::Changes LinuxSettingsStore::pendingChanges() const
 }
 
 /// What `stored` holds is on disk now, the changes `flushed` among it.
-void LinuxSettingsStore::adopt(PlistDictionary stored, const Changes &flushed)
+void LinuxSettingsStore::adopt(archive::PlistDictionary stored, const Changes &flushed)
 {
     const std::lock_guard lock(m_mutex);
     m_stored.swap(stored);
@@ -210,7 +210,7 @@ void LinuxSettingsStore::adopt(PlistDictionary stored, const Changes &flushed)
 
 /// Logs what keeps the settings from being read or stored: once until it changes, since every
 /// change is flushed. Requires: m_fileMutex is held.
-void LinuxSettingsStore::warn(const ArchiveError &error)
+void LinuxSettingsStore::warn(const archive::ArchiveError &error)
 {
     std::string text = error.text();
     if (text != m_lastWarning) {
@@ -239,7 +239,8 @@ void LinuxSettingsStore::readStored()
 }
 
 /// Merges the changes into the file. Requires: m_fileMutex is held.
-Result<Done, ArchiveError> LinuxSettingsStore::store(const Changes &changes)
+archive::Result<archive::Done, archive::ArchiveError>
+LinuxSettingsStore::store(const Changes &changes)
 {
     const auto lock = m_file.lock();
     if (!lock) {
@@ -249,8 +250,8 @@ Result<Done, ArchiveError> LinuxSettingsStore::store(const Changes &changes)
     if (!content) {
         return content.error();
     }
-    PlistValue top(content.value() ? std::move(*content.value()) : known());
-    auto &merged = *top.as<PlistDictionary>();
+    archive::PlistValue top(content.value() ? std::move(*content.value()) : known());
+    auto &merged = *top.as<archive::PlistDictionary>();
     for (const auto &[key, change] : changes) {
         if (change.isDefault) {
             merged.try_emplace(key, *change.value);
@@ -264,10 +265,10 @@ Result<Done, ArchiveError> LinuxSettingsStore::store(const Changes &changes)
         return written;
     }
     adopt(std::move(merged), changes);
-    return Done{};
+    return archive::Done{};
 }
 
-PlistDictionary LinuxSettingsStore::known() const
+archive::PlistDictionary LinuxSettingsStore::known() const
 {
     const std::lock_guard lock(m_mutex);
     return m_stored;
@@ -275,7 +276,7 @@ PlistDictionary LinuxSettingsStore::known() const
 
 /// What the file holds; nothing when there is none or none any more, because it was damaged.
 /// Requires: m_fileMutex and the file's lock are held.
-Result<SettingsFile::Content, ArchiveError> LinuxSettingsStore::readOrSetAside()
+archive::Result<SettingsFile::Content, archive::ArchiveError> LinuxSettingsStore::readOrSetAside()
 {
     auto content = m_file.read();
     if (content || !SettingsFile::isDamage(content.error())) {
@@ -286,8 +287,8 @@ Result<SettingsFile::Content, ArchiveError> LinuxSettingsStore::readOrSetAside()
         return newName.error();
     }
     qCWarning(settingsLog, "%s holds no settings (%s); it was set aside as %s",
-              printableText(m_file.path()).c_str(), content.error().text().c_str(),
-              printableText(newName.value()).c_str());
+              tree::printableText(m_file.path()).c_str(), content.error().text().c_str(),
+              tree::printableText(newName.value()).c_str());
     return SettingsFile::Content();
 }
 

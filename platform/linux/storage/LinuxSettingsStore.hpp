@@ -43,7 +43,7 @@ public:
     /// Reads the file. `path` is bytes as the system takes them, `calls` must outlive the store,
     /// and `timeout` is how long it waits for the lock.
     explicit LinuxSettingsStore(std::string path = defaultPath(),
-                                FileCalls &calls = FileCalls::system(),
+                                archive::FileCalls &calls = archive::FileCalls::system(),
                                 std::chrono::milliseconds timeout = defaultTimeout);
     ~LinuxSettingsStore() override;
     LinuxSettingsStore(const LinuxSettingsStore &) = delete;
@@ -66,31 +66,32 @@ public:
 
 private:
     struct Change {
-        std::optional<PlistValue> value; ///< nothing: the key is removed
-        std::uint64_t number = 0;        ///< tells it from a later change of the same key
-        bool isDefault = false;          ///< gives way to a stored value
+        std::optional<archive::PlistValue> value; ///< nothing: the key is removed
+        std::uint64_t number = 0;                 ///< tells it from a later change of the same key
+        bool isDefault = false;                   ///< gives way to a stored value
     };
     using Changes = std::map<std::string, Change, std::less<>>;
 
-    [[nodiscard]] const PlistValue *find(std::string_view key) const;
+    [[nodiscard]] const archive::PlistValue *find(std::string_view key) const;
     template <typename Type>
     [[nodiscard]] const Type *findAs(std::string_view key) const;
     Change &newChange(std::string_view key);
 
     [[nodiscard]] Changes pendingChanges() const;
-    [[nodiscard]] PlistDictionary known() const;
-    void adopt(PlistDictionary stored, const Changes &flushed);
-    void warn(const ArchiveError &error);
+    [[nodiscard]] archive::PlistDictionary known() const;
+    void adopt(archive::PlistDictionary stored, const Changes &flushed);
+    void warn(const archive::ArchiveError &error);
     void readStored();
-    [[nodiscard]] Result<Done, ArchiveError> store(const Changes &changes);
-    [[nodiscard]] Result<SettingsFile::Content, ArchiveError> readOrSetAside();
+    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError>
+    store(const Changes &changes);
+    [[nodiscard]] archive::Result<SettingsFile::Content, archive::ArchiveError> readOrSetAside();
 
     std::mutex m_fileMutex; ///< held by whoever uses m_file; taken before m_mutex
     SettingsFile m_file;
     std::string m_lastWarning; ///< empty when the last use of the file succeeded
 
     mutable std::mutex m_mutex; ///< of what follows; never held while the disk is used
-    PlistDictionary m_stored;
+    archive::PlistDictionary m_stored;
     Changes m_changes;
     std::uint64_t m_changeCount = 0;
 };

@@ -19,7 +19,7 @@ namespace tessaly {
 
 namespace {
 
-using Kind = ArchiveError::Kind;
+using Kind = archive::ArchiveError::Kind;
 
 /// Far more than settings take. What is larger is not read to its end.
 constexpr std::size_t maxSettingsBytes = std::size_t{64} << 20U;
@@ -48,7 +48,8 @@ bool isLackOfLocks(int errorNumber) noexcept
 
 } // namespace
 
-SettingsFile::SettingsFile(std::string path, FileCalls &calls, std::chrono::milliseconds timeout)
+SettingsFile::SettingsFile(std::string path, archive::FileCalls &calls,
+                           std::chrono::milliseconds timeout)
     : m_path(std::move(path)), m_calls(calls), m_timeout(timeout)
 {
 }
@@ -67,21 +68,21 @@ SettingsFile::Lock::Lock(Lock &&other) noexcept
 {
 }
 
-Result<SettingsFile::Lock, ArchiveError> SettingsFile::lock()
+archive::Result<SettingsFile::Lock, archive::ArchiveError> SettingsFile::lock()
 {
     if (const std::error_code error = makePrivateFolder(folder())) {
         return unwritable("cannot make the folder of", error.value());
     }
     const std::string path = m_path + ".lock";
-    const int descriptor =
-        retried([&] { return m_calls.open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600); });
+    const int descriptor = archive::retried(
+        [&] { return m_calls.open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600); });
     if (descriptor < 0) {
         return unwritable("cannot open the lock of", errno);
     }
     Lock lock(m_calls, descriptor);
     const auto timeout = m_isPatient ? m_timeout : std::chrono::milliseconds(0);
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (retried([&] { return m_calls.flock(descriptor, LOCK_EX | LOCK_NB); }) != 0) {
+    while (archive::retried([&] { return m_calls.flock(descriptor, LOCK_EX | LOCK_NB); }) != 0) {
         if (isLackOfLocks(errno)) {
             break; // settings that are kept without a lock are better than none
         }
@@ -98,45 +99,48 @@ Result<SettingsFile::Lock, ArchiveError> SettingsFile::lock()
     return lock;
 }
 
-Result<SettingsFile::Content, ArchiveError> SettingsFile::read()
+archive::Result<SettingsFile::Content, archive::ArchiveError> SettingsFile::read()
 {
     // A FIFO must not keep us waiting for its writer.
-    const int descriptor =
-        retried([&] { return m_calls.open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0); });
+    const int descriptor = archive::retried(
+        [&] { return m_calls.open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0); });
     if (descriptor < 0) {
-        return errno == ENOENT ? Result<Content, ArchiveError>(Content()) : unreadable(errno);
+        return errno == ENOENT ? archive::Result<Content, archive::ArchiveError>(Content())
+                               : unreadable(errno);
     }
     const auto bytes = bytesOf(descriptor);
     m_calls.close(descriptor);
     if (!bytes) {
         return bytes.error();
     }
-    auto list = readPropertyList(bytes.value());
+    auto list = archive::readPropertyList(bytes.value());
     if (!list) {
         return list.error();
     }
-    auto *dictionary = list.value().as<PlistDictionary>();
+    auto *dictionary = list.value().as<archive::PlistDictionary>();
     if (dictionary == nullptr) {
-        return ArchiveError{Kind::damaged, "the top object is no dictionary", {}};
+        return archive::ArchiveError{Kind::damaged, "the top object is no dictionary", {}};
     }
     return Content(std::move(*dictionary));
 }
 
-Result<std::vector<std::byte>, ArchiveError> SettingsFile::bytesOf(int descriptor)
+archive::Result<std::vector<std::byte>, archive::ArchiveError> SettingsFile::bytesOf(int descriptor)
 {
     struct stat status = {};
     if (m_calls.fstat(descriptor, &status) != 0) {
         return unreadable(errno);
     }
     if (!S_ISREG(status.st_mode)) {
-        return ArchiveError{
-            Kind::unreadable, "cannot read " + printableText(m_path) + ": not a regular file", {}};
+        return archive::ArchiveError{Kind::unreadable,
+                                     "cannot read " + tree::printableText(m_path) +
+                                         ": not a regular file",
+                                     {}};
     }
     std::vector<std::byte> bytes;
     std::array<std::byte, 16384> piece{};
     while (bytes.size() <= maxSettingsBytes) {
         const ssize_t count =
-            retried([&] { return m_calls.read(descriptor, piece.data(), piece.size()); });
+            archive::retried([&] { return m_calls.read(descriptor, piece.data(), piece.size()); });
         if (count < 0) {
             return unreadable(errno);
         }
@@ -145,23 +149,23 @@ Result<std::vector<std::byte>, ArchiveError> SettingsFile::bytesOf(int descripto
         }
         bytes.insert(bytes.end(), piece.begin(), piece.begin() + count);
     }
-    return ArchiveError{Kind::damaged, "the file is far too large", {}};
+    return archive::ArchiveError{Kind::damaged, "the file is far too large", {}};
 }
 
-bool SettingsFile::isDamage(const ArchiveError &error) noexcept
+bool SettingsFile::isDamage(const archive::ArchiveError &error) noexcept
 {
     return error.kind == Kind::notAnArchive || error.kind == Kind::truncated ||
            error.kind == Kind::damaged || error.kind == Kind::unsupported;
 }
 
-Result<std::string, ArchiveError> SettingsFile::setAside()
+archive::Result<std::string, archive::ArchiveError> SettingsFile::setAside()
 {
     const std::string target = linkTarget();
     const std::string firstName = target + ".damaged-" + utcNow();
     for (int attempt = 1; attempt <= nameAttempts; ++attempt) {
         std::string name = attempt == 1 ? firstName : firstName + '-' + std::to_string(attempt);
         // Taken by an empty file first: the renaming would replace whatever has the name.
-        const int taken = retried([&] {
+        const int taken = archive::retried([&] {
             return m_calls.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         });
         if (taken < 0 && errno == EEXIST) {
@@ -181,13 +185,14 @@ Result<std::string, ArchiveError> SettingsFile::setAside()
     return unwritable("cannot set aside", EEXIST);
 }
 
-Result<Done, ArchiveError> SettingsFile::write(const PlistValue &content)
+archive::Result<archive::Done, archive::ArchiveError>
+SettingsFile::write(const archive::PlistValue &content)
 {
-    AtomicFile file(linkTarget(), m_calls);
+    archive::AtomicFile file(linkTarget(), m_calls);
     if (auto opened = file.open(); !opened) {
         return opened;
     }
-    if (auto written = writePropertyList(content, file); !written) {
+    if (auto written = archive::writePropertyList(content, file); !written) {
         return written;
     }
     return file.commit();
@@ -220,14 +225,16 @@ std::string SettingsFile::linkTarget() const
     return path;
 }
 
-ArchiveError SettingsFile::unreadable(int errorNumber) const
+archive::ArchiveError SettingsFile::unreadable(int errorNumber) const
 {
-    return systemError(Kind::unreadable, "cannot read " + printableText(m_path), errorNumber);
+    return archive::systemError(Kind::unreadable, "cannot read " + tree::printableText(m_path),
+                                errorNumber);
 }
 
-ArchiveError SettingsFile::unwritable(const std::string &what, int errorNumber) const
+archive::ArchiveError SettingsFile::unwritable(const std::string &what, int errorNumber) const
 {
-    return systemError(Kind::unwritable, what + ' ' + printableText(m_path), errorNumber);
+    return archive::systemError(Kind::unwritable, what + ' ' + tree::printableText(m_path),
+                                errorNumber);
 }
 
 } // namespace tessaly

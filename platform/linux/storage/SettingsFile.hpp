@@ -30,12 +30,13 @@ public:
     /// `timeout`: how long lock() tries while somebody else holds the lock. Holders need it for
     ///             one replacement of the file; one that was stopped meanwhile must not stop us.
     ///             After that was too short, lock() tries only once each time until it succeeds.
-    SettingsFile(std::string path, FileCalls &calls, std::chrono::milliseconds timeout);
+    SettingsFile(std::string path, archive::FileCalls &calls, std::chrono::milliseconds timeout);
 
     /// Holds the lock until it goes.
     class Lock {
     public:
-        Lock(FileCalls &calls, int descriptor) noexcept : m_calls(&calls), m_descriptor(descriptor)
+        Lock(archive::FileCalls &calls, int descriptor) noexcept
+            : m_calls(&calls), m_descriptor(descriptor)
         {
         }
         ~Lock();
@@ -45,27 +46,28 @@ public:
         Lock &operator=(const Lock &) = delete;
 
     private:
-        FileCalls *m_calls;
+        archive::FileCalls *m_calls;
         int m_descriptor; ///< −1 when there is nothing to give back
     };
 
     /// Makes the folder too. An error when the lock cannot be had in time.
-    [[nodiscard]] Result<Lock, ArchiveError> lock();
+    [[nodiscard]] archive::Result<Lock, archive::ArchiveError> lock();
 
     /// What the file holds; nothing when there is no file. When it is damaged (isDamage()), it may
     /// be set aside; after other errors its content may be sound.
-    using Content = std::optional<PlistDictionary>;
-    [[nodiscard]] Result<Content, ArchiveError> read();
+    using Content = std::optional<archive::PlistDictionary>;
+    [[nodiscard]] archive::Result<Content, archive::ArchiveError> read();
 
     /// Whether the error says that the file holds no settings, and not that it cannot be read.
-    [[nodiscard]] static bool isDamage(const ArchiveError &error) noexcept;
+    [[nodiscard]] static bool isDamage(const archive::ArchiveError &error) noexcept;
 
     /// Renames the file to a new name beside it and returns that: "NAME.damaged-20240229T235959Z",
     /// with a number added when that is taken. Requires: the lock.
-    [[nodiscard]] Result<std::string, ArchiveError> setAside();
+    [[nodiscard]] archive::Result<std::string, archive::ArchiveError> setAside();
 
     /// Replaces the file, all at once. Requires: the lock.
-    [[nodiscard]] Result<Done, ArchiveError> write(const PlistValue &content);
+    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError>
+    write(const archive::PlistValue &content);
 
     [[nodiscard]] const std::string &path() const noexcept { return m_path; }
     /// Of the path, where the lock lies.
@@ -75,12 +77,13 @@ public:
 
 private:
     [[nodiscard]] std::string linkTarget() const;
-    [[nodiscard]] Result<std::vector<std::byte>, ArchiveError> bytesOf(int descriptor);
-    [[nodiscard]] ArchiveError unreadable(int errorNumber) const;
-    [[nodiscard]] ArchiveError unwritable(const std::string &what, int errorNumber) const;
+    [[nodiscard]] archive::Result<std::vector<std::byte>, archive::ArchiveError>
+    bytesOf(int descriptor);
+    [[nodiscard]] archive::ArchiveError unreadable(int errorNumber) const;
+    [[nodiscard]] archive::ArchiveError unwritable(const std::string &what, int errorNumber) const;
 
     std::string m_path;
-    FileCalls &m_calls;
+    archive::FileCalls &m_calls;
     std::chrono::milliseconds m_timeout;
     bool m_isPatient = true; ///< false from when the timeout ran out to the next lock
 };

@@ -53,7 +53,8 @@ bool isMediumRemovable(const path &folder, int depth)
 
 } // namespace
 
-std::optional<BlockDevice> BlockDevice::below(const Mount &mount, const VolumeSources &sources)
+std::optional<BlockDevice> BlockDevice::below(const scan::Mount &mount,
+                                              const VolumeSources &sources)
 {
     const path byNumber =
         path(sources.sysfs) / "dev/block" /

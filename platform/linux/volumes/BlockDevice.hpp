@@ -16,7 +16,7 @@ struct VolumeSources;
 class BlockDevice {
 public:
     /// Nothing for file systems that lie on none, and where the kernel does not show it.
-    [[nodiscard]] static std::optional<BlockDevice> below(const Mount &mount,
+    [[nodiscard]] static std::optional<BlockDevice> below(const scan::Mount &mount,
                                                           const VolumeSources &sources);
 
     /// The kernel's name, as "sda1".

@@ -34,13 +34,13 @@ constexpr auto rootEntryPath = "/Volumes//";
 void logNotUnmounted(const std::string &path, const std::string &reason)
 {
     qCWarning(volumesLog).noquote()
-        << "not unmounted:" << QString::fromStdString(printableText(path)) << '-'
-        << QString::fromStdString(printableText(reason));
+        << "not unmounted:" << QString::fromStdString(tree::printableText(path)) << '-'
+        << QString::fromStdString(tree::printableText(reason));
 }
 
 /// What UDisks2 does not know, the user may be allowed to unmount: what FUSE programs show, and
 /// what fstab says. Waits for the outcome; an explanation when it is not unmounted.
-std::optional<std::string> unmountAsUser(const Mount &volume, FileSystemProbe &probe,
+std::optional<std::string> unmountAsUser(const scan::Mount &volume, FileSystemProbe &probe,
                                          std::chrono::milliseconds timeout)
 {
     if (!isFuse(volume.type)) {
@@ -72,7 +72,7 @@ std::optional<std::string> problemOf(const Outcome &outcome)
 /// What a path is asked about: where its entry is mounted.
 std::string mountPathOf(const std::string &path)
 {
-    return path == rootEntryPath ? std::string(rootPath) : cleanPath(path);
+    return path == rootEntryPath ? std::string(scan::rootPath) : cleanPath(path);
 }
 
 VolumeFiguresReader::Source systemFigures(std::shared_ptr<FileSystemProbe> probe)
@@ -97,7 +97,7 @@ struct LinuxVolumeService::Question {
 /// A volume that is to be unmounted. Used on other threads, and after the service is destroyed.
 struct LinuxVolumeService::UnmountRequest {
     std::string path; ///< as it was asked for
-    Mount volume;
+    scan::Mount volume;
     bool mayUser = false;      ///< unmount it without UDisks2
     bool isForUDisks = true;   ///< UDisks2 would take this mount and no other
     bool isMountedOnce = true; ///< and may be ejected
@@ -157,7 +157,7 @@ std::unique_ptr<VolumeEnumerator> LinuxVolumeService::enumerator()
 
 std::string LinuxVolumeService::pathOf(std::string_view name) const
 {
-    if (name == rootPath) {
+    if (name == scan::rootPath) {
         return rootEntryPath;
     }
     return m_list.pathOf(name).value_or(missingVolumes + std::string(name));
@@ -179,7 +179,7 @@ void LinuxVolumeService::readInformation(std::vector<std::string> paths, Answer 
     std::vector<VolumeFiguresReader::Place> places;
     for (const std::string &path : question->paths) {
         const std::string mountPath = mountPathOf(path);
-        const Mount *volume = facts.volumeOf(mountPath);
+        const scan::Mount *volume = facts.volumeOf(mountPath);
         places.push_back({mountPath, volume == nullptr ? 0 : volume->device,
                           volume == nullptr || !isOnLocalDisk(*volume)});
     }
@@ -286,10 +286,10 @@ LinuxVolumeService::requestFor(std::string_view path)
 {
     const VolumeFacts facts(m_sources);
     const std::string mountPoint = cleanPath(path);
-    const Mount *volume = facts.volumeOf(mountPoint);
-    if (volume == nullptr || volume->mountPoint != mountPoint || mountPoint == rootPath) {
-        logNotUnmounted(mountPoint, mountPoint == rootPath ? "the system is on it"
-                                                           : "no volume is mounted there");
+    const scan::Mount *volume = facts.volumeOf(mountPoint);
+    if (volume == nullptr || volume->mountPoint != mountPoint || mountPoint == scan::rootPath) {
+        logNotUnmounted(mountPoint, mountPoint == scan::rootPath ? "the system is on it"
+                                                                 : "no volume is mounted there");
         m_work.poster()([this, path = std::string(path)] { tellRefused(path); });
         return std::nullopt;
     }

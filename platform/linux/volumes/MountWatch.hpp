@@ -20,7 +20,7 @@ public:
     MountWatch(const std::string &mountInfo, std::function<void()> changed);
 
 private:
-    FileDescriptor m_file;
+    scan::FileDescriptor m_file;
     std::unique_ptr<QSocketNotifier> m_notifier; ///< goes before what it watches
 };
 

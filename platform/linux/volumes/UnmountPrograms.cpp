@@ -28,7 +28,8 @@ std::string textFrom(int descriptor)
     std::string text;
     std::array<char, 256> piece{};
     for (;;) {
-        const ssize_t count = retried([&] { return read(descriptor, piece.data(), piece.size()); });
+        const ssize_t count =
+            archive::retried([&] { return read(descriptor, piece.data(), piece.size()); });
         if (count <= 0) {
             break;
         }
@@ -48,8 +49,8 @@ std::optional<std::string> runFirst(const std::vector<Words> &commands)
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         return std::generic_category().message(errno);
     }
-    const FileDescriptor complaints(ends[0]);
-    FileDescriptor otherEnd(ends[1]);
+    const scan::FileDescriptor complaints(ends[0]);
+    scan::FileDescriptor otherEnd(ends[1]);
     pid_t process = 0;
     int error = ENOENT;
     for (const Words &command : commands) {
@@ -64,7 +65,7 @@ std::optional<std::string> runFirst(const std::vector<Words> &commands)
     }
     std::string text = textFrom(complaints.number());
     int status = 0;
-    if (retried([&] { return waitpid(process, &status, 0); }) == process && status == 0) {
+    if (archive::retried([&] { return waitpid(process, &status, 0); }) == process && status == 0) {
         return std::nullopt;
     }
     return text.empty() ? program + " has failed" : text;

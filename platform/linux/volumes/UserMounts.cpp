@@ -36,18 +36,18 @@ UserMounts::UserMounts(const VolumeSources &sources)
         std::string options;
         if (fields >> device >> mountPoint >> type >> options && device.front() != '#' &&
             isForUsers(options)) {
-            m_mountPoints.insert(cleanPath(MountTable::unescaped(mountPoint)));
+            m_mountPoints.insert(cleanPath(scan::MountTable::unescaped(mountPoint)));
         }
     }
 }
 
-bool UserMounts::mayUnmount(const Mount &mount) const
+bool UserMounts::mayUnmount(const scan::Mount &mount) const
 {
     return m_mountPoints.contains(mount.mountPoint) ||
            (isFuse(mount.type) && mount.option("user_id") == std::to_string(m_user));
 }
 
-bool UserMounts::isMountedForUser(const Mount &mount) const
+bool UserMounts::isMountedForUser(const scan::Mount &mount) const
 {
     const std::string folder = folderOf(mount.mountPoint);
     return !m_userName.empty() &&

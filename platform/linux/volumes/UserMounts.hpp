@@ -19,11 +19,11 @@ class UserMounts {
 public:
     explicit UserMounts(const VolumeSources &sources);
 
-    [[nodiscard]] bool mayUnmount(const Mount &mount) const;
+    [[nodiscard]] bool mayUnmount(const scan::Mount &mount) const;
 
     /// Whether it lies where UDisks2 mounts what this user asks for: in the folder of "/media" or
     /// "/run/media" that has the user's name. UDisks2 lets the same user unmount it.
-    [[nodiscard]] bool isMountedForUser(const Mount &mount) const;
+    [[nodiscard]] bool isMountedForUser(const scan::Mount &mount) const;
 
 private:
     uid_t m_user;

@@ -11,27 +11,29 @@
 namespace tessaly {
 
 VolumeFacts::VolumeFacts(const VolumeSources &sources)
-    : m_sources(sources), m_table(MountTable::read(sources.mountInfo).value_or(MountTable())),
+    : m_sources(sources),
+      m_table(scan::MountTable::read(sources.mountInfo).value_or(scan::MountTable())),
       m_volumes(volumesAmong(m_table)), m_userMounts(sources)
 {
 }
 
-const Mount *VolumeFacts::volumeOf(std::string_view path) const
+const scan::Mount *VolumeFacts::volumeOf(std::string_view path) const
 {
-    const Mount *holder = m_table.mountOf(path);
-    const auto found = std::find_if(m_volumes.begin(), m_volumes.end(), [&](const Mount &volume) {
-        return volume.mountPoint == path ||
-               (holder != nullptr && holder->id == volume.id && volume.mountPoint != rootPath);
-    });
+    const scan::Mount *holder = m_table.mountOf(path);
+    const auto found =
+        std::find_if(m_volumes.begin(), m_volumes.end(), [&](const scan::Mount &volume) {
+            return volume.mountPoint == path || (holder != nullptr && holder->id == volume.id &&
+                                                 volume.mountPoint != scan::rootPath);
+        });
     return found == m_volumes.end() ? nullptr : &*found;
 }
 
-std::vector<Mount> VolumeFacts::mountsOfDevice(const Mount &volume) const
+std::vector<scan::Mount> VolumeFacts::mountsOfDevice(const scan::Mount &volume) const
 {
-    std::vector<Mount> mounts;
+    std::vector<scan::Mount> mounts;
     if (volume.source.starts_with("/dev/")) {
         std::copy_if(m_table.mounts().begin(), m_table.mounts().end(), std::back_inserter(mounts),
-                     [&](const Mount &mount) {
+                     [&](const scan::Mount &mount) {
                          return mount.device == volume.device || mount.source == volume.source;
                      });
     }
@@ -42,12 +44,12 @@ VolumeInformation VolumeFacts::informationAbout(std::string_view path,
                                                 const UDisksVolumes *udisks) const
 {
     VolumeInformation information;
-    const Mount *volume = volumeOf(path);
+    const scan::Mount *volume = volumeOf(path);
     if (volume == nullptr) {
         return information;
     }
     information.typeName = volumeTypeName(volume->type);
-    if (volume->mountPoint == rootPath) {
+    if (volume->mountPoint == scan::rootPath) {
         return information;
     }
     const UDisksVolume *known =

@@ -24,11 +24,11 @@ public:
 
     /// The volume that is mounted at a clean path, or that holds it; nullptr for none. Paths below
     /// "/" that are on no other volume are on none.
-    [[nodiscard]] const Mount *volumeOf(std::string_view path) const;
+    [[nodiscard]] const scan::Mount *volumeOf(std::string_view path) const;
 
     /// All mounts of the device that a volume lies on, in the order in which they were mounted.
     /// Empty for what lies on none.
-    [[nodiscard]] std::vector<Mount> mountsOfDevice(const Mount &volume) const;
+    [[nodiscard]] std::vector<scan::Mount> mountsOfDevice(const scan::Mount &volume) const;
 
     /// Its information without the figures. `udisks` is nullptr when there is no UDisks2.
     [[nodiscard]] VolumeInformation informationAbout(std::string_view path,
@@ -36,8 +36,8 @@ public:
 
 private:
     VolumeSources m_sources;
-    MountTable m_table;
-    std::vector<Mount> m_volumes;
+    scan::MountTable m_table;
+    std::vector<scan::Mount> m_volumes;
     UserMounts m_userMounts;
 };
 

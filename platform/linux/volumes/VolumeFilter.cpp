@@ -16,24 +16,24 @@ constexpr std::string_view packageImages = "/tmp/.mount_";
 /// The kernel adds this to the path of a mount whose folder was removed.
 constexpr std::string_view deletedMark = "//deleted";
 
-Mount rootOf(const MountTable &table)
+scan::Mount rootOf(const scan::MountTable &table)
 {
-    if (const Mount *root = table.mountOf(rootPath)) {
+    if (const scan::Mount *root = table.mountOf(scan::rootPath)) {
         return *root;
     }
-    Mount unknown; // the list does not have it where "/" is no mount point, but some folder
-    unknown.mountPoint = rootPath;
+    scan::Mount unknown; // the list does not have it where "/" is no mount point, but some folder
+    unknown.mountPoint = scan::rootPath;
     return unknown;
 }
 
-bool isWholeFileSystem(const Mount &mount)
+bool isWholeFileSystem(const scan::Mount &mount)
 {
     // Subvolumes are mounted by what looks like a folder.
-    return mount.root == rootPath || isMountedByFolder(mount.type) ||
+    return mount.root == scan::rootPath || isMountedByFolder(mount.type) ||
            mount.superOptions.ends_with("subvol=" + mount.root);
 }
 
-bool isVolume(const Mount &mount, const MountTable &table)
+bool isVolume(const scan::Mount &mount, const scan::MountTable &table)
 {
     const std::string_view path = mount.mountPoint;
     return holdsUserData(mount.type) && isWholeFileSystem(mount) &&
@@ -43,16 +43,16 @@ bool isVolume(const Mount &mount, const MountTable &table)
 
 } // namespace
 
-std::vector<Mount> volumesAmong(const MountTable &table)
+std::vector<scan::Mount> volumesAmong(const scan::MountTable &table)
 {
-    std::vector<Mount> volumes = {rootOf(table)};
-    for (const Mount &mount : table.mounts()) {
+    std::vector<scan::Mount> volumes = {rootOf(table)};
+    for (const scan::Mount &mount : table.mounts()) {
         if (!isVolume(mount, table)) {
             continue;
         }
-        const auto before = std::find_if(volumes.begin(), volumes.end(), [&](const Mount &volume) {
-            return volume.device == mount.device;
-        });
+        const auto before =
+            std::find_if(volumes.begin(), volumes.end(),
+                         [&](const scan::Mount &volume) { return volume.device == mount.device; });
         if (before == volumes.end()) {
             volumes.push_back(mount);
         } else if (mount.mountPoint.size() < before->mountPoint.size()) {
@@ -62,7 +62,7 @@ std::vector<Mount> volumesAmong(const MountTable &table)
     return volumes;
 }
 
-bool isOnLocalDisk(const Mount &mount)
+bool isOnLocalDisk(const scan::Mount &mount)
 {
     return mount.source.starts_with("/dev/") && !isFuse(mount.type);
 }

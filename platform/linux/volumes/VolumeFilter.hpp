@@ -11,10 +11,10 @@ namespace tessaly {
 ///
 /// A file system counts once, where the path to it is shortest, however often it is mounted.
 /// Mounts of mere folders (bind mounts) and mounts that others cover count for nothing.
-[[nodiscard]] std::vector<Mount> volumesAmong(const MountTable &table);
+[[nodiscard]] std::vector<scan::Mount> volumesAmong(const scan::MountTable &table);
 
 /// Whether the kernel itself serves the file system from a disk of this computer. Any other one may
 /// never answer: a server may be gone, a program may hang.
-[[nodiscard]] bool isOnLocalDisk(const Mount &mount);
+[[nodiscard]] bool isOnLocalDisk(const scan::Mount &mount);
 
 } // namespace tessaly

@@ -12,8 +12,8 @@ namespace tessaly {
 
 namespace {
 
-std::string labelOf(const Mount &mount, const DeviceLabels &labels, const UDisksVolumes *udisks,
-                    const VolumeSources &sources)
+std::string labelOf(const scan::Mount &mount, const DeviceLabels &labels,
+                    const UDisksVolumes *udisks, const VolumeSources &sources)
 {
     if (const auto device = BlockDevice::below(mount, sources)) {
         if (const auto label = labels.of(device->name())) {
@@ -25,7 +25,7 @@ std::string labelOf(const Mount &mount, const DeviceLabels &labels, const UDisks
     return known == nullptr ? std::string() : known->label;
 }
 
-bool isLocal(const Mount &mount)
+bool isLocal(const scan::Mount &mount)
 {
     constexpr std::string_view devices = "/dev/";
     return mount.source.starts_with(devices) && (!isFuse(mount.type) || mount.type == "fuseblk");
@@ -37,16 +37,16 @@ VolumeList::VolumeList(VolumeSources sources) : m_sources(std::move(sources)) {}
 
 std::vector<VolumeList::Entry> VolumeList::entries(const UDisksVolumes *udisks)
 {
-    const std::vector<Mount> mounts = volumes();
+    const std::vector<scan::Mount> mounts = volumes();
     const DeviceLabels labels(m_sources.devices);
     std::vector<VolumeNames::Volume> named;
-    for (const Mount &mount : mounts) {
+    for (const scan::Mount &mount : mounts) {
         named.push_back(
             {mount.device, mount.mountPoint, labelOf(mount, labels, udisks, m_sources)});
     }
     m_names.assign(named);
     std::vector<Entry> entries;
-    for (const Mount &mount : mounts) {
+    for (const scan::Mount &mount : mounts) {
         entries.push_back({m_names.nameOf(mount.device, mount.mountPoint).value_or(std::string()),
                            mount.mountPoint, mount.id, mount.device, isLocal(mount)});
     }
@@ -59,7 +59,7 @@ std::optional<std::string> VolumeList::pathOf(std::string_view name) const
         return std::string(name); // "/" itself, or what is within it
     }
     const std::size_t end = name.find('/');
-    for (const Mount &mount : volumes()) {
+    for (const scan::Mount &mount : volumes()) {
         if (m_names.nameOf(mount.device, mount.mountPoint) == name.substr(0, end)) {
             return end == std::string_view::npos ? mount.mountPoint
                                                  : mount.mountPoint + std::string(name.substr(end));
@@ -68,9 +68,9 @@ std::optional<std::string> VolumeList::pathOf(std::string_view name) const
     return std::nullopt;
 }
 
-std::vector<Mount> VolumeList::volumes() const
+std::vector<scan::Mount> VolumeList::volumes() const
 {
-    return volumesAmong(MountTable::read(m_sources.mountInfo).value_or(MountTable()));
+    return volumesAmong(scan::MountTable::read(m_sources.mountInfo).value_or(scan::MountTable()));
 }
 
 } // namespace tessaly

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] std::optional<std::string> pathOf(std::string_view name) const;
 
 private:
-    [[nodiscard]] std::vector<Mount> volumes() const;
+    [[nodiscard]] std::vector<scan::Mount> volumes() const;
 
     VolumeSources m_sources;
     VolumeNames m_names;

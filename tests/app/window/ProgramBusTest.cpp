@@ -147,7 +147,7 @@ TEST_F(ProgramBusTest, startsWithASocketWhoseQueueIsFull)
 {
     m_bus->stop();
     const SilentBus bus(0);
-    const FileDescriptor inQueue = SilentBus::connectionToBus();
+    const scan::FileDescriptor inQueue = SilentBus::connectionToBus();
     const auto program = startOnDisplay();
     expectToWork(*program);
 }

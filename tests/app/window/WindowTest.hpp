@@ -108,11 +108,11 @@ protected:
     }
 
     /// A recorded scan of this tree; its key.
-    static std::string recordTree(const ScanTree &tree, double date = 0)
+    static std::string recordTree(const tree::ScanTree &tree, double date = 0)
     {
         auto item = std::make_shared<KORVENHistoryItem>(std::string(tree.root().itemName()), "x");
-        item->setScanDate(Timestamp{date});
-        EXPECT_TRUE(writeScanFile(tree.root(), item->scanFilePath().value()));
+        item->setScanDate(archive::Timestamp{date});
+        EXPECT_TRUE(archive::writeScanFile(tree.root(), item->scanFilePath().value()));
         KORVENHistoryStore::sharedStore().addItem(item);
         return item->scanKey().value();
     }

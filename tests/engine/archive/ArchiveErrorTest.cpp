@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 using Kind = ArchiveError::Kind;
 
@@ -32,4 +32,4 @@ TEST(ArchiveError, aFailureCarriesTheError)
     EXPECT_STREQ(failure.what(), "too short");
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

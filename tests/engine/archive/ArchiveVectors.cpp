@@ -35,22 +35,22 @@ std::string vectorPath(const std::string &file)
     return TESSALY_TEST_DATA_DIR "/archive/" + file;
 }
 
-std::string kindName(ArchiveError::Kind kind)
+std::string kindName(archive::ArchiveError::Kind kind)
 {
     switch (kind) {
-    case ArchiveError::Kind::unreadable:
+    case archive::ArchiveError::Kind::unreadable:
         return "unreadable";
-    case ArchiveError::Kind::unwritable:
+    case archive::ArchiveError::Kind::unwritable:
         return "unwritable";
-    case ArchiveError::Kind::notAnArchive:
+    case archive::ArchiveError::Kind::notAnArchive:
         return "notAnArchive";
-    case ArchiveError::Kind::truncated:
+    case archive::ArchiveError::Kind::truncated:
         return "truncated";
-    case ArchiveError::Kind::damaged:
+    case archive::ArchiveError::Kind::damaged:
         return "damaged";
-    case ArchiveError::Kind::unsupported:
+    case archive::ArchiveError::Kind::unsupported:
         return "unsupported";
-    case ArchiveError::Kind::outOfMemory:
+    case archive::ArchiveError::Kind::outOfMemory:
         return "outOfMemory";
     }
     return "none";

@@ -26,7 +26,7 @@ void PrintTo(const ArchiveVector &vector, std::ostream *out);
 [[nodiscard]] std::string vectorPath(const std::string &file);
 
 /// "damaged", "truncated" and so on.
-[[nodiscard]] std::string kindName(ArchiveError::Kind kind);
+[[nodiscard]] std::string kindName(archive::ArchiveError::Kind kind);
 
 /// A file's content.
 [[nodiscard]] std::string fileText(const std::string &path);

@@ -22,7 +22,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -78,12 +78,13 @@ protected:
 
     TemporaryFolder m_folder;
     std::string m_target = m_folder.path("target");
-    std::shared_ptr<ScanTree> m_old = makeTree("old", {file("a", 1)});
-    std::shared_ptr<ScanTree> m_new = makeTree("new", {file("b", 2), folder("s", {file("c", 3)})});
+    std::shared_ptr<tree::ScanTree> m_old = makeTree("old", {file("a", 1)});
+    std::shared_ptr<tree::ScanTree> m_new =
+        makeTree("new", {file("b", 2), folder("s", {file("c", 3)})});
 };
 
 /// How many calls one replacement makes.
-std::size_t callCount(const LUMFileContainer &root, const std::string &path,
+std::size_t callCount(const tree::LUMFileContainer &root, const std::string &path,
                       std::size_t longestWrite)
 {
     FailingFileCalls calls;
@@ -445,4 +446,4 @@ TEST_F(ScanFileReplacementTest, killedAtAnyMomentTheTargetIsOldOrNew)
     EXPECT_EQ(sortedNames(m_folder), Names{"target"});
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

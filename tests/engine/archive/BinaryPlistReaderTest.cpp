@@ -9,7 +9,7 @@
 #include <optional>
 #include <set>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -355,4 +355,4 @@ TEST(BinaryPlistReader, failuresSayWhere)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

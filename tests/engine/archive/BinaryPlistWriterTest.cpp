@@ -9,7 +9,7 @@
 #include <functional>
 #include <limits>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -231,4 +231,4 @@ TEST(PlistOffsets, keepsTheLowBytesInOrder)
     EXPECT_EQ(packed, literal("\0\0\0\0\1\2\3\4"));
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 namespace {
 
 constexpr std::int64_t secondsFrom1970To2001 = 978'307'200;
@@ -95,4 +95,4 @@ TEST(FileCreationDate, isTheChangeOnAFileSystemWithoutBirths)
 }
 
 } // namespace
-} // namespace tessaly
+} // namespace tessaly::archive

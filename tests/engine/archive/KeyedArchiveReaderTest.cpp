@@ -9,7 +9,7 @@
 #include <limits>
 #include <optional>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -525,4 +525,4 @@ TEST(KeyedArchiveReader, damagedHistoriesAreFoundAtTheirDates)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -16,7 +16,7 @@
 #include <optional>
 #include <set>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -330,4 +330,4 @@ TEST(KeyedArchiveWriter, aSinkThatFailsEndsTheWritingAndAnotherCanBeTried)
     EXPECT_TRUE(fileOf(archive, list) == whole);
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

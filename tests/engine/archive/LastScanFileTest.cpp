@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <filesystem>
 
-namespace tessaly {
+namespace tessaly::archive {
 namespace {
 
 using Names = std::vector<std::string>;
@@ -40,7 +40,7 @@ public:
 /// A folder for the file "last".
 class LastScanFileTest : public testing::Test {
 protected:
-    static std::shared_ptr<ScanTree> treeWith(const std::string &name)
+    static std::shared_ptr<tree::ScanTree> treeWith(const std::string &name)
     {
         return makeTree("/f", {file(name, 1)});
     }
@@ -171,4 +171,4 @@ TEST_F(LastScanFileTest, aFolderInItsPlaceIsLeftAlone)
 }
 
 } // namespace
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -21,7 +21,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -320,4 +320,4 @@ TEST_F(MappedFileDeathTest, aSignalThatIsSurvivedDoesNotSwitchTheGuardOff)
         testing::ExitedWithCode(0), "");
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

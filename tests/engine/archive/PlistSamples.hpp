@@ -9,7 +9,7 @@
 namespace tessaly {
 
 /// What tests/data/property_list/every_type.bplist holds, which another writer wrote.
-[[nodiscard]] PlistValue sampleOfEveryType();
+[[nodiscard]] archive::PlistValue sampleOfEveryType();
 
 struct SampleRecord {
     std::string path;
@@ -22,7 +22,7 @@ struct SampleRecord {
 [[nodiscard]] std::vector<SampleRecord> sampleRecords();
 
 /// Adds a list of the records; the UID is the list's.
-[[nodiscard]] KeyedArchiveWriter::Uid addRecords(KeyedArchiveWriter &archive,
-                                                 const std::vector<SampleRecord> &records);
+[[nodiscard]] archive::KeyedArchiveWriter::Uid addRecords(archive::KeyedArchiveWriter &archive,
+                                                          const std::vector<SampleRecord> &records);
 
 } // namespace tessaly

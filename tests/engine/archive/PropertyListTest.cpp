@@ -12,7 +12,7 @@
 #include <limits>
 #include <optional>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
@@ -398,4 +398,4 @@ TEST(PropertyList, aSinkThatFailsEndsTheWriting)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 TEST(Result, holdsAValueOrAnError)
 {
@@ -27,4 +27,4 @@ TEST(Result, aValueCanBeMovedOut)
     EXPECT_EQ(result.value(), nullptr);
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

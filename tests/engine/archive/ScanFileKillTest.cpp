@@ -21,14 +21,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
 using Names = std::vector<std::string>;
 
 /// Large enough for a dozen writes, and small enough to be written a few hundred times.
-std::shared_ptr<ScanTree> largeTree(const std::string &prefix)
+std::shared_ptr<tree::ScanTree> largeTree(const std::string &prefix)
 {
     std::vector<PlannedNode> folders;
     for (int i = 0; i < 100; ++i) {
@@ -57,7 +57,7 @@ protected:
     }
 
     struct Version {
-        std::shared_ptr<ScanTree> tree;
+        std::shared_ptr<tree::ScanTree> tree;
         std::string bytes;
     };
 
@@ -144,4 +144,4 @@ TEST_F(ScanFileKillTest, killedAtAnyMomentTheTargetIsOldOrNew)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

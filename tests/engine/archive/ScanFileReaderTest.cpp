@@ -13,13 +13,13 @@
 #include <set>
 #include <sstream>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
 using Kind = ArchiveError::Kind;
 using Reference = PlistBuilder::Reference;
-using TreeOrError = Result<std::shared_ptr<ScanTree>, ArchiveError>;
+using TreeOrError = Result<std::shared_ptr<tree::ScanTree>, ArchiveError>;
 
 std::string outcomeOf(const TreeOrError &result)
 {
@@ -103,10 +103,10 @@ private:
 };
 
 /// The distinct places in memory where the names of a root's children lie.
-std::set<const char *> namePlaces(const LUMFileContainer &root)
+std::set<const char *> namePlaces(const tree::LUMFileContainer &root)
 {
     std::set<const char *> places;
-    for (const LUMFileItem &child : root.subitems()) {
+    for (const tree::LUMFileItem &child : root.subitems()) {
         places.insert(child.itemName().data());
     }
     return places;
@@ -201,7 +201,7 @@ TEST(ScanFileReader, parentsAreTakenFromTheChildLists)
          {"valid/basic", "valid/missing_parent", "malformed/parent_wrong"}) {
         const auto tree = readScanFile(vectorPath(name + ".bplist"));
         ASSERT_TRUE(tree) << messageOf(tree);
-        const LUMFileContainer &root = tree.value()->root();
+        const tree::LUMFileContainer &root = tree.value()->root();
         EXPECT_EQ(root.parentContainer(), nullptr);
         EXPECT_EQ(childNamed(root, "s")->asContainer()->parentContainer(), &root);
     }
@@ -212,7 +212,7 @@ TEST(ScanFileReader, aSumOfMoreThan64BitsWrapsAround)
     const auto tree = readScanFile(vectorPath("malformed/sum_overflow.bplist"));
     ASSERT_TRUE(tree);
     std::uint64_t sum = 0;
-    for (const LUMFileItem &child : tree.value()->root().subitems()) {
+    for (const tree::LUMFileItem &child : tree.value()->root().subitems()) {
         sum += child.itemSize();
     }
 
@@ -251,11 +251,11 @@ TEST(ScanFileReader, detailsAreKeptForUnusualNodesOnly)
     ScanFileDetails details;
     const auto tree = readScanFile(vectorPath("valid/missing_size.bplist"), &details);
     ASSERT_TRUE(tree);
-    const LUMFileContainer &root = tree.value()->root();
+    const tree::LUMFileContainer &root = tree.value()->root();
 
     EXPECT_EQ(details.of(root).parent, ScanFileDetails::Parent::none);
     bool hasUnusual = !details.of(root).hasSize;
-    for (const LUMFileItem &child : root.subitems()) {
+    for (const tree::LUMFileItem &child : root.subitems()) {
         hasUnusual = hasUnusual || !details.of(child).hasSize;
         EXPECT_TRUE(ScanFileDetails::usual(child).hasSize);
     }
@@ -271,7 +271,7 @@ TEST(ScanFileReader, detailsTellNamesThatAreOursInAnotherForm)
     ScanFileDetails details;
     const auto tree = readScanArchive(bytes, &details);
     ASSERT_TRUE(tree);
-    const LUMFileItem &child = *tree.value()->root().subitems().begin();
+    const tree::LUMFileItem &child = *tree.value()->root().subitems().begin();
 
     EXPECT_EQ(child.itemName(), "\u00E9");
     EXPECT_EQ(details.of(child).name, u"\xEFC3\xEFA9");
@@ -286,7 +286,7 @@ TEST(ScanFileReader, childrenMayBeSubclasses)
         builder.archive().instance(fancy, {{"subitems", builder.archive().list({builder.item()})}});
     const auto tree = readScanArchive(builder.buildRootOf({folder}));
     ASSERT_TRUE(tree) << messageOf(tree);
-    const LUMFileItem &child = *tree.value()->root().subitems().begin();
+    const tree::LUMFileItem &child = *tree.value()->root().subitems().begin();
 
     ASSERT_TRUE(child.isContainer());
     EXPECT_EQ(child.asContainer()->subitems().size(), 1U);
@@ -388,4 +388,4 @@ TEST(ScanFileReader, aWideTreeOfOneListIsRead)
     EXPECT_EQ(tree.value()->root().subitems().size(), 70'000U);
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

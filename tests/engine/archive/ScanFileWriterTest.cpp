@@ -16,13 +16,13 @@
 #include <set>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 namespace {
 
 using Type = BinaryPlistReader::Type;
 
-Bytes archiveOf(const ScanTree &tree)
+Bytes archiveOf(const tree::ScanTree &tree)
 {
     MemorySink sink;
     const auto written = writeScanArchive(tree.root(), sink);
@@ -32,7 +32,7 @@ Bytes archiveOf(const ScanTree &tree)
 
 /// Writes the tree, reads it and expects the same. Also expects the file to say just what our own
 /// files say.
-void expectRoundTrip(const ScanTree &tree)
+void expectRoundTrip(const tree::ScanTree &tree)
 {
     ScanFileDetails details;
     const auto read = readScanArchive(archiveOf(tree), &details);
@@ -42,7 +42,7 @@ void expectRoundTrip(const ScanTree &tree)
 }
 
 /// The tree after a round trip.
-std::shared_ptr<ScanTree> readBack(const ScanTree &tree)
+std::shared_ptr<tree::ScanTree> readBack(const tree::ScanTree &tree)
 {
     const auto read = readScanArchive(archiveOf(tree));
     EXPECT_TRUE(read);
@@ -126,7 +126,8 @@ TrailerFacts trailerOf(const Bytes &file)
 }
 
 /// A root with so many files that take the fewest objects, two each.
-std::shared_ptr<ScanTree> treeOfPlainFiles(std::size_t count, std::vector<PlannedNode> more = {})
+std::shared_ptr<tree::ScanTree> treeOfPlainFiles(std::size_t count,
+                                                 std::vector<PlannedNode> more = {})
 {
     more.insert(more.end(), count, file(noName));
     return makeTree("root", std::move(more));
@@ -155,23 +156,23 @@ void expectWidthsAround(std::uint64_t edge, unsigned widthBelow, unsigned widthF
 }
 
 /// A random tree of about so many nodes.
-std::shared_ptr<ScanTree> randomTree(std::mt19937_64 &random, std::size_t nodeCount)
+std::shared_ptr<tree::ScanTree> randomTree(std::mt19937_64 &random, std::size_t nodeCount)
 {
-    auto tree = std::make_shared<ScanTree>();
-    const ScanTree::ArenaLease arena = tree->leaseArena();
-    std::vector<LUMFileContainer *> folders{&tree->root()};
+    auto tree = std::make_shared<tree::ScanTree>();
+    const tree::ScanTree::ArenaLease arena = tree->leaseArena();
+    std::vector<tree::LUMFileContainer *> folders{&tree->root()};
     for (std::size_t i = 0; i < nodeCount; ++i) {
         std::string name(random() % 20, '\0');
         const std::uint64_t alphabet = random() % 2 == 0 ? 256 : 128;
         std::generate(name.begin(), name.end(),
                       [&] { return static_cast<char>(random() % alphabet); });
         const std::uint64_t size = random() % 3 == 0 ? 0 : random() >> random() % 64;
-        LUMFileContainer &parent = *folders[random() % folders.size()];
+        tree::LUMFileContainer &parent = *folders[random() % folders.size()];
         if (random() % 5 == 0) {
-            folders.push_back(&arena->make<LUMFileContainer>(name, size));
+            folders.push_back(&arena->make<tree::LUMFileContainer>(name, size));
             parent.subitems().append(*folders.back());
         } else {
-            parent.subitems().append(arena->make<LUMFileItem>(name, size));
+            parent.subitems().append(arena->make<tree::LUMFileItem>(name, size));
         }
     }
     return tree;
@@ -186,7 +187,7 @@ TEST(ScanFileWriter, namesSizesOrderKindsAndParentsComeBack)
     expectRoundTrip(*tree);
 
     const auto read = readBack(*tree);
-    const LUMFileItem *s = childNamed(read->root(), "s");
+    const tree::LUMFileItem *s = childNamed(read->root(), "s");
     EXPECT_EQ(childNames(read->root()), (std::vector<std::string>{"b", "s", "a"}));
     EXPECT_EQ(read->root().parentContainer(), nullptr);
     ASSERT_TRUE(s->isContainer());
@@ -207,7 +208,7 @@ TEST(ScanFileWriter, sizesOfAnyWidthComeBack)
     }
     const auto read = readBack(*makeTree("root", files));
 
-    for (const LUMFileItem &child : read->root().subitems()) {
+    for (const tree::LUMFileItem &child : read->root().subitems()) {
         EXPECT_EQ(std::to_string(child.itemSize()), child.itemName());
     }
     EXPECT_EQ(read->root().subitems().size(), files.size());
@@ -244,8 +245,8 @@ TEST(ScanFileWriter, namesOfAnyBytesComeBack)
 TEST(ScanFileWriter, anEmptyNameAndNoneAreKeptApart)
 {
     const auto read = readBack(*makeTree(noName, {file(""), file(noName)}));
-    const LUMFileItem &first = *read->root().subitems().begin();
-    const LUMFileItem &second = *++read->root().subitems().begin();
+    const tree::LUMFileItem &first = *read->root().subitems().begin();
+    const tree::LUMFileItem &second = *++read->root().subitems().begin();
 
     EXPECT_FALSE(read->root().hasItemName());
     EXPECT_TRUE(first.hasItemName());
@@ -389,4 +390,4 @@ TEST(ScanFileWriter, aSubfolderIsWrittenAsATreeOfItsOwn)
     EXPECT_EQ(dumpOf(*read.value()), "0\tC\t0\t0\t\"s\"\n1\tF\t5\t-\t\"c\"\n");
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -22,7 +22,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::archive {
 namespace {
 
 using Names = std::vector<std::string>;
@@ -244,7 +244,7 @@ protected:
         m_oldBytes = fileText(m_target);
     }
 
-    void replace(const ScanTree &tree, FileCalls &calls) const
+    void replace(const tree::ScanTree &tree, FileCalls &calls) const
     {
         const SetAsideFile last(m_target, calls);
         (void)writeScanFile(tree.root(), m_target, calls);
@@ -279,8 +279,9 @@ protected:
         EXPECT_TRUE(bytes == m_oldBytes || bytes == m_newBytes) << bytes.size() << " bytes";
     }
 
-    std::shared_ptr<ScanTree> m_old = makeTree("old", {file("a", 10), folder("s", {file("b", 5)})});
-    std::shared_ptr<ScanTree> m_new = makeTree("newer", {file("c", 20), file("d", 30)});
+    std::shared_ptr<tree::ScanTree> m_old =
+        makeTree("old", {file("a", 10), folder("s", {file("b", 5)})});
+    std::shared_ptr<tree::ScanTree> m_new = makeTree("newer", {file("c", 20), file("d", 30)});
     std::string m_oldBytes;
     std::string m_newBytes;
     bool m_wasAsideAlone = false;
@@ -352,4 +353,4 @@ TEST_F(SetAsideFileKillTest, killedWhileNobodyElseMayPutItBackItIsPutBackAfterwa
 }
 
 } // namespace
-} // namespace tessaly
+} // namespace tessaly::archive

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-namespace tessaly {
+namespace tessaly::archive {
 
 using namespace std::chrono;
 
@@ -48,4 +48,4 @@ TEST(Timestamp, comparesByTime)
     EXPECT_EQ(Timestamp{2}, Timestamp{2});
 }
 
-} // namespace tessaly
+} // namespace tessaly::archive

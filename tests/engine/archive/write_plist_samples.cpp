@@ -11,10 +11,12 @@ namespace {
 
 using namespace tessaly;
 
-bool writeFile(const std::string &path,
-               const std::function<Result<Done, ArchiveError>(ByteSink &)> &write)
+bool writeFile(
+    const std::string &path,
+    const std::function<archive::Result<archive::Done, archive::ArchiveError>(archive::ByteSink &)>
+        &write)
 {
-    AtomicFile file(path);
+    archive::AtomicFile file(path);
     auto done = file.open();
     done = done ? write(file) : done;
     done = done ? file.commit() : done;
@@ -35,9 +37,11 @@ int main(int argumentCount, char **arguments)
     const std::string folder = arguments[1];
     const bool areWritten =
         writeFile(folder + "/values.bplist",
-                  [](ByteSink &sink) { return writePropertyList(sampleOfEveryType(), sink); }) &&
-        writeFile(folder + "/history.archive", [](ByteSink &sink) {
-            KeyedArchiveWriter archive;
+                  [](archive::ByteSink &sink) {
+                      return archive::writePropertyList(sampleOfEveryType(), sink);
+                  }) &&
+        writeFile(folder + "/history.archive", [](archive::ByteSink &sink) {
+            archive::KeyedArchiveWriter archive;
             const auto list = addRecords(archive, sampleRecords());
             return archive.finish(list, sink);
         });

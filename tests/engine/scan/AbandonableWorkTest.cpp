@@ -8,7 +8,7 @@
 
 using namespace std::chrono_literals;
 
-namespace tessaly {
+namespace tessaly::scan {
 namespace {
 
 constexpr std::chrono::hours forever{1};
@@ -80,4 +80,4 @@ TEST(AbandonableWork, runsOnTheCallersThreadWhenThereIsNoOther)
 }
 
 } // namespace
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -13,7 +13,7 @@
 
 #include <fcntl.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -163,4 +163,4 @@ TEST(DescriptorShare, tellsWhyNothingWasOpened)
     EXPECT_EQ(errno, ENOENT);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -12,7 +12,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -102,4 +102,4 @@ TEST(DirectoryListing, isEmptyForAFolderThatWasRemoved)
     EXPECT_EQ(listing.next(), nullptr);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

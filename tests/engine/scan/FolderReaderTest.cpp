@@ -12,20 +12,20 @@
 #include <dirent.h>
 #include <fcntl.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 class FolderReaderTest : public testing::Test {
 protected:
     using Lines = std::vector<std::string>;
 
-    LUMFileContainer *record(const char *name, unsigned char type)
+    tree::LUMFileContainer *record(const char *name, unsigned char type)
     {
         return m_reader.record(m_folder.descriptor(), {name, type}, m_tree.root());
     }
 
     const TemporaryFolder m_folder;
-    ScanTree m_tree;
-    const ScanTree::ArenaLease m_arena = m_tree.leaseArena();
+    tree::ScanTree m_tree;
+    const tree::ScanTree::ArenaLease m_arena = m_tree.leaseArena();
     const MountPointTree m_mounts = MountPointTree::fromTable({}, "/");
     DescriptorBudget m_budget;
     DescriptorShare m_share{m_budget};
@@ -40,7 +40,7 @@ TEST_F(FolderReaderTest, findsOutTheTypesThatTheFileSystemDoesNotTell)
     m_folder.link("toFile", "file");
 
     EXPECT_EQ(record("file", DT_UNKNOWN), nullptr);
-    const LUMFileContainer *toWalk = record("folder", DT_UNKNOWN);
+    const tree::LUMFileContainer *toWalk = record("folder", DT_UNKNOWN);
     EXPECT_EQ(toWalk, childNamed(m_tree.root(), "folder"));
     EXPECT_EQ(record("toFolder", DT_UNKNOWN), nullptr);
     EXPECT_EQ(record("toFile", DT_UNKNOWN), nullptr);
@@ -64,7 +64,7 @@ TEST_F(FolderReaderTest, asksBeforeEveryEntryWhetherToStop)
         m_folder.file(std::to_string(i) + std::string(100, 'x'));
     }
     for (const int entriesUntilStop : {0, 1, 17, 2999, 3000}) {
-        ScanTree tree;
+        tree::ScanTree tree;
         const FileDescriptor folder(openat(m_folder.descriptor(), ".", O_RDONLY | O_DIRECTORY));
         int asked = 0;
         m_reader.read(
@@ -96,4 +96,4 @@ TEST_F(FolderReaderTest, tellsOfEverySubfolderButNotOfLinks)
     EXPECT_EQ(found, (Lines{"a", "b"}));
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -16,7 +16,7 @@
 #include <sys/inotify.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -30,8 +30,8 @@ Lines linesWithSmallestShare(const TemporaryFolder &folder)
     scan.budget.provide(DescriptorBudget::minShare);
     {
         DescriptorShare share(scan.budget, scan.cancelScanFlag);
-        const ScanTree::ArenaLease arena = scan.tree->leaseArena();
-        auto &top = arena->make<LUMFileContainer>("d", std::uint64_t{0});
+        const tree::ScanTree::ArenaLease arena = scan.tree->leaseArena();
+        auto &top = arena->make<tree::LUMFileContainer>("d", std::uint64_t{0});
         scan.tree->root().subitems().append(top);
         const FileDescriptor root(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY));
         FolderWalk(scan, root.number(), *arena, share).walk({&top, nullptr});
@@ -199,4 +199,4 @@ TEST(FolderWalk, findsAgainAFolderThatOnlyTheShortageMadeItClose)
                "d/y/", "d/y/f 1", "d/z/", "d/z/f 1", "y/", "y/f 1", "z/", "z/f 1"}));
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

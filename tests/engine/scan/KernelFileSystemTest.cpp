@@ -7,7 +7,7 @@
 
 #include <fcntl.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 TEST(KernelFileSystem, tellsKernelFileSystemsFromStorage)
 {
@@ -23,4 +23,4 @@ TEST(KernelFileSystem, isStorageWhenTheSystemDoesNotTell)
     EXPECT_EQ(fileSystemKind(-1), FileSystemKind::storage);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -19,7 +19,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -132,7 +132,7 @@ TEST(LUMThreadedScannerCancel, stopsAWalkInTheMiddleOfALargeFolder)
     const auto scan = std::make_shared<ScanState>();
     scan->mounts = MountPointTree::fromTable({}, folder.path());
     scan->budget.provide(DescriptorBudget::minShare);
-    auto &d = scan->tree->leaseArena()->make<LUMFileContainer>("d", std::uint64_t{0});
+    auto &d = scan->tree->leaseArena()->make<tree::LUMFileContainer>("d", std::uint64_t{0});
     scan->tree->root().subitems().append(d);
     const auto scanRoot =
         std::make_shared<const FileDescriptor>(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY));
@@ -217,4 +217,4 @@ TEST(LUMThreadedScannerCancel, endsWalksThatWaitForDescriptorsWhileAnotherHangs)
     });
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -15,7 +15,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -32,23 +32,23 @@ struct Measure {
     std::size_t deepest = 0;
     std::uint64_t byteCount = 0;
 
-    void file(const LUMFileItem &item)
+    void file(const tree::LUMFileItem &item)
     {
         ++files;
         byteCount += item.itemSize();
     }
-    void enter(const LUMFileContainer & /*folder*/)
+    void enter(const tree::LUMFileContainer & /*folder*/)
     {
         ++folders;
         deepest = std::max(deepest, depth++);
     }
-    void leave(const LUMFileContainer & /*folder*/) { --depth; }
+    void leave(const tree::LUMFileContainer & /*folder*/) { --depth; }
 };
 
-Measure measured(const LUMFileContainer &root)
+Measure measured(const tree::LUMFileContainer &root)
 {
     Measure measure;
-    walkTree(root, measure);
+    tree::walkTree(root, measure);
     return measure;
 }
 
@@ -289,4 +289,4 @@ TEST(LUMThreadedScannerLimits, letACancelledScanOfManySubfoldersEnd)
     EXPECT_EQ(scanner.rootContainer()->subitems().size(), 1000U);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

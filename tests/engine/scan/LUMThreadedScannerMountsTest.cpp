@@ -20,7 +20,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -340,4 +340,4 @@ TEST_F(LUMThreadedScannerMounts, followLinksCarefullyWithFewDescriptors)
     });
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

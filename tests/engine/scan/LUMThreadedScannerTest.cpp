@@ -17,7 +17,7 @@
 #include <sys/sysmacros.h>
 #include <sys/un.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -85,9 +85,9 @@ Lines makeVolumesAmongFolders(const TemporaryFolder &folder, const std::string &
     return {};
 }
 
-void expectEachToHoldOneFile(const LUMFileContainer &folder)
+void expectEachToHoldOneFile(const tree::LUMFileContainer &folder)
 {
-    for (const LUMFileItem &child : folder.subitems()) {
+    for (const tree::LUMFileItem &child : folder.subitems()) {
         ASSERT_TRUE(child.isContainer());
         EXPECT_EQ(childNames(*child.asContainer()), Lines{"inside"}) << child.itemName();
     }
@@ -134,7 +134,7 @@ TEST(LUMThreadedScanner, recordsDeeperFoldersInTheOrderOfTheListing)
 
     const auto root = scanned(folder.path());
 
-    const LUMFileContainer *s = childNamed(*root, "s")->asContainer();
+    const tree::LUMFileContainer *s = childNamed(*root, "s")->asContainer();
     EXPECT_EQ(childNames(*s), listedNames(folder.path("s")));
 }
 
@@ -144,7 +144,7 @@ TEST(LUMThreadedScanner, hasFinishedWhenItReturnsFromAFolderWithoutSubfolders)
     folder.file("a", 1);
     LUMThreadedScanner scanner;
 
-    const LUMFileContainer &root = scanner.scanRootFolder(folder.path());
+    const tree::LUMFileContainer &root = scanner.scanRootFolder(folder.path());
 
     EXPECT_FALSE(scanner.scanInProgress());
     EXPECT_EQ(treeLines(root), Lines{"a 1"});
@@ -191,11 +191,11 @@ TEST(LUMThreadedScanner, stopsListingADeeperFolderAtAnEntryNamedVolumes)
 
     const auto root = scanned(folder.path());
 
-    const LUMFileContainer &one = *childNamed(*root, "one")->asContainer();
+    const tree::LUMFileContainer &one = *childNamed(*root, "one")->asContainer();
     EXPECT_EQ(childNames(one), inOne);
-    const LUMFileContainer &three = *childNamed(*root, "three")->asContainer();
-    const LUMFileContainer &more = *childNamed(three, "more")->asContainer();
-    const LUMFileContainer &deep = *childNamed(more, "deep")->asContainer();
+    const tree::LUMFileContainer &three = *childNamed(*root, "three")->asContainer();
+    const tree::LUMFileContainer &more = *childNamed(three, "more")->asContainer();
+    const tree::LUMFileContainer &deep = *childNamed(more, "deep")->asContainer();
     EXPECT_EQ(childNames(deep), inDeep);
     expectEachToHoldOneFile(deep);
 }
@@ -322,7 +322,7 @@ TEST(LUMThreadedScanner, givesARootWithoutChildrenForWhatCannotBeListed)
           folder.path() + std::string(1, '\0'), std::string(5000, 'x'),
           "/" + std::string(9000, 'x')}) {
         LUMThreadedScanner scanner;
-        const LUMFileContainer &root = scanner.scanRootFolder(path);
+        const tree::LUMFileContainer &root = scanner.scanRootFolder(path);
         EXPECT_FALSE(scanner.scanInProgress());
         EXPECT_TRUE(root.subitems().empty());
         EXPECT_EQ(root.itemName(), path);
@@ -468,14 +468,14 @@ TEST(LUMThreadedScanner, stopsEveryWalkButTheRootsWhenCancelled)
     }});
     scanning = &scanner;
 
-    const LUMFileContainer &root = scanner.scanRootFolder(folder.path());
+    const tree::LUMFileContainer &root = scanner.scanRootFolder(folder.path());
 
     EXPECT_TRUE(scanner.scanWasCancelled());
     EXPECT_FALSE(scanner.scanInProgress());
     const Lines names = listedNames(folder.path());
     EXPECT_EQ(childNames(root), names);
     for (std::size_t i = 0; i < names.size(); ++i) {
-        const LUMFileContainer *subfolder = childNamed(root, names[i])->asContainer();
+        const tree::LUMFileContainer *subfolder = childNamed(root, names[i])->asContainer();
         EXPECT_EQ(subfolder->subitems().size(), i < 2 ? 1U : 0U) << names[i];
     }
 }
@@ -520,7 +520,7 @@ TEST(LUMThreadedScanner, letsSeveralThreadsWaitForItsEnd)
 
 TEST(LUMThreadedScanner, mayGoBeforeItsScanHasEnded)
 {
-    std::shared_ptr<ScanTree> tree;
+    std::shared_ptr<tree::ScanTree> tree;
     std::vector<std::function<void()>> started;
     const TemporaryFolder folder;
     folder.folder("s");
@@ -540,7 +540,7 @@ TEST(LUMThreadedScanner, mayGoBeforeItsScanHasEnded)
 
 TEST(LUMThreadedScanner, mayGoWithItsTreeWhileThreadsAreWalking)
 {
-    std::vector<std::weak_ptr<ScanTree>> trees;
+    std::vector<std::weak_ptr<tree::ScanTree>> trees;
     for (int i = 0; i < 20; ++i) {
         LUMThreadedScanner scanner;
         scanner.scanRootFolder("/usr/share");
@@ -559,7 +559,7 @@ TEST(LUMThreadedScanner, givesARootThatKeepsTheTreeAlive)
     const TemporaryFolder folder;
     folder.folder("s");
     folder.file("s/a", 1);
-    std::shared_ptr<LUMFileContainer> root;
+    std::shared_ptr<tree::LUMFileContainer> root;
     {
         LUMThreadedScanner scanner;
         scanner.scanRootFolder(folder.path());
@@ -574,12 +574,12 @@ TEST(LUMThreadedScanner, scansIntoTheTreeThatItIsGivenBehindWhatIsInIt)
 {
     const TemporaryFolder folder;
     folder.file("a", 1);
-    const auto tree = std::make_shared<ScanTree>();
-    tree->root().subitems().append(tree->leaseArena()->make<LUMFileItem>("before", 2U));
+    const auto tree = std::make_shared<tree::ScanTree>();
+    tree->root().subitems().append(tree->leaseArena()->make<tree::LUMFileItem>("before", 2U));
     LUMThreadedScanner scanner;
     scanner.setRootContainer(tree);
 
-    LUMFileContainer &root = scanner.scanRootFolder(folder.path());
+    tree::LUMFileContainer &root = scanner.scanRootFolder(folder.path());
 
     EXPECT_EQ(&root, &tree->root());
     EXPECT_EQ(scanner.tree(), tree);
@@ -680,4 +680,4 @@ TEST(LUMThreadedScanner, survivesFoldersThatMoveAndVanishMeanwhile)
     mutator.join();
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -9,7 +9,7 @@
 
 #include <sys/stat.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -116,4 +116,4 @@ INSTANTIATE_TEST_SUITE_P(Both, LinkTarget,
                                          Way{"carefully", carefully}),
                          [](const auto &way) { return way.param.name; });
 
-} // namespace tessaly
+} // namespace tessaly::scan

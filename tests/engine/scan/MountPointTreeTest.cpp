@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -109,4 +109,4 @@ TEST(MountPointTree, areUnknownWithoutTheKernelsListOrTheFoldersPath)
     EXPECT_TRUE(MountPointTree::below(-1, "/proc/self/mountinfo").mustAsk(nullptr));
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

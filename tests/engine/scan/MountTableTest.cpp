@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -147,4 +147,4 @@ TEST(MountTable, isNothingWhereThereIsNoList)
     EXPECT_FALSE(MountTable::read(folder.path()));
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tessaly {
+namespace tessaly::scan {
 
 namespace {
 
@@ -117,4 +117,4 @@ TEST(OpenedFolder, leavesNoDescriptorOpen)
     EXPECT_EQ(openDescriptorCount(), before);
 }
 
-} // namespace tessaly
+} // namespace tessaly::scan

@@ -12,7 +12,7 @@
 
 #include <pthread.h>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -56,8 +56,8 @@ TEST(DeepTree, isArchivedAndReadBack)
     runOnSmallStack([] {
         const auto tree = makeDeepTree(depth);
         MemorySink sink;
-        ASSERT_TRUE(writeScanArchive(tree->root(), sink));
-        const auto read = readScanArchive(sink.bytes());
+        ASSERT_TRUE(archive::writeScanArchive(tree->root(), sink));
+        const auto read = archive::readScanArchive(sink.bytes());
         ASSERT_TRUE(read) << read.error().text();
         EXPECT_TRUE(dumpOf(*read.value()) == dumpOf(*tree));
     });
@@ -71,4 +71,4 @@ TEST(DeepTree, isFreed)
     EXPECT_TRUE(watch.expired());
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -190,4 +190,4 @@ TEST(EscapedName, oneOtherByteIsFoundAtEveryLengthAndPlace)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

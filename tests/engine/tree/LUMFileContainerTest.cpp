@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 TEST(LUMFileContainer, aDefaultFolderIsEmptyAndWithoutParent)
 {
@@ -171,4 +171,4 @@ TEST(LUMFileContainer, anInnerFolderDescribesOnlyItself)
                                                             "subitem: ITEM c size:5.00 KB\n");
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -106,4 +106,4 @@ TEST_F(LUMFileItemTest, minus1AloneIsAPlaceholder)
     EXPECT_EQ(LUMFileItem::buildString(-2), "-0.00 KB");
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

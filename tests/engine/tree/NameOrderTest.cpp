@@ -12,7 +12,7 @@
 
 using namespace std::string_literals;
 
-namespace tessaly {
+namespace tessaly::tree {
 namespace {
 
 constexpr auto before = std::strong_ordering::less;
@@ -74,4 +74,4 @@ TEST(NameOrder, isThatOfTheArchivedTextsForAnyBytes)
 }
 
 } // namespace
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -11,7 +11,7 @@
 
 #include <sys/mman.h>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -157,4 +157,4 @@ TEST(NodeArena, nodesAreAlignedAndKeepTheirContent)
     }
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 TEST(PrintableText, leavesTextsOfAnyScriptAlone)
 {
@@ -33,4 +33,4 @@ TEST(PrintableText, showsBytesThatAreNoTextAsQuestionMarks)
               "a??b?");
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -120,4 +120,4 @@ TEST(ScanTree, threadsBuildTheirOwnSubtrees)
     EXPECT_EQ(tree.root().valueOfSubitems(), threadCount * filesEach * (filesEach + 1) / 2);
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

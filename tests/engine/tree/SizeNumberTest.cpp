@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 TEST(SizeNumber, readsIntegersAsTheirLow32Bits)
 {
@@ -44,4 +44,4 @@ TEST(SizeNumber, keepsTheValueAsAReal)
     EXPECT_TRUE(std::isnan(SizeNumber(std::nan("")).value()));
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -8,7 +8,7 @@
 #include <locale>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -129,4 +129,4 @@ TEST(SizeText, theDecimalSignIsAPointInEveryCLocale)
     EXPECT_EQ(sizeText(1'234'567), "1.23 MB");
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -9,16 +9,17 @@ namespace tessaly {
 
 namespace {
 
-void appendChildren(NodeArena &arena, LUMFileContainer &parent,
+void appendChildren(tree::NodeArena &arena, tree::LUMFileContainer &parent,
                     const std::vector<PlannedNode> &children)
 {
     for (const PlannedNode &planned : children) {
-        const NodeArena::StoredName name = planned.name ? arena.storeName(*planned.name) : nullptr;
+        const tree::NodeArena::StoredName name =
+            planned.name ? arena.storeName(*planned.name) : nullptr;
         if (!planned.isFolder) {
-            parent.subitems().append(arena.make<LUMFileItem>(name, planned.size));
+            parent.subitems().append(arena.make<tree::LUMFileItem>(name, planned.size));
             continue;
         }
-        auto &subfolder = arena.make<LUMFileContainer>(name, planned.size);
+        auto &subfolder = arena.make<tree::LUMFileContainer>(name, planned.size);
         parent.subitems().append(subfolder);
         appendChildren(arena, subfolder, planned.children);
     }
@@ -37,37 +38,37 @@ PlannedNode folder(std::optional<std::string> name, std::vector<PlannedNode> chi
     return {std::move(name), size, true, std::move(children)};
 }
 
-std::shared_ptr<ScanTree> makeTree(const PlannedNode &root)
+std::shared_ptr<tree::ScanTree> makeTree(const PlannedNode &root)
 {
-    auto tree = std::make_shared<ScanTree>();
-    const ScanTree::ArenaLease arena = tree->leaseArena();
+    auto tree = std::make_shared<tree::ScanTree>();
+    const tree::ScanTree::ArenaLease arena = tree->leaseArena();
     tree->root().setStoredName(root.name ? arena->storeName(*root.name) : nullptr);
     tree->root().setItemSize(root.size);
     appendChildren(*arena, tree->root(), root.children);
     return tree;
 }
 
-std::shared_ptr<ScanTree> makeTree(std::optional<std::string> name,
-                                   std::vector<PlannedNode> children)
+std::shared_ptr<tree::ScanTree> makeTree(std::optional<std::string> name,
+                                         std::vector<PlannedNode> children)
 {
     return makeTree(folder(std::move(name), std::move(children)));
 }
 
-std::shared_ptr<ScanTree> makeDeepTree(std::size_t depth, std::uint64_t leafByteCount)
+std::shared_ptr<tree::ScanTree> makeDeepTree(std::size_t depth, std::uint64_t leafByteCount)
 {
-    auto tree = std::make_shared<ScanTree>();
-    const ScanTree::ArenaLease arena = tree->leaseArena();
-    LUMFileContainer *deepest = &tree->root();
+    auto tree = std::make_shared<tree::ScanTree>();
+    const tree::ScanTree::ArenaLease arena = tree->leaseArena();
+    tree::LUMFileContainer *deepest = &tree->root();
     for (std::size_t level = 0; level < depth; ++level) {
-        auto &subfolder = arena->make<LUMFileContainer>("d", std::uint64_t{0});
+        auto &subfolder = arena->make<tree::LUMFileContainer>("d", std::uint64_t{0});
         deepest->subitems().append(subfolder);
         deepest = &subfolder;
     }
-    deepest->subitems().append(arena->make<LUMFileItem>("leaf", leafByteCount));
+    deepest->subitems().append(arena->make<tree::LUMFileItem>("leaf", leafByteCount));
     return tree;
 }
 
-std::string dumpOf(const ScanTree &tree)
+std::string dumpOf(const tree::ScanTree &tree)
 {
     std::ostringstream out;
     dumpTree(out, tree.root());

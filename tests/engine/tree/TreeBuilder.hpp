@@ -27,16 +27,16 @@ inline constexpr std::nullopt_t noName = std::nullopt;
                                  std::vector<PlannedNode> children = {}, std::uint64_t size = 0);
 
 /// `makeTree("root", {file("a", 10), folder("s", {file("c", 5)})})`: a tree as a scan makes it.
-[[nodiscard]] std::shared_ptr<ScanTree> makeTree(const PlannedNode &root);
-[[nodiscard]] std::shared_ptr<ScanTree> makeTree(std::optional<std::string> name,
-                                                 std::vector<PlannedNode> children = {});
+[[nodiscard]] std::shared_ptr<tree::ScanTree> makeTree(const PlannedNode &root);
+[[nodiscard]] std::shared_ptr<tree::ScanTree> makeTree(std::optional<std::string> name,
+                                                       std::vector<PlannedNode> children = {});
 
 /// A root with `depth` folders in one another below it, and in the last one a file of
 /// `leafByteCount` bytes named "leaf".
-[[nodiscard]] std::shared_ptr<ScanTree> makeDeepTree(std::size_t depth,
-                                                     std::uint64_t leafByteCount = 1);
+[[nodiscard]] std::shared_ptr<tree::ScanTree> makeDeepTree(std::size_t depth,
+                                                           std::uint64_t leafByteCount = 1);
 
 /// The tree as dumpTree() prints it.
-[[nodiscard]] std::string dumpOf(const ScanTree &tree);
+[[nodiscard]] std::string dumpOf(const tree::ScanTree &tree);
 
 } // namespace tessaly

@@ -15,15 +15,15 @@ namespace {
 struct LineWriter {
     std::vector<std::string> lines;
     std::vector<std::size_t> lengths;
-    std::vector<const LUMFileContainer *> folders;
+    std::vector<const tree::LUMFileContainer *> folders;
     std::string path;
 
-    void file(const LUMFileItem &item)
+    void file(const tree::LUMFileItem &item)
     {
         lines.push_back(path + std::string(item.itemName()) + ' ' +
                         std::to_string(item.itemSize()));
     }
-    void enter(const LUMFileContainer &folder)
+    void enter(const tree::LUMFileContainer &folder)
     {
         EXPECT_EQ(folder.itemSize(), 0U);
         EXPECT_EQ(folder.parentContainer(), folders.empty() ? nullptr : folders.back());
@@ -35,7 +35,7 @@ struct LineWriter {
         }
         folders.push_back(&folder);
     }
-    void leave(const LUMFileContainer & /*folder*/)
+    void leave(const tree::LUMFileContainer & /*folder*/)
     {
         path.resize(lengths.back());
         lengths.pop_back();
@@ -45,18 +45,18 @@ struct LineWriter {
 
 } // namespace
 
-std::vector<std::string> treeLines(const LUMFileContainer &root)
+std::vector<std::string> treeLines(const tree::LUMFileContainer &root)
 {
     LineWriter writer;
-    walkTree(root, writer);
+    tree::walkTree(root, writer);
     std::sort(writer.lines.begin(), writer.lines.end());
     return std::move(writer.lines);
 }
 
-std::vector<std::string> childNames(const LUMFileContainer &folder)
+std::vector<std::string> childNames(const tree::LUMFileContainer &folder)
 {
     std::vector<std::string> names;
-    for (const LUMFileItem &child : folder.subitems()) {
+    for (const tree::LUMFileItem &child : folder.subitems()) {
         names.emplace_back(child.itemName());
     }
     return names;
@@ -77,9 +77,9 @@ std::vector<std::string> listedNames(const std::string &path)
     return names;
 }
 
-const LUMFileItem *childNamed(const LUMFileContainer &folder, std::string_view name)
+const tree::LUMFileItem *childNamed(const tree::LUMFileContainer &folder, std::string_view name)
 {
-    for (const LUMFileItem &child : folder.subitems()) {
+    for (const tree::LUMFileItem &child : folder.subitems()) {
         if (child.itemName() == name) {
             return &child;
         }
@@ -87,9 +87,10 @@ const LUMFileItem *childNamed(const LUMFileContainer &folder, std::string_view n
     return nullptr;
 }
 
-std::shared_ptr<const LUMFileContainer> scanned(std::string_view path, ScanSystem system)
+std::shared_ptr<const tree::LUMFileContainer> scanned(std::string_view path,
+                                                      scan::ScanSystem system)
 {
-    LUMThreadedScanner scanner(std::move(system));
+    scan::LUMThreadedScanner scanner(std::move(system));
     scanner.scanRootFolder(path);
     scanner.waitUntilFinished();
     EXPECT_EQ(scanner.scanThreadCount(), 0);

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace tessaly {
+namespace tessaly::tree {
 
 namespace {
 
@@ -48,4 +48,4 @@ TEST(TreeWalk, staysBelowTheFolderItStartsFrom)
     EXPECT_EQ(traceOf(*tree->root().subitems().begin()->asContainer()), "s(a)s");
 }
 
-} // namespace tessaly
+} // namespace tessaly::tree

@@ -15,7 +15,7 @@
 namespace tessaly {
 namespace {
 
-using Kind = ArchiveError::Kind;
+using Kind = archive::ArchiveError::Kind;
 
 HistoryRecords someRecords(int count)
 {
@@ -113,7 +113,7 @@ TEST_F(HistoryFileTest, aFileWithAWrongByteIsReadOrRefused)
 
 TEST_F(HistoryFileTest, aRecordThatIsListedTwiceIsOneRecord)
 {
-    KeyedArchiveWriter writer;
+    archive::KeyedArchiveWriter writer;
     const auto list = writer.reserve();
     const auto record = writer.reserve();
     KORVENHistoryItem("a", "b").encodeWithCoder(writer, record);

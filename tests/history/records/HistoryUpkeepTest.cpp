@@ -39,7 +39,7 @@ protected:
                    time_t written) const
     {
         const auto tree = makeTree(path, {file("a", byteCount - 1), folder("b", {file("c", 1)})});
-        ASSERT_TRUE(writeScanFile(tree->root(), filePath(key)));
+        ASSERT_TRUE(archive::writeScanFile(tree->root(), filePath(key)));
         const std::array<timespec, 2> times{timespec{written, 0}, timespec{written, 500'000'000}};
         ASSERT_EQ(utimensat(AT_FDCWD, filePath(key).c_str(), times.data(), 0), 0);
     }
@@ -68,7 +68,7 @@ TEST_F(HistoryUpkeepTest, aScanWithoutARecordGetsOneFromItsFile)
     EXPECT_EQ(item.scanPath(), "/home/ada/caf\xE9");
     EXPECT_EQ(item.scanTotal(), "12.35 GB");
     EXPECT_EQ(item.scanKey(), firstKey);
-    EXPECT_EQ(item.scanDate(), Timestamp{60.5});
+    EXPECT_EQ(item.scanDate(), archive::Timestamp{60.5});
     EXPECT_EQ(savedKeys(), Keys{firstKey});
     EXPECT_EQ(m_window.log(), Log{"historyStoreUpdated"});
 
@@ -159,7 +159,7 @@ TEST_F(HistoryUpkeepTest, aFileThatIsBeingWrittenIsLeftAlone)
 {
     writeScan(firstKey, "/a", 1, 0);
     // As AtomicFile holds it until the file is whole and in its place.
-    const FileDescriptor writer(open(filePath(firstKey).c_str(), O_WRONLY | O_CLOEXEC));
+    const scan::FileDescriptor writer(open(filePath(firstKey).c_str(), O_WRONLY | O_CLOEXEC));
     ASSERT_EQ(flock(writer.number(), LOCK_EX), 0);
     const auto store = openStore();
     HistoryUpkeep::run(*store);

@@ -24,12 +24,12 @@ protected:
     /// The record that comes back from an archive.
     static KORVENHistoryItem archivedAndRead(const KORVENHistoryItem &item)
     {
-        KeyedArchiveWriter writer;
+        archive::KeyedArchiveWriter writer;
         const auto place = writer.reserve();
         item.encodeWithCoder(writer, place);
         MemorySink file;
         EXPECT_TRUE(writer.finish(place, file));
-        const KeyedArchiveReader reader(file.bytes());
+        const archive::KeyedArchiveReader reader(file.bytes());
         return {reader, reader.root()};
     }
 
@@ -49,14 +49,14 @@ protected:
 
 TEST_F(KORVENHistoryItemTest, keepsPathAndTotalAndTakesTheTime)
 {
-    const Timestamp before = Timestamp::now();
+    const archive::Timestamp before = archive::Timestamp::now();
     const KORVENHistoryItem item("/home/ada", "12.34 GB");
 
     EXPECT_EQ(item.scanPath(), "/home/ada");
     EXPECT_EQ(item.scanTotal(), "12.34 GB");
     ASSERT_TRUE(item.scanDate());
     EXPECT_GE(*item.scanDate(), before);
-    EXPECT_LE(*item.scanDate(), Timestamp::now());
+    EXPECT_LE(*item.scanDate(), archive::Timestamp::now());
 }
 
 TEST_F(KORVENHistoryItemTest, aKeyIsAnUpperCaseUuid)
@@ -132,7 +132,7 @@ TEST_F(KORVENHistoryItemTest, describesItselfInFourLines)
 {
     KORVENHistoryItem item("/home/ada", "12.34 GB");
     item.setScanKey("KEY");
-    item.setScanDate(Timestamp{0});
+    item.setScanDate(archive::Timestamp{0});
     EXPECT_EQ(item.description(),
               "\nPATH: /home/ada\nTOTL: 12.34 GB\nUUID: KEY\nDATE: 2001-01-01 00:00:00 +0000");
     EXPECT_EQ(emptyItem().description(),
@@ -142,7 +142,7 @@ TEST_F(KORVENHistoryItemTest, describesItselfInFourLines)
 TEST_F(KORVENHistoryItemTest, comesBackFromAnArchive)
 {
     KORVENHistoryItem item("/home/\xC3\xA9lo\xFF\n", "12.34 GB");
-    item.setScanDate(Timestamp{-31708800.125});
+    item.setScanDate(archive::Timestamp{-31708800.125});
     const KORVENHistoryItem read = archivedAndRead(item);
 
     EXPECT_EQ(read.scanPath(), item.scanPath());
@@ -155,16 +155,16 @@ TEST_F(KORVENHistoryItemTest, isWrittenInTheOrderOfPathTotalKeyAndDate)
 {
     KORVENHistoryItem item("/the path", "the total");
     item.setScanKey("the key");
-    item.setScanDate(Timestamp{-1234.5});
-    KeyedArchiveWriter writer;
+    item.setScanDate(archive::Timestamp{-1234.5});
+    archive::KeyedArchiveWriter writer;
     const auto place = writer.reserve();
     item.encodeWithCoder(writer, place);
     MemorySink file;
     ASSERT_TRUE(writer.finish(place, file));
 
-    const KeyedArchiveReader reader(file.bytes());
+    const archive::KeyedArchiveReader reader(file.bytes());
     const auto uidOf = [&](std::string_view key) {
-        KeyedArchiveReader::NameMatcher names{key};
+        archive::KeyedArchiveReader::NameMatcher names{key};
         return reader.uid(*reader.fields(reader.object(reader.root()), names)[0], key);
     };
     EXPECT_LT(uidOf("scanPath"), uidOf("scanTotal"));
@@ -195,14 +195,14 @@ TEST_F(KORVENHistoryItemTest, emptyValuesComeBackEmptyAndSortAsNothing)
 
 TEST_F(KORVENHistoryItemTest, readsARecordWithoutADate)
 {
-    KeyedArchiveWriter writer;
+    archive::KeyedArchiveWriter writer;
     const auto place = writer.reserve();
     const auto path = writer.string("/home/ada");
     writer.instance(place, writer.classNamed("KORVENHistoryItem", {"NSObject"}),
                     {{"scanPath", path}});
     MemorySink file;
     ASSERT_TRUE(writer.finish(place, file));
-    const KeyedArchiveReader reader(file.bytes());
+    const archive::KeyedArchiveReader reader(file.bytes());
 
     const KORVENHistoryItem item(reader, reader.root());
 
@@ -213,14 +213,14 @@ TEST_F(KORVENHistoryItemTest, readsARecordWithoutADate)
 
 TEST_F(KORVENHistoryItemTest, isNotReadFromAnObjectOfAnotherClass)
 {
-    KeyedArchiveWriter writer;
+    archive::KeyedArchiveWriter writer;
     const auto place = writer.reserve();
     writer.instance(place, writer.classNamed("SomethingElse", {"NSObject"}), {});
     MemorySink file;
     ASSERT_TRUE(writer.finish(place, file));
-    const KeyedArchiveReader reader(file.bytes());
+    const archive::KeyedArchiveReader reader(file.bytes());
 
-    EXPECT_THROW((KORVENHistoryItem{reader, reader.root()}), ArchiveFailure);
+    EXPECT_THROW((KORVENHistoryItem{reader, reader.root()}), archive::ArchiveFailure);
 }
 
 } // namespace

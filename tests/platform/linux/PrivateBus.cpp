@@ -77,18 +77,18 @@ void PrivateBus::stop()
     if (m_daemon != nullptr && m_daemon->isRunning()) {
         resume();
     }
-    const std::vector<FileDescriptor> services = startedServices();
+    const std::vector<scan::FileDescriptor> services = startedServices();
     m_daemon.reset();
-    for (const FileDescriptor &service : services) {
+    for (const scan::FileDescriptor &service : services) {
         syscall(SYS_pidfd_send_signal, service.number(), SIGTERM, nullptr, 0);
         pollfd end = {service.number(), POLLIN, 0};
         poll(&end, 1, -1);
     }
 }
 
-std::vector<FileDescriptor> PrivateBus::startedServices() const
+std::vector<scan::FileDescriptor> PrivateBus::startedServices() const
 {
-    std::vector<FileDescriptor> processes;
+    std::vector<scan::FileDescriptor> processes;
     if (m_services.empty() || m_daemon == nullptr || !m_daemon->isRunning()) {
         return processes;
     }

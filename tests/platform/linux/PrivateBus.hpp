@@ -48,7 +48,7 @@ public:
     [[nodiscard]] static bool isInstalled() { return StartedProgram::isInstalled("dbus-daemon"); }
 
 private:
-    [[nodiscard]] std::vector<FileDescriptor> startedServices() const;
+    [[nodiscard]] std::vector<scan::FileDescriptor> startedServices() const;
 
     TemporaryFolder m_folder;
     std::vector<Service> m_services;

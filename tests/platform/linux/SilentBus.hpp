@@ -32,10 +32,10 @@ public:
     }
 
     /// A connection to it.
-    [[nodiscard]] static FileDescriptor connectionToBus()
+    [[nodiscard]] static scan::FileDescriptor connectionToBus()
     {
         const sockaddr_un address = socketAddress();
-        FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        scan::FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
         EXPECT_EQ(connect(connection.number(), reinterpret_cast<const sockaddr *>(&address),
                           sizeof address),
                   0);
@@ -56,9 +56,9 @@ public:
     }
 
     /// Waits for somebody to connect.
-    [[nodiscard]] FileDescriptor connection() const
+    [[nodiscard]] scan::FileDescriptor connection() const
     {
-        return FileDescriptor(accept4(m_socket.number(), nullptr, nullptr, SOCK_CLOEXEC));
+        return scan::FileDescriptor(accept4(m_socket.number(), nullptr, nullptr, SOCK_CLOEXEC));
     }
 
 private:
@@ -71,7 +71,7 @@ private:
         return address;
     }
 
-    FileDescriptor m_socket;
+    scan::FileDescriptor m_socket;
 };
 
 } // namespace tessaly

@@ -82,8 +82,8 @@ StartedProgram::StartedProgram(const std::vector<std::string> &words,
     if (pipe2(pipeEnds.data(), O_CLOEXEC) != 0) {
         throw std::runtime_error("no pipe for " + m_name);
     }
-    m_report = FileDescriptor(pipeEnds[0]);
-    const FileDescriptor reportEnd(pipeEnds[1]);
+    m_report = scan::FileDescriptor(pipeEnds[0]);
+    const scan::FileDescriptor reportEnd(pipeEnds[1]);
     m_process = fork();
     if (m_process == 0) {
         becomeProgram(reportEnd.number(), m_complaints.number(), wordPointers.data(),

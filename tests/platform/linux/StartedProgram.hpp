@@ -49,8 +49,8 @@ public:
 
 private:
     std::string m_name;
-    FileDescriptor m_complaints; ///< its standard error
-    FileDescriptor m_report;
+    scan::FileDescriptor m_complaints; ///< its standard error
+    scan::FileDescriptor m_report;
     pid_t m_process = -1;
 };
 

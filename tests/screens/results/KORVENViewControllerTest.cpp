@@ -89,7 +89,7 @@ TEST_F(KORVENViewControllerTest, aRealNumberBeyond32BitsIsNoPlaceholder)
 
 TEST_F(KORVENViewControllerTest, datesAreFormattedInTheGivenStyles)
 {
-    const Timestamp date{817042699.75};
+    const archive::Timestamp date{817042699.75};
     const DateTexts &dates = m_services.dates;
     const auto wanted = [&](DateStyle day, DateStyle hours) {
         return QString::fromStdString(dates.text(date.systemTime(), day, hours));
@@ -109,7 +109,7 @@ TEST_F(KORVENViewControllerTest, buildsTextsOnAnyThread)
 {
     std::thread worker([] {
         EXPECT_EQ(KORVENViewController::buildString(500), u"0.50 KB"_s);
-        EXPECT_FALSE(KORVENViewController::formatDate(Timestamp{}).isEmpty());
+        EXPECT_FALSE(KORVENViewController::formatDate(archive::Timestamp{}).isEmpty());
     });
     EXPECT_EQ(KORVENViewController::buildString(1500), u"1.50 KB"_s);
     worker.join();
@@ -150,7 +150,8 @@ TEST_F(KORVENViewControllerTest, theStopwatchGivesTheTimeOnce)
     m_controller.startTiming();
     ASSERT_TRUE(m_controller.startTimer());
     EXPECT_FALSE(m_controller.endTimer());
-    m_controller.setStartTimer(Timestamp{m_controller.startTimer()->secondsSince2001 - 100});
+    m_controller.setStartTimer(
+        archive::Timestamp{m_controller.startTimer()->secondsSince2001 - 100});
 
     const double seconds = m_controller.stopTiming();
 
@@ -162,7 +163,7 @@ TEST_F(KORVENViewControllerTest, theStopwatchGivesTheTimeOnce)
 
 TEST_F(KORVENViewControllerTest, startingTheStopwatchForgetsItsEnd)
 {
-    m_controller.setEndTimer(Timestamp{1});
+    m_controller.setEndTimer(archive::Timestamp{1});
     m_controller.startTiming();
     EXPECT_FALSE(m_controller.endTimer());
 }

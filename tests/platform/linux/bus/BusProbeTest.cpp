@@ -34,13 +34,13 @@ public:
         EXPECT_EQ(listen(m_socket.number(), 0), 0);
     }
 
-    [[nodiscard]] FileDescriptor connection() const
+    [[nodiscard]] scan::FileDescriptor connection() const
     {
-        return FileDescriptor(accept4(m_socket.number(), nullptr, nullptr, SOCK_CLOEXEC));
+        return scan::FileDescriptor(accept4(m_socket.number(), nullptr, nullptr, SOCK_CLOEXEC));
     }
 
 private:
-    FileDescriptor m_socket;
+    scan::FileDescriptor m_socket;
 };
 
 bool isReadable(const BusProbe &probe)
@@ -55,7 +55,7 @@ TEST(BusProbe, isReadableOnceTheBusHasAnswered)
     const Listener bus(folder.path("bus"));
     const BusProbe probe("unix:path=" + folder.path("bus"));
     ASSERT_TRUE(probe.isConnected());
-    const FileDescriptor connection = bus.connection();
+    const scan::FileDescriptor connection = bus.connection();
     std::array<char, 64> bytes{};
     const auto count = read(connection.number(), bytes.data(), bytes.size());
     EXPECT_EQ(std::string(bytes.data(), static_cast<std::size_t>(count)),

@@ -403,8 +403,8 @@ TEST_F(LinuxNotifierTest, doesNotWaitForAServiceThatDoesNotStart)
     const TemporaryFolder folder;
     ASSERT_EQ(mkfifo(folder.path("started").c_str(), 0600), 0);
     ASSERT_EQ(mkfifo(folder.path("end").c_str(), 0600), 0);
-    const FileDescriptor started(open(folder.path("started").c_str(), O_RDWR | O_CLOEXEC));
-    const FileDescriptor end(open(folder.path("end").c_str(), O_RDWR | O_CLOEXEC));
+    const scan::FileDescriptor started(open(folder.path("started").c_str(), O_RDWR | O_CLOEXEC));
+    const scan::FileDescriptor end(open(folder.path("end").c_str(), O_RDWR | O_CLOEXEC));
     // It reports, never takes its name, and goes when the other end of its input does.
     m_bus.reset();
     m_bus = std::make_unique<PrivateBus>(std::vector<PrivateBus::Service>{
@@ -424,7 +424,7 @@ TEST(LinuxNotifier, doesNotWaitForABusThatDoesNotAnswer)
     const SilentBus bus;
     auto notifier = std::make_unique<LinuxNotifier>();
     notifier->post(notification("a1", "a"));
-    const FileDescriptor connection = bus.connection();
+    const scan::FileDescriptor connection = bus.connection();
     ASSERT_TRUE(connection.isOpen());
     notifier->post(notification("a2", "a"));
     notifier.reset();

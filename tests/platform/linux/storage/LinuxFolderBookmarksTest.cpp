@@ -23,16 +23,16 @@ namespace {
 
 using Data = FolderBookmarks::Data;
 
-PlistData dataOf(std::string_view text)
+archive::PlistData dataOf(std::string_view text)
 {
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};
 }
 
-Data plistOf(const PlistValue &value)
+Data plistOf(const archive::PlistValue &value)
 {
     MemorySink sink;
-    EXPECT_TRUE(writePropertyList(value, sink));
+    EXPECT_TRUE(archive::writePropertyList(value, sink));
     return sink.bytes();
 }
 
@@ -177,43 +177,43 @@ TEST_F(LinuxFolderBookmarksTest, aFolderOnAnUnpluggedDriveResolvesWhenTheDriveIs
 TEST_F(LinuxFolderBookmarksTest, dataHoldsThePathAsBytesAndTheFoldersIdentity)
 {
     m_folder.folder("\xFF");
-    const auto list = readPropertyList(bookmarkOf("\xFF"));
+    const auto list = archive::readPropertyList(bookmarkOf("\xFF"));
     ASSERT_TRUE(list);
-    const auto *content = list.value().as<PlistDictionary>();
+    const auto *content = list.value().as<archive::PlistDictionary>();
 
     ASSERT_NE(content, nullptr);
     ASSERT_EQ(content->size(), 3U);
-    EXPECT_EQ(content->at("version"), PlistValue(1));
-    EXPECT_EQ(content->at("path"), PlistValue(dataOf(m_folder.path("\xFF"))));
-    const auto *identity = content->at("identity").as<PlistDictionary>();
+    EXPECT_EQ(content->at("version"), archive::PlistValue(1));
+    EXPECT_EQ(content->at("path"), archive::PlistValue(dataOf(m_folder.path("\xFF"))));
+    const auto *identity = content->at("identity").as<archive::PlistDictionary>();
     ASSERT_NE(identity, nullptr);
     EXPECT_TRUE(identity->contains("fileSystem"));
 }
 
 TEST_F(LinuxFolderBookmarksTest, dataThatLacksAnythingResolvesToNothing)
 {
-    const auto list = readPropertyList(bookmarkOf("a"));
+    const auto list = archive::readPropertyList(bookmarkOf("a"));
     ASSERT_TRUE(list);
-    const auto *whole = list.value().as<PlistDictionary>();
+    const auto *whole = list.value().as<archive::PlistDictionary>();
     ASSERT_NE(whole, nullptr);
     EXPECT_EQ(m_bookmarks.resolve(plistOf(*whole)), url("a"));
     for (const auto &[key, value] : *whole) {
-        PlistDictionary content = *whole;
+        archive::PlistDictionary content = *whole;
         content.erase(key);
         EXPECT_EQ(m_bookmarks.resolve(plistOf(content)), std::nullopt) << key;
         content[key] = "of another type";
         EXPECT_EQ(m_bookmarks.resolve(plistOf(content)), std::nullopt) << key;
     }
-    for (const auto &[key, value] : std::vector<std::pair<std::string, PlistValue>>{
+    for (const auto &[key, value] : std::vector<std::pair<std::string, archive::PlistValue>>{
              {"version", 2},
              {"path", dataOf("")},
              {"path", dataOf("tmp")},
              {"path", dataOf(m_folder.path("missing"))},
              {"path", dataOf(std::string(m_folder.path("a")) + '\0')},
-             {"identity", PlistDictionary()},
-             {"identity", PlistDictionary{{"fileSystem", 1}}},
-             {"identity", PlistDictionary{{"fileSystem", dataOf("1")}}}}) {
-        PlistDictionary content = *whole;
+             {"identity", archive::PlistDictionary()},
+             {"identity", archive::PlistDictionary{{"fileSystem", 1}}},
+             {"identity", archive::PlistDictionary{{"fileSystem", dataOf("1")}}}}) {
+        archive::PlistDictionary content = *whole;
         content[key] = value;
         EXPECT_EQ(m_bookmarks.resolve(plistOf(content)), std::nullopt) << key;
     }

@@ -29,7 +29,7 @@ using Names = std::vector<std::string>;
 
 constexpr std::chrono::milliseconds atOnce{0};
 
-class NoRenaming final : public FileCalls {
+class NoRenaming final : public archive::FileCalls {
 public:
     int rename(const char * /*from*/, const char * /*to*/) override
     {
@@ -41,16 +41,17 @@ public:
 class LinuxSettingsStoreTest : public testing::Test {
 protected:
     /// What is on disk, read on its own.
-    [[nodiscard]] PlistDictionary onDisk() const
+    [[nodiscard]] archive::PlistDictionary onDisk() const
     {
-        auto content = SettingsFile(m_path, FileCalls::system(), atOnce).read();
+        auto content = SettingsFile(m_path, archive::FileCalls::system(), atOnce).read();
         EXPECT_TRUE(content) << (content ? "" : content.error().text());
-        return content && content.value() ? std::move(*content.value()) : PlistDictionary();
+        return content && content.value() ? std::move(*content.value())
+                                          : archive::PlistDictionary();
     }
 
-    void putOnDisk(const PlistDictionary &content) const
+    void putOnDisk(const archive::PlistDictionary &content) const
     {
-        ASSERT_TRUE(SettingsFile(m_path, FileCalls::system(), atOnce).write(content));
+        ASSERT_TRUE(SettingsFile(m_path, archive::FileCalls::system(), atOnce).write(content));
     }
 
     /// The content of the one file that was set aside.
@@ -94,7 +95,7 @@ TEST_F(LinuxSettingsStoreTest, changesLastThoughNobodyFlushedThem)
 {
     LinuxSettingsStore(m_path).setInteger("key", 1);
 
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, thePrivateFolderIsMadeWithTheFirstChange)
@@ -122,16 +123,17 @@ TEST_F(LinuxSettingsStoreTest, aPathWithoutFolderLiesInTheCurrentOne)
         EXPECT_TRUE(store.flush());
     });
 
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, valuesOfOtherTypesReadAsNothingAndStayAsTheyAre)
 {
-    const PlistDictionary others{{"array", PlistArray{1, "two"}},
-                                 {"date", PlistDate{1.5}},
-                                 {"dictionary", PlistDictionary{{"inner", PlistArray()}}},
-                                 {"null", PlistValue()},
-                                 {"uid", PlistUid{4}}};
+    const archive::PlistDictionary others{
+        {"array", archive::PlistArray{1, "two"}},
+        {"date", archive::PlistDate{1.5}},
+        {"dictionary", archive::PlistDictionary{{"inner", archive::PlistArray()}}},
+        {"null", archive::PlistValue()},
+        {"uid", archive::PlistUid{4}}};
     putOnDisk(others);
     LinuxSettingsStore store(m_path);
     for (const auto &[key, value] : others) {
@@ -143,7 +145,7 @@ TEST_F(LinuxSettingsStoreTest, valuesOfOtherTypesReadAsNothingAndStayAsTheyAre)
     store.setInteger("key", 1);
     EXPECT_TRUE(store.flush());
 
-    PlistDictionary expected = others;
+    archive::PlistDictionary expected = others;
     expected.emplace("key", 1);
     EXPECT_EQ(onDisk(), expected);
 }
@@ -153,7 +155,7 @@ TEST_F(LinuxSettingsStoreTest, numbersOfOtherTypesReadAsIntegersAndStayAsTheyAre
     constexpr std::int64_t first = std::numeric_limits<std::int64_t>::min();
     constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    const std::vector<std::pair<PlistValue, std::int64_t>> cases{
+    const std::vector<std::pair<archive::PlistValue, std::int64_t>> cases{
         {false, 0},
         {true, 1},
         {4.0, 4},
@@ -169,7 +171,7 @@ TEST_F(LinuxSettingsStoreTest, numbersOfOtherTypesReadAsIntegersAndStayAsTheyAre
         {-0x1.0000000000001p63, first},
         {std::uint64_t{1} << 63U, last},
         {std::numeric_limits<std::uint64_t>::max(), last}};
-    PlistDictionary numbers;
+    archive::PlistDictionary numbers;
     for (const auto &[number, expected] : cases) {
         numbers.emplace("key " + std::to_string(numbers.size()), number);
     }
@@ -201,7 +203,7 @@ TEST_F(LinuxSettingsStoreTest, readingAsAnotherTypeRewritesNothing)
     }
 
     EXPECT_EQ(inodeOf(m_path), before);
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", "4"}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", "4"}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aFlushWithoutChangesWritesNothing)
@@ -224,7 +226,7 @@ TEST_F(LinuxSettingsStoreTest, twoInstancesKeepEachOthersKeys)
     second.setInteger("of the second", 2);
     EXPECT_TRUE(first.flush());
     EXPECT_TRUE(second.flush());
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"of the first", 1}, {"of the second", 2}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"of the first", 1}, {"of the second", 2}}));
     EXPECT_EQ(second.integer("of the first"), 1);
 
     first.setText("another of the first", "text");
@@ -278,15 +280,15 @@ TEST_F(LinuxSettingsStoreTest, aDefaultGivesWayToWhatCouldNotBeReadBefore)
     EXPECT_EQ(store.integer("key"), 7);
     EXPECT_EQ(store.text("text"), "seven");
     EXPECT_EQ(store.integer("missing"), 1);
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 7}, {"missing", 1}, {"text", "seven"}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 7}, {"missing", 1}, {"text", "seven"}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aDefaultGivesWayToWhatAnotherInstanceStored)
 {
-    LinuxSettingsStore second(m_path, FileCalls::system(), atOnce);
+    LinuxSettingsStore second(m_path, archive::FileCalls::system(), atOnce);
     second.setDefault("key", 1);
     {
-        const auto lock = SettingsFile(m_path, FileCalls::system(), atOnce).lock();
+        const auto lock = SettingsFile(m_path, archive::FileCalls::system(), atOnce).lock();
         const LoggedWarnings log;
         EXPECT_FALSE(second.flush()); // so it is still pending when the other one has stored
         EXPECT_EQ(log.lines().size(), 1U);
@@ -297,7 +299,7 @@ TEST_F(LinuxSettingsStoreTest, aDefaultGivesWayToWhatAnotherInstanceStored)
 
     EXPECT_TRUE(second.flush());
     EXPECT_EQ(second.integer("key"), 7);
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 7}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 7}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aValueThatWasSetAfterTheDefaultStays)
@@ -311,7 +313,7 @@ TEST_F(LinuxSettingsStoreTest, aValueThatWasSetAfterTheDefaultStays)
     second.setDefault("key", 1);
 
     EXPECT_TRUE(second.flush());
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 2}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 2}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aDefaultTakesThePlaceOfAValueThatWasRemoved)
@@ -323,7 +325,7 @@ TEST_F(LinuxSettingsStoreTest, aDefaultTakesThePlaceOfAValueThatWasRemoved)
     EXPECT_EQ(store.integer("key"), 1);
 
     EXPECT_TRUE(store.flush());
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, whatAnotherInstanceRemovedDoesNotComeBack)
@@ -339,7 +341,7 @@ TEST_F(LinuxSettingsStoreTest, whatAnotherInstanceRemovedDoesNotComeBack)
     first.setInteger("other", 2);
     EXPECT_TRUE(first.flush());
     EXPECT_FALSE(first.hasKey("key"));
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"other", 2}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"other", 2}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, threadsOfSeveralInstancesLoseNothing)
@@ -383,10 +385,10 @@ TEST_F(LinuxSettingsStoreTest, valuesAreReadAndChangedWhileAnotherThreadWaitsFor
     calls.beforeEach = [] {};
     EXPECT_EQ(seen, calls.log().size() - callsBefore);
     EXPECT_EQ(store.integer("key"), 2);
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}, {"other", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}, {"other", 1}}));
 
     EXPECT_TRUE(store.flush()); // what was changed meanwhile was still pending
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 2}, {"other", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 2}, {"other", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aDamagedFileIsSetAsideWithAWarning)
@@ -402,7 +404,7 @@ TEST_F(LinuxSettingsStoreTest, aDamagedFileIsSetAsideWithAWarning)
 
     store.setInteger("key", 1);
     EXPECT_TRUE(store.flush());
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}}));
     EXPECT_EQ(setAside(), "damaged\n");
 }
 
@@ -417,7 +419,7 @@ TEST_F(LinuxSettingsStoreTest, aFileThatIsDamagedMeanwhileTakesNothingThatIsKnow
     EXPECT_TRUE(store.flush());
 
     EXPECT_EQ(setAside(), "damaged");
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"known", 1}, {"new", 2}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"known", 1}, {"new", 2}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aFileThatIsRemovedMeanwhileTakesNothingThatIsKnown)
@@ -431,7 +433,7 @@ TEST_F(LinuxSettingsStoreTest, aFileThatIsRemovedMeanwhileTakesNothingThatIsKnow
 
     store.setInteger("new", 2);
     EXPECT_TRUE(store.flush());
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"known", 1}, {"new", 2}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"known", 1}, {"new", 2}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aFileThatAnotherInstanceMendedMeanwhileIsNotSetAside)
@@ -503,7 +505,7 @@ TEST_F(LinuxSettingsStoreTest, whatIsNoFileIsLeftAlone)
 
     ASSERT_EQ(unlink(m_path.c_str()), 0);
     EXPECT_TRUE(store.flush());
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, whatCannotBeReadForNowIsReadLater)
@@ -520,7 +522,7 @@ TEST_F(LinuxSettingsStoreTest, whatCannotBeReadForNowIsReadLater)
     EXPECT_TRUE(store.flush());
 
     EXPECT_EQ(store.integer("old"), 1);
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"new", 2}, {"old", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"new", 2}, {"old", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aReadOnlyFolderKeepsTheChangesPending)
@@ -541,7 +543,7 @@ TEST_F(LinuxSettingsStoreTest, aReadOnlyFolderKeepsTheChangesPending)
                                      ": Permission denied"});
     });
 
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"old", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"old", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, theSameFailureIsLoggedOnceUntilItIsOver)
@@ -601,7 +603,7 @@ TEST_F(LinuxSettingsStoreTest, aDamagedFileBehindALinkIsSetAsideThere)
     store.setInteger("key", 1);
     EXPECT_TRUE(store.flush());
     EXPECT_TRUE(isLink(m_path));
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}}));
     const Names names = namesIn(m_folder.path("dotfiles"));
     ASSERT_EQ(names.size(), 2U);
     EXPECT_EQ(names[0], "mine");
@@ -622,10 +624,10 @@ TEST_F(LinuxSettingsStoreTest, linksInACircleAreLeftAlone)
 
 TEST_F(LinuxSettingsStoreTest, whileAnotherHoldsTheLockTheChangesStayPending)
 {
-    LinuxSettingsStore store(m_path, FileCalls::system(), atOnce);
+    LinuxSettingsStore store(m_path, archive::FileCalls::system(), atOnce);
     store.setInteger("key", 1);
     {
-        const auto lock = SettingsFile(m_path, FileCalls::system(), atOnce).lock();
+        const auto lock = SettingsFile(m_path, archive::FileCalls::system(), atOnce).lock();
         ASSERT_TRUE(lock);
         const LoggedWarnings log;
         EXPECT_FALSE(store.flush());
@@ -635,15 +637,15 @@ TEST_F(LinuxSettingsStoreTest, whileAnotherHoldsTheLockTheChangesStayPending)
     }
 
     EXPECT_TRUE(store.flush());
-    EXPECT_EQ(onDisk(), (PlistDictionary{{"key", 1}}));
+    EXPECT_EQ(onDisk(), (archive::PlistDictionary{{"key", 1}}));
 }
 
 TEST_F(LinuxSettingsStoreTest, aFlushWithoutChangesWaitsForNoLock)
 {
     putOnDisk({{"key", 1}});
-    const auto lock = SettingsFile(m_path, FileCalls::system(), atOnce).lock();
+    const auto lock = SettingsFile(m_path, archive::FileCalls::system(), atOnce).lock();
     ASSERT_TRUE(lock);
-    LinuxSettingsStore store(m_path, FileCalls::system(), std::chrono::hours(1));
+    LinuxSettingsStore store(m_path, archive::FileCalls::system(), std::chrono::hours(1));
 
     EXPECT_TRUE(store.flush());
     EXPECT_EQ(store.integer("key"), 1);
@@ -651,8 +653,8 @@ TEST_F(LinuxSettingsStoreTest, aFlushWithoutChangesWaitsForNoLock)
 
 TEST_F(LinuxSettingsStoreTest, whateverCallFailsNothingIsLost)
 {
-    const PlistDictionary old{{"kept", "text"}, {"removed", 1}};
-    PlistDictionary merged{{"kept", "text"}, {"new", 2}};
+    const archive::PlistDictionary old{{"kept", "text"}, {"removed", 1}};
+    archive::PlistDictionary merged{{"kept", "text"}, {"new", 2}};
     const int descriptors = openDescriptorCount();
     const LoggedWarnings log;
     for (const int errorNumber : {ENOSPC, EIO, EDQUOT, EROFS, ENOMEM}) {

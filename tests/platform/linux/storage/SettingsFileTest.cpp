@@ -21,20 +21,21 @@ using namespace std::string_literals;
 namespace tessaly {
 namespace {
 
-using Kind = ArchiveError::Kind;
+using Kind = archive::ArchiveError::Kind;
 using Names = std::vector<std::string>;
 
 constexpr std::chrono::milliseconds atOnce{0};
 
 class SettingsFileTest : public testing::Test {
 protected:
-    [[nodiscard]] SettingsFile settingsFile(FileCalls &calls = FileCalls::system()) const
+    [[nodiscard]] SettingsFile
+    settingsFile(archive::FileCalls &calls = archive::FileCalls::system()) const
     {
         return {m_path, calls, atOnce};
     }
 
     /// The kind of error that reading ends in.
-    [[nodiscard]] Kind kindOfReading(FileCalls &calls = FileCalls::system()) const
+    [[nodiscard]] Kind kindOfReading(archive::FileCalls &calls = archive::FileCalls::system()) const
     {
         const auto content = settingsFile(calls).read();
         EXPECT_FALSE(content);
@@ -61,7 +62,8 @@ TEST_F(SettingsFileTest, aMissingFileHoldsNothing)
 
 TEST_F(SettingsFileTest, whatIsWrittenIsReadBack)
 {
-    const PlistDictionary dictionary{{"a", 1}, {"b", "text"}, {"c", PlistArray{true, 1.5}}};
+    const archive::PlistDictionary dictionary{
+        {"a", 1}, {"b", "text"}, {"c", archive::PlistArray{true, 1.5}}};
     ASSERT_TRUE(settingsFile().write(dictionary));
     const auto content = settingsFile().read();
 
@@ -73,9 +75,9 @@ TEST_F(SettingsFileTest, whatIsWrittenIsReadBack)
 
 TEST_F(SettingsFileTest, aFileThatHoldsNoSettingsIsDamaged)
 {
-    ASSERT_TRUE(settingsFile().write(PlistDictionary{{"key", "some text"}}));
+    ASSERT_TRUE(settingsFile().write(archive::PlistDictionary{{"key", "some text"}}));
     const std::string whole = textOfFile(m_path);
-    const PlistArray array{1, 2};
+    const archive::PlistArray array{1, 2};
     ASSERT_TRUE(settingsFile().write(array));
     const std::string noDictionary = textOfFile(m_path);
 
@@ -115,7 +117,7 @@ TEST_F(SettingsFileTest, aReadErrorIsNoDamage)
 
 TEST_F(SettingsFileTest, readingGoesOnAfterSignals)
 {
-    ASSERT_TRUE(settingsFile().write(PlistDictionary{{"key", 1}}));
+    ASSERT_TRUE(settingsFile().write(archive::PlistDictionary{{"key", 1}}));
     for (const std::size_t call : {0U, 2U}) { // open, read
         FailingFileCalls calls;
         calls.failingCall = call;
@@ -180,7 +182,8 @@ TEST_F(SettingsFileTest, theLockIsHeldByOneAtATime)
 
 TEST_F(SettingsFileTest, theLockIsWaitedFor)
 {
-    auto lock = std::make_unique<Result<SettingsFile::Lock, ArchiveError>>(settingsFile().lock());
+    auto lock = std::make_unique<archive::Result<SettingsFile::Lock, archive::ArchiveError>>(
+        settingsFile().lock());
     ASSERT_TRUE(*lock);
     FailingFileCalls calls;
     calls.beforeEach = [&] {
@@ -230,7 +233,8 @@ TEST_F(SettingsFileTest, theLockOfAProcessThatWasKilledIsFree)
 
 TEST_F(SettingsFileTest, theLockIsGivenBackThoughAProcessThatWasForkedLivesOn)
 {
-    auto lock = std::make_unique<Result<SettingsFile::Lock, ArchiveError>>(settingsFile().lock());
+    auto lock = std::make_unique<archive::Result<SettingsFile::Lock, archive::ArchiveError>>(
+        settingsFile().lock());
     ASSERT_TRUE(*lock);
     KillableChild child([] { pause(); });
     lock.reset();

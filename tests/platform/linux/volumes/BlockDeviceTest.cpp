@@ -10,9 +10,9 @@ namespace tessaly {
 
 namespace {
 
-Mount mountOf(unsigned major, unsigned minor, const std::string &source = "none")
+scan::Mount mountOf(unsigned major, unsigned minor, const std::string &source = "none")
 {
-    Mount mount;
+    scan::Mount mount;
     mount.device = makedev(major, minor);
     mount.source = source;
     return mount;

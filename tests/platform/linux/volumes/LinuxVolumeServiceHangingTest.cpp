@@ -143,7 +143,8 @@ TEST_F(LinuxVolumeServiceHangingTest, unmountsAVolumeWhoseProgramStandsStill)
 
 TEST_F(LinuxVolumeServiceHangingTest, leavesAVolumeInUseThatAnswers)
 {
-    const FileDescriptor use(open(m_folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const scan::FileDescriptor use(
+        open(m_folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const LogLines log("tessaly.platform.volumes");
     unmount();
     EXPECT_TRUE(isMounted());

@@ -203,10 +203,12 @@ TEST_F(LinuxVolumeServiceMountsTest, umountRefusesAUserOneOfSeveralMounts)
     constexpr mode_t openToAll = 0755;
     ASSERT_EQ(chmod(m_folder.path().c_str(), openToAll), 0);
     const auto mountCount = [this] {
-        const auto table = MountTable::read("/proc/self/mountinfo").value_or(MountTable());
-        return std::count_if(
-            table.mounts().begin(), table.mounts().end(),
-            [this](const Mount &mount) { return mount.mountPoint.starts_with(m_folder.path()); });
+        const auto table =
+            scan::MountTable::read("/proc/self/mountinfo").value_or(scan::MountTable());
+        return std::count_if(table.mounts().begin(), table.mounts().end(),
+                             [this](const scan::Mount &mount) {
+                                 return mount.mountPoint.starts_with(m_folder.path());
+                             });
     };
     ASSERT_EQ(mountCount(), 2);
     runUnprivileged([this] {

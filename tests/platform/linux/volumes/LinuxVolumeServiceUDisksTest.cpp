@@ -124,7 +124,7 @@ TEST_F(LinuxVolumeServiceUDisksTest, unmountsTheStickAndTells)
 TEST_F(LinuxVolumeServiceUDisksTest, leavesAStickInUseWhereItIs)
 {
     waitForStick();
-    const FileDescriptor use(open("/run/my media", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const scan::FileDescriptor use(open("/run/my media", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const LogLines log("tessaly.platform.volumes");
     const auto isRefused = [] {
         const Names lines = LogLines::waitFor(0);

@@ -8,10 +8,10 @@ namespace tessaly {
 
 namespace {
 
-Mount mountAt(const std::string &path, const std::string &type = "ext4",
-              const std::string &options = "rw")
+scan::Mount mountAt(const std::string &path, const std::string &type = "ext4",
+                    const std::string &options = "rw")
 {
-    Mount mount;
+    scan::Mount mount;
     mount.mountPoint = path;
     mount.type = type;
     mount.superOptions = options;

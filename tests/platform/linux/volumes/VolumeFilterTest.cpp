@@ -17,13 +17,13 @@ class VolumeFilterTest : public testing::Test {
 protected:
     [[nodiscard]] Paths paths() const
     {
-        return pathsIn(*MountTable::read(m_system.sources().mountInfo));
+        return pathsIn(*scan::MountTable::read(m_system.sources().mountInfo));
     }
 
-    static Paths pathsIn(const MountTable &table)
+    static Paths pathsIn(const scan::MountTable &table)
     {
         Paths paths;
-        for (const Mount &volume : volumesAmong(table)) {
+        for (const scan::Mount &volume : volumesAmong(table)) {
             paths.push_back(volume.mountPoint);
         }
         return paths;
@@ -46,7 +46,7 @@ TEST_F(VolumeFilterTest, takesTheRootFirstWhateverItIs)
 TEST_F(VolumeFilterTest, takesTheRootEvenIfTheListLacksIt)
 {
     EXPECT_EQ(paths(), Paths{"/"});
-    EXPECT_EQ(pathsIn(MountTable()), Paths{"/"});
+    EXPECT_EQ(pathsIn(scan::MountTable()), Paths{"/"});
 }
 
 TEST_F(VolumeFilterTest, leavesOutKernelMemoryAndDesktop)
@@ -127,10 +127,11 @@ TEST_F(VolumeFilterTest, leavesOutWhatCannotBeReached)
     const std::string rest = " 8:4 / /mnt rw - xfs /dev/sda4 rw\n";
     EXPECT_EQ(paths(), (Paths{"/", "/mnt"}));
 
-    const auto covered = MountTable::fromText("20 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
-                                              "21 20 8:2 / /mnt rw - ext4 /dev/sda2 rw\n" +
-                                              std::string("22 ") + std::to_string(below) + rest);
-    const std::vector<Mount> volumes = volumesAmong(covered);
+    const auto covered =
+        scan::MountTable::fromText("20 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                                   "21 20 8:2 / /mnt rw - ext4 /dev/sda2 rw\n" +
+                                   std::string("22 ") + std::to_string(below) + rest);
+    const std::vector<scan::Mount> volumes = volumesAmong(covered);
     ASSERT_EQ(volumes.size(), 2U);
     EXPECT_EQ(volumes[1].source, "/dev/sda4");
 }
