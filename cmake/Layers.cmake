@@ -9,7 +9,7 @@
 # them.
 
 set(TESSALY_LAYERS
-    tree scan archive platform platform_linux resources delegate controls
+    tree scan archive platform platform_linux resources delegate controls screen
     preview_protocol preview_decoder preview results records history screens drives window)
 
 set(TESSALY_FOLDER_tree              engine/tree)
@@ -20,6 +20,7 @@ set(TESSALY_FOLDER_platform_linux    platform/linux)
 set(TESSALY_FOLDER_resources         resources)
 set(TESSALY_FOLDER_delegate          app/delegate)
 set(TESSALY_FOLDER_controls          app/controls)
+set(TESSALY_FOLDER_screen            app/screen)
 set(TESSALY_FOLDER_preview_protocol  preview/protocol)
 set(TESSALY_FOLDER_preview_decoder   preview/decoder)
 set(TESSALY_FOLDER_preview           preview)
@@ -38,15 +39,16 @@ set(TESSALY_MAY_USE_platform_linux    tree scan archive platform)
 set(TESSALY_MAY_USE_resources)
 set(TESSALY_MAY_USE_delegate          platform)
 set(TESSALY_MAY_USE_controls          tree resources)
+set(TESSALY_MAY_USE_screen            delegate controls)
 set(TESSALY_MAY_USE_preview_protocol  scan)
 set(TESSALY_MAY_USE_preview_decoder   scan preview_protocol)
 set(TESSALY_MAY_USE_preview           tree scan archive platform preview_protocol)
 set(TESSALY_MAY_USE_results           tree archive platform resources delegate controls)
 set(TESSALY_MAY_USE_records           tree scan archive platform delegate)
-set(TESSALY_MAY_USE_history           platform resources delegate controls records)
+set(TESSALY_MAY_USE_history           platform resources delegate controls screen records)
 set(TESSALY_MAY_USE_screens
     tree scan archive platform resources delegate controls results records)
-set(TESSALY_MAY_USE_drives            tree platform resources delegate controls)
+set(TESSALY_MAY_USE_drives            tree platform resources delegate controls screen)
 set(TESSALY_MAY_USE_window            platform resources delegate controls history screens drives)
 
 # tessaly_library(<layer> [CLASSES <path>...] [SOURCES <.cpp>...] [HEADERS <.hpp>...]

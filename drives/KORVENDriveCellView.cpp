@@ -70,6 +70,7 @@ KORVENDriveCellView::~KORVENDriveCellView() = default;
 std::unique_ptr<KORVENDriveCellView>
 KORVENDriveCellView::tableCellViewWithNibNamed(const QString &name, const QObject * /*owner*/)
 {
+    InterfaceFile::registerWidget<KORVENDriveCellView>("KORVENDriveCellView");
     InterfaceFile::Loaded loaded = InterfaceFile::load(name);
     auto *cell = qobject_cast<KORVENDriveCellView *>(loaded.root.get());
     if (cell == nullptr) {

@@ -2,8 +2,6 @@
 
 #include "app/controls/bars/KORVENProgressBar.hpp"
 #include "app/controls/buttons/KORVENButton.hpp"
-#include "app/controls/interface/InterfaceFile.hpp"
-#include "app/controls/tables/CellTableView.hpp"
 #include "app/controls/tables/CellTexts.hpp"
 #include "app/controls/tables/IconView.hpp"
 #include "app/controls/text/NameLabel.hpp"
@@ -18,13 +16,12 @@
 #include "resources/Artwork.hpp"
 
 #include <QLabel>
-#include <QStackedWidget>
+#include <QPointer>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <memory>
 #include <set>
 #include <utility>
 
@@ -59,14 +56,14 @@ float shareOf(const KORVENDriveObject &row)
 } // namespace
 
 KORVENDriveViewController::KORVENDriveViewController(const QString &nibName)
+    : TableScreen(*this, nibName, cellsOf<KORVENDriveCellView>(cellIdentifier, cellFile, this)),
+      m_sortButton(find<KORVENButton>("sortButton")),
+      m_launchButton(find<KORVENButton>("launchButton")), m_countLabel(find<QLabel>("countLabel"))
 {
-    InterfaceFile::registerWidget<KORVENDriveCellView>("KORVENDriveCellView");
-    InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
-    if (!loaded.root) {
-        qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
-    }
-    m_view = loaded.root.release();
-    findOutlets();
+    makeCaption(m_countLabel);
+    wire({{"refreshButton", [this] { refreshClicked(); }},
+          {"sortButton", [this] { sortClicked(); }},
+          {"launchButton", [this] { launchClicked(); }}});
     services().volumes.setChangeListener([guard = QPointer(this)] {
         if (guard) {
             guard->discMounted();
@@ -78,8 +75,8 @@ KORVENDriveViewController::KORVENDriveViewController(const QString &nibName)
         }
     });
     connect(&m_ejecting, &EjectingVolumes::changed, this, [this] {
-        for (int row = 0; m_view && row < numberOfRowsInTableView(); ++row) {
-            if (KORVENDriveCellView *cell = cellAt(row)) {
+        for (int row = 0; view() != nullptr && row < numberOfRowsInTableView(); ++row) {
+            if (KORVENDriveCellView *cell = cellAt<KORVENDriveCellView>(row)) {
                 cell->showEjectControl(m_ejecting.contains(rowAt(row).diskName()));
             }
         }
@@ -88,78 +85,35 @@ KORVENDriveViewController::KORVENDriveViewController(const QString &nibName)
 
 KORVENDriveViewController::~KORVENDriveViewController()
 {
-    if (m_view) {
-        m_tableView->setDataSource(nullptr);
-        delete m_view;
-    }
+    closeView();
 }
 
-void KORVENDriveViewController::findOutlets()
+void KORVENDriveViewController::setUp()
 {
-    QWidget &view = *m_view;
-    m_tableView = &outlet<CellTableView>(view, "tableView");
-    m_refreshButton = &outlet<KORVENButton>(view, "refreshButton");
-    m_sortButton = &outlet<KORVENButton>(view, "sortButton");
-    m_launchButton = &outlet<KORVENButton>(view, "launchButton");
-    m_countLabel = &outlet<QLabel>(view, "countLabel");
-    m_drivePages = &outlet<QStackedWidget>(view, "drivePages");
-    m_emptyPage = &outlet<QWidget>(view, "emptyPage");
-    m_emptyTitle = &outlet<QLabel>(view, "emptyTitle");
-    m_emptyText = &outlet<QLabel>(view, "emptyText");
-    makeCaption(*m_countLabel);
-    makeTitle(*m_emptyTitle);
-    makeCaption(*m_emptyText);
-
-    const QStringList missing = wireActions(view, *this,
-                                            {{"refreshButton", [this] { refreshClicked(); }},
-                                             {"sortButton", [this] { sortClicked(); }},
-                                             {"launchButton", [this] { launchClicked(); }}});
-    if (!missing.isEmpty()) {
-        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
-    }
-}
-
-void KORVENDriveViewController::awakeFromNib()
-{
-    if (!m_firstRunFlag) {
-        return;
-    }
-    m_firstRunFlag = false;
     m_sortBySizeFlag = true;
-    m_sortButton->setTitle(tr("Sort by name"));
-    prepareCells();
-    m_tableView->setDataSource(this);
-    m_countLabel->clear();
-    m_emptyTitle->setText(tr("Looking for volumes…"));
-    m_emptyText->hide();
-    m_drivePages->setCurrentWidget(m_emptyPage);
-    m_launchButton->hide(); // until it is known that there is something to launch
+    m_sortButton.setTitle(tr("Sort by name"));
+    fitRowHeight();
+    m_countLabel.clear();
+    setEmptyTexts(tr("Looking for volumes…"), {});
+    showEmptyPage();
+    m_launchButton.hide(); // until it is known that there is something to launch
     lookForDiskUtility();
     runScanDrives();
 }
 
-void KORVENDriveViewController::prepareCells()
+/// Fits the rows to the fonts, which may be larger than those that the cells were designed with.
+void KORVENDriveViewController::fitRowHeight()
 {
-    if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-        for (KORVENButton *button : {m_refreshButton, m_sortButton, m_launchButton}) {
-            button->set10p7Mode();
-        }
-    } else {
-        m_tableView->registerCells(cellIdentifier, [this] {
-            return KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
-        });
-    }
-    // The fonts may be larger than those that the rows were drawn up for.
     m_sampleCell = KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
     if (m_sampleCell == nullptr) {
-        m_tableView->setRowHeight(minRowHeight);
+        table().setRowHeight(minRowHeight);
         return;
     }
     for (QLabel *figure :
          {m_sampleCell->driveTotal(), m_sampleCell->driveUsed(), m_sampleCell->driveFree()}) {
         figure->setText(widestFigure);
     }
-    m_tableView->setRowHeightForWidth(
+    table().setRowHeightForWidth(
         [this](int width) { return std::max(minRowHeight, m_sampleCell->heightForWidth(width)); });
 }
 
@@ -174,7 +128,7 @@ void KORVENDriveViewController::runScanDrives()
     }
     const unsigned number = ++m_scanNumber;
     const auto isCurrent = [guard = QPointer(this), number] {
-        return guard && guard->m_view && guard->m_scanNumber == number;
+        return guard && guard->view() != nullptr && guard->m_scanNumber == number;
     };
     volumes.readInformation(
         std::move(paths),
@@ -194,7 +148,7 @@ void KORVENDriveViewController::showDrives(const std::vector<std::string> &names
                                            const std::vector<VolumeInformation> &information)
 {
     const std::string selected = selectedName();
-    m_tableView->clearSelection(); // it is about the rows that go
+    table().clearSelection(); // it is about the rows that go
     m_disksArray.clear();
     for (std::size_t i = 0; i < names.size(); ++i) {
         const VolumeInformation known =
@@ -219,7 +173,7 @@ void KORVENDriveViewController::showLateFigures(const std::string &name,
     const std::string selected = selectedName();
     *row = withFigures(*row, figures);
     sortDrives(m_disksArray, m_sortBySizeFlag ? DriveOrder::size : DriveOrder::name);
-    m_tableView->reloadData();
+    table().reloadData();
     selectName(selected);
 }
 
@@ -236,21 +190,19 @@ void KORVENDriveViewController::showCountOrEmptyState()
 {
     const std::size_t count = m_disksArray.size();
     if (count == 0) {
-        m_countLabel->clear();
-        m_emptyTitle->setText(tr("No volumes found"));
-        m_emptyText->setText(tr("A drive appears here as soon as it is mounted."));
-        m_emptyText->show();
-        m_drivePages->setCurrentWidget(m_emptyPage);
+        m_countLabel.clear();
+        setEmptyTexts(tr("No volumes found"), tr("A drive appears here as soon as it is mounted."));
+        showEmptyPage();
         return;
     }
-    m_countLabel->setText(count == 1 ? tr("1 volume") : tr("%1 volumes").arg(count));
-    m_drivePages->setCurrentWidget(m_tableView);
+    m_countLabel.setText(count == 1 ? tr("1 volume") : tr("%1 volumes").arg(count));
+    showTable();
 }
 
 void KORVENDriveViewController::refreshTable()
 {
     const std::string selected = selectedName();
-    m_tableView->reloadData();
+    table().reloadData();
     selectName(selected);
 }
 
@@ -269,8 +221,8 @@ void KORVENDriveViewController::lookForDiskUtility()
 {
     services().applications.askWhetherInstalled(
         diskUtility, [guard = QPointer(this)](bool isInstalled) {
-            if (guard && guard->m_view) {
-                guard->m_launchButton->setVisible(isInstalled);
+            if (guard && guard->view() != nullptr) {
+                guard->m_launchButton.setVisible(isInstalled);
                 emit guard->diskUtilityLookedFor(isInstalled);
             }
         });
@@ -284,7 +236,7 @@ void KORVENDriveViewController::launchClicked()
 void KORVENDriveViewController::sortClicked()
 {
     m_sortBySizeFlag = !m_sortBySizeFlag;
-    m_sortButton->setTitle(m_sortBySizeFlag ? tr("Sort by name") : tr("Sort by size"));
+    m_sortButton.setTitle(m_sortBySizeFlag ? tr("Sort by name") : tr("Sort by size"));
     sortTable();
 }
 
@@ -292,15 +244,15 @@ void KORVENDriveViewController::sortTable()
 {
     const std::string selected = selectedName();
     sortDrives(m_disksArray, m_sortBySizeFlag ? DriveOrder::size : DriveOrder::name);
-    m_tableView->reloadData();
-    m_tableView->scrollToTop();
+    table().reloadData();
+    table().scrollToTop();
     selectName(selected);
 }
 
 std::string KORVENDriveViewController::selectedName() const
 {
-    const int row = m_tableView->selectedRow();
-    return row >= 0 && row < numberOfRowsInTableView() ? rowAt(row).diskName() : std::string();
+    const int row = table().selectedRow();
+    return isRow(row) ? rowAt(row).diskName() : std::string();
 }
 
 void KORVENDriveViewController::selectName(const std::string &name)
@@ -308,20 +260,13 @@ void KORVENDriveViewController::selectName(const std::string &name)
     const auto found = std::find_if(m_disksArray.begin(), m_disksArray.end(),
                                     [&](const auto &row) { return row.diskName() == name; });
     if (found != m_disksArray.end()) {
-        m_tableView->setAutoScroll(false); // what is in view stays there
-        m_tableView->selectRow(static_cast<int>(found - m_disksArray.begin()));
-        m_tableView->setAutoScroll(true);
+        selectInPlace(static_cast<int>(found - m_disksArray.begin()));
     }
 }
 
 const KORVENDriveObject &KORVENDriveViewController::rowAt(int row) const
 {
     return m_disksArray[static_cast<std::size_t>(row)];
-}
-
-KORVENDriveCellView *KORVENDriveViewController::cellAt(int row) const
-{
-    return qobject_cast<KORVENDriveCellView *>(m_tableView->cellForRow(row));
 }
 
 int KORVENDriveViewController::numberOfRowsInTableView() const
@@ -331,27 +276,16 @@ int KORVENDriveViewController::numberOfRowsInTableView() const
 
 QWidget *KORVENDriveViewController::viewForTableColumn(int row)
 {
-    if (row < 0 || row >= numberOfRowsInTableView()) {
+    if (!isRow(row)) {
         return nullptr;
     }
-    QWidget *cell = m_tableView->makeView(cellIdentifier);
-    if (cell == nullptr) {
-        std::unique_ptr<KORVENDriveCellView> made;
-        if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-            made = KORVENDriveCellView::tableCellViewWithNibNamed(cellFile, this);
-        }
-        if (!made) {
-            made = std::make_unique<KORVENDriveCellView>();
-        }
-        cell = m_tableView->adoptView(std::move(made), cellIdentifier);
-    }
-    fillCell(*cell, rowAt(row));
-    return cell;
+    auto &cell = makeCell<KORVENDriveCellView>();
+    fillCell(cell, rowAt(row));
+    return &cell;
 }
 
-void KORVENDriveViewController::fillCell(QWidget &widget, const KORVENDriveObject &row)
+void KORVENDriveViewController::fillCell(KORVENDriveCellView &cell, const KORVENDriveObject &row)
 {
-    auto &cell = static_cast<KORVENDriveCellView &>(widget);
     cell.setIsRemoveable(row.isRemoveable());
     cell.setIsUnmountable(row.isUnmountable());
     cell.setDiskType(row.diskType());
@@ -378,7 +312,7 @@ void KORVENDriveViewController::fillCell(QWidget &widget, const KORVENDriveObjec
     cell.driveImage()->setToolTip(kindName(row.diskType()));
     cell.showFiguresOld(row.areFiguresOld());
     cell.showEjectControl(m_ejecting.contains(row.diskName()));
-    m_pressGuard.watch(*cell.ejectButton());
+    pressGuard().watch(*cell.ejectButton()); // the row below may move up under the pointer
     connect(&cell, &KORVENDriveCellView::ejectRequested, &m_ejecting, &EjectingVolumes::add,
             Qt::UniqueConnection);
     connect(&cell, &KORVENDriveCellView::menuRequested, this,
@@ -388,32 +322,27 @@ void KORVENDriveViewController::fillCell(QWidget &widget, const KORVENDriveObjec
 void KORVENDriveViewController::selectRowOfSender()
 {
     for (int row = 0; row < numberOfRowsInTableView(); ++row) {
-        if (cellAt(row) == sender()) {
-            m_tableView->selectRow(row);
+        if (cellAt<KORVENDriveCellView>(row) == sender()) {
+            table().selectRow(row);
         }
     }
 }
 
-KORVENDriveCellView *KORVENDriveViewController::selectedCell() const
-{
-    return qobject_cast<KORVENDriveCellView *>(m_tableView->selectedCell());
-}
-
 bool KORVENDriveViewController::hasSelectedRow() const
 {
-    return m_tableView->selectedRow() >= 0;
+    return table().selectedRow() >= 0;
 }
 
 void KORVENDriveViewController::showInFinder()
 {
-    if (KORVENDriveCellView *cell = selectedCell()) {
+    if (KORVENDriveCellView *cell = selectedCell<KORVENDriveCellView>()) {
         cell->showInFinder();
     }
 }
 
 void KORVENDriveViewController::showInfo()
 {
-    if (KORVENDriveCellView *cell = selectedCell()) {
+    if (KORVENDriveCellView *cell = selectedCell<KORVENDriveCellView>()) {
         cell->showInfo();
     }
 }
@@ -439,14 +368,14 @@ QString KORVENDriveViewController::accessibleText(int row) const
 
 void KORVENDriveViewController::activateRow(int row)
 {
-    if (KORVENDriveCellView *cell = cellAt(row)) {
+    if (KORVENDriveCellView *cell = cellAt<KORVENDriveCellView>(row)) {
         cell->showInFinder();
     }
 }
 
 void KORVENDriveViewController::showMenu(int row, const QPoint &place)
 {
-    if (KORVENDriveCellView *cell = cellAt(row)) {
+    if (KORVENDriveCellView *cell = cellAt<KORVENDriveCellView>(row)) {
         cell->popUpMenu(place);
     }
 }

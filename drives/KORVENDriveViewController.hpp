@@ -1,26 +1,22 @@
 #pragma once
 
-#include "app/controls/buttons/PressGuard.hpp"
-#include "app/controls/tables/CellTableSource.hpp"
 #include "app/controls/tables/RowActions.hpp"
+#include "app/screen/TableScreen.hpp"
 #include "drives/EjectingVolumes.hpp"
 #include "drives/KORVENDriveObject.hpp"
 
 #include <QObject>
-#include <QPointer>
 #include <QString>
-#include <QWidget>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 class QLabel;
-class QStackedWidget;
 
 namespace tessaly {
 
-class CellTableView;
 class KORVENButton;
 class KORVENDriveCellView;
 struct VolumeFigures;
@@ -34,7 +30,7 @@ struct VolumeInformation;
 /// The button for the disk utility is there where the desktop has one.
 ///
 /// Threads: the main thread.
-class KORVENDriveViewController final : public QObject, public RowActions, private CellTableSource {
+class KORVENDriveViewController final : public QObject, public TableScreen, public RowActions {
     Q_OBJECT
 
 public:
@@ -48,23 +44,15 @@ public:
     KORVENDriveViewController(KORVENDriveViewController &&) = delete;
     KORVENDriveViewController &operator=(KORVENDriveViewController &&) = delete;
 
-    /// The screen's widget. Whoever shows it may own it; else it goes with the controller.
-    [[nodiscard]] QWidget *view() const noexcept { return m_view; }
-
-    /// One-time set-up once the view is there, and the first list. Does nothing when it is called
-    /// again.
-    void awakeFromNib();
-
     /// Asks for the volumes that there are now, and lists them once all have answered.
     void runScanDrives();
-    /// Shows the same rows again, by the preferences as they are now.
-    void refreshTable();
+    void refreshTable() override;
     /// A volume was mounted or unmounted.
     void discMounted();
 
     // What the buttons do.
     void refreshClicked();
-    void sortClicked();
+    void sortClicked() override;
     /// Starts the system's disk utility, if there is one.
     void launchClicked();
 
@@ -74,6 +62,7 @@ public:
     [[nodiscard]] int numberOfRowsInTableView() const override;
     [[nodiscard]] QWidget *viewForTableColumn(int row) override;
 
+    [[nodiscard]] RowActions *rowActions() noexcept override { return this; }
     [[nodiscard]] bool hasSelectedRow() const override;
     void showInFinder() override;
     void showInfo() override;
@@ -85,8 +74,6 @@ public:
     }
     /// Rows are in the order of size; otherwise in that of names.
     [[nodiscard]] bool sortBySizeFlag() const noexcept { return m_sortBySizeFlag; }
-    /// Until awakeFromNib() has done its work.
-    [[nodiscard]] bool firstRunFlag() const noexcept { return m_firstRunFlag; }
 
 signals:
     /// Whether the desktop has a disk utility: after awakeFromNib() and after each
@@ -94,8 +81,8 @@ signals:
     void diskUtilityLookedFor(bool isInstalled);
 
 private:
-    void findOutlets();
-    void prepareCells();
+    void setUp() override;
+    void fitRowHeight();
     void showDrives(const std::vector<std::string> &names,
                     const std::vector<VolumeInformation> &information);
     void showLateFigures(const std::string &name, const std::optional<VolumeFigures> &figures);
@@ -109,9 +96,7 @@ private:
     [[nodiscard]] std::string selectedName() const;
     void selectName(const std::string &name);
     [[nodiscard]] const KORVENDriveObject &rowAt(int row) const;
-    [[nodiscard]] KORVENDriveCellView *cellAt(int row) const;
-    [[nodiscard]] KORVENDriveCellView *selectedCell() const;
-    void fillCell(QWidget &widget, const KORVENDriveObject &row);
+    void fillCell(KORVENDriveCellView &cell, const KORVENDriveObject &row);
 
     [[nodiscard]] QString searchText(int row) const override;
     [[nodiscard]] QString accessibleText(int row) const override;
@@ -120,25 +105,16 @@ private:
     void activateRow(int row) override;
     void showMenu(int row, const QPoint &place) override;
 
-    QPointer<QWidget> m_view;
     std::unique_ptr<KORVENDriveCellView> m_sampleCell; ///< never shown; says how high rows are
     // Outlets: the view owns them.
-    CellTableView *m_tableView = nullptr;
-    KORVENButton *m_refreshButton = nullptr;
-    KORVENButton *m_sortButton = nullptr;
-    KORVENButton *m_launchButton = nullptr;
-    QLabel *m_countLabel = nullptr;
-    QStackedWidget *m_drivePages = nullptr;
-    QWidget *m_emptyPage = nullptr;
-    QLabel *m_emptyTitle = nullptr;
-    QLabel *m_emptyText = nullptr;
+    KORVENButton &m_sortButton;
+    KORVENButton &m_launchButton;
+    QLabel &m_countLabel;
 
     std::vector<KORVENDriveObject> m_disksArray;
     bool m_sortBySizeFlag = true;
-    bool m_firstRunFlag = true;
     unsigned m_scanNumber = 0; ///< of the question whose answer counts
     EjectingVolumes m_ejecting;
-    PressGuard m_pressGuard{this}; ///< over the eject buttons: the row below may move up
 };
 
 } // namespace tessaly

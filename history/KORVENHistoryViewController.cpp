@@ -1,8 +1,6 @@
 #include "history/KORVENHistoryViewController.hpp"
 
 #include "app/controls/buttons/KORVENButton.hpp"
-#include "app/controls/interface/InterfaceFile.hpp"
-#include "app/controls/tables/CellTableView.hpp"
 #include "app/controls/tables/CellTexts.hpp"
 #include "app/controls/tables/IconView.hpp"
 #include "app/controls/tables/RowRemovalAnimation.hpp"
@@ -20,10 +18,8 @@
 #include <QLabel>
 #include <QLocale>
 #include <QShortcut>
-#include <QStackedWidget>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -58,14 +54,22 @@ QString dateText(const KORVENHistoryItem &record)
 } // namespace
 
 KORVENHistoryViewController::KORVENHistoryViewController(const QString &nibName)
+    : TableScreen(*this, nibName,
+                  cellsOf<KORVENHistoryCellView>(cellIdentifier, cellIdentifier, this)),
+      m_refreshButton(find<KORVENButton>("refreshButton")),
+      m_sortButton(find<KORVENButton>("sortButton")),
+      m_deleteButton(find<KORVENButton>("deleteButton")), m_countLabel(find<QLabel>("countLabel")),
+      m_problemLabel(find<QLabel>("problemLabel"))
 {
-    InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
-    if (!loaded.root) {
-        qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
-    }
-    m_view = loaded.root.release();
-    findOutlets();
+    table().setRowHeight(rowHeight);
+    makeCaption(m_countLabel);
+    m_problemLabel.hide();
+    wire({{"refreshButton", [this] { scanClicked(); }},
+          {"sortButton", [this] { sortClicked(); }},
+          {"deleteButton", [this] { deleteAllClicked(); }}});
     makeShortcuts();
+    connect(table().selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &current) { m_selected = recordAt(current.row()); });
     connect(&m_removal, &ScansRemoval::ended, this, &KORVENHistoryViewController::updateButtons);
     connect(&m_watch, &HistoryFileWatch::mayHaveChanged, this,
             &KORVENHistoryViewController::readAgain);
@@ -73,74 +77,27 @@ KORVENHistoryViewController::KORVENHistoryViewController(const QString &nibName)
 
 KORVENHistoryViewController::~KORVENHistoryViewController()
 {
-    if (m_view) {
-        m_tableView->setDataSource(nullptr);
-        delete m_view;
-    }
-}
-
-void KORVENHistoryViewController::findOutlets()
-{
-    QWidget &view = *m_view;
-    m_tableView = &outlet<CellTableView>(view, "tableView");
-    m_refreshButton = &outlet<KORVENButton>(view, "refreshButton");
-    m_sortButton = &outlet<KORVENButton>(view, "sortButton");
-    m_deleteButton = &outlet<KORVENButton>(view, "deleteButton");
-    m_countLabel = &outlet<QLabel>(view, "countLabel");
-    m_problemLabel = &outlet<QLabel>(view, "problemLabel");
-    m_historyPages = &outlet<QStackedWidget>(view, "historyPages");
-    m_emptyPage = &outlet<QWidget>(view, "emptyPage");
-    m_emptyTitle = &outlet<QLabel>(view, "emptyTitle");
-    m_emptyText = &outlet<QLabel>(view, "emptyText");
-    m_tableView->setRowHeight(rowHeight);
-    makeCaption(*m_countLabel);
-    makeTitle(*m_emptyTitle);
-    makeCaption(*m_emptyText);
-    m_problemLabel->hide();
-
-    const QStringList missing = wireActions(view, *this,
-                                            {{"refreshButton", [this] { scanClicked(); }},
-                                             {"sortButton", [this] { sortClicked(); }},
-                                             {"deleteButton", [this] { deleteAllClicked(); }}});
-    if (!missing.isEmpty()) {
-        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
-    }
-    connect(m_tableView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &current) { m_selected = recordAt(current.row()); });
+    closeView();
 }
 
 void KORVENHistoryViewController::makeShortcuts()
 {
-    auto *shortcut = new QShortcut(QKeySequence(QKeySequence::Delete), m_tableView, nullptr,
-                                   nullptr, Qt::WidgetShortcut);
+    auto *shortcut = new QShortcut(QKeySequence(QKeySequence::Delete), &table(), nullptr, nullptr,
+                                   Qt::WidgetShortcut);
     shortcut->setAutoRepeat(false); // each press deletes one scan
     connect(shortcut, &QShortcut::activated, this, &KORVENHistoryViewController::deleteSelected);
 }
 
-void KORVENHistoryViewController::awakeFromNib()
+void KORVENHistoryViewController::setUp()
 {
-    if (!m_firstRunFlag) {
-        return;
-    }
-    m_firstRunFlag = false;
     setSortByDate(true);
-    if (!KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-        m_tableView->registerCells(cellIdentifier, [this] {
-            return KORVENHistoryCellView::tableCellViewWithNibNamed(cellIdentifier, this);
-        });
-    } else {
-        for (KORVENButton *button : {m_refreshButton, m_sortButton, m_deleteButton}) {
-            button->set10p7Mode();
-        }
-    }
-    m_tableView->setDataSource(this);
     loadHistory();
 }
 
 void KORVENHistoryViewController::setSortByDate(bool isByDate)
 {
     m_sortByDateFlag = isByDate;
-    m_sortButton->setTitle(isByDate ? tr("Sort by name") : tr("Sort by date"));
+    m_sortButton.setTitle(isByDate ? tr("Sort by name") : tr("Sort by date"));
 }
 
 void KORVENHistoryViewController::loadHistory()
@@ -234,9 +191,8 @@ void KORVENHistoryViewController::loadHistoryDelete()
         departed = std::exchange(m_departed, {});
     }
     RowRemovalAnimation *departure = nullptr;
-    if (departed.count > 0 && !m_removal.isRunning() &&
-        RowRemovalAnimation::isWanted(*m_tableView)) {
-        departure = new RowRemovalAnimation(*m_tableView, *m_view);
+    if (departed.count > 0 && !m_removal.isRunning() && RowRemovalAnimation::isWanted(table())) {
+        departure = new RowRemovalAnimation(table(), *view());
     }
     reloadTable();
     m_departure = departure;
@@ -268,7 +224,7 @@ void KORVENHistoryViewController::sortTable()
         m_departed = {};
     }
     reloadTable();
-    m_tableView->scrollToTop();
+    table().scrollToTop();
 }
 
 void KORVENHistoryViewController::deleteAllClicked()
@@ -281,20 +237,20 @@ void KORVENHistoryViewController::deleteAllClicked()
     } catch (const NamedException &) {
         loadHistory(); // and says what is wrong
     }
-    if (m_removal.isRunning() && m_deleteButton->hasFocus()) {
-        m_tableView->setFocus();
+    if (m_removal.isRunning() && m_deleteButton.hasFocus()) {
+        table().setFocus();
     }
     updateButtons();
 }
 
 void KORVENHistoryViewController::deleteSelected()
 {
-    const int row = m_tableView->selectedRow();
+    const int row = table().selectedRow();
     if (row < 0 || m_removal.isRunning()) {
         return;
     }
-    m_tableView->scrollTo(m_tableView->currentIndex()); // a row that is out of sight has no cell
-    if (auto *cell = cellAt(row)) {
+    table().scrollTo(table().currentIndex()); // a row that is out of sight has no cell
+    if (auto *cell = cellAt<KORVENHistoryCellView>(row)) {
         cell->deleteClicked();
     }
 }
@@ -302,8 +258,8 @@ void KORVENHistoryViewController::deleteSelected()
 void KORVENHistoryViewController::reloadTable()
 {
     delete m_departure; // it shows what is no longer so
-    const int rowBefore = m_tableView->selectedRow();
-    m_tableView->reloadData();
+    const int rowBefore = table().selectedRow();
+    table().reloadData();
     selectAgain(rowBefore);
     showRowsOrEmptyState();
     updateButtons();
@@ -324,48 +280,45 @@ void KORVENHistoryViewController::selectAgain(int rowBefore)
             row = static_cast<int>(same - m_historyArray.begin());
         }
     }
-    m_tableView->setAutoScroll(false); // the rows in sight stay where they are
-    m_tableView->selectRow(row);
-    m_tableView->setAutoScroll(true);
+    selectInPlace(row);
 }
 
 void KORVENHistoryViewController::showRowsOrEmptyState()
 {
     const int count = numberOfRowsInTableView();
-    m_problemLabel->setVisible(!m_problem.isEmpty() && count > 0);
+    m_problemLabel.setVisible(!m_problem.isEmpty() && count > 0);
     if (!m_problem.isEmpty()) {
         const QString title = tr("The history cannot be read");
         const QString text = tr("Scans are not recorded until it can be: %1").arg(m_problem);
-        m_countLabel->clear();
-        m_problemLabel->setText(title + u'\n' + text);
-        m_emptyTitle->setText(title);
-        m_emptyText->setText(text);
+        m_countLabel.clear();
+        m_problemLabel.setText(title + u'\n' + text);
+        setEmptyTexts(title, text);
     } else {
-        m_countLabel->setText(count == 0   ? tr("No scans kept")
-                              : count == 1 ? tr("1 scan kept")
-                                           : tr("%1 scans kept").arg(QLocale().toString(count)));
-        m_emptyTitle->setText(tr("No scans kept yet"));
-        m_emptyText->setText(
+        m_countLabel.setText(count == 0   ? tr("No scans kept")
+                             : count == 1 ? tr("1 scan kept")
+                                          : tr("%1 scans kept").arg(QLocale().toString(count)));
+        setEmptyTexts(
+            tr("No scans kept yet"),
             tr("Each folder that you scan is listed here, to be opened again without a scan."));
     }
     if (count > 0) {
-        m_historyPages->setCurrentWidget(m_tableView);
+        showTable();
         return;
     }
-    const bool hadFocus = m_tableView->hasFocus();
-    m_historyPages->setCurrentWidget(m_emptyPage);
+    const bool hadFocus = table().hasFocus();
+    showEmptyPage();
     if (hadFocus) {
-        m_refreshButton->setFocus(); // what there is to do next
+        m_refreshButton.setFocus(); // what there is to do next
     }
 }
 
 void KORVENHistoryViewController::updateButtons()
 {
     const bool isIdle = !m_removal.isRunning();
-    m_refreshButton->setEnabled(isIdle);
-    m_sortButton->setEnabled(isIdle);
-    m_deleteButton->setEnabled(isIdle && numberOfRowsInTableView() > 0);
-    for (auto *cell : m_tableView->findChildren<KORVENHistoryCellView *>()) {
+    m_refreshButton.setEnabled(isIdle);
+    m_sortButton.setEnabled(isIdle);
+    m_deleteButton.setEnabled(isIdle && numberOfRowsInTableView() > 0);
+    for (auto *cell : table().findChildren<KORVENHistoryCellView *>()) {
         if (cell->deleteButton() != nullptr) {
             cell->deleteButton()->setEnabled(isIdle);
         }
@@ -397,32 +350,19 @@ QWidget *KORVENHistoryViewController::viewForTableColumn(int row)
     if (!record) {
         return nullptr;
     }
-    QWidget *cell = m_tableView->makeView(cellIdentifier);
-    if (cell == nullptr) {
-        std::unique_ptr<KORVENHistoryCellView> made;
-        if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-            made = KORVENHistoryCellView::tableCellViewWithNibNamed(cellIdentifier, this);
-        }
-        if (!made) {
-            made = std::make_unique<KORVENHistoryCellView>();
-        }
-        cell = m_tableView->adoptView(std::move(made), cellIdentifier);
-    }
-    auto &historyCell = static_cast<KORVENHistoryCellView &>(*cell);
-    if (historyCell.deleteButton() != nullptr) {
-        m_pressGuard.watch(*historyCell.deleteButton());
-    }
-    fillCell(historyCell, *record);
-    return cell;
+    auto &cell = makeCell<KORVENHistoryCellView>();
+    fillCell(cell, *record);
+    return &cell;
 }
 
 void KORVENHistoryViewController::fillCell(KORVENHistoryCellView &cell,
-                                           const KORVENHistoryItem &record) const
+                                           const KORVENHistoryItem &record)
 {
     cell.setScanKey(record.scanKey());
     if (cell.imageView() == nullptr) {
         return; // a bare cell
     }
+    pressGuard().watch(*cell.deleteButton());
     cell.imageView()->setToolTip(tr("Load scan"));
     const QString path = pathText(record);
     cell.scanPath()->setText(path);
@@ -430,11 +370,6 @@ void KORVENHistoryViewController::fillCell(KORVENHistoryCellView &cell,
     cell.scanTotal()->setText(totalText(record));
     cell.scanDate()->setText(dateText(record));
     cell.deleteButton()->setEnabled(!m_removal.isRunning());
-}
-
-KORVENHistoryCellView *KORVENHistoryViewController::cellAt(int row) const
-{
-    return qobject_cast<KORVENHistoryCellView *>(m_tableView->cellForRow(row));
 }
 
 QString KORVENHistoryViewController::searchText(int row) const
@@ -456,7 +391,7 @@ QString KORVENHistoryViewController::accessibleText(int row) const
 
 void KORVENHistoryViewController::activateRow(int row)
 {
-    if (auto *cell = cellAt(row)) {
+    if (auto *cell = cellAt<KORVENHistoryCellView>(row)) {
         cell->imageClicked();
     }
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "app/controls/buttons/PressGuard.hpp"
-#include "app/controls/tables/CellTableSource.hpp"
+#include "app/screen/TableScreen.hpp"
 #include "history/records/HistoryFile.hpp"
 #include "history/records/HistoryFileWatch.hpp"
 #include "history/records/HistoryUpkeep.hpp"
@@ -10,7 +9,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
-#include <QWidget>
 
 #include <atomic>
 #include <cstddef>
@@ -19,11 +17,9 @@
 #include <string>
 
 class QLabel;
-class QStackedWidget;
 
 namespace tessaly {
 
-class CellTableView;
 class KORVENButton;
 class KORVENHistoryCellView;
 
@@ -39,7 +35,7 @@ class KORVENHistoryCellView;
 /// Keys:    Return opens the selected scan again, Delete deletes it and does not repeat.
 /// Mouse:   of a double click on a delete button, the second click deletes nothing (PressGuard).
 /// Threads: the main thread, but for reloadHistory() and reloadHistoryDelete().
-class KORVENHistoryViewController : public QObject, protected CellTableSource {
+class KORVENHistoryViewController : public QObject, public TableScreen {
     Q_OBJECT
 
 public:
@@ -50,13 +46,6 @@ public:
     KORVENHistoryViewController &operator=(const KORVENHistoryViewController &) = delete;
     KORVENHistoryViewController(KORVENHistoryViewController &&) = delete;
     KORVENHistoryViewController &operator=(KORVENHistoryViewController &&) = delete;
-
-    /// The screen's widget. Whoever shows it may own it; else it goes with the controller.
-    [[nodiscard]] QWidget *view() const noexcept { return m_view; }
-
-    /// One-time set-up once the view is there, and the first loadHistory(). Does nothing when it is
-    /// called again.
-    void awakeFromNib();
 
     /// Takes the rows from the store, and shows them newest first, whatever the order was.
     void loadHistory();
@@ -73,7 +62,7 @@ public:
     /// Asks the application delegate for a new scan.
     void scanClicked();
     /// Turns to the other order.
-    void sortClicked();
+    void sortClicked() override;
     /// Deletes all scans, without asking back (see ScansRemoval). When there are many this goes on
     /// while the event loop runs, and the buttons have to wait for it.
     void deleteAllClicked();
@@ -89,8 +78,6 @@ public:
     [[nodiscard]] HistoryRecords historyArray() const;
     /// By date, newest first; else by path.
     [[nodiscard]] bool sortByDateFlag() const noexcept { return m_sortByDateFlag; }
-    /// Until awakeFromNib() has been called.
-    [[nodiscard]] bool firstRunFlag() const noexcept { return m_firstRunFlag; }
 
 private:
     using Record = HistoryRecords::value_type;
@@ -101,7 +88,7 @@ private:
         int row = 0; ///< of the last one
     };
 
-    void findOutlets();
+    void setUp() override;
     void makeShortcuts();
     void setSortByDate(bool isByDate);
     void reloadTable();
@@ -112,26 +99,19 @@ private:
     void deleteSelected();
 
     [[nodiscard]] Record recordAt(int row) const; ///< nullptr beyond the rows
-    [[nodiscard]] KORVENHistoryCellView *cellAt(int row) const;
-    void fillCell(KORVENHistoryCellView &cell, const KORVENHistoryItem &record) const;
+    void fillCell(KORVENHistoryCellView &cell, const KORVENHistoryItem &record);
 
     [[nodiscard]] QString searchText(int row) const override;
     [[nodiscard]] QString accessibleText(int row) const override;
     [[nodiscard]] bool canActivateRow(int /*row*/) const override { return true; }
     void activateRow(int row) override;
 
-    QPointer<QWidget> m_view;
     // Outlets: the view owns them.
-    CellTableView *m_tableView = nullptr;
-    KORVENButton *m_refreshButton = nullptr;
-    KORVENButton *m_sortButton = nullptr;
-    KORVENButton *m_deleteButton = nullptr;
-    QLabel *m_countLabel = nullptr;
-    QLabel *m_problemLabel = nullptr;
-    QStackedWidget *m_historyPages = nullptr;
-    QWidget *m_emptyPage = nullptr;
-    QLabel *m_emptyTitle = nullptr;
-    QLabel *m_emptyText = nullptr;
+    KORVENButton &m_refreshButton;
+    KORVENButton &m_sortButton;
+    KORVENButton &m_deleteButton;
+    QLabel &m_countLabel;
+    QLabel &m_problemLabel;
     QPointer<QWidget> m_departure; ///< while a row is seen to leave
 
     mutable std::mutex m_rowsLock; ///< guards m_historyArray and m_departed
@@ -140,12 +120,10 @@ private:
     std::atomic<bool> m_isLoadScheduled = false;
     std::atomic<bool> m_isDeleteScheduled = false;
 
-    bool m_firstRunFlag = true;
     bool m_sortByDateFlag = true;
     QString m_problem; ///< why the history cannot be read; empty when it can
     Record m_selected; ///< of the row that was selected last
     ScansRemoval m_removal;
-    PressGuard m_pressGuard{this};
     HistoryFileWatch m_watch{this};
     HistoryUpkeep m_upkeep;
 };
