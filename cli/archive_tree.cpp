@@ -6,10 +6,11 @@
 #include "cli/ScannedFolder.hpp"
 #include "engine/archive/AtomicFile.hpp"
 #include "engine/archive/ScanFileWriter.hpp"
+#include "engine/tree/FilePath.hpp"
 
 #include <exception>
-#include <filesystem>
 #include <iostream>
+#include <string>
 
 int main(int argumentCount, char **arguments)
 {
@@ -18,11 +19,10 @@ int main(int argumentCount, char **arguments)
         return 2;
     }
     try {
-        const std::filesystem::path file = arguments[2];
-        tessaly::archive::AtomicFile::removeLeftovers(
-            file.has_parent_path() ? file.parent_path().native() : ".");
+        const std::string file = arguments[2];
+        tessaly::archive::AtomicFile::removeLeftovers(tessaly::tree::containingFolder(file));
         const auto tree = tessaly::scannedFolder(arguments[1]);
-        const auto written = tessaly::archive::writeScanFile(tree->root(), file.native());
+        const auto written = tessaly::archive::writeScanFile(tree->root(), file);
         if (!written) {
             std::cerr << written.error().text() << '\n';
             return 1;

@@ -8,6 +8,7 @@
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "engine/archive/FileCreationDate.hpp"
 #include "engine/archive/LastScanFile.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "platform/DocumentsFolder.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/FolderBookmarks.hpp"
@@ -15,7 +16,6 @@
 #include "platform/SettingsStore.hpp"
 #include "platform/UserAccount.hpp"
 #include "resources/Artwork.hpp"
-#include "screens/FolderPath.hpp"
 #include "screens/KORVENQuicklookController.hpp"
 
 #include <QLabel>
@@ -107,7 +107,7 @@ bool KORVENHomeViewController::checkSetupMode()
 std::string KORVENHomeViewController::homePath() const
 {
     const auto path = m_homeFolder ? pathOfFileUrl(*m_homeFolder) : std::nullopt;
-    return path ? standardPath(*path) : std::string();
+    return path ? tree::cleanPath(*path) : std::string();
 }
 
 void KORVENHomeViewController::showResultsPage()
@@ -128,7 +128,7 @@ void KORVENHomeViewController::continueClicked()
         *view()->window(), {services().account.homeFolder(), tr("Save").toStdString()},
         [guard = QPointer(this)](const std::optional<std::string> &folder) {
             if (guard && folder) {
-                guard->folderWasChosen(standardPath(*folder));
+                guard->folderWasChosen(tree::cleanPath(*folder));
             }
         });
 }

@@ -2,6 +2,7 @@
 
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/FolderBookmarks.hpp"
 #include "platform/SettingsStore.hpp"
@@ -19,34 +20,20 @@ namespace tessaly {
 
 namespace {
 
-/// Without slashes at its end; "/" stays.
-std::string_view withoutEndingSlashes(std::string_view path)
-{
-    while (path.size() > 1 && path.ends_with('/')) {
-        path.remove_suffix(1);
-    }
-    return path;
-}
-
 /// The absolute path of the folder that a file lies in, each slash single and none at the end. What
 /// follows "..", or a link, is left to the file system. Empty when there is none.
-std::string folderOf(std::string_view path)
+std::string absoluteFolderOf(std::string_view path)
 {
-    path = withoutEndingSlashes(path);
-    const std::size_t slash = path.rfind('/');
-    const std::string_view parent =
-        slash == std::string_view::npos ? std::string_view() : path.substr(0, slash + 1);
-    std::string folder(parent);
-    if (!parent.starts_with('/')) {
+    std::string folder = tree::parentPath(path);
+    if (!folder.starts_with('/')) {
         std::error_code error;
-        folder = std::filesystem::current_path(error).string() + '/' + folder;
+        const std::filesystem::path current = std::filesystem::current_path(error);
         if (error) {
             return {};
         }
+        folder = tree::joinPath(current.native(), folder);
     }
-    const auto isDoubled = [](char a, char b) { return a == '/' && b == '/'; };
-    folder.erase(std::unique(folder.begin(), folder.end(), isDoubled), folder.end());
-    return std::string(withoutEndingSlashes(folder));
+    return tree::cleanPath(folder);
 }
 
 /// Puts the entries with these names first, in the order of the names; the others keep theirs.
@@ -170,7 +157,7 @@ void KORVENQuicklookController::listFiles(std::string_view path,
 void KORVENQuicklookController::quickLookItems(std::string_view path,
                                                const std::vector<std::string> &shownNames)
 {
-    m_savedPath = folderOf(path);
+    m_savedPath = absoluteFolderOf(path);
     listFiles(path, shownNames);
 
     PreviewPanel &panel = m_services.previewPanels.sharedPreviewPanel();

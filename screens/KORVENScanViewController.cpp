@@ -5,13 +5,13 @@
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
 #include "engine/archive/ScanFileWriter.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "history/records/KORVENHistoryStore.hpp"
 #include "platform/DocumentsFolder.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/FolderBookmarks.hpp"
 #include "platform/FolderChooser.hpp"
 #include "platform/SettingsStore.hpp"
-#include "screens/FolderPath.hpp"
 #include "screens/KORVENQuicklookController.hpp"
 
 #include <QDir>
@@ -152,7 +152,7 @@ std::string KORVENScanViewController::pathBelow(const std::string &folder,
 std::optional<std::string>
 KORVENScanViewController::pathAbove(const std::optional<std::string> &folder) const
 {
-    const std::string path = withoutLastComponent(folder.value_or(std::string()));
+    const std::string path = tree::parentPath(folder.value_or(std::string()));
     return path.empty() ? "/" : path;
 }
 
@@ -175,7 +175,7 @@ void KORVENScanViewController::loadHistoryItem(std::string_view scanKey)
             const std::string folder = drillResults() != nullptr
                                            ? scanFolder()
                                            : record->scanPath().value_or(std::string());
-            folderNameField()->setText(textOfName(standardPath(folder)));
+            folderNameField()->setText(textOfName(tree::cleanPath(folder)));
         }
     } catch (const NamedException &exception) {
         updateScanResults(historyProblem(exception));

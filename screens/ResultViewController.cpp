@@ -6,7 +6,7 @@
 #include "app/controls/text/NameText.hpp"
 #include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "screens/FolderPath.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "screens/results/KORVENFolderCellView.hpp"
 
 #include <QLabel>
@@ -352,7 +352,7 @@ void ResultViewController::selectFolder(std::string_view name)
 std::optional<std::string>
 ResultViewController::pathAbove(const std::optional<std::string> &folder) const
 {
-    return folder ? std::optional(withoutLastComponent(*folder)) : std::nullopt;
+    return folder ? std::optional(tree::parentPath(*folder)) : std::nullopt;
 }
 
 void ResultViewController::updateScanResultsDrillDown()

@@ -141,7 +141,7 @@ protected:
     /// The path of an entry of the level's folder.
     [[nodiscard]] virtual std::string pathBelow(const std::string &folder,
                                                 std::string_view name) const = 0;
-    /// The path of the folder above the level's: withoutLastComponent() as it comes.
+    /// The path of the folder above the level's: tree::parentPath() as it comes.
     /// Of no path it is none.
     [[nodiscard]] virtual std::optional<std::string>
     pathAbove(const std::optional<std::string> &folder) const;

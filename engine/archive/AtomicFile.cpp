@@ -1,5 +1,6 @@
 #include "engine/archive/AtomicFile.hpp"
 
+#include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 
 #include <cerrno>
@@ -52,21 +53,10 @@ bool isTemporaryName(std::string_view name)
                name.size() - temporarySuffix.size();
 }
 
-std::string folderOf(const std::string &path)
-{
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
-
-std::string inFolder(const std::string &folder, const std::string &name)
-{
-    return folder.ends_with('/') ? folder + name : folder + '/' + name;
-}
-
 } // namespace
 
 AtomicFile::AtomicFile(std::string path, FileCalls &calls)
-    : m_path(std::move(path)), m_folder(folderOf(m_path)), m_calls(calls)
+    : m_path(std::move(path)), m_folder(tree::containingFolder(m_path)), m_calls(calls)
 {
 }
 
@@ -86,7 +76,7 @@ Result<Done, ArchiveError> AtomicFile::open()
                             {}};
     }
     for (int attempt = 0; attempt < nameAttempts; ++attempt) {
-        std::string name = inFolder(m_folder, temporaryName());
+        std::string name = tree::joinPath(m_folder, temporaryName());
         m_descriptor = retried([&] {
             return m_calls.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         });
@@ -193,7 +183,7 @@ void AtomicFile::removeLeftovers(const std::string &folder, FileCalls &calls)
         if (!isTemporaryName(name)) {
             continue;
         }
-        const std::string path = inFolder(folder, name);
+        const std::string path = entry->path().native();
         const int descriptor =
             calls.open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0);
         if (descriptor < 0) {

@@ -39,9 +39,9 @@ public:
     /// failed, the new file is in place but might not survive a power cut.
     Result<Done, ArchiveError> commit();
 
-    /// Removes the temporary files in `folder` whose writers are gone. Those of writers at work, in
-    /// this process or another, stay: each holds a lock on its file. On file systems without locks
-    /// all stay.
+    /// Removes the temporary files in `folder` whose writers have ended.
+    /// Those of running writers, in this process or another, stay: each holds a lock on its file.
+    /// On file systems without locks all stay.
     static void removeLeftovers(const std::string &folder, FileCalls &calls = FileCalls::system());
 
 private:

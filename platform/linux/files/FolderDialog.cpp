@@ -1,9 +1,9 @@
 #include "platform/linux/files/FolderDialog.hpp"
 
 #include "engine/tree/EscapedName.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "platform/FileUrl.hpp"
-#include "platform/linux/files/CleanPath.hpp"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -158,9 +158,9 @@ void FolderDialog::makePlaces()
           Place::MusicLocation, Place::PicturesLocation, Place::MoviesLocation}) {
         const std::string path =
             QFile::encodeName(QStandardPaths::writableLocation(place)).toStdString();
-        if (path.starts_with('/') && cleanPath(path) != cleanPath(home)) {
+        if (path.starts_with('/') && tree::cleanPath(path) != tree::cleanPath(home)) {
             m_places->addItem(
-                newItem(icons.standardIcon(QStyle::SP_DirIcon), nameOf(cleanPath(path)), path));
+                newItem(icons.standardIcon(QStyle::SP_DirIcon), tree::fileName(path), path));
         }
     }
 }
@@ -185,13 +185,13 @@ void FolderDialog::connectListers()
 void FolderDialog::showFolder(const std::string &path)
 {
     m_check.stop();
-    m_folder = cleanPath(path);
+    m_folder = tree::cleanPath(path);
     m_isThere = false;
     m_folders->clear();
     if (!m_path->isModified()) {
         showPath(m_folder);
     }
-    m_message->setText(tr("Looking into “%1”…").arg(shownText(nameOf(m_folder))));
+    m_message->setText(tr("Looking into “%1”…").arg(shownText(tree::fileName(m_folder))));
     m_isReading = true;
     m_lister.list(m_folder);
 }
@@ -207,7 +207,7 @@ void FolderDialog::goUp()
 {
     m_path->setModified(false);
     m_isStarting = false;
-    showFolder(folderOf(m_folder));
+    showFolder(tree::parentPath(m_folder));
 }
 
 void FolderDialog::enter(const QListWidgetItem *item)
@@ -224,7 +224,7 @@ void FolderDialog::addFolders(const std::vector<std::string> &names)
     endReading(); // there may be more, but what is there can be used
     const QIcon icon = style()->standardIcon(QStyle::SP_DirIcon);
     for (const std::string &name : names) {
-        QListWidgetItem *item = newItem(icon, name, joinedPath(m_folder, name));
+        QListWidgetItem *item = newItem(icon, name, tree::joinPath(m_folder, name));
         m_folders->addItem(item);
         item->setHidden(name.starts_with('.') && !m_showHidden->isChecked());
     }
@@ -234,14 +234,14 @@ void FolderDialog::showHiddenFolders(bool areShown)
 {
     for (int row = 0; row < m_folders->count(); ++row) {
         QListWidgetItem *item = m_folders->item(row);
-        item->setHidden(!areShown && nameOf(pathOf(*item)).starts_with('.'));
+        item->setHidden(!areShown && tree::fileName(pathOf(*item)).starts_with('.'));
     }
 }
 
 void FolderDialog::takeFailure(int error)
 {
     if (m_isStarting && m_folder != "/") {
-        showFolder(folderOf(m_folder));
+        showFolder(tree::parentPath(m_folder));
         return;
     }
     m_isReading = false;
@@ -266,7 +266,7 @@ void FolderDialog::takeCheckFailure(int error)
 
 void FolderDialog::accept()
 {
-    const std::string path = cleanPath(typedPath());
+    const std::string path = tree::cleanPath(typedPath());
     if (path == m_folder && m_isThere) {
         m_chosen = path;
         QDialog::accept();
@@ -301,7 +301,7 @@ std::string FolderDialog::typedPath() const
     if (const auto path = pathOfFileUrl(text)) {
         return *path;
     }
-    return text.empty() ? m_folder : joinedPath(m_folder, text);
+    return text.empty() ? m_folder : tree::joinPath(m_folder, text);
 }
 
 bool FolderDialog::eventFilter(QObject *watched, QEvent *event)

@@ -1,9 +1,9 @@
 #include "platform/linux/files/InformationWindow.hpp"
 
+#include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "engine/tree/SizeText.hpp"
 #include "platform/DateTexts.hpp"
-#include "platform/linux/files/CleanPath.hpp"
 #include "platform/linux/files/ItemInformation.hpp"
 #include "platform/linux/files/MiddleElidedLabel.hpp"
 
@@ -71,7 +71,7 @@ QMimeType mimeTypeOf(const ItemInformation &item)
     default:
         break;
     }
-    const QString name = textOf(nameOf(item.path));
+    const QString name = textOf(tree::fileName(item.path));
     return item.beginning
                ? types.mimeTypeForFileNameAndData(name, QByteArray::fromStdString(*item.beginning))
                : types.mimeTypeForFile(name, QMimeDatabase::MatchExtension);
@@ -167,7 +167,7 @@ QString modeText(mode_t mode)
 InformationWindow::InformationWindow(const ItemInformation &item, const DateTexts &dates)
 {
     setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(tr("Information about “%1”").arg(textOf(nameOf(item.path))));
+    setWindowTitle(tr("Information about “%1”").arg(textOf(tree::fileName(item.path))));
     setStyleSheet(QLatin1String(look));
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
 
@@ -193,7 +193,7 @@ void InformationWindow::addHeader(const ItemInformation &item, QVBoxLayout &colu
     icon->setPixmap(iconOf(item, *style()).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
     icon->setFixedWidth(iconSize + 2);
 
-    auto *name = new MiddleElidedLabel(textOf(nameOf(item.path)));
+    auto *name = new MiddleElidedLabel(textOf(tree::fileName(item.path)));
     name->setObjectName(u"name"_s);
     QFont large = name->font();
     large.setPointSizeF(large.pointSizeF() * 1.3);
@@ -230,7 +230,7 @@ void InformationWindow::addGeneral(const ItemInformation &item, QVBoxLayout &col
     } else if (S_ISREG(item.mode)) {
         addRow(rows, u"size"_s, tr("Size"), byteCountText(item.byteCount));
     }
-    addRow(rows, u"where"_s, tr("Where"), textOf(folderOf(item.path)));
+    addRow(rows, u"where"_s, tr("Where"), textOf(tree::parentPath(item.path)));
 }
 
 void InformationWindow::addDates(const ItemInformation &item, const DateTexts &dates,
@@ -289,7 +289,8 @@ void InformationWindow::addProblem(const ItemInformation &item, QVBoxLayout &col
     problem->setWordWrap(true);
     column.addSpacing(sectionSpacing);
     column.addWidget(problem);
-    addRow(addSection(tr("General"), column), u"where"_s, tr("Where"), textOf(folderOf(item.path)));
+    addRow(addSection(tr("General"), column), u"where"_s, tr("Where"),
+           textOf(tree::parentPath(item.path)));
 }
 
 QFormLayout &InformationWindow::addSection(const QString &title, QVBoxLayout &column)

@@ -1,9 +1,9 @@
 #include "platform/linux/files/LinuxFileManager.hpp"
 
+#include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/linux/bus/SessionBusAddress.hpp"
-#include "platform/linux/files/CleanPath.hpp"
 #include "platform/linux/files/InformationWindow.hpp"
 #include "platform/linux/files/ItemInformation.hpp"
 
@@ -59,9 +59,9 @@ LinuxFileManager::~LinuxFileManager()
 void LinuxFileManager::reveal(std::string_view path)
 {
     // File managers show nothing for the one item that lies in no folder.
-    const bool isRoot = cleanPath(path) == "/";
+    const bool isRoot = tree::cleanPath(path) == "/";
     show(path, isRoot ? Method::showFolders : Method::showItems,
-         [this](const std::string &clean) { openFolder(folderOf(clean)); });
+         [this](const std::string &clean) { openFolder(tree::parentPath(clean)); });
 }
 
 void LinuxFileManager::showInformation(std::string_view path)
@@ -78,7 +78,7 @@ bool LinuxFileManager::openWithDefaultApplication(const std::string &url)
 void LinuxFileManager::show(std::string_view path, Method method,
                             std::function<void(const std::string &)> fallback)
 {
-    const std::string clean = cleanPath(path);
+    const std::string clean = tree::cleanPath(path);
     const auto url = fileUrl(clean);
     if (!url) {
         logNotShown(clean, "not an absolute path");

@@ -1,6 +1,6 @@
 #include "platform/linux/storage/LinuxUserAccount.hpp"
 
-#include "platform/linux/files/CleanPath.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "platform/linux/storage/PasswordEntry.hpp"
 
 #include <cstdlib>
@@ -16,10 +16,10 @@ std::string LinuxUserAccount::loginName() const
 std::string LinuxUserAccount::homeFolder() const
 {
     if (const char *home = std::getenv("HOME"); home != nullptr && *home == '/') {
-        return cleanPath(home);
+        return tree::cleanPath(home);
     }
     const auto entry = PasswordEntry::ofThisUser();
-    return entry && entry->homeFolder.starts_with('/') ? cleanPath(entry->homeFolder)
+    return entry && entry->homeFolder.starts_with('/') ? tree::cleanPath(entry->homeFolder)
                                                        : std::string();
 }
 

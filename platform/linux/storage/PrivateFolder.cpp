@@ -1,5 +1,7 @@
 #include "platform/linux/storage/PrivateFolder.hpp"
 
+#include "engine/tree/FilePath.hpp"
+
 #include <cerrno>
 
 #include <sys/stat.h>
@@ -29,11 +31,11 @@ std::error_code makePrivateFolder(const std::string &path)
 {
     // From the end: asking for a folder above that is there may not be allowed.
     std::error_code error = makeOne(path);
-    const std::size_t slash = path.rfind('/');
-    if (error != std::errc::no_such_file_or_directory || slash == std::string::npos || slash == 0) {
+    const std::string parent = tree::parentPath(path);
+    if (error != std::errc::no_such_file_or_directory || parent.empty() || parent == "/") {
         return error;
     }
-    error = makePrivateFolder(path.substr(0, slash));
+    error = makePrivateFolder(parent);
     return error ? error : makeOne(path);
 }
 

@@ -1,6 +1,7 @@
 #include "platform/linux/storage/SettingsFile.hpp"
 
 #include "engine/archive/AtomicFile.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "platform/linux/storage/PrivateFolder.hpp"
 
@@ -33,12 +34,6 @@ std::string utcNow()
     gmtime_r(&now, &parts);
     std::array<char, 32> text{};
     return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%dT%H%M%SZ", &parts)};
-}
-
-std::string folderOf(const std::string &path)
-{
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
 }
 
 bool isLackOfLocks(int errorNumber) noexcept
@@ -200,12 +195,12 @@ SettingsFile::write(const archive::PlistValue &content)
 
 std::string SettingsFile::folder() const
 {
-    return folderOf(m_path);
+    return tree::containingFolder(m_path);
 }
 
 std::string SettingsFile::folderOfFile() const
 {
-    return folderOf(linkTarget());
+    return tree::containingFolder(linkTarget());
 }
 
 /// The path at the end of the links; the path of the file itself when it is none. Links in a circle

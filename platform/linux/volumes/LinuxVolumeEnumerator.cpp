@@ -1,6 +1,6 @@
 #include "platform/linux/volumes/LinuxVolumeEnumerator.hpp"
 
-#include "platform/linux/files/CleanPath.hpp"
+#include "engine/tree/FilePath.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -45,7 +45,7 @@ void LinuxVolumeEnumerator::addContents(const Item &folder)
     std::filesystem::directory_iterator entry(folder.path, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename();
-        Item item{joinedPath(folder.name, name), joinedPath(folder.path, name), false};
+        Item item{tree::joinPath(folder.name, name), tree::joinPath(folder.path, name), false};
         const bool isMountPoint =
             std::find(m_mountPoints.begin(), m_mountPoints.end(), item.path) != m_mountPoints.end();
         std::error_code isUnknown;

@@ -1,7 +1,7 @@
 #include "platform/linux/volumes/LinuxVolumeService.hpp"
 
+#include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
-#include "platform/linux/files/CleanPath.hpp"
 #include "platform/linux/process/ProbeProcess.hpp"
 #include "platform/linux/volumes/LinuxVolumeEnumerator.hpp"
 #include "platform/linux/volumes/UnmountPrograms.hpp"
@@ -72,7 +72,7 @@ std::optional<std::string> problemOf(const Outcome &outcome)
 /// What a path is asked about: where its entry is mounted.
 std::string mountPathOf(const std::string &path)
 {
-    return path == rootEntryPath ? std::string(scan::rootPath) : cleanPath(path);
+    return path == rootEntryPath ? std::string(scan::rootPath) : tree::cleanPath(path);
 }
 
 VolumeFiguresReader::Source systemFigures(std::shared_ptr<FileSystemProbe> probe)
@@ -285,7 +285,7 @@ std::optional<LinuxVolumeService::UnmountRequest>
 LinuxVolumeService::requestFor(std::string_view path)
 {
     const VolumeFacts facts(m_sources);
-    const std::string mountPoint = cleanPath(path);
+    const std::string mountPoint = tree::cleanPath(path);
     const scan::Mount *volume = facts.volumeOf(mountPoint);
     if (volume == nullptr || volume->mountPoint != mountPoint || mountPoint == scan::rootPath) {
         logNotUnmounted(mountPoint, mountPoint == scan::rootPath ? "the system is on it"

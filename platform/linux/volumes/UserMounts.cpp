@@ -1,6 +1,6 @@
 #include "platform/linux/volumes/UserMounts.hpp"
 
-#include "platform/linux/files/CleanPath.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "platform/linux/volumes/VolumeSources.hpp"
 #include "platform/linux/volumes/VolumeTypes.hpp"
 
@@ -36,7 +36,7 @@ UserMounts::UserMounts(const VolumeSources &sources)
         std::string options;
         if (fields >> device >> mountPoint >> type >> options && device.front() != '#' &&
             isForUsers(options)) {
-            m_mountPoints.insert(cleanPath(scan::MountTable::unescaped(mountPoint)));
+            m_mountPoints.insert(tree::cleanPath(scan::MountTable::unescaped(mountPoint)));
         }
     }
 }
@@ -49,7 +49,7 @@ bool UserMounts::mayUnmount(const scan::Mount &mount) const
 
 bool UserMounts::isMountedForUser(const scan::Mount &mount) const
 {
-    const std::string folder = folderOf(mount.mountPoint);
+    const std::string folder = tree::parentPath(mount.mountPoint);
     return !m_userName.empty() &&
            (folder == "/media/" + m_userName || folder == "/run/media/" + m_userName);
 }

@@ -1,6 +1,6 @@
 #include "platform/linux/volumes/VolumeNames.hpp"
 
-#include "platform/linux/files/CleanPath.hpp"
+#include "engine/tree/FilePath.hpp"
 
 #include <algorithm>
 
@@ -26,7 +26,7 @@ std::string wantedName(const VolumeNames::Volume &volume)
         return volume.mountPoint;
     }
     const std::string name = nameFromLabel(volume.label);
-    return name.empty() ? nameOf(volume.mountPoint) : name;
+    return name.empty() ? tree::fileName(volume.mountPoint) : name;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "tests/platform/linux/DiskService.hpp"
 
-#include "platform/linux/files/CleanPath.hpp"
+#include "engine/tree/FilePath.hpp"
 #include "tests/platform/linux/FilesOnDisk.hpp"
 
 #include <cstdlib>
@@ -70,7 +70,7 @@ DiskService::~DiskService()
     }
 }
 
-DiskService::DiskService(Hint hint) : m_image(nameOf(m_folder.path()))
+DiskService::DiskService(Hint hint) : m_image(tree::fileName(m_folder.path()))
 {
     m_folder.folder("dev");
     m_folder.folder("bin");
