@@ -4,8 +4,8 @@
 #include "engine/archive/ScanFileWriter.hpp"
 #include "platform/FileUrl.hpp"
 #include "screens/KORVENHomeViewController.hpp"
-#include "tests/engine/archive/ResultScreenTest.hpp"
 #include "tests/engine/tree/TreeBuilder.hpp"
+#include "tests/screens/ResultScreenTest.hpp"
 
 #include <QProgressBar>
 #include <QStackedWidget>

@@ -3,8 +3,8 @@
 #include "engine/archive/ScanFileWriter.hpp"
 #include "history/records/KORVENHistoryStore.hpp"
 #include "screens/KORVENScanViewController.hpp"
-#include "tests/engine/archive/ResultScreenTest.hpp"
 #include "tests/engine/tree/TreeBuilder.hpp"
+#include "tests/screens/ResultScreenTest.hpp"
 
 #include <memory>
 #include <string>
