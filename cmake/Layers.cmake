@@ -9,12 +9,15 @@
 # them.
 
 set(TESSALY_LAYERS
-    tree scan archive platform platform_linux resources delegate controls screen
+    tree scan archive theme text frame platform platform_linux resources delegate controls screen
     preview_protocol preview_decoder preview results records history screens drives window)
 
 set(TESSALY_FOLDER_tree              engine/tree)
 set(TESSALY_FOLDER_scan              engine/scan)
 set(TESSALY_FOLDER_archive           engine/archive)
+set(TESSALY_FOLDER_theme             app/controls/theme)
+set(TESSALY_FOLDER_text              app/controls/text)
+set(TESSALY_FOLDER_frame             app/controls/frame)
 set(TESSALY_FOLDER_platform          platform)
 set(TESSALY_FOLDER_platform_linux    platform/linux)
 set(TESSALY_FOLDER_resources         resources)
@@ -34,22 +37,29 @@ set(TESSALY_FOLDER_window            app/window)
 set(TESSALY_MAY_USE_tree)
 set(TESSALY_MAY_USE_scan              tree)
 set(TESSALY_MAY_USE_archive           tree)
+set(TESSALY_MAY_USE_theme)
+set(TESSALY_MAY_USE_text              tree)
+set(TESSALY_MAY_USE_frame             theme)
 set(TESSALY_MAY_USE_platform)
-set(TESSALY_MAY_USE_platform_linux    tree scan archive platform)
+set(TESSALY_MAY_USE_platform_linux    tree scan archive text platform)
 set(TESSALY_MAY_USE_resources)
 set(TESSALY_MAY_USE_delegate          platform)
-set(TESSALY_MAY_USE_controls          tree resources)
-set(TESSALY_MAY_USE_screen            delegate controls)
+set(TESSALY_MAY_USE_controls          tree theme text frame resources)
+set(TESSALY_MAY_USE_screen            theme delegate controls)
 set(TESSALY_MAY_USE_preview_protocol  scan)
 set(TESSALY_MAY_USE_preview_decoder   scan preview_protocol)
 set(TESSALY_MAY_USE_preview           tree scan archive platform preview_protocol)
-set(TESSALY_MAY_USE_results           tree archive platform resources delegate controls)
+set(TESSALY_MAY_USE_results
+    tree archive theme text platform resources delegate controls)
 set(TESSALY_MAY_USE_records           tree scan archive platform delegate)
-set(TESSALY_MAY_USE_history           platform resources delegate controls screen records)
+set(TESSALY_MAY_USE_history
+    theme text platform resources delegate controls screen records)
 set(TESSALY_MAY_USE_screens
-    tree scan archive platform resources delegate controls results records)
-set(TESSALY_MAY_USE_drives            tree platform resources delegate controls screen)
-set(TESSALY_MAY_USE_window            platform resources delegate controls history screens drives)
+    tree scan archive theme text platform resources delegate controls results records)
+set(TESSALY_MAY_USE_drives
+    tree theme text platform resources delegate controls screen)
+set(TESSALY_MAY_USE_window
+    theme frame platform resources delegate controls history screens drives)
 
 # tessaly_library(<layer> [CLASSES <path>...] [SOURCES <.cpp>...] [HEADERS <.hpp>...]
 #                 [USES <layer>...] [LINKS <target of another project>...])

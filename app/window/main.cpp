@@ -36,6 +36,7 @@
 #include "platform/linux/storage/LinuxSettingsStore.hpp"
 #include "platform/linux/storage/LinuxUserAccount.hpp"
 #include "platform/linux/volumes/LinuxVolumeService.hpp"
+#include "resources/Artwork.hpp"
 
 #include <chrono>
 #include <cstdlib>
@@ -152,7 +153,8 @@ int main(int argumentCount, char **arguments)
     delegate.setWindowController(controller.get());
     std::optional<GlobalMenu> globalMenu;
     controller->showWindow([&] {
-        applyFontAndIcon(application);
+        applyFont(application);
+        application.setWindowIcon(applicationIcon());
         controller->awakeFromNib();
         delegate.applicationDidFinishLaunching();
         globalMenu.emplace(controller->mainWindow(), controller->applicationMenu(),

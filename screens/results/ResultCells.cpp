@@ -1,12 +1,12 @@
 #include "screens/results/ResultCells.hpp"
 
 #include "app/controls/bars/KORVENProgressBar.hpp"
+#include "app/controls/bars/WarningColors.hpp"
 #include "app/controls/tables/CellTableView.hpp"
 #include "app/controls/tables/CellTexts.hpp"
 #include "app/controls/tables/IconView.hpp"
 #include "app/controls/text/NameLabel.hpp"
 #include "app/controls/text/NameText.hpp"
-#include "app/controls/theme/WarningColors.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "resources/Artwork.hpp"
 #include "screens/results/KORVENFolderCellView.hpp"

@@ -202,7 +202,9 @@ void WindowSheet::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF panel(m_frame->geometry());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, shadowOpacity));
+    QColor shadow = theme::shadow;
+    shadow.setAlpha(shadowOpacity);
+    painter.setBrush(shadow);
     for (int reach = shadowReach; reach > 0; --reach) {
         const QRectF layer = panel.adjusted(-reach, 0, reach, reach).translated(0, shadowDrop);
         painter.drawPath(outline(layer, cornerRadius + reach));

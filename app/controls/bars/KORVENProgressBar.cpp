@@ -1,6 +1,7 @@
 #include "app/controls/bars/KORVENProgressBar.hpp"
 
 #include "app/controls/bars/BarGeometry.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QAccessibleValueChangeEvent>
 #include <QAccessibleWidget>
@@ -16,12 +17,6 @@ namespace tessaly {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QColor clampedColor(float red, float green, float blue, float alpha)
-{
-    const auto clamped = [](float component) { return std::clamp(component, 0.0F, 1.0F); };
-    return QColor::fromRgbF(clamped(red), clamped(green), clamped(blue), clamped(alpha));
-}
 
 /// Whole percents, whatever the bar was given.
 int percentage(float barPercent)
@@ -79,33 +74,33 @@ KORVENProgressBar::KORVENProgressBar(QWidget *parent) : QWidget(parent)
 
 void KORVENProgressBar::setColorsBlue()
 {
-    setColors(QColor::fromRgbF(0.011F, 0.356F, 1.0F, 0.75F));
+    setColors(theme::bar::blue);
 }
 
 void KORVENProgressBar::setColorsGreen()
 {
-    setColors(QColor::fromRgbF(0.011F, 0.992F, 0.011F, 0.95F));
+    setColors(theme::bar::green);
 }
 
 void KORVENProgressBar::setColorsOrange()
 {
-    setColors(QColor::fromRgbF(1.0F, 0.792F, 0.019F, 1.0F));
+    setColors(theme::bar::orange);
 }
 
 void KORVENProgressBar::setColorsYellow()
 {
-    setColors(QColor::fromRgbF(1.0F, 1.0F, 0.0F, 1.0F));
+    setColors(theme::bar::yellow);
 }
 
 void KORVENProgressBar::setColorsRed()
 {
-    setColors(QColor::fromRgbF(1.0F, 0.0F, 0.0F, 1.0F));
+    setColors(theme::bar::red);
 }
 
 void KORVENProgressBar::setColors(const QColor &fill)
 {
     setFColor(fill);
-    setBColor(QColor::fromRgbF(0.9294F, 0.9294F, 0.9294F, 1.0F));
+    setBColor(theme::bar::ground);
 }
 
 void KORVENProgressBar::setBarPercent(float percent)
@@ -128,9 +123,8 @@ void KORVENProgressBar::drawInContext(QPainter &context) const
 {
     const BarGeometry bar = barGeometry(size(), m_barPercent, layoutDirection());
     context.setRenderHint(QPainter::Antialiasing);
-    // White in fact: the components are out of range on purpose.
-    const QColor trackColor = clampedColor(80.0F, 80.0F, 80.0F, 0.8F);
-    context.setPen(QPen(trackColor, BarGeometry::lineWidth, Qt::SolidLine, Qt::SquareCap));
+    context.setPen(
+        QPen(QColor(theme::bar::track), BarGeometry::lineWidth, Qt::SolidLine, Qt::SquareCap));
     context.drawLine(bar.track);
     if (bar.fill && m_fColor.isValid()) {
         context.setPen(QPen(m_fColor, BarGeometry::lineWidth, Qt::SolidLine, Qt::SquareCap));

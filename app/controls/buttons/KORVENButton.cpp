@@ -30,7 +30,6 @@ constexpr int besideSign = 9; ///< of a button that shows an icon or a single si
 constexpr int aboveAndBelow = 6;
 constexpr int betweenIconAndTitle = 6;
 constexpr int ringCorner = 5;
-constexpr int hoverLight = 26; ///< of 255, white laid over the face
 constexpr double faded = 0.45;
 
 /// The image for a screen with `scale` pixels a point: the largest that is not too large, so that
@@ -67,7 +66,7 @@ QPixmap face(const QString &name, QSize pixels, double scale, bool lit)
     if (lit) {
         QPainter painter(&stretched);
         painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
-        painter.fillRect(stretched.rect(), QColor(255, 255, 255, hoverLight));
+        painter.fillRect(stretched.rect(), theme::buttonHover);
     }
     stretched.setDevicePixelRatio(scale);
     pixmap = QPixmap::fromImage(stretched);
@@ -88,7 +87,7 @@ KORVENButton::KORVENButton(const QString &title, QWidget *parent) : QPushButton(
 void KORVENButton::setColorWhite()
 {
     QPalette colors = palette();
-    colors.setColor(QPalette::ButtonText, Qt::white);
+    colors.setColor(QPalette::ButtonText, theme::text);
     setPalette(colors);
 }
 

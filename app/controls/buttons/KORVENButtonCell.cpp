@@ -18,7 +18,7 @@ void KORVENButtonCell::setTextColor()
 {
     QPalette colors = palette();
     colors.setColor(QPalette::Button, theme::lightButton);
-    colors.setColor(QPalette::ButtonText, Qt::black);
+    colors.setColor(QPalette::ButtonText, theme::lightButtonText);
     colors.setColor(QPalette::Disabled, QPalette::ButtonText, theme::lightButtonDisabledText);
     setPalette(colors);
 }

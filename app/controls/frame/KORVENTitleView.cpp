@@ -1,5 +1,7 @@
 #include "app/controls/frame/KORVENTitleView.hpp"
 
+#include "app/controls/theme/Theme.hpp"
+
 #include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
@@ -30,7 +32,7 @@ struct TextAttributes {
     QFont font;
     QTextOption option{Qt::AlignCenter};
     Qt::TextElideMode elideMode = Qt::ElideRight;
-    QColor colour = Qt::white;
+    QColor colour = theme::text;
 };
 
 /// Built when first needed, and kept.
@@ -40,15 +42,11 @@ const TextAttributes &textAttributes()
     return attributes;
 }
 
-constexpr float darkGrey = 0.2F;
-constexpr float lightGrey = 0.25F;
-
-/// Grey from top to bottom.
-void fillGradient(QPainter &painter, const QRectF &rect, float top, float bottom)
+void fillGradient(QPainter &painter, const QRectF &rect, const QColor &top, const QColor &bottom)
 {
     QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
-    gradient.setColorAt(0, QColor::fromRgbF(top, top, top));
-    gradient.setColorAt(1, QColor::fromRgbF(bottom, bottom, bottom));
+    gradient.setColorAt(0, top);
+    gradient.setColorAt(1, bottom);
     painter.fillRect(rect, gradient);
 }
 
@@ -91,10 +89,12 @@ void KORVENTitleView::paintEvent(QPaintEvent *event)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(titleBar);
     painter.setClipPath(corners, Qt::IntersectClip);
-    fillGradient(painter, upperTitleHalf(titleBar), darkGrey, lightGrey);
-    fillGradient(painter, lowerTitleHalf(titleBar), lightGrey, darkGrey);
+    fillGradient(painter, upperTitleHalf(titleBar), theme::title_bar::dark,
+                 theme::title_bar::light);
+    fillGradient(painter, lowerTitleHalf(titleBar), theme::title_bar::light,
+                 theme::title_bar::dark);
     // A line below the view, outside of the clip: it leaves no mark.
-    painter.fillRect(QRectF(0, height() + 3.0, width(), 1.0), Qt::black);
+    painter.fillRect(QRectF(0, height() + 3.0, width(), 1.0), theme::title_bar::line);
     if (m_showsName) {
         drawString(painter, u"Tessaly"_s, titleBar);
     }

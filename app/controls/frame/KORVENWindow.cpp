@@ -8,7 +8,6 @@
 #include "app/controls/theme/Theme.hpp"
 
 #include <QAction>
-#include <QColor>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeySequence>
@@ -31,7 +30,6 @@ namespace tessaly {
 namespace {
 
 constexpr QSize firstSize{1080, 700};
-constexpr float backgroundGrey = 0.36718F;
 
 } // namespace
 
@@ -352,7 +350,7 @@ void KORVENWindow::paintEvent(QPaintEvent * /*event*/)
     if (m_outerMargin > 0) {
         painter.fillRect(rect(), theme::backdrop);
     }
-    painter.fillRect(shownRect(), QColor::fromRgbF(backgroundGrey, backgroundGrey, backgroundGrey));
+    painter.fillRect(shownRect(), QColor(theme::windowGround));
 }
 
 } // namespace tessaly

@@ -1,5 +1,7 @@
 #include "app/controls/frame/TitleBarButton.hpp"
 
+#include "app/controls/theme/Theme.hpp"
+
 #include <QColor>
 #include <QFocusEvent>
 #include <QLineF>
@@ -13,11 +15,6 @@ namespace tessaly {
 namespace {
 
 constexpr qreal discRadius = 5.75;
-constexpr QColor ringColour(0x30, 0x30, 0x30);
-constexpr QColor greyDisc(0x6b, 0x6b, 0x6b);
-constexpr QColor redDisc(0xe0, 0x59, 0x4f);
-constexpr QColor inactiveDisc(0x55, 0x55, 0x55);
-constexpr QColor focusColour(0x7d, 0xb4, 0xff);
 constexpr int lighterPercent = 125;
 constexpr int darkerPercent = 130;
 
@@ -57,7 +54,7 @@ void TitleBarButton::paintEvent(QPaintEvent * /*event*/)
     if (hasFocus() && m_showsFocus) {
         constexpr qreal focusWidth = 1.5;
         const qreal radius = m_part == TitleBarPart::applicationMenu ? 4.0 : height() / 2.0;
-        painter.setPen(QPen(focusColour, focusWidth));
+        painter.setPen(QPen(theme::focusRing, focusWidth));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
     }
@@ -67,19 +64,18 @@ void TitleBarButton::paintMenuLines(QPainter &painter) const
 {
     constexpr qreal halfLength = 6.5;
     constexpr qreal distance = 5.0;
-    constexpr QColor activeColour(0xdd, 0xdd, 0xdd);
-    constexpr QColor inactiveColour(0x90, 0x90, 0x90);
     if (underMouse() || isDown()) {
         constexpr qreal radius = 4.0;
         QRectF face(rect());
         face.moveCenter({0, 0});
         painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor(255, 255, 255, isDown() ? 50 : 28));
+        painter.setBrush(isDown() ? theme::title_bar::menuPressed : theme::title_bar::menuHover);
         painter.drawRoundedRect(face, radius, radius);
     }
     constexpr qreal lineWidth = 1.5;
-    painter.setPen(QPen(isActiveWindow() ? activeColour : inactiveColour, lineWidth, Qt::SolidLine,
-                        Qt::FlatCap));
+    painter.setPen(
+        QPen(isActiveWindow() ? theme::title_bar::menuLines : theme::title_bar::inactiveMenuLines,
+             lineWidth, Qt::SolidLine, Qt::FlatCap));
     for (const qreal y : {-distance, 0.0, distance}) {
         painter.drawLine(QLineF(-halfLength, y, halfLength, y));
     }
@@ -87,15 +83,16 @@ void TitleBarButton::paintMenuLines(QPainter &painter) const
 
 void TitleBarButton::paintDisc(QPainter &painter) const
 {
-    QColor colour = m_part == TitleBarPart::close ? redDisc : greyDisc;
+    QColor colour =
+        m_part == TitleBarPart::close ? theme::title_bar::closeDisc : theme::title_bar::disc;
     if (isDown()) {
         colour = colour.darker(darkerPercent);
     } else if (underMouse()) {
         colour = colour.lighter(lighterPercent);
     } else if (!isActiveWindow()) {
-        colour = inactiveDisc;
+        colour = theme::title_bar::inactiveDisc;
     }
-    painter.setPen(ringColour);
+    painter.setPen(theme::title_bar::discEdge);
     painter.setBrush(colour);
     painter.drawEllipse(QPointF(0, 0), discRadius, discRadius);
 }
@@ -104,7 +101,8 @@ void TitleBarButton::paintSign(QPainter &painter) const
 {
     constexpr qreal reach = 2.75;
     constexpr qreal lineWidth = 1.4;
-    const QColor colour = m_part == TitleBarPart::close ? QColor(0x4a, 0x0d, 0x08) : Qt::white;
+    const QColor colour =
+        m_part == TitleBarPart::close ? theme::title_bar::closeSign : theme::title_bar::sign;
     painter.setPen(QPen(colour, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::MiterJoin));
     painter.setBrush(Qt::NoBrush);
     switch (m_part) {

@@ -1,6 +1,7 @@
 #include "app/controls/frame/WindowEdges.hpp"
 
 #include "app/controls/frame/WindowGeometry.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QColor>
 #include <QCursor>
@@ -58,9 +59,7 @@ void WindowEdges::paintEvent(QPaintEvent * /*event*/)
         painter.fillPath(corners, Qt::black);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
-    // A line that sets the window off from dark ones behind it.
-    constexpr int lineAlpha = 110;
-    painter.setPen(QColor(0, 0, 0, lineAlpha));
+    painter.setPen(theme::windowEdge);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
 }
 

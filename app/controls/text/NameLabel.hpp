@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/controls/tables/ClickableView.hpp"
+#include "app/controls/text/ClickableView.hpp"
 
 #include <QString>
 

@@ -1,17 +1,24 @@
 #include "app/controls/theme/Theme.hpp"
 
-#include "resources/Artwork.hpp"
-
 #include <QApplication>
 #include <QFont>
 #include <QFontDatabase>
+#include <QRegularExpression>
 #include <QStyleFactory>
 #include <QToolTip>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace tessaly {
 
 using namespace Qt::StringLiterals;
+
+theme::Fractions::operator QColor() const
+{
+    const auto part = [](float fraction) { return std::clamp(fraction, 0.0F, 1.0F); };
+    return QColor::fromRgbF(part(red), part(green), part(blue), part(alpha));
+}
 
 QPalette themePalette()
 {
@@ -23,7 +30,7 @@ QPalette themePalette()
     palette.setColor(QPalette::Text, theme::text);
     palette.setColor(QPalette::ButtonText, theme::text);
     palette.setColor(QPalette::BrightText, theme::text);
-    palette.setColor(QPalette::PlaceholderText, theme::dimmedText.darker(125));
+    palette.setColor(QPalette::PlaceholderText, theme::placeholderText);
     palette.setColor(QPalette::Highlight, theme::selection);
     palette.setColor(QPalette::HighlightedText, theme::text);
     palette.setColor(QPalette::Link, theme::link);
@@ -41,6 +48,30 @@ QPalette themePalette()
     return palette;
 }
 
+QPalette previewPalette()
+{
+    QPalette palette(theme::preview::window);
+    palette.setColor(QPalette::Window, theme::preview::window);
+    palette.setColor(QPalette::Base, theme::preview::page);
+    palette.setColor(QPalette::Highlight, theme::preview::accent);
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText}) {
+        palette.setColor(role, theme::preview::text);
+    }
+    return palette;
+}
+
+QString styleSheetWithColors(const QString &styleSheet,
+                             std::initializer_list<std::pair<QLatin1StringView, QColor>> colors)
+{
+    QString colored = styleSheet;
+    for (const auto &[name, color] : colors) {
+        // A name may be the beginning of another one's.
+        colored.replace(QRegularExpression(u"@%1\\b"_s.arg(name)), color.name());
+    }
+    return colored;
+}
+
 void applyTheme()
 {
     // Drawn in the palette's colours alone, the same on every desktop.
@@ -49,14 +80,13 @@ void applyTheme()
     QToolTip::setPalette(themePalette());
 }
 
-void applyFontAndIcon(QApplication &application)
+void applyFont(QApplication &application)
 {
     if (QFontDatabase::hasFamily(u"Inter"_s)) {
         QFont font = QApplication::font();
         font.setFamily(u"Inter"_s);
         application.setFont(font);
     }
-    application.setWindowIcon(applicationIcon());
 }
 
 void makeTitle(QWidget &label)

@@ -1,11 +1,11 @@
 #include "platform/linux/files/InformationWindow.hpp"
 
+#include "app/controls/text/MiddleElidedLabel.hpp"
 #include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "engine/tree/SizeText.hpp"
 #include "platform/DateTexts.hpp"
 #include "platform/linux/files/ItemInformation.hpp"
-#include "platform/linux/files/MiddleElidedLabel.hpp"
 
 #include <QFont>
 #include <QFormLayout>

@@ -80,8 +80,7 @@ TEST(Look, isGivenToTheWholeProgram)
     EXPECT_EQ(QApplication::style()->name(), u"fusion"_s);
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), theme::window);
     EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), theme::toolTip);
-    applyFontAndIcon(*qApp);
-    EXPECT_FALSE(QApplication::windowIcon().isNull());
+    applyFont(*qApp);
     EXPECT_EQ(QApplication::font().pointSizeF(), points);
     if (QFontDatabase::hasFamily(u"Inter"_s)) {
         EXPECT_EQ(QApplication::font().family(), u"Inter"_s);

@@ -1,4 +1,4 @@
-#include "app/controls/tables/ClickableView.hpp"
+#include "app/controls/text/ClickableView.hpp"
 
 #include <QMouseEvent>
 

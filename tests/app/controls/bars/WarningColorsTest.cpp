@@ -1,4 +1,4 @@
-#include "app/controls/theme/WarningColors.hpp"
+#include "app/controls/bars/WarningColors.hpp"
 
 #include "app/controls/bars/KORVENProgressBar.hpp"
 

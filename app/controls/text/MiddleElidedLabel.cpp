@@ -1,4 +1,4 @@
-#include "platform/linux/files/MiddleElidedLabel.hpp"
+#include "app/controls/text/MiddleElidedLabel.hpp"
 
 #include <QAction>
 #include <QClipboard>
