@@ -93,6 +93,7 @@ function(tessaly_library layer)
     list(TRANSFORM arg_USES PREPEND "Tessaly::")
     target_link_libraries(${target} PUBLIC ${arg_USES} ${arg_LINKS})
     tessaly_warnings(${target})
+    tessaly_share_precompiled(${target} ${arg_LINKS})
 
     # A later target_link_libraries() in the same folder is no way round the table.
     cmake_language(EVAL CODE "cmake_language(DEFER CALL tessaly_check_links ${layer})")

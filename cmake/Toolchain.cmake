@@ -3,7 +3,9 @@
 find_program(TESSALY_CCACHE ccache)
 mark_as_advanced(TESSALY_CCACHE)
 if(TESSALY_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${TESSALY_CCACHE}")
+    # It takes precompiled headers only when it need not compare the times of what is in them.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${TESSALY_CCACHE}")
 endif()
 
 find_program(TESSALY_LLD ld.lld)
