@@ -37,8 +37,8 @@ endfunction()
 
 # tessaly_share_precompiled(<target> [<linked target>...])
 #
-# Has a target share what fits the part of Qt that it names as linked: the headers of the widgets, of
-# Qt's core, or of the standard library alone. What links other parts is compiled without.
+# Has a target share what fits the part of Qt that it names as linked: the headers of the widgets,
+# of Qt's core, or of the standard library alone. What links other parts is compiled without.
 function(tessaly_share_precompiled target)
     if(NOT TESSALY_PRECOMPILE)
         return()

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Counts the results of a ctest run: test_summary.py JUNIT_FILE [SUITES_FOLDER]
 
-A test of ctest that is a whole suite has left SUITES_FOLDER/<suite>.xml, and each case in it counts.
+A test of ctest that is a whole suite has left SUITES_FOLDER/<suite>.xml, and each case counts.
 Names the tests that were skipped, with the reason, and those that failed. The last line is
 "N passed, N failed". Exit status 1 when a test failed or when none passed.
 """
