@@ -6,12 +6,12 @@
 
 namespace tessaly::scan {
 
-/// Shared with the threads that are left behind.
+/// Shared with the abandoned threads, which may outlive the AbandonableWork.
 struct AbandonableWork::State {
     std::mutex mutex;
     std::condition_variable hasChanged;
-    bool isRunning = false;
-    bool hasGivenUp = false;
+    bool isRunning = false;  ///< guarded by mutex
+    bool hasGivenUp = false; ///< guarded by mutex
 };
 
 AbandonableWork::AbandonableWork(std::chrono::milliseconds timeout, ThreadStarter startThread)

@@ -8,9 +8,9 @@
 
 namespace tessaly::scan {
 
-/// Runs work that may hang in the kernel, such as reading a folder of a server that is gone. The
-/// work runs on a thread of its own. A caller that gives up leaves that thread behind; it ends when
-/// the kernel lets it go, be it never.
+/// Runs work that may hang in the kernel, such as reading a folder of a server that is down. The
+/// work runs on a thread of its own. A caller that gives up abandons that thread, which ends when
+/// the kernel call returns, or never.
 ///
 /// Ownership: the work owns what it uses, since it may outlive everything else.
 /// Threads:   run() blocks its thread and is called by one thread at a time; giveUp() may be called
@@ -26,12 +26,12 @@ public:
     AbandonableWork(AbandonableWork &&) = delete;
     AbandonableWork &operator=(AbandonableWork &&) = delete;
 
-    /// Runs the work and waits for it. True when it has ended; false when it was left behind or,
-    /// since giveUp() had been called before, not even started. When there is no thread to be had,
-    /// the work runs on the calling one. It must not throw.
+    /// Runs the work and waits for it. True when it has ended; false when it was abandoned, or not
+    /// started because giveUp() had been called before. When no thread can be started, the work
+    /// runs on the calling one. It must not throw.
     [[nodiscard]] bool run(const std::function<void()> &work);
 
-    /// Has run() return within the timeout, now and from then on.
+    /// Makes run() return within the timeout, this time and from then on.
     void giveUp();
 
 private:

@@ -12,7 +12,7 @@ namespace tessaly::scan {
 
 namespace {
 
-constexpr std::chrono::milliseconds reliefWait(5);
+// More would not make a scan faster, and a limit of "infinity" does not fit into an int.
 constexpr rlim_t maxDescriptors = 65536;
 
 int openDescriptorCount()
@@ -38,6 +38,8 @@ int DescriptorBudget::halfOfFreeDescriptors()
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
         return minShare;
     }
+    // The limit is used as it is and not raised: a soft limit of 1024 is there for select(), which
+    // libraries in this process may call, and it would be inherited by every program started.
     const int allowed = static_cast<int>(std::min(limit.rlim_cur, maxDescriptors));
     return (allowed - openDescriptorCount()) / 2;
 }
@@ -48,21 +50,21 @@ void DescriptorBudget::provide(int count)
     m_free = std::max(count, minShare);
 }
 
-bool DescriptorBudget::acquireMin(const std::atomic<std::int32_t> &cancelScanFlag)
+bool DescriptorBudget::acquireMinShare(const std::atomic<std::int32_t> &cancelScanFlag)
 {
     std::unique_lock lock(m_mutex);
-    m_shareFree.wait(lock, [&] {
+    m_shareFreed.wait(lock, [&] {
         return m_free >= minShare || cancelScanFlag.load(std::memory_order_relaxed) != 0;
     });
     if (m_free < minShare) {
         return false;
     }
     m_free -= minShare;
-    ++m_shares;
+    ++m_shareCount;
     return true;
 }
 
-bool DescriptorBudget::tryTake(int count)
+bool DescriptorBudget::tryAcquire(int count)
 {
     const std::lock_guard lock(m_mutex);
     if (m_free < count) {
@@ -76,35 +78,38 @@ void DescriptorBudget::release(int count)
 {
     const std::lock_guard lock(m_mutex);
     m_free += count;
-    --m_shares;
-    // One by one: of ten thousand waiting threads few can go on.
+    --m_shareCount;
+    // As many as there are shares: ten thousand threads may wait, and notify_all() would wake them
+    // all for every walk that ends.
     for (int share = minShare; share <= m_free; share += minShare) {
-        m_shareFree.notify_one();
+        m_shareFreed.notify_one();
     }
-    m_relief.notify_all();
+    m_descriptorFreed.notify_all();
 }
 
 void DescriptorBudget::wakeWaiting()
 {
+    // With the lock: a thread that has looked at the cancel flag but does not wait yet would miss
+    // the notification.
     const std::lock_guard lock(m_mutex);
-    m_shareFree.notify_all();
+    m_shareFreed.notify_all();
 }
 
-bool DescriptorBudget::waitForRelief(Caller caller)
+bool DescriptorBudget::waitForDescriptor(Caller caller)
 {
     const int own = caller == Caller::holdsShare ? 1 : 0;
     std::unique_lock lock(m_mutex);
-    m_stuck += own;
-    const bool othersGetOn = m_stuck < m_shares;
-    const bool isWorthTrying = othersGetOn || isPatienceLeft();
+    m_waitingCount += own;
+    // As long as a walk makes progress it will release its share sooner or later.
+    const bool isWorthTrying = m_waitingCount < m_shareCount || isTimeLeft();
     if (isWorthTrying) {
-        m_relief.wait_for(lock, reliefWait);
+        m_descriptorFreed.wait_for(lock, m_timing.retryInterval);
     }
-    m_stuck -= own;
+    m_waitingCount -= own;
     return isWorthTrying;
 }
 
-bool DescriptorBudget::isPatienceLeft() noexcept
+bool DescriptorBudget::isTimeLeft() noexcept
 {
     const Clock::time_point now = Clock::now();
     const Clock::time_point since = m_stuckSince.load(std::memory_order_relaxed);
@@ -112,7 +117,7 @@ bool DescriptorBudget::isPatienceLeft() noexcept
         m_stuckSince.store(now, std::memory_order_relaxed);
         return true;
     }
-    return now - since < m_timeout;
+    return now - since < m_timing.timeout;
 }
 
 } // namespace tessaly::scan

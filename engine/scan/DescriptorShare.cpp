@@ -9,16 +9,18 @@ FileDescriptor DescriptorShare::open(int folder, const char *name, int flags)
     for (;;) {
         FileDescriptor opened(openat(folder, name, flags | O_CLOEXEC));
         if (opened.isOpen()) {
-            noteRelief();
+            noteOpened();
             return opened;
         }
         const int error = errno;
         if (error == EINTR) {
             continue;
         }
-        const bool again =
-            isDescriptorShortage(error) && ((m_makeRoom && m_makeRoom()) || waitForRelief());
-        if (!again) {
+        // A descriptor of this walk comes first: it is free at once, and other walks that wait in
+        // the same way would never release theirs.
+        const bool isWorthTrying =
+            isDescriptorShortage(error) && ((m_makeRoom && m_makeRoom()) || waitForDescriptor());
+        if (!isWorthTrying) {
             errno = error;
             return opened;
         }

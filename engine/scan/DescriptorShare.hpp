@@ -7,20 +7,20 @@
 
 namespace tessaly::scan {
 
-/// What one walk holds of its scan's descriptor budget, and the way it opens things.
+/// What one walk holds of its scan's descriptor budget, and how it opens files and folders.
 ///
-/// Ownership: gives everything back when it goes. The budget must outlive it.
+/// Ownership: the destructor releases everything. The budget must outlive it.
 /// Threads:   one at a time.
 class DescriptorShare {
 public:
-    /// Holds nothing: for the root walk, which needs a few descriptors at most and must not wait.
+    /// Holds nothing: for the root walk, which needs only a few descriptors and must not wait.
     explicit DescriptorShare(DescriptorBudget &budget) noexcept : m_budget(budget) {}
 
-    /// Holds a smallest share; blocks until there is one. It holds nothing when the scan was
-    /// cancelled meanwhile.
+    /// Holds a minimum share; blocks until one is free. Empty when the scan was cancelled
+    /// meanwhile.
     DescriptorShare(DescriptorBudget &budget, const std::atomic<std::int32_t> &cancelScanFlag)
         : m_budget(budget),
-          m_count(budget.acquireMin(cancelScanFlag) ? DescriptorBudget::minShare : 0)
+          m_count(budget.acquireMinShare(cancelScanFlag) ? DescriptorBudget::minShare : 0)
     {
     }
 
@@ -37,33 +37,34 @@ public:
 
     [[nodiscard]] bool isEmpty() const noexcept { return m_count == 0; }
 
-    /// Whether the share covers so many descriptors, if need be by asking for some more at once.
+    /// Whether the share covers `count` descriptors; tries to enlarge it if not.
     [[nodiscard]] bool covers(int count)
     {
-        if (count > m_count && m_budget.tryTake(step)) {
+        if (count > m_count && m_budget.tryAcquire(step)) {
             m_count += step;
         }
         return count <= m_count;
     }
 
-    /// What to do first when open() finds no descriptor: close one that can be had again and
-    /// answer true, or false when there is none to close.
+    /// Sets what open() calls first in a shortage of descriptors: it closes one that can be opened
+    /// again later and returns true, or returns false when there is none.
     void setMakeRoom(std::function<bool()> makeRoom) { m_makeRoom = std::move(makeRoom); }
 
-    /// openat(), which in a shortage of descriptors makes room and waits for as long as that may
-    /// help. On failure nothing is open and errno tells why.
+    /// openat(), which in a shortage of descriptors closes others of this walk and waits for those
+    /// of the others, until the budget says to give up. On failure nothing is open and errno says
+    /// why.
     [[nodiscard]] FileDescriptor open(int folder, const char *name, int flags);
 
-    /// Waits for others to close descriptors; see DescriptorBudget::waitForRelief().
-    [[nodiscard]] bool waitForRelief()
+    /// See DescriptorBudget::waitForDescriptor().
+    [[nodiscard]] bool waitForDescriptor()
     {
-        return m_budget.waitForRelief(isEmpty() ? DescriptorBudget::Caller::holdsNone
-                                                : DescriptorBudget::Caller::holdsShare);
+        return m_budget.waitForDescriptor(isEmpty() ? DescriptorBudget::Caller::holdsNone
+                                                    : DescriptorBudget::Caller::holdsShare);
     }
-    void noteRelief() noexcept { m_budget.noteRelief(); }
+    void noteOpened() noexcept { m_budget.noteOpened(); }
 
 private:
-    static constexpr int step = 8;
+    static constexpr int step = 8; ///< not one by one: each takes the budget's lock
 
     DescriptorBudget &m_budget;
     int m_count = 0;

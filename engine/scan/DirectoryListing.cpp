@@ -31,6 +31,7 @@ const DirectoryEntry *DirectoryListing::next() noexcept
         const auto *record = reinterpret_cast<const dirent64 *>(m_buffer.get() + m_position);
         m_position += record->d_reclen;
         m_nextOffset = record->d_off;
+        // To the zero byte: d_reclen includes padding.
         const std::string_view name(record->d_name);
         if (name != "." && name != "..") {
             m_entry = {name, record->d_type};
@@ -41,10 +42,11 @@ const DirectoryEntry *DirectoryListing::next() noexcept
 
 bool DirectoryListing::fill() noexcept
 {
+    // An empty buffer: after a failure or the end, next() ends at once and does not read on.
     m_position = 0;
     m_filled = 0;
-    // The usual disk file systems give the last entry a next one at the largest offset there is:
-    // nothing can follow, and asking once more for each directory is saved.
+    // ext4, for one, gives the last entry the largest offset there is. Nothing can follow then,
+    // which saves a last getdents64() for each folder that would only return 0.
     if (m_nextOffset == std::numeric_limits<std::int64_t>::max()) {
         return false;
     }

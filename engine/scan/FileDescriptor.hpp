@@ -7,12 +7,12 @@
 
 namespace tessaly::scan {
 
-/// A file descriptor of the system, closed when this goes.
+/// Owns a file descriptor: the destructor closes it.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
 
-    /// Takes a descriptor over. A negative number, what a failed call gives, stands for none.
+    /// Takes ownership. A negative number, as a failed call returns it, stands for none.
     explicit FileDescriptor(int number) noexcept : m_number(number) {}
 
     ~FileDescriptor() { close(); }
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] bool isOpen() const noexcept { return m_number >= 0; }
     [[nodiscard]] int number() const noexcept { return m_number; }
 
-    /// Closes early. Leaves errno alone, so that it can still be asked about the call before.
+    /// Closes early. Keeps errno, so that it still tells about the call before.
     void close() noexcept
     {
         if (m_number >= 0) {
@@ -45,8 +45,7 @@ private:
     int m_number = -1;
 };
 
-/// Whether errno says that there was no descriptor to be had: none in this process, or none in the
-/// whole system.
+/// Whether an errno value says that this process, or the whole system, has no descriptor left.
 [[nodiscard]] inline bool isDescriptorShortage(int error) noexcept
 {
     return error == EMFILE || error == ENFILE;

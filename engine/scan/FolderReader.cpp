@@ -15,7 +15,7 @@ struct EntryFacts {
     std::uint64_t byteCount = 0;
 };
 
-/// An entry's own facts; those of an empty file when they cannot be read.
+/// An entry's own facts, links not followed; those of an empty file when they cannot be read.
 EntryFacts entryFacts(int folder, const char *name, unsigned wanted) noexcept
 {
     struct statx facts = {};
@@ -30,6 +30,8 @@ EntryFacts entryFacts(int folder, const char *name, unsigned wanted) noexcept
 tree::LUMFileContainer *FolderReader::record(int folder, const DirectoryEntry &entry,
                                              tree::LUMFileContainer &container)
 {
+    // Folders and links need no statx(): the listing says what they are, and their own size counts
+    // for nothing. Some file systems do not say, and only there it costs a call for each entry.
     EntryFacts facts{entry.type, 0};
     if (entry.type == DT_UNKNOWN) {
         facts = entryFacts(folder, entry.name.data(), STATX_TYPE | STATX_SIZE);
@@ -63,6 +65,7 @@ bool FolderReader::isFolder(int folder, const char *name) noexcept
 
 bool FolderReader::leadsToFolder(int folder, const char *link)
 {
+    // Resolving a link by hand takes many calls, so it is done only where there is an automount.
     return m_mounts.mayAutomount() ? linkLeadsToFolderWithoutAutomount(folder, link, m_share)
                                    : linkLeadsToFolder(folder, link);
 }

@@ -10,13 +10,13 @@ namespace tessaly::scan {
 
 /// A subfolder that was recorded and is still to be walked.
 struct Subfolder {
-    tree::LUMFileContainer *container;  ///< empty so far, already the child of its parent
-    const MountPointTree::Place *place; ///< where it lies among the mounts; mostly nullptr
+    tree::LUMFileContainer *container;  ///< still empty, already a child of its parent
+    const MountPointTree::Place *place; ///< nullptr when nothing is mounted there or below
 };
 
-/// Records what lies directly in a folder: one node for each entry, in the listing's order.
+/// Records the direct content of a folder: one node for each entry, in the listing's order.
 ///
-/// What becomes of an entry:
+/// Entries are recorded as:
 ///   a folder                       an empty container, reported as one to walk
 ///   a symbolic link to a folder    an empty container
 ///   any other symbolic link        nothing
@@ -24,12 +24,12 @@ struct Subfolder {
 ///                                  Nothing but folders is ever opened.
 ///   an entry named "Volumes"       nothing, and the rest of the listing is left out as well
 ///
-/// A folder of an automount file system is not listed (that could mount all of it): only what is
-/// already mounted in it is recorded, by name order.
+/// A folder of an automount file system is not listed, which could mount everything in it: only
+/// what is mounted there already is recorded, in the order of names.
 ///
 /// Threads: one at a time.
-/// Errors:  what cannot be read is left out. std::bad_alloc from any call; what was recorded until
-///          then is whole.
+/// Errors:  what cannot be read is left out. std::bad_alloc from any call; what was recorded before
+///          stays consistent.
 class FolderReader {
 public:
     FolderReader(const MountPointTree &mounts, tree::NodeArena &arena, DescriptorShare &share)
@@ -37,8 +37,8 @@ public:
     {
     }
 
-    /// Appends an open folder's entries to its container. Before each entry `shouldStop()` is
-    /// asked, and `foundSubfolder(Subfolder)` is told of each one to walk.
+    /// Appends an open folder's entries to its container. Calls `shouldStop()` before each entry
+    /// and `foundSubfolder(Subfolder)` for each folder to walk.
     template <typename ShouldStop, typename FoundSubfolder>
     void read(int descriptor, FileSystemKind kind, Subfolder recorded, ShouldStop shouldStop,
               FoundSubfolder foundSubfolder)
@@ -59,8 +59,8 @@ public:
         }
     }
 
-    /// Appends one entry of an open folder to its container. Returns the new container when it is
-    /// one to walk, or else nullptr. A zero byte must follow the entry's name.
+    /// Appends one entry of an open folder to its container. Returns the new container of a folder
+    /// to walk, else nullptr. Requires: a zero byte follows the entry's name.
     tree::LUMFileContainer *record(int folder, const DirectoryEntry &entry,
                                    tree::LUMFileContainer &container);
 

@@ -10,15 +10,16 @@ namespace tessaly::scan {
 
 namespace {
 
-// A descriptor that only marks a place is enough to open subfolders, and needs no read permission.
-// No O_DIRECTORY: it would have the system mount what mounts itself.
+// O_PATH is enough to open subfolders, and needs no read permission. O_DIRECTORY is left out
+// because it would trigger an automount.
 constexpr int ancestorFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
-// Beside the folders with subfolders left: the folder being read, and two for following a link.
+// Beside the levels' descriptors: the folder being read, and two for following a link.
 constexpr std::size_t furtherDescriptors = 3;
 static_assert(1 + furtherDescriptors == DescriptorBudget::minShare);
 
-constexpr std::size_t stepsAtOnce = 1024; // "../" so many times is a path the system takes
+// "../" so many times is 3 KiB; the kernel takes paths below 4 KiB (PATH_MAX).
+constexpr std::size_t maxStepsPerOpen = 1024;
 
 } // namespace
 
@@ -43,8 +44,8 @@ void FolderWalk::walk(const Subfolder &top)
     }
 }
 
-/// Walks the next pending folder. Levels that have no pending folders left are gone afterwards, and
-/// the last level that is left is open.
+/// Walks the next pending folder. Afterwards no level is left without pending folders, and the last
+/// level is open again.
 void FolderWalk::step()
 {
     const Subfolder next = m_pending.back();
@@ -52,23 +53,26 @@ void FolderWalk::step()
     const std::size_t depth = m_levels.back().depth + 1;
     OpenedFolder folder = open(next);
 
+    // The parent's last subfolder ends the parent's level now and not on the way back, so that a
+    // chain of folders with one subfolder each takes one level, however deep it is. Its descriptor
+    // is kept for a moment: when the subfolder cannot be opened, ".." starts from there.
     FileDescriptor parent;
     if (m_pending.size() == m_levels.back().firstPending) {
         parent = std::move(m_levels.back().descriptor);
         popLevel();
     }
     if (!folder.descriptor.isOpen()) {
-        climb(parent, depth - 1);
+        reopenLast(parent, depth - 1);
         return;
     }
     parent.close();
     if (!read(folder, next, depth)) {
-        climb(folder.descriptor, depth);
+        reopenLast(folder.descriptor, depth);
     }
 }
 
-/// Records a folder's entries. True when it has subfolders to walk: it is then the last level, and
-/// the descriptor has moved there.
+/// Records a folder's entries. True when it has subfolders to walk: it is then the last level and
+/// owns the descriptor.
 bool FolderWalk::read(OpenedFolder &folder, const Subfolder &next, std::size_t depth)
 {
     const std::size_t first = m_pending.size();
@@ -77,7 +81,7 @@ bool FolderWalk::read(OpenedFolder &folder, const Subfolder &next, std::size_t d
             folder.descriptor.number(), folder.kind, next, [this] { return m_scan.isCancelled(); },
             [this](const Subfolder &found) { m_pending.push_back(found); });
     } catch (const std::bad_alloc &) {
-        // What was recorded is whole; the rest of the listing is left out.
+        // What was recorded is consistent; the rest of the listing is left out.
     }
     if (m_pending.size() == first) {
         return false;
@@ -88,6 +92,7 @@ bool FolderWalk::read(OpenedFolder &folder, const Subfolder &next, std::size_t d
         m_pending.erase(m_pending.begin() + static_cast<std::ptrdiff_t>(first), m_pending.end());
         return false;
     }
+    // The pending folders are a stack, and the first one listed is to be walked first.
     std::reverse(m_pending.begin() + static_cast<std::ptrdiff_t>(first), m_pending.end());
     Level &level = m_levels.back();
     level.container = next.container;
@@ -101,18 +106,19 @@ OpenedFolder FolderWalk::open(const Subfolder &next)
 {
     try {
         keepWithinShare();
-        return openPatiently(next);
+        return openOrWait(next);
     } catch (const std::bad_alloc &) {
         return {};
     }
 }
 
-/// Opens a subfolder of the last level. In a shortage of descriptors this walk first gives up all
-/// that it can have again, in the end even the parent's, and then waits for the others.
-OpenedFolder FolderWalk::openPatiently(const Subfolder &next)
+/// Opens a subfolder of the last level. In a shortage of descriptors this walk first closes all
+/// that it can reopen, at last even the parent's, and then waits for the others to do the same.
+/// Walks that waited with descriptors in hand could wait for each other for ever.
+OpenedFolder FolderWalk::openOrWait(const Subfolder &next)
 {
     const FileSystemCheck check =
-        m_scan.mounts.mustAsk(next.place) ? FileSystemCheck::first : FileSystemCheck::needless;
+        m_scan.mounts.mustCheck(next.place) ? FileSystemCheck::first : FileSystemCheck::needless;
     const Level &parent = m_levels.back();
     for (;;) {
         OpenedFolder folder;
@@ -121,7 +127,7 @@ OpenedFolder FolderWalk::openPatiently(const Subfolder &next)
             folder = openSubfolder(descriptorOf(parent), m_name.c_str(), check);
         }
         if (folder.descriptor.isOpen()) {
-            m_share.noteRelief();
+            m_share.noteOpened();
             return folder;
         }
         if (!isDescriptorShortage(errno) || m_scan.isCancelled()) {
@@ -131,7 +137,7 @@ OpenedFolder FolderWalk::openPatiently(const Subfolder &next)
             continue;
         }
         closeLast();
-        if (!m_share.waitForRelief()) {
+        if (!m_share.waitForDescriptor()) {
             return folder;
         }
     }
@@ -161,13 +167,14 @@ std::size_t FolderWalk::openLevelCount() const noexcept
     return m_levels.size() - m_closedLevels;
 }
 
-/// Closes the open folder nearest to the top, but never the last level's. False when there is none.
+/// Closes the open level nearest to the top, which is needed last, but never the last level. False
+/// when there is none to close.
 bool FolderWalk::closeOldest()
 {
     if (openLevelCount() < 2) {
         return false;
     }
-    letGo(m_levels[m_closedLevels]);
+    closeForNow(m_levels[m_closedLevels]);
     ++m_closedLevels;
     return true;
 }
@@ -176,12 +183,14 @@ void FolderWalk::closeLast()
 {
     Level &level = m_levels.back();
     if (level.descriptor.isOpen()) {
-        letGo(level);
+        closeForNow(level);
         m_closedLevels = m_levels.size();
     }
 }
 
-void FolderWalk::letGo(Level &level) noexcept
+/// Closes a level that will be reopened, and notes which folder it is. While it is closed it may be
+/// moved or replaced, and then ".." or its path leads to another folder.
+void FolderWalk::closeForNow(Level &level) noexcept
 {
     struct stat facts = {};
     level.identity.reset();
@@ -197,10 +206,10 @@ void FolderWalk::popLevel() noexcept
     m_closedLevels = std::min(m_closedLevels, m_levels.size());
 }
 
-/// Opens the last level again if it was let go of, coming from a folder below it that is open still
-/// (or from none). A level that is there no more goes, with what is pending in it. In a shortage of
-/// descriptors the level is left as it is: whoever needs it will wait.
-void FolderWalk::climb(const FileDescriptor &here, std::size_t depth)
+/// Reopens the last level if it was closed early, from the folder `here` at `depth` below it, if
+/// that is open. A level that cannot be found again is dropped with its pending folders. In a
+/// shortage of descriptors the level stays closed: openOrWait() will wait for one.
+void FolderWalk::reopenLast(const FileDescriptor &here, std::size_t depth)
 {
     while (!m_levels.empty() && !isOpen(m_levels.back()) && !m_scan.isCancelled()) {
         const Level &level = m_levels.back();
@@ -214,12 +223,14 @@ void FolderWalk::climb(const FileDescriptor &here, std::size_t depth)
     }
 }
 
+/// Reopens the last level by ".." from a folder so many steps below it. This needs a single call
+/// for a thousand levels, and works where the path from the top is longer than the kernel takes.
 bool FolderWalk::reopenFromBelow(const FileDescriptor &here, std::size_t steps)
 {
     try {
         FileDescriptor above;
         while (steps > 0) {
-            const std::size_t count = std::min(steps, stepsAtOnce);
+            const std::size_t count = std::min(steps, maxStepsPerOpen);
             m_name.clear();
             for (std::size_t i = 0; i < count; ++i) {
                 m_name += "../";
@@ -232,14 +243,14 @@ bool FolderWalk::reopenFromBelow(const FileDescriptor &here, std::size_t steps)
             }
             steps -= count;
         }
-        return takeBack(std::move(above));
+        return useIfSame(std::move(above));
     } catch (const std::bad_alloc &) {
         return false;
     }
 }
 
-/// Opens the last level again by the names on the way there from the scanned folder. On failure
-/// errno tells why.
+/// Reopens the last level by the names that lead there from the scanned folder, one at a time: the
+/// whole path may be too long. On failure errno says why.
 bool FolderWalk::reopenByNames()
 {
     try {
@@ -259,15 +270,16 @@ bool FolderWalk::reopenByNames()
                 return false;
             }
         }
-        return takeBack(std::move(here));
+        return useIfSame(std::move(here));
     } catch (const std::bad_alloc &) {
         errno = ENOMEM;
         return false;
     }
 }
 
-/// Makes a descriptor the last level's if it stands for the same folder as the one let go of.
-bool FolderWalk::takeBack(FileDescriptor descriptor) noexcept
+/// Gives the last level the descriptor if that is the same folder as before. On failure errno is
+/// ENOENT, as for a folder that was deleted.
+bool FolderWalk::useIfSame(FileDescriptor descriptor) noexcept
 {
     Level &level = m_levels.back();
     struct stat facts = {};

@@ -14,16 +14,16 @@ namespace tessaly::scan {
 
 /// Walks one top-level subfolder of a scan to the bottom and records everything in the tree.
 ///
-/// Each folder is listed whole before its subfolders are walked, in order, depth first: the
-/// children of a folder then lie together in memory. Nothing recurses.
+/// Each folder is listed completely before its subfolders are walked, in order, depth first: so the
+/// children of a folder lie together in memory. Nothing recurses.
 ///
-/// A folder stays open while it has subfolders left to walk. When the share of descriptors does not
-/// allow that, the folders nearest to the top are closed first and opened again on the way back:
-/// from below, by way of "..", or else by their names from the top. They are used again only when
-/// they prove to be the same folders as before; otherwise their remaining subfolders stay empty,
-/// like any folder that vanishes.
+/// A folder stays open while it has subfolders left to walk. When the share of descriptors is too
+/// small for that, the folders nearest to the top are closed first. On the way back they are
+/// reopened, by ".." from a folder below or else by their names from the top, and checked: if it is
+/// another folder by now, the remaining subfolders stay empty, like any folder that was deleted.
 ///
-/// Threads: one at a time. Errors: none; what runs out of memory stays as it has got until then.
+/// Threads: one at a time.
+/// Errors:  none. When memory runs out, what has been recorded so far stays.
 class FolderWalk {
 public:
     /// `scanRoot` is the scanned folder, open; the tree's root stands for it.
@@ -47,8 +47,8 @@ private:
     struct Level {
         tree::LUMFileContainer *container = nullptr;
         FileDescriptor descriptor;        ///< the scanned folder itself has none here
-        std::optional<Identity> identity; ///< known once the descriptor was let go of
-        std::size_t firstPending = 0;     ///< where its subfolders begin among the pending ones
+        std::optional<Identity> identity; ///< set when the descriptor is closed early
+        std::size_t firstPending = 0;     ///< index of its first subfolder in m_pending
         std::size_t depth = 0;            ///< steps below the scanned folder
     };
 
@@ -56,7 +56,7 @@ private:
     [[nodiscard]] bool read(OpenedFolder &folder, const Subfolder &next, std::size_t depth);
 
     [[nodiscard]] OpenedFolder open(const Subfolder &next);
-    [[nodiscard]] OpenedFolder openPatiently(const Subfolder &next);
+    [[nodiscard]] OpenedFolder openOrWait(const Subfolder &next);
     void keepWithinShare();
 
     [[nodiscard]] bool isOpen(const Level &level) const noexcept;
@@ -64,22 +64,22 @@ private:
     [[nodiscard]] std::size_t openLevelCount() const noexcept;
     bool closeOldest();
     void closeLast();
-    static void letGo(Level &level) noexcept;
+    static void closeForNow(Level &level) noexcept;
     void popLevel() noexcept;
 
-    void climb(const FileDescriptor &here, std::size_t depth);
+    void reopenLast(const FileDescriptor &here, std::size_t depth);
     [[nodiscard]] bool reopenFromBelow(const FileDescriptor &here, std::size_t steps);
     [[nodiscard]] bool reopenByNames();
-    [[nodiscard]] bool takeBack(FileDescriptor descriptor) noexcept;
+    [[nodiscard]] bool useIfSame(FileDescriptor descriptor) noexcept;
 
     ScanState &m_scan;
     int m_scanRoot;
     DescriptorShare &m_share;
     FolderReader m_reader;
     std::vector<Level> m_levels;
-    std::size_t m_closedLevels = 0;   ///< so many levels, from the top, were let go of
-    std::vector<Subfolder> m_pending; ///< of all levels; the next one to walk is the last
-    std::string m_name;               ///< the name at hand, with a zero byte after it
+    std::size_t m_closedLevels = 0;   ///< the first levels, which were closed early
+    std::vector<Subfolder> m_pending; ///< of all levels; the last one is walked next
+    std::string m_name;               ///< names in the tree lack the zero byte that openat() wants
 };
 
 } // namespace tessaly::scan

@@ -16,6 +16,8 @@ constexpr std::uint32_t fusectlMagic = 0x65735543;
 constexpr std::uint32_t mqueueMagic = 0x19800202;
 constexpr std::uint32_t rpcPipefsMagic = 0x67596969;
 
+// Not tmpfs, ramfs and the like: files there do take space. By the number and not by the type's
+// name, since fstatfs() needs no list of mounts and no path.
 constexpr std::array<std::uint32_t, 19> kernelMagics = {
     PROC_SUPER_MAGIC, SYSFS_MAGIC,    DEVPTS_SUPER_MAGIC, CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC,
     DEBUGFS_MAGIC,    TRACEFS_MAGIC,  SECURITYFS_MAGIC,   SELINUX_MAGIC,      BPF_FS_MAGIC,

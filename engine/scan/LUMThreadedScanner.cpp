@@ -12,12 +12,14 @@ namespace tessaly::scan {
 
 namespace {
 
-/// Takes 1 from the thread count when it goes.
+/// Subtracts 1 from the thread count when it is destroyed.
 class CountedWalk {
 public:
     explicit CountedWalk(std::shared_ptr<ScanState> scan) noexcept : m_scan(std::move(scan)) {}
     ~CountedWalk()
     {
+        // Release: what this walk wrote to the tree is visible to the thread that sees the count
+        // fall to 0. Only then is anybody woken: nobody waits for another number.
         if (m_scan->threadCount.fetch_sub(1, std::memory_order_acq_rel) == 1) {
             m_scan->threadCount.notify_all();
         }
@@ -31,13 +33,14 @@ private:
     std::shared_ptr<ScanState> m_scan;
 };
 
-/// errno tells why nothing is open, as after openFolderPath().
-OpenedFolder openPatiently(std::string_view path, DescriptorShare &share)
+/// openFolderPath(), which waits in a shortage of descriptors. errno says why nothing is open.
+OpenedFolder openRootFolder(std::string_view path, DescriptorShare &share)
 {
     for (;;) {
         OpenedFolder folder = openFolderPath(path);
         const int error = errno;
-        if (folder.descriptor.isOpen() || !isDescriptorShortage(error) || !share.waitForRelief()) {
+        if (folder.descriptor.isOpen() || !isDescriptorShortage(error) ||
+            !share.waitForDescriptor()) {
             errno = error;
             return folder;
         }
@@ -58,7 +61,7 @@ tree::LUMFileContainer &LUMThreadedScanner::scanRootFolder(std::string_view path
     try {
         listRootFolder(path);
     } catch (const std::bad_alloc &) {
-        // What was recorded is whole, and its threads are running.
+        // What was recorded is consistent, and its threads are running.
     }
     return scan.tree->root();
 }
@@ -74,7 +77,7 @@ void LUMThreadedScanner::listRootFolder(std::string_view path)
 
     scan.budget.provide(DescriptorBudget::halfOfFreeDescriptors());
     DescriptorShare share(scan.budget);
-    OpenedFolder folder = openPatiently(path, share);
+    OpenedFolder folder = openRootFolder(path, share);
     if (!folder.descriptor.isOpen()) {
         scan.rootError = errno; // 0 for a kernel file system
         return;
@@ -88,10 +91,12 @@ void LUMThreadedScanner::listRootFolder(std::string_view path)
         [&](const Subfolder &subfolder) { walkSubfolder(scanRoot, subfolder); });
 }
 
-/// Has a subfolder walked on a thread of its own, or on this one when there is none to be had.
+/// Walks a subfolder on a thread of its own, or on this one when none can be started.
 void LUMThreadedScanner::walkSubfolder(const std::shared_ptr<const FileDescriptor> &scanRoot,
                                        const Subfolder &subfolder)
 {
+    // Before the thread starts: it may end before this one goes on, and the count must not fall to
+    // 0 while there are subfolders left.
     m_state->threadCount.fetch_add(1);
     try {
         auto workItem = std::make_shared<WorkItem>(WorkItem{m_state, scanRoot, subfolder});
@@ -99,7 +104,7 @@ void LUMThreadedScanner::walkSubfolder(const std::shared_ptr<const FileDescripto
             return;
         }
     } catch (const std::bad_alloc &) {
-        // As when there is no thread to be had.
+        // As when no thread can be started.
     }
     scanFolderR({m_state, scanRoot, subfolder});
 }
@@ -107,7 +112,7 @@ void LUMThreadedScanner::walkSubfolder(const std::shared_ptr<const FileDescripto
 std::int32_t LUMThreadedScanner::scanFolderR(WorkItem &&workItem)
 {
     const CountedWalk counted(workItem.scan);
-    const WorkItem item = std::move(workItem); // so that it goes before the count falls
+    const WorkItem item = std::move(workItem); // destroyed before the count falls
     ScanState &scan = *item.scan;
     try {
         DescriptorShare share(scan.budget, scan.cancelScanFlag);
@@ -116,7 +121,7 @@ std::int32_t LUMThreadedScanner::scanFolderR(WorkItem &&workItem)
             FolderWalk(scan, item.scanRoot->number(), *arena, share).walk(item.subfolder);
         }
     } catch (const std::bad_alloc &) {
-        // What was recorded is whole; the rest of the subfolder stays empty.
+        // What was recorded is consistent; the rest of the subfolder stays empty.
     }
     return 0;
 }
@@ -138,6 +143,7 @@ void LUMThreadedScanner::waitUntilFinished() const noexcept
 
 void LUMThreadedScanner::cancelScanInProgress()
 {
+    // The flag first: a thread that waits for descriptors looks at it when it is woken.
     m_state->cancelScanFlag.store(1);
     m_state->budget.wakeWaiting();
 }

@@ -12,31 +12,32 @@
 
 namespace tessaly::scan {
 
-/// What a scanner needs of the system; tests put other things in its place.
+/// What a scanner uses of the system; tests replace it.
 struct ScanSystem {
     ThreadStarter startThread = startDetachedThread;
     std::string mountInfoPath = "/proc/self/mountinfo"; ///< the kernel's list of mounts
+    DescriptorBudget::Timing descriptorTiming = {};
 };
 
 /// Walks one folder and builds its tree of names and sizes: the folder's own entries on the calling
 /// thread, each of its subfolders on a thread of its own. A scanner serves one scan.
 ///
-/// What the tree holds is told at FolderReader. Mount points are nothing special, except that
-/// kernel file systems (/proc and the like) are empty folders wherever they are mounted, and that
-/// no scan makes the system mount anything: a place that would mount itself is an empty folder too.
-/// Mounts that appear while the scan runs may be missed.
+/// What the tree holds: see FolderReader. Mount points are scanned like other folders, except that
+/// kernel file systems (/proc and the like) are empty folders wherever they are mounted, and that a
+/// scan triggers no automount: such a folder is empty, too. Mounts that appear while the scan runs
+/// may be missed.
 ///
 /// Paths:     any bytes, of any length. The root is named with the path exactly as it was given;
 ///            a path that is a symbolic link stands for the folder that it leads to.
-/// Depth:     folders may lie as deep as the file system allows; nothing recurses.
-/// Ownership: the tree belongs to whoever holds tree() or rootContainer(), also after the scanner.
-/// Threads:   scanRootFolder() runs on any one thread, best not on one that must answer to a user;
-///            the scanner must outlive that call, but not the scan. Every other member may be
-///            called from any thread, except setRootContainer(). The tree is for reading once
-///            scanInProgress() has answered false or waitUntilFinished() has returned, and not
-///            before.
-/// Errors:    a scan never fails. What cannot be read is an empty folder or an item of size 0, and
-///            so is what memory does not suffice for.
+/// Depth:     any that the file system allows; nothing recurses.
+/// Ownership: the tree is shared by the holders of tree() and rootContainer(), and may outlive the
+///            scanner.
+/// Threads:   scanRootFolder() may run on any thread, but blocks it; the scanner must outlive that
+///            call, but not the scan. Every other member may be called from any thread, except
+///            setRootContainer(). The tree may be read when scanInProgress() has returned false or
+///            waitUntilFinished() has returned, and not before.
+/// Errors:    a scan never fails. What cannot be read, or does not fit into memory, is an empty
+///            folder or an item of size 0.
 class LUMThreadedScanner {
 public:
     /// A subfolder for a thread to walk.
@@ -55,22 +56,23 @@ public:
     LUMThreadedScanner(LUMThreadedScanner &&) = delete;
     LUMThreadedScanner &operator=(LUMThreadedScanner &&) = delete;
 
-    /// Stops nothing: a scan that is under way goes on and frees its tree when it has ended.
+    /// Does not stop a running scan, which frees its tree when it ends.
     ~LUMThreadedScanner() = default;
 
-    /// Lists the folder, starts one thread for each subfolder and returns the root when that is
-    /// done, while the threads go on. Where no thread is to be had, this walks the subfolder itself
-    /// before it goes on. A cancel request from before is forgotten, and one made meanwhile does
-    /// not stop the listing of the folder itself.
+    /// Lists the folder, starts one thread for each subfolder and returns the root; the threads may
+    /// still run then. When no thread can be started, the calling one walks the subfolder. An
+    /// earlier cancel request is forgotten; one made during the call does not stop the listing of
+    /// the scanned folder itself.
     tree::LUMFileContainer &scanRootFolder(std::string_view path);
 
-    /// Walks one subfolder to the bottom, or until the scan is cancelled, and then takes 1 from
+    /// Walks one subfolder to the bottom, or until the scan is cancelled, and then subtracts 1 from
     /// the thread count. Always returns 0. This is what the scan's threads run.
     static std::int32_t scanFolderR(WorkItem &&workItem);
 
     [[nodiscard]] bool scanInProgress() const noexcept { return scanThreadCount() > 0; }
 
-    /// How many walks are going on: 1 for the root's, and 1 for each started subfolder's.
+    /// Required interface: the number of running walks, 1 for the root's and 1 for each
+    /// subfolder's.
     [[nodiscard]] std::int32_t scanThreadCount() const noexcept
     {
         return m_state->threadCount.load(std::memory_order_acquire);
@@ -79,17 +81,17 @@ public:
     /// Blocks until no scan is in progress; returns at once when none is.
     void waitUntilFinished() const noexcept;
 
-    /// Ends the scan soon: every walk stops at the entry at hand. What was found stays in the tree.
+    /// Ends the scan soon: every walk stops at its current entry. What was found stays in the tree.
     void cancelScanInProgress();
 
     /// Whether cancelScanInProgress() was called since scanRootFolder() began.
     [[nodiscard]] bool scanWasCancelled() const noexcept { return m_state->isCancelled(); }
 
     /// Why the scanned folder itself could not be opened, in the system's words; nothing when it
-    /// could. To be asked when scanInProgress() has answered false.
+    /// could. Requires: the scan has ended.
     [[nodiscard]] std::optional<std::string> rootProblem() const;
 
-    /// The root; the handle keeps the whole tree alive.
+    /// Required interface: the root, as a handle that keeps the whole tree alive.
     [[nodiscard]] std::shared_ptr<tree::LUMFileContainer> rootContainer() const
     {
         return {m_state->tree, &m_state->tree->root()};
@@ -97,7 +99,7 @@ public:
 
     [[nodiscard]] std::shared_ptr<tree::ScanTree> tree() const { return m_state->tree; }
 
-    /// Makes the scan go into the root of this tree, behind what is in it already.
+    /// Required interface: the scan appends to the root of this tree, after what it already holds.
     /// Requires: no scan has begun; tree is not null.
     void setRootContainer(std::shared_ptr<tree::ScanTree> tree);
 
@@ -107,7 +109,9 @@ private:
                        const Subfolder &subfolder);
 
     ScanSystem m_system;
-    std::shared_ptr<ScanState> m_state = std::make_shared<ScanState>();
+    /// Set once, so it needs no lock; what it points to says how its members are shared.
+    const std::shared_ptr<ScanState> m_state =
+        std::make_shared<ScanState>(m_system.descriptorTiming);
 };
 
 } // namespace tessaly::scan

@@ -14,10 +14,10 @@ namespace tessaly::scan {
 
 namespace {
 
-constexpr int maxLinks = 40; // what the system itself follows
-constexpr int justALook = O_PATH | O_NOFOLLOW;
+constexpr int maxLinks = 40; // the kernel's own limit
+constexpr int lookFlags = O_PATH | O_NOFOLLOW;
 
-/// The type bits of what lies at a name, or 0 when it cannot be told.
+/// The type bits of an item's mode, or 0 when it cannot be accessed.
 mode_t fileType(int folder, const char *name, int flags) noexcept
 {
     struct statx facts = {};
@@ -27,7 +27,7 @@ mode_t fileType(int folder, const char *name, int flags) noexcept
     return facts.stx_mode & static_cast<mode_t>(S_IFMT);
 }
 
-/// Whether a link's text names something in the link's own folder.
+/// Whether a link's target is a lone name, so that it lies in the link's own folder.
 bool isPlainName(const std::string &text)
 {
     return text.find('/') == std::string::npos && text != "." && text != "..";
@@ -43,13 +43,14 @@ std::optional<std::string> linkText(int folder, const char *name)
     return std::string(text.data(), static_cast<std::size_t>(length));
 }
 
-/// Goes along a path step by step, links included.
-class CarefulSteps {
+/// Resolves a path one component at a time, links included, as the kernel would, but stops at
+/// automount points.
+class PathResolver {
 public:
-    CarefulSteps(int start, DescriptorShare &share) : m_start(start), m_share(share) {}
+    PathResolver(int start, DescriptorShare &share) : m_start(start), m_share(share) {}
 
     /// Whether the path leads from the start to a folder.
-    bool leadToFolder(std::string path)
+    bool leadsToFolder(std::string path)
     {
         m_rest = std::move(path);
         if (!startOfRest()) {
@@ -69,7 +70,7 @@ private:
     bool startOfRest()
     {
         if (m_rest.starts_with('/')) {
-            m_here = m_share.open(AT_FDCWD, "/", justALook);
+            m_here = m_share.open(AT_FDCWD, "/", lookFlags);
             return m_here.isOpen();
         }
         return true;
@@ -91,7 +92,7 @@ private:
         if (fileSystemKind(here()) == FileSystemKind::automount) {
             return false;
         }
-        FileDescriptor next = m_share.open(here(), name.c_str(), justALook);
+        FileDescriptor next = m_share.open(here(), name.c_str(), lookFlags);
         if (!next.isOpen()) {
             return false;
         }
@@ -102,7 +103,7 @@ private:
         return true;
     }
 
-    /// Puts a link's text in front of what is left of the path.
+    /// Continues with a link's target and then the rest of the path.
     bool follow(const FileDescriptor &link)
     {
         const std::optional<std::string> text = linkText(link.number(), "");
@@ -131,14 +132,14 @@ bool linkLeadsToFolderWithoutAutomount(int folder, const char *name, DescriptorS
 {
     const std::optional<std::string> text = linkText(folder, name);
     if (text && isPlainName(*text)) {
-        // Beside the link, so nothing is passed on the way: one look is enough, unless it is a
-        // link again.
+        // Most links lead to a name beside them ("libx.so" to "libx.so.1"): no folder is passed on
+        // the way, and one call is enough unless that is a link again.
         const mode_t type = fileType(folder, text->c_str(), AT_SYMLINK_NOFOLLOW);
         if (type != S_IFLNK) {
             return type == S_IFDIR;
         }
     }
-    return text && CarefulSteps(folder, share).leadToFolder(*text);
+    return text && PathResolver(folder, share).leadsToFolder(*text);
 }
 
 } // namespace tessaly::scan

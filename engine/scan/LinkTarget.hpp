@@ -4,15 +4,16 @@
 
 namespace tessaly::scan {
 
-/// Whether the symbolic link `name` in an open folder leads to a folder. A broken link, a loop and
-/// a target that may not be looked at lead to none.
+/// Whether the symbolic link `name` in an open folder leads to a folder. False for a broken link, a
+/// loop and a target that may not be accessed.
 ///
-/// The system resolves the link in one call. On the way it may touch a place that mounts itself, so
-/// this is for systems where there is no such place.
+/// The system resolves the link in one call, which may trigger an automount on the way: only for
+/// systems that have none.
 [[nodiscard]] bool linkLeadsToFolder(int folder, const char *name) noexcept;
 
-/// The same, one step of the link's target at a time, and never through a folder that makes the
-/// system mount something: what lies behind one counts as no folder. Such a folder itself is one.
+/// The same without triggering an automount, by resolving the link one component at a time. What
+/// lies behind an automount point is not looked at and counts as no folder; the point itself is
+/// one.
 ///
 /// Descriptors: two at a time, opened through `share`.
 [[nodiscard]] bool linkLeadsToFolderWithoutAutomount(int folder, const char *name,

@@ -2,35 +2,22 @@
 
 #include "engine/scan/MountTable.hpp"
 
-#include <array>
-#include <cstddef>
+#include <filesystem>
 #include <optional>
-
-#include <unistd.h>
+#include <system_error>
 
 namespace tessaly::scan {
 
 namespace {
 
-/// The kernel tells no path longer than a page; such a folder has none here.
+/// The path of an open folder as the list of mounts has it, without links. The kernel reports no
+/// path longer than a page, and none that this process cannot reach: those have no leading slash.
 std::optional<std::string> realPath(int folder)
 {
-    std::array<char, 4096> path;
-    const std::string link = "/proc/self/fd/" + std::to_string(folder);
-    const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
-    if (length <= 0 || static_cast<std::size_t>(length) == path.size() || path[0] != '/') {
-        return std::nullopt;
-    }
-    return std::string(path.data(), static_cast<std::size_t>(length));
-}
-
-/// Takes the first name off the front of a path.
-std::string_view takeName(std::string_view &path)
-{
-    const std::size_t end = path.find('/');
-    const std::string_view name = path.substr(0, end);
-    path.remove_prefix(end == std::string_view::npos ? path.size() : end + 1);
-    return name;
+    std::error_code unknown;
+    const std::string path =
+        std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(folder), unknown).native();
+    return path.starts_with('/') ? std::optional(path) : std::nullopt;
 }
 
 } // namespace
@@ -50,6 +37,7 @@ MountPointTree MountPointTree::fromTable(const MountTable &table, std::string_vi
     const std::string prefix =
         folderPath == "/" ? std::string(folderPath) : std::string(folderPath) + '/';
     for (const Mount &mount : table.mounts()) {
+        // Wherever it is mounted: a link below the scanned folder may lead there.
         mounts.m_mayAutomount = mounts.m_mayAutomount || mount.type == "autofs";
         if (mount.mountPoint.size() > prefix.size() && mount.mountPoint.starts_with(prefix)) {
             mounts.add(std::string_view(mount.mountPoint).substr(prefix.size()));
@@ -61,9 +49,8 @@ MountPointTree MountPointTree::fromTable(const MountTable &table, std::string_vi
 void MountPointTree::add(std::string_view relativePath)
 {
     Place *place = m_top.get();
-    while (!relativePath.empty()) {
-        const std::string_view name = takeName(relativePath);
-        std::unique_ptr<Place> &next = place->inside[std::string(name)];
+    for (const std::filesystem::path &name : std::filesystem::path(relativePath)) {
+        std::unique_ptr<Place> &next = place->inside[name.native()];
         if (next == nullptr) {
             next = std::make_unique<Place>();
         }

@@ -10,38 +10,38 @@ namespace tessaly::scan {
 
 class MountTable;
 
-/// Where below a scanned folder something is mounted, so that a scan need not ask at every folder
-/// what file system it has come to.
+/// The mount points below a scanned folder, so that a scan calls fstatfs() only there and not for
+/// every folder.
 ///
-/// The list is the one that the kernel had when it was read. It only says where to ask: what is
-/// really there (one mount may cover another) is for fileSystemKind() to say.
+/// It is a snapshot, and it only says where to look: what a scan finds there (one mount may cover
+/// another) is what fileSystemKind() says.
 ///
-/// Threads: never changes once made; any number may read.
+/// Threads: immutable once made; any number may read.
 class MountPointTree {
 public:
-    /// A folder in which, or somewhere below which, something is mounted, or that is itself a
-    /// mount point. A walk carries one along; almost everywhere it is nullptr.
+    /// A folder that is a mount point or has one somewhere below. A walk keeps track of the one
+    /// that it is in; almost everywhere it is nullptr.
     struct Place {
         std::map<std::string, std::unique_ptr<Place>, std::less<>> inside;
     };
 
-    /// Knows nothing: every folder must be asked.
+    /// Knows nothing: every folder must be checked.
     MountPointTree() = default;
 
-    /// The mounts below an open folder, out of the kernel's list at `mountInfoPath`. Knows nothing
+    /// The mounts below an open folder, from the kernel's list at `mountInfoPath`. Knows nothing
     /// when the list or the folder's real path cannot be read.
     static MountPointTree below(int folder, const std::string &mountInfoPath);
 
-    /// The same from a list that was read and the folder's real path.
+    /// The same from a list and the folder's real path.
     static MountPointTree fromTable(const MountTable &table, std::string_view folderPath);
 
-    /// Whether a folder's file system has to be asked for before the folder is opened.
-    [[nodiscard]] bool mustAsk(const Place *place) const noexcept
+    /// Whether a folder's file system has to be checked before the folder is opened.
+    [[nodiscard]] bool mustCheck(const Place *place) const noexcept
     {
         return place != nullptr || m_top == nullptr;
     }
 
-    /// Whether anything in this process's view of the file system may mount itself when touched.
+    /// Whether there may be automounts anywhere in this process's view of the file system.
     [[nodiscard]] bool mayAutomount() const noexcept { return m_mayAutomount; }
 
     /// The scanned folder; nullptr when nothing is mounted below it or nothing is known.
@@ -50,7 +50,7 @@ public:
         return m_top == nullptr || m_top->inside.empty() ? nullptr : m_top.get();
     }
 
-    /// The place that a subfolder of a place is; nullptr for the most part.
+    /// The place of a subfolder, or nullptr.
     [[nodiscard]] static const Place *inside(const Place *place, std::string_view name)
     {
         return place == nullptr ? nullptr : find(*place, name);

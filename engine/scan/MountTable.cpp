@@ -42,7 +42,7 @@ bool isOctal(char character)
     return character >= '0' && character <= '7';
 }
 
-/// Takes what stands before the separator off the front of a text.
+/// Removes the text up to the separator from the front, and the separator with it.
 std::string_view takeField(std::string_view &text, char separator)
 {
     const std::size_t end = text.find(separator);
@@ -65,7 +65,8 @@ std::uint64_t deviceIn(std::string_view text)
     return makedev(major, numberIn<unsigned>(text));
 }
 
-/// "ID PARENT MAJOR:MINOR ROOT MOUNTPOINT OPTIONS [TAG…] - TYPE SOURCE SUPEROPTIONS"
+/// "ID PARENT MAJOR:MINOR ROOT MOUNTPOINT OPTIONS [TAG…] - TYPE SOURCE SUPEROPTIONS". Newer kernels
+/// may add tags; the "-" ends them.
 Mount mountIn(std::string_view line)
 {
     Mount mount;
@@ -122,6 +123,8 @@ MountTable MountTable::fromText(std::string_view text)
 
 MountTable::MountTable(std::vector<Mount> mounts) : m_mounts(std::move(mounts))
 {
+    // In a container or a chroot the list begins in the middle: the parents of its topmost mounts
+    // are not in it. The root of a whole list is its own parent.
     std::set<int> ids;
     for (const Mount &mount : m_mounts) {
         ids.insert(mount.id);
@@ -134,9 +137,11 @@ MountTable::MountTable(std::vector<Mount> mounts) : m_mounts(std::move(mounts))
 const Mount *MountTable::mountOf(std::string_view path) const
 {
     const Mount *current = nullptr;
-    std::vector<bool> isPassed(m_mounts.size()); // a broken list may go round in circles
+    std::vector<bool> isPassed(m_mounts.size()); // parents may form a cycle in a malformed list
     for (;;) {
-        // On the way to the path, the shortest mount point comes first.
+        // As the kernel looks a path up: of the mounts on the current one, the first that the path
+        // meets. A mount at the same point as its parent covers it, so string length alone is not
+        // enough.
         std::size_t next = m_mounts.size();
         for (std::size_t i = 0; i < m_mounts.size(); ++i) {
             const Mount &mount = m_mounts[i];

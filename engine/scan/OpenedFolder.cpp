@@ -9,8 +9,9 @@ namespace tessaly::scan {
 
 namespace {
 
+// O_NONBLOCK: what was a folder a moment ago may be a FIFO now, whose open() would block.
 constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
-// Without O_DIRECTORY: asking for a directory is enough to make the system mount one.
+// Without O_DIRECTORY, which would trigger an automount.
 constexpr int placeFlags = O_PATH | O_CLOEXEC;
 
 FileDescriptor openOnce(int parent, const char *name, int flags) noexcept
@@ -33,6 +34,8 @@ OpenedFolder openChecked(int parent, const char *name, int linkFlag)
     if (folder.kind == FileSystemKind::automount) {
         return folder;
     }
+    // A second open() by name, since O_PATH does not allow listing. What is mounted between the two
+    // is listed as storage, as everything is that appears during a scan.
     folder.descriptor.close();
     if (folder.kind == FileSystemKind::kernel) {
         errno = 0;
@@ -63,6 +66,7 @@ OpenedFolder openFolderPath(std::string_view path)
     }
     FileDescriptor parent;
     const auto parentNumber = [&] { return parent.isOpen() ? parent.number() : AT_FDCWD; };
+    // The kernel takes at most PATH_MAX bytes in one call, so a longer path is walked in pieces.
     while (path.size() >= PATH_MAX) {
         const std::size_t cut = path.rfind('/', PATH_MAX - 1);
         if (cut == std::string_view::npos || cut == 0) {
@@ -74,7 +78,7 @@ OpenedFolder openFolderPath(std::string_view path)
         if (!parent.isOpen()) {
             return {};
         }
-        // What is left goes on from there: a slash in front would start over at the top.
+        // A slash in front of the rest would start at the root again.
         path.remove_prefix(path.find_first_not_of('/', cut));
     }
     return openChecked(parentNumber(), std::string(path).c_str(), 0);

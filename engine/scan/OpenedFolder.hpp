@@ -11,24 +11,24 @@ namespace tessaly::scan {
 /// A folder opened for a scan.
 struct OpenedFolder {
     /// Closed when there is nothing to list: the folder cannot be opened, or lies on a kernel file
-    /// system. A folder that makes the system mount things is open as a place only (O_PATH).
+    /// system. A folder of an automount file system is open with O_PATH only.
     FileDescriptor descriptor;
     FileSystemKind kind = FileSystemKind::storage;
 };
 
 enum class FileSystemCheck : std::uint8_t {
     needless, ///< nothing can be mounted there
-    first,    ///< look at the file system before really opening the folder
+    first,    ///< check the file system before the folder is opened for listing
 };
 
-/// Opens a subfolder of an open folder; a symbolic link is not followed. Where nothing is open
-/// afterwards, errno tells why: 0 stands for a kernel file system.
+/// Opens a subfolder of an open folder; a symbolic link is not followed. When nothing is open
+/// afterwards, errno says why: 0 stands for a kernel file system.
 ///
 /// Descriptors: one at a time.
 [[nodiscard]] OpenedFolder openSubfolder(int parent, const char *name, FileSystemCheck check);
 
-/// Opens a folder by its path, of any length, following links. The last step mounts nothing; the
-/// steps before it are the system's own. Failure is told as by openSubfolder().
+/// Opens a folder by its path, of any length, following links. The last component triggers no
+/// automount; those before it are left to the system. Errors as for openSubfolder().
 ///
 /// Descriptors: two at a time.
 [[nodiscard]] OpenedFolder openFolderPath(std::string_view path);

@@ -23,6 +23,8 @@ void *runWork(void *argument)
 
 bool startDetachedThread(const std::function<void()> &work)
 {
+    // Not std::thread: it has no way to set the size of the stack, and it throws where there are no
+    // threads left.
     auto copy = std::make_unique<std::function<void()>>(work);
     pthread_attr_t attributes;
     if (pthread_attr_init(&attributes) != 0) {
@@ -34,7 +36,7 @@ bool startDetachedThread(const std::function<void()> &work)
     const bool started = pthread_create(&thread, &attributes, runWork, copy.get()) == 0;
     pthread_attr_destroy(&attributes);
     if (started) {
-        static_cast<void>(copy.release()); // the thread has it now
+        static_cast<void>(copy.release()); // the thread owns it now
     }
     return started;
 }

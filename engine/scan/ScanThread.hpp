@@ -4,12 +4,12 @@
 
 namespace tessaly::scan {
 
-/// Starts a thread that does a piece of work and that nobody waits for. False when there was no
-/// thread to be had; the work has then not been done. The work must not throw.
+/// Runs a piece of work on a detached thread. False when no thread can be started; the work is then
+/// not run. The work must not throw.
 using ThreadStarter = std::function<bool(const std::function<void()> &work)>;
 
-/// The system's threads. Their stacks are small (512 KiB of address space), since a scan may start
-/// many thousands and none of them recurses.
+/// Starts a thread of the system with a small stack (512 KiB of address space): a scan may start
+/// many thousands, and none of them recurses.
 [[nodiscard]] bool startDetachedThread(const std::function<void()> &work);
 
 } // namespace tessaly::scan

@@ -17,19 +17,23 @@ namespace tessaly::scan {
 
 namespace {
 
-constexpr int smallest = DescriptorBudget::minShare;
+constexpr int minShare = DescriptorBudget::minShare;
+
+/// No time passes in these tests: a try is over at once, and so is the timeout.
+constexpr DescriptorBudget::Timing noTime{std::chrono::milliseconds(0),
+                                          std::chrono::milliseconds(0)};
 
 } // namespace
 
 TEST(DescriptorBudget, alwaysHasRoomForOneWalk)
 {
     const std::atomic<std::int32_t> notCancelled = 0;
-    for (const int count : {-5, 0, 1, smallest}) {
+    for (const int count : {-5, 0, 1, minShare}) {
         DescriptorBudget budget;
         budget.provide(count);
         const DescriptorShare share(budget, notCancelled);
         EXPECT_FALSE(share.isEmpty());
-        EXPECT_FALSE(budget.tryTake(1));
+        EXPECT_FALSE(budget.tryAcquire(1));
     }
 }
 
@@ -37,25 +41,25 @@ TEST(DescriptorBudget, givesMoreOnlyAsLongAsThereIsSome)
 {
     const std::atomic<std::int32_t> notCancelled = 0;
     DescriptorBudget budget;
-    budget.provide(smallest + 10);
+    budget.provide(minShare + 10);
     {
         DescriptorShare share(budget, notCancelled);
-        EXPECT_TRUE(share.covers(smallest));
-        EXPECT_TRUE(share.covers(smallest + 1));
-        EXPECT_TRUE(share.covers(smallest + 8));
-        EXPECT_FALSE(share.covers(smallest + 9));
-        EXPECT_TRUE(budget.tryTake(2));
-        EXPECT_FALSE(budget.tryTake(1));
+        EXPECT_TRUE(share.covers(minShare));
+        EXPECT_TRUE(share.covers(minShare + 1));
+        EXPECT_TRUE(share.covers(minShare + 8));
+        EXPECT_FALSE(share.covers(minShare + 9));
+        EXPECT_TRUE(budget.tryAcquire(2));
+        EXPECT_FALSE(budget.tryAcquire(1));
     }
-    EXPECT_TRUE(budget.tryTake(smallest + 8));
-    EXPECT_FALSE(budget.tryTake(1));
+    EXPECT_TRUE(budget.tryAcquire(minShare + 8));
+    EXPECT_FALSE(budget.tryAcquire(1));
 }
 
-TEST(DescriptorBudget, letsEveryWaitingWalkHaveItsTurn)
+TEST(DescriptorBudget, givesEveryWaitingWalkItsTurn)
 {
     const std::atomic<std::int32_t> notCancelled = 0;
     DescriptorBudget budget;
-    budget.provide(3 * smallest + 1);
+    budget.provide(3 * minShare + 1);
     std::atomic<int> holding = 0;
     std::atomic<int> had = 0;
     std::vector<std::thread> walks;
@@ -64,7 +68,7 @@ TEST(DescriptorBudget, letsEveryWaitingWalkHaveItsTurn)
             for (int turn = 0; turn < 100; ++turn) {
                 DescriptorShare share(budget, notCancelled);
                 EXPECT_LE(++holding, 3);
-                static_cast<void>(share.covers(smallest + 1));
+                static_cast<void>(share.covers(minShare + 1));
                 ++had;
                 --holding;
             }
@@ -75,14 +79,14 @@ TEST(DescriptorBudget, letsEveryWaitingWalkHaveItsTurn)
     }
 
     EXPECT_EQ(had, 50 * 100);
-    EXPECT_TRUE(budget.tryTake(3 * smallest + 1));
+    EXPECT_TRUE(budget.tryAcquire(3 * minShare + 1));
 }
 
-TEST(DescriptorBudget, letsWaitingWalksGoWithoutAShareWhenTheScanIsCancelled)
+TEST(DescriptorBudget, releasesWaitingWalksWithoutAShareWhenTheScanIsCancelled)
 {
     std::atomic<std::int32_t> cancelled = 0;
     DescriptorBudget budget;
-    budget.provide(smallest);
+    budget.provide(minShare);
     const DescriptorShare first(budget, cancelled);
     std::vector<std::thread> waiting;
     for (int i = 0; i < 10; ++i) {
@@ -99,23 +103,24 @@ TEST(DescriptorBudget, letsWaitingWalksGoWithoutAShareWhenTheScanIsCancelled)
     }
 }
 
-TEST(DescriptorBudget, losesPatienceOnlyWhenNobodyCanGiveAnythingBack)
+TEST(DescriptorBudget, timesOutOnlyWhenNoOtherWalkMakesProgress)
 {
     const std::atomic<std::int32_t> notCancelled = 0;
-    DescriptorBudget budget(std::chrono::milliseconds(20));
-    budget.provide(2 * smallest);
+    DescriptorBudget budget(noTime);
+    budget.provide(2 * minShare);
     DescriptorShare share(budget, notCancelled);
     {
         const DescriptorShare other(budget, notCancelled);
-        for (int i = 0; i < 20; ++i) { // 5 ms each
-            ASSERT_TRUE(share.waitForRelief());
+        for (int i = 0; i < 20; ++i) {
+            ASSERT_TRUE(share.waitForDescriptor());
         }
     }
-    while (share.waitForRelief()) {}
-    EXPECT_FALSE(share.waitForRelief());
+    EXPECT_TRUE(share.waitForDescriptor()) << "the time runs from the first shortage on";
+    EXPECT_FALSE(share.waitForDescriptor());
+    EXPECT_FALSE(share.waitForDescriptor());
 
-    budget.noteRelief();
-    EXPECT_TRUE(share.waitForRelief());
+    budget.noteOpened();
+    EXPECT_TRUE(share.waitForDescriptor());
 }
 
 TEST(DescriptorBudget, isHalfOfWhatTheProcessMayStillOpen)
@@ -130,6 +135,18 @@ TEST(DescriptorBudget, isHalfOfWhatTheProcessMayStillOpen)
     }
 
     EXPECT_EQ(DescriptorBudget::halfOfFreeDescriptors(), before - 10);
+}
+
+TEST(DescriptorBudget, triesUntilTheTimeoutWhenAllWalksWait)
+{
+    const std::atomic<std::int32_t> notCancelled = 0;
+    DescriptorBudget budget({std::chrono::hours(1), std::chrono::milliseconds(0)});
+    budget.provide(minShare);
+    DescriptorShare share(budget, notCancelled);
+
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_TRUE(share.waitForDescriptor());
+    }
 }
 
 TEST(DescriptorShare, makesRoomAndTriesAgainInAShortage)
@@ -154,7 +171,7 @@ TEST(DescriptorShare, makesRoomAndTriesAgainInAShortage)
     EXPECT_EQ(used.size(), before - 1);
 }
 
-TEST(DescriptorShare, tellsWhyNothingWasOpened)
+TEST(DescriptorShare, saysWhyNothingWasOpened)
 {
     DescriptorBudget budget;
     DescriptorShare share(budget);

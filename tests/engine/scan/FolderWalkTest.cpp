@@ -22,8 +22,8 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// Walks the folder's subfolder "d" with as few descriptors as can be and gives the tree's lines.
-Lines linesWithSmallestShare(const TemporaryFolder &folder)
+/// Walks the folder's subfolder "d" with as few descriptors as possible; the tree's lines.
+Lines linesWithMinShare(const TemporaryFolder &folder)
 {
     ScanState scan;
     scan.mounts = MountPointTree::fromTable({}, "/");
@@ -56,25 +56,43 @@ private:
     FileDescriptor m_events;
 };
 
-/// All the descriptors that this process may still open but one.
-std::vector<FileDescriptor> allDescriptorsButOne()
+/// Scans a folder, of which the walks of "d", "y" and "z" have one descriptor between them at
+/// first. `meanwhile` runs when the walk of "d" has listed it, could open none of its subfolders,
+/// and has closed it again. After that there are descriptors enough. The tree's lines.
+Lines linesAfterShortage(const TemporaryFolder &folder, const std::function<void()> &meanwhile)
 {
-    std::vector<FileDescriptor> taken;
+    std::vector<std::function<void()>> walks;
+    LUMThreadedScanner scanner({.startThread = [&](const std::function<void()> &work) {
+        walks.push_back(work);
+        return true;
+    }});
+    scanner.scanRootFolder(folder.path());
+    const CloseWatch watch(folder.path("d"));
+    const DescriptorLimit limit(64);
+    std::vector<FileDescriptor> hoard;
     do {
-        taken.emplace_back(open("/", O_PATH | O_CLOEXEC));
-    } while (taken.back().isOpen());
-    taken.resize(taken.size() - 2);
-    return taken;
+        hoard.emplace_back(open("/", O_PATH | O_CLOEXEC));
+    } while (hoard.back().isOpen());
+    hoard.resize(hoard.size() - 2);
+
+    for (const std::function<void()> &walk : walks) {
+        EXPECT_TRUE(startDetachedThread(walk));
+    }
+    watch.wait();
+    meanwhile();
+    hoard.clear();
+    scanner.waitUntilFinished();
+    return treeLines(*scanner.rootContainer());
 }
 
 } // namespace
 
-TEST(FolderWalk, comesBackFromTheDepthsToEveryFolderThatItLetGoOf)
+TEST(FolderWalk, returnsFromTheDepthsToEveryFolderThatItClosed)
 {
     const TemporaryFolder folder;
     folder.nestedFolders("d", 100, 5, TemporaryFolder::Siblings::two);
 
-    const Lines lines = linesWithSmallestShare(folder);
+    const Lines lines = linesWithMinShare(folder);
 
     Lines expected = scannedLines(folder.path("d"));
     EXPECT_EQ(lines.size(), expected.size() + 1);
@@ -83,7 +101,7 @@ TEST(FolderWalk, comesBackFromTheDepthsToEveryFolderThatItLetGoOf)
               2 * 99);
 }
 
-TEST(FolderWalk, comesBackPastManyFoldersThatHaveNothingLeftToWalk)
+TEST(FolderWalk, returnsPastManyFoldersThatHaveNothingLeftToWalk)
 {
     const TemporaryFolder folder;
     folder.nestedFolders("d", 2, 1, TemporaryFolder::Siblings::two);
@@ -101,7 +119,7 @@ TEST(FolderWalk, comesBackPastManyFoldersThatHaveNothingLeftToWalk)
         }
     }
 
-    const Lines lines = linesWithSmallestShare(folder);
+    const Lines lines = linesWithMinShare(folder);
 
     EXPECT_EQ(lines.size(), 1U + 4 + 2 + 3000 + 3 * 10);
     for (const std::string line : {"d/y/f 1", "d/z/f 1"}) {
@@ -109,7 +127,7 @@ TEST(FolderWalk, comesBackPastManyFoldersThatHaveNothingLeftToWalk)
     }
 }
 
-TEST(FolderWalk, comesBackByNamesFromAFolderThatMayBeListedButNotEntered)
+TEST(FolderWalk, returnsByNamesFromAFolderThatMayBeListedButNotEntered)
 {
     if (!isRoot()) {
         GTEST_SKIP() << "needs root, to become somebody else";
@@ -126,7 +144,7 @@ TEST(FolderWalk, comesBackByNamesFromAFolderThatMayBeListedButNotEntered)
     ASSERT_EQ(chmod(folder.path(listed).c_str(), 0744), 0);
 
     runUnprivileged([&] {
-        const Lines lines = linesWithSmallestShare(folder);
+        const Lines lines = linesWithMinShare(folder);
         EXPECT_TRUE(std::find(lines.begin(), lines.end(), listed + "/file 0") != lines.end());
         EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                                 [](const std::string &line) { return line.ends_with("/f 1"); }),
@@ -144,57 +162,25 @@ TEST(FolderWalk, leavesEmptyWhatItCannotFindAgain)
         folder.file("other/d/wrong");
         folder.folder("other/z");
         folder.file("other/z/wrong");
-        std::vector<std::function<void()>> started;
-        LUMThreadedScanner scanner({.startThread = [&](const std::function<void()> &work) {
-            started.push_back(work);
-            return true;
-        }});
-        scanner.scanRootFolder(folder.path());
-        const CloseWatch watch(folder.path("d"));
-        const DescriptorLimit limit(64);
-        std::vector<FileDescriptor> hoard = allDescriptorsButOne();
 
-        // With one descriptor a walk lists a folder and then can open none of its subfolders.
-        for (const std::function<void()> &work : started) {
-            ASSERT_TRUE(startDetachedThread(work));
-        }
-        watch.wait();
-        EXPECT_EQ(rename(folder.path("d").c_str(), folder.path("moved").c_str()), 0);
-        if (isReplaced) {
-            EXPECT_EQ(rename(folder.path("other").c_str(), folder.path("d").c_str()), 0);
-        }
-        hoard.clear();
-        scanner.waitUntilFinished();
+        Lines below = linesAfterShortage(folder, [&] {
+            EXPECT_EQ(rename(folder.path("d").c_str(), folder.path("moved").c_str()), 0);
+            if (isReplaced) {
+                EXPECT_EQ(rename(folder.path("other").c_str(), folder.path("d").c_str()), 0);
+            }
+        });
 
-        Lines below = treeLines(*scanner.rootContainer());
         std::erase_if(below, [](const std::string &line) { return !line.starts_with("d/"); });
         EXPECT_EQ(below, (Lines{"d/", "d/d/", "d/y/", "d/z/"}));
     }
 }
 
-TEST(FolderWalk, findsAgainAFolderThatOnlyTheShortageMadeItClose)
+TEST(FolderWalk, reopensAFolderThatItClosedOnlyForTheShortage)
 {
     const TemporaryFolder folder;
     folder.nestedFolders("d", 3, 5, TemporaryFolder::Siblings::two);
-    std::vector<std::function<void()>> started;
-    LUMThreadedScanner scanner({.startThread = [&](const std::function<void()> &work) {
-        started.push_back(work);
-        return true;
-    }});
-    scanner.scanRootFolder(folder.path());
-    const CloseWatch watch(folder.path("d"));
-    const DescriptorLimit limit(64);
-    std::vector<FileDescriptor> hoard = allDescriptorsButOne();
-
-    for (const std::function<void()> &work : started) {
-        ASSERT_TRUE(startDetachedThread(work));
-    }
-    watch.wait();
-    hoard.clear();
-    scanner.waitUntilFinished();
-
     EXPECT_EQ(
-        treeLines(*scanner.rootContainer()),
+        linesAfterShortage(folder, [] {}),
         (Lines{"d/", "d/d/", "d/d/d/", "d/d/d/leaf 5", "d/d/y/", "d/d/y/f 1", "d/d/z/", "d/d/z/f 1",
                "d/y/", "d/y/f 1", "d/z/", "d/z/f 1", "y/", "y/f 1", "z/", "z/f 1"}));
 }

@@ -1,4 +1,4 @@
-// Scans of trees that are deep, wide or large, and scans that the system gives little to.
+// Scans of trees that are deep, wide or large, and scans with few resources.
 
 #include "engine/scan/LUMThreadedScanner.hpp"
 #include "engine/tree/TreeWalk.hpp"
@@ -147,7 +147,7 @@ TEST(LUMThreadedScannerLimits, scanTenThousandSubfoldersWithAThousandDescriptors
               static_cast<std::size_t>(subfolderCount));
 }
 
-TEST(LUMThreadedScannerLimits, loseNothingWhenTheSystemHasNoThreadsLeft)
+TEST(LUMThreadedScannerLimits, recordEverythingWhenTheSystemHasNoThreadsLeft)
 {
     if (!isRoot() || isSanitized) {
         GTEST_SKIP() << "needs root, to become somebody with a limit of processes, and a process "
@@ -206,7 +206,7 @@ TEST(LUMThreadedScannerLimits, recordAFolderOfTwoHundredThousandFiles)
     EXPECT_EQ(measured(*scanned(folder.path("s"))).files, static_cast<std::size_t>(fileCount));
 }
 
-TEST(LUMThreadedScannerLimits, waitForDescriptorsThatOthersUseUpForAWhile)
+TEST(LUMThreadedScannerLimits, waitForDescriptorsThatTheProcessUsesForAWhile)
 {
     const TemporaryFolder folder;
     makeWideFolder(folder, 30);
@@ -226,7 +226,7 @@ TEST(LUMThreadedScannerLimits, waitForDescriptorsThatOthersUseUpForAWhile)
     EXPECT_EQ(measured(*scanner.rootContainer()).files, 30U + 200U + 1U);
 }
 
-TEST(LUMThreadedScannerLimits, getOnWithTwoDescriptors)
+TEST(LUMThreadedScannerLimits, finishWithTwoDescriptors)
 {
     const TemporaryFolder folder;
     makeWideFolder(folder, 5);
@@ -257,7 +257,10 @@ TEST(LUMThreadedScannerLimits, leaveFoldersEmptyWhenThereIsNeverADescriptor)
         return startDetachedThread(work);
     };
 
-    LUMThreadedScanner scanner({.startThread = hoardForGood});
+    // Nobody will ever close one, so there is nothing to wait for.
+    constexpr DescriptorBudget::Timing noTime{std::chrono::milliseconds(0),
+                                              std::chrono::milliseconds(0)};
+    LUMThreadedScanner scanner({.startThread = hoardForGood, .descriptorTiming = noTime});
     scanner.scanRootFolder(folder.path());
     scanner.waitUntilFinished();
 
@@ -265,7 +268,7 @@ TEST(LUMThreadedScannerLimits, leaveFoldersEmptyWhenThereIsNeverADescriptor)
     EXPECT_EQ(measured(*scanner.rootContainer()).folders, 31U);
 }
 
-TEST(LUMThreadedScannerLimits, letACancelledScanOfManySubfoldersEnd)
+TEST(LUMThreadedScannerLimits, endACancelledScanOfManySubfolders)
 {
     const TemporaryFolder folder;
     makeWideFolder(folder, 1000);

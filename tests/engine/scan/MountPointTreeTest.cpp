@@ -25,7 +25,7 @@ TEST(MountPointTree, mustAskEverywhereWhenNothingIsKnown)
 {
     const MountPointTree mounts;
 
-    EXPECT_TRUE(mounts.mustAsk(nullptr));
+    EXPECT_TRUE(mounts.mustCheck(nullptr));
     EXPECT_TRUE(mounts.mayAutomount());
     EXPECT_EQ(mounts.top(), nullptr);
 }
@@ -37,14 +37,14 @@ TEST(MountPointTree, mustAskOnlyOnTheWayToMountPoints)
 
     const MountPointTree::Place *a = MountPointTree::inside(mounts.top(), "a");
     const MountPointTree::Place *b = MountPointTree::inside(a, "b");
-    EXPECT_TRUE(mounts.mustAsk(a));
-    EXPECT_TRUE(mounts.mustAsk(b));
+    EXPECT_TRUE(mounts.mustCheck(a));
+    EXPECT_TRUE(mounts.mustCheck(b));
     EXPECT_EQ(MountPointTree::inside(b, "c"), nullptr);
     EXPECT_EQ(MountPointTree::inside(a, "c"), nullptr);
     EXPECT_EQ(MountPointTree::inside(mounts.top(), "b"), nullptr);
     EXPECT_EQ(mounts.top()->inside.size(), 1U);
     EXPECT_EQ(MountPointTree::inside(nullptr, "a"), nullptr);
-    EXPECT_FALSE(mounts.mustAsk(nullptr));
+    EXPECT_FALSE(mounts.mustCheck(nullptr));
 }
 
 TEST(MountPointTree, haveNoTopWhereNothingIsMountedBelow)
@@ -52,7 +52,7 @@ TEST(MountPointTree, haveNoTopWhereNothingIsMountedBelow)
     const auto mounts = mountsFrom(line("/") + line("/proc", "proc"), "/usr");
 
     EXPECT_EQ(mounts.top(), nullptr);
-    EXPECT_FALSE(mounts.mustAsk(mounts.top()));
+    EXPECT_FALSE(mounts.mustCheck(mounts.top()));
     EXPECT_FALSE(mounts.mayAutomount());
 }
 
@@ -86,7 +86,7 @@ TEST(MountPointTree, takeBrokenLinesAsTheyAre)
     for (const std::string text : {"", "\n\n", "36", "36 35 98:0 / ", "36 35 98:0 / /s/a", " - ",
                                    "- - - - - - autofs", "a b c d /s/a e - "}) {
         const auto mounts = mountsFrom(text, "/s");
-        EXPECT_FALSE(mounts.mustAsk(nullptr)) << text;
+        EXPECT_FALSE(mounts.mustCheck(nullptr)) << text;
     }
 }
 
@@ -96,7 +96,7 @@ TEST(MountPointTree, comeFromTheKernelsList)
 
     const auto mounts = MountPointTree::below(folder.descriptor(), "/proc/self/mountinfo");
 
-    EXPECT_FALSE(mounts.mustAsk(nullptr));
+    EXPECT_FALSE(mounts.mustCheck(nullptr));
     EXPECT_EQ(mounts.top(), nullptr);
 }
 
@@ -104,9 +104,9 @@ TEST(MountPointTree, areUnknownWithoutTheKernelsListOrTheFoldersPath)
 {
     const TemporaryFolder folder;
 
-    EXPECT_TRUE(MountPointTree::below(folder.descriptor(), "/nowhere").mustAsk(nullptr));
-    EXPECT_TRUE(MountPointTree::below(folder.descriptor(), folder.path()).mustAsk(nullptr));
-    EXPECT_TRUE(MountPointTree::below(-1, "/proc/self/mountinfo").mustAsk(nullptr));
+    EXPECT_TRUE(MountPointTree::below(folder.descriptor(), "/nowhere").mustCheck(nullptr));
+    EXPECT_TRUE(MountPointTree::below(folder.descriptor(), folder.path()).mustCheck(nullptr));
+    EXPECT_TRUE(MountPointTree::below(-1, "/proc/self/mountinfo").mustCheck(nullptr));
 }
 
 } // namespace tessaly::scan
