@@ -48,6 +48,17 @@ bool isHomeFolder(const std::string &path)
            isSamePath(path, account.homeFolder());
 }
 
+std::string homePathBelow(const std::string &folder, std::string_view name)
+{
+    return folder + '/' + std::string(name);
+}
+
+QString homeTrashImage(const KORVENFolderObject &row)
+{
+    return static_cast<std::int64_t>(row.folderSizeAsNumber()) > 0 ? u"trash_full.png"_s
+                                                                   : u"trash.png"_s;
+}
+
 void keepBookmark(const std::string &url)
 {
     SettingsStore &settings = services().settings;
@@ -62,7 +73,10 @@ void keepBookmark(const std::string &url)
 } // namespace
 
 KORVENHomeViewController::KORVENHomeViewController(const QString &nibName)
-    : ResultViewController(nibName, u"KORVENFolderCell"_s),
+    : ResultViewController({nibName,
+                            u"KORVENFolderCell"_s,
+                            {&homePathBelow, &tree::parentPath},
+                            &homeTrashImage}),
       m_tabView(&outlet<QStackedWidget>(*view(), "tabView"))
 {
     const QString homeImage = u"home_large.png"_s;
@@ -114,11 +128,8 @@ void KORVENHomeViewController::showResultsPage()
 {
     folderNameField()->setText(textOfName(homePath()));
     showTotal({});
-    reloadTable();
-    if (scanArray().empty()) {
-        showEmptyState(tr("Home folder not scanned yet"),
-                       tr("Scan it to see what takes up its space."));
-    }
+    showEmptyState(tr("Home folder not scanned yet"),
+                   tr("Scan it to see what takes up its space."));
     m_tabView->setCurrentIndex(resultsPage);
 }
 
@@ -224,18 +235,6 @@ void KORVENHomeViewController::resultWasShown(const ScanResult &result)
     if (!result.tree) {
         folderNameField()->setText(textOfName(homePath()));
     }
-}
-
-std::string KORVENHomeViewController::pathBelow(const std::string &folder,
-                                                std::string_view name) const
-{
-    return folder + '/' + std::string(name);
-}
-
-QString KORVENHomeViewController::trashImageName(const KORVENFolderObject &row) const
-{
-    return static_cast<std::int64_t>(row.folderSizeAsNumber()) > 0 ? u"trash_full.png"_s
-                                                                   : u"trash.png"_s;
 }
 
 void KORVENHomeViewController::quickLookItem(std::string_view path)

@@ -67,9 +67,6 @@ private:
     [[nodiscard]] std::optional<ScanResult> loadScanResults() override;
     [[nodiscard]] ScanResult completedScan(const FinishedScan &scan) override;
     void notifyCanceled() override;
-    [[nodiscard]] std::string pathBelow(const std::string &folder,
-                                        std::string_view name) const override;
-    [[nodiscard]] QString trashImageName(const KORVENFolderObject &row) const override;
     void resultWasShown(const ScanResult &result) override;
 
     void folderWasChosen(const std::string &folder);

@@ -29,10 +29,27 @@ namespace {
 
 Q_LOGGING_CATEGORY(scanLog, "tessaly.screens.scan")
 
+std::string scanPathBelow(const std::string &folder, std::string_view name)
+{
+    return (folder == "/" ? folder : folder + '/') + std::string(name);
+}
+
+std::string scanPathAbove(const std::string &folder)
+{
+    const std::string path = tree::parentPath(folder);
+    return path.empty() ? "/" : path;
+}
+
+QString scanTrashImage(const KORVENFolderObject & /*row*/)
+{
+    return u"trash_full.png"_s; // also of an empty one, on this screen
+}
+
 } // namespace
 
 KORVENScanViewController::KORVENScanViewController(const QString &nibName)
-    : ResultViewController(nibName, u"KORVENScanCell"_s)
+    : ResultViewController(
+          {nibName, u"KORVENScanCell"_s, {&scanPathBelow, &scanPathAbove}, &scanTrashImage})
 {
 }
 
@@ -141,24 +158,6 @@ std::optional<std::string> KORVENScanViewController::record(const tree::ScanTree
     } catch (const NamedException &exception) {
         return exception.reason();
     }
-}
-
-std::string KORVENScanViewController::pathBelow(const std::string &folder,
-                                                std::string_view name) const
-{
-    return (folder == "/" ? folder : folder + '/') + std::string(name);
-}
-
-std::optional<std::string>
-KORVENScanViewController::pathAbove(const std::optional<std::string> &folder) const
-{
-    const std::string path = tree::parentPath(folder.value_or(std::string()));
-    return path.empty() ? "/" : path;
-}
-
-QString KORVENScanViewController::trashImageName(const KORVENFolderObject & /*row*/) const
-{
-    return u"trash_full.png"_s; // also of an empty one, on this screen
 }
 
 void KORVENScanViewController::resultWasShown(const ScanResult &result)

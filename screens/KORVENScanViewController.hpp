@@ -44,11 +44,6 @@ private:
     [[nodiscard]] std::optional<ScanResult> loadScanResults() override;
     [[nodiscard]] ScanResult completedScan(const FinishedScan &scan) override;
     void notifyCanceled() override;
-    [[nodiscard]] std::string pathBelow(const std::string &folder,
-                                        std::string_view name) const override;
-    [[nodiscard]] std::optional<std::string>
-    pathAbove(const std::optional<std::string> &folder) const override;
-    [[nodiscard]] QString trashImageName(const KORVENFolderObject &row) const override;
     void resultWasShown(const ScanResult &result) override;
 
     [[nodiscard]] static ScanResult historyProblem(const NamedException &exception);

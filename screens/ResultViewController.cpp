@@ -6,8 +6,6 @@
 #include "app/controls/text/NameText.hpp"
 #include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
-#include "engine/tree/FilePath.hpp"
-#include "screens/results/KORVENFolderCellView.hpp"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -21,11 +19,6 @@ namespace tessaly {
 
 namespace {
 
-void registerWidgets()
-{
-    InterfaceFile::registerWidget<KORVENFolderCellView>("KORVENFolderCellView");
-}
-
 /// Whether the keyboard is on this widget, or will be once the window is in use again: a dialog may
 /// be in front of it.
 bool holdsKeyboard(const QWidget &widget)
@@ -35,34 +28,36 @@ bool holdsKeyboard(const QWidget &widget)
 
 } // namespace
 
-ResultViewController::ResultViewController(const QString &nibName, const QString &cellIdentifier)
+ResultViewController::ResultViewController(Setup setup)
+    : m_model(std::move(setup.paths), &KORVENViewController::rowThresholds),
+      m_workers(*this, *this, services().bookmarks)
 {
-    registerWidgets();
-    InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
+    InterfaceFile::Loaded loaded = InterfaceFile::load(setup.nibName);
     if (!loaded.root) {
-        qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
+        qFatal("%s: %s", qUtf8Printable(setup.nibName), qUtf8Printable(loaded.error));
     }
     m_view = loaded.root.release();
-    findOutlets(cellIdentifier);
+    findOutlets();
+    wireButtons();
+    connect(&m_model, &ResultModel::levelChanged, this, &ResultViewController::showLevel);
+    connect(&m_model, &ResultModel::orderChanged, this, &ResultViewController::showOrder);
+    m_rowsView =
+        std::make_unique<RowsView>(outlet<CellTableView>(*m_view, "tableView"), m_model, *this,
+                                   setup.cellIdentifier, std::move(setup.trashImage));
+    connect(&m_model, &ResultModel::rowsChanged, this, &ResultViewController::showRowsOrEmptyPage);
 }
 
 ResultViewController::~ResultViewController()
 {
     stopWorkers();
-    if (m_view) {
-        m_tableView->setDataSource(nullptr);
-        delete m_view;
-    }
+    m_rowsView.reset();
+    delete m_view;
 }
 
-void ResultViewController::findOutlets(const QString &cellIdentifier)
+void ResultViewController::findOutlets()
 {
     QWidget &view = *m_view;
     setFolderNameField(&outlet<NameLabel>(view, "folderNameField"));
-    m_tableView = &outlet<CellTableView>(view, "tableView");
-    m_cells = std::make_unique<ResultCells>(
-        *m_tableView, *this, cellIdentifier,
-        [this](const KORVENFolderObject &row) { return trashImageName(row); });
     m_scanButton = &outlet<KORVENButton>(view, "scanButton");
     m_cancelButton = &outlet<KORVENButton>(view, "cancelButton");
     m_sortButton = &outlet<KORVENButton>(view, "sortButton");
@@ -73,11 +68,14 @@ void ResultViewController::findOutlets(const QString &cellIdentifier)
     m_header = std::make_unique<ResultHeader>(view);
     m_emptyPage = std::make_unique<EmptyPage>(view);
     makeCaption(*m_scanLabel);
+}
+
+void ResultViewController::wireButtons()
+{
     for (KORVENButton *button : {m_scanButton, m_cancelButton, &m_emptyPage->button()}) {
         m_pressGuard.watch(*button);
     }
-
-    const QStringList missing = wireActions(view, *this,
+    const QStringList missing = wireActions(*m_view, *this,
                                             {{"scanButton", [this] { scanButtonPressed(); }},
                                              {"emptyButton", [this] { scanButtonPressed(); }},
                                              {"cancelButton", [this] { cancelClicked(); }},
@@ -103,15 +101,12 @@ void ResultViewController::awakeFromNib()
         return;
     }
     m_firstRunFlag = false;
-    resetOrder();
+    showOrder();
     m_header->showDate({});
-    m_cells->registerCells();
-    m_level.forgetPath();
     m_header->showBackButton(false);
     showTotal({});
     m_scanProgress->hide();
     m_scanLabel->hide();
-    m_tableView->setDataSource(this);
     showStart();
     if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
         for (auto *button : m_view->findChildren<KORVENButton *>()) {
@@ -155,7 +150,7 @@ void ResultViewController::startScan(const std::string &folder,
     m_scanLabel->setText(tr("Scanning %1").arg(folderText));
     m_scanLabel->show();
     m_emptyPage->button().hide();
-    if (m_scanArray.empty()) {
+    if (m_model.rows().empty()) {
         m_emptyPage->say(tr("Scanning…"), drawableText(folderText));
     }
     showNotice({});
@@ -166,7 +161,7 @@ void ResultViewController::startScan(const std::string &folder,
 ScanWork::Step ResultViewController::scanCancelled()
 {
     notifyCanceled();
-    m_lockDrillDown = true;
+    m_model.setLocked(true);
     return [this] { cancelledScanResults(); };
 }
 
@@ -176,8 +171,8 @@ ScanWork::Step ResultViewController::scanCompleted(const FinishedScan &scan)
     return [this, result] {
         if (result->keepsScanningLook) {
             showNotice(result->notice);
-            m_lockDrillDown = true;
-            takeResult(*result);
+            m_model.setLocked(true);
+            m_model.replaceSilently(result->tree, std::move(result->rows));
         } else {
             updateScanResults(std::move(*result));
         }
@@ -191,66 +186,42 @@ void ResultViewController::cancelClicked()
     }
 }
 
-void ResultViewController::takeResult(ScanResult &result)
-{
-    m_level.setTree(result.tree);
-    takeRows(std::move(result.rows));
-}
-
-void ResultViewController::takeRows(ResultRows rows)
-{
-    m_scanArray = std::move(rows.rows);
-    m_scanTotal = rows.total;
-}
-
-void ResultViewController::populateScanTable(const tree::LUMFileContainer *folder)
-{
-    takeRows(ScanResult::rowsOf(folder));
-}
-
 void ResultViewController::updateScanResults(ScanResult result)
 {
     ++m_loadGeneration;
     const bool isKeyboardForRows = scanFinishedOrCancelled();
-    takeResult(result);
-    m_level.takePathOfTree();
-    if (m_level.path()) {
-        m_scanFolder = *m_level.path();
-    }
-    folderNameField()->setText(textOfName(m_level.path().value_or(std::string())));
     m_header->showDate(result.dateText);
-    showTotal(m_level.hasTree() ? buildString(m_scanTotal) : QString());
     showNotice(result.notice);
-    resetOrder();
-    if (result.emptyTitle.isEmpty()) {
-        m_emptyPage->sayWhyThereAreNoRows(m_level.folder());
+    m_model.setResult(result.tree, std::move(result.rows));
+    if (m_model.hasTree()) {
+        m_scanFolder = *m_model.path();
     } else {
+        showTotal({});
+    }
+    if (!result.emptyTitle.isEmpty()) {
         m_emptyPage->say(result.emptyTitle, result.emptyText);
     }
-    reloadTable();
     if (isKeyboardForRows) {
         giveKeyboardToRows();
     }
     resultWasShown(result);
     m_isScanRunningNow = false;
-    m_lockDrillDown = false;
+    m_model.setLocked(false);
     qCDebug(resultLog, "rows shown");
 }
 
 void ResultViewController::cancelledScanResults()
 {
     const bool isKeyboardForRows = scanFinishedOrCancelled();
-    m_scanArray.clear();
+    m_model.clearRows();
     folderNameField()->setText(textOfName(m_scanFolder));
-    m_level.forgetPath();
     showTotal({});
     m_header->showDate({});
-    reloadTable();
     showEmptyState(tr("The scan was canceled"), tr("Nothing of it was kept."));
     if (isKeyboardForRows) {
         giveKeyboardToRows();
     }
-    m_lockDrillDown = false;
+    m_model.setLocked(false);
     m_isScanRunningNow = false;
 }
 
@@ -274,8 +245,8 @@ bool ResultViewController::scanFinishedOrCancelled()
 
 void ResultViewController::giveKeyboardToRows()
 {
-    if (m_tableView->isVisibleTo(m_view)) {
-        m_tableView->setFocus();
+    if (m_rowsView->widget().isVisibleTo(m_view)) {
+        m_rowsView->widget().setFocus();
     }
 }
 
@@ -285,17 +256,12 @@ void ResultViewController::takeKeyboardForScan()
 {
     const bool isElsewhere =
         m_view->isVisible() && !m_view->isAncestorOf(m_view->window()->focusWidget());
-    if (isElsewhere && m_tableView->isVisibleTo(m_view)) {
-        m_tableView->setFocus();
+    if (isElsewhere && m_rowsView->widget().isVisibleTo(m_view)) {
+        m_rowsView->widget().setFocus();
     } else if (isElsewhere || holdsKeyboard(*m_scanButton) || holdsKeyboard(*m_sortButton) ||
                holdsKeyboard(m_emptyPage->button())) {
         m_cancelButton->setFocus();
     }
-}
-
-void ResultViewController::showTotal(const QString &total)
-{
-    m_header->showTotal(total);
 }
 
 void ResultViewController::showNotice(const QString &notice)
@@ -306,108 +272,45 @@ void ResultViewController::showNotice(const QString &notice)
 
 void ResultViewController::drillDownOneLevel(std::string_view name)
 {
-    if (m_lockDrillDown) {
-        return;
+    if (m_model.drillDown(name)) {
+        m_rowsView->speak();
     }
-    m_header->showBackButton(true);
-    m_level.goDown(name, m_level.path() ? pathBelow(*m_level.path(), name) : std::string(name));
-    populateScanTable(m_level.folder());
-    updateScanResultsDrillDown();
-    m_tableView->speakRows();
-}
-
-bool ResultViewController::canDrillUp() const noexcept
-{
-    return !m_lockDrillDown && m_level.canGoUp();
 }
 
 void ResultViewController::drillUpOneLevel()
 {
-    if (!canDrillUp()) {
-        return;
-    }
-    const std::string_view left = m_level.folder()->itemName();
-    m_level.goUp(pathAbove(m_level.path()));
-    if (m_level.isTop()) {
-        m_header->showBackButton(false);
-    }
-    populateScanTable(m_level.folder());
-    updateScanResultsDrillDown();
-    selectFolder(left);
-    m_tableView->speakRows();
-}
-
-/// The rows in sight stay where they are.
-void ResultViewController::selectFolder(std::string_view name)
-{
-    const auto row = std::find_if(m_scanArray.begin(), m_scanArray.end(),
-                                  [&](const auto &object) { return object.folderName() == name; });
-    if (row != m_scanArray.end()) {
-        m_tableView->setAutoScroll(false);
-        m_tableView->selectRow(static_cast<int>(row - m_scanArray.begin()));
-        m_tableView->setAutoScroll(true);
+    if (m_model.drillUp()) {
+        m_rowsView->speak();
     }
 }
 
-std::optional<std::string>
-ResultViewController::pathAbove(const std::optional<std::string> &folder) const
+void ResultViewController::showLevel()
 {
-    return folder ? std::optional(tree::parentPath(*folder)) : std::nullopt;
-}
-
-void ResultViewController::updateScanResultsDrillDown()
-{
-    folderNameField()->setText(textOfName(m_level.path().value_or(std::string())));
-    showTotal(buildString(m_scanTotal));
-    resetOrder();
-    if (m_level.hasTree()) {
-        m_emptyPage->sayWhyThereAreNoRows(m_level.folder());
+    m_header->showBackButton(m_model.isBelowTop());
+    folderNameField()->setText(textOfName(m_model.path().value_or(std::string())));
+    showTotal(buildString(m_model.total()));
+    if (m_model.hasTree()) { // else the page goes on to say why there is none
+        m_emptyPage->sayWhyThereAreNoRows(m_model.folder());
     }
-    reloadTable();
 }
 
-void ResultViewController::refreshTable()
+void ResultViewController::showOrder()
 {
-    populateScanTable(m_level.folder());
-    updateScanResultsDrillDown();
-}
-
-void ResultViewController::resetOrder()
-{
-    m_sortBySizeFlag = true;
-    m_sortButton->setTitle(tr("Sort by name"));
+    m_sortButton->setTitle(sortBySizeFlag() ? tr("Sort by name") : tr("Sort by size"));
 }
 
 void ResultViewController::sortClicked()
 {
-    m_sortBySizeFlag = !m_sortBySizeFlag;
-    m_sortButton->setTitle(m_sortBySizeFlag ? tr("Sort by name") : tr("Sort by size"));
-    sortTable();
+    m_model.setOrder(sortBySizeFlag() ? RowOrder::name : RowOrder::size);
 }
 
-void ResultViewController::sortTable()
+void ResultViewController::showRowsOrEmptyPage()
 {
-    sortRows(m_scanArray, m_sortBySizeFlag ? RowOrder::size : RowOrder::name);
-    reloadTable();
-}
-
-void ResultViewController::reloadTable()
-{
-    m_tableView->reloadData();
-    m_tableView->scrollToTop();
-    if (!m_scanArray.empty()) {
-        m_tableView->selectRow(0);
+    if (m_model.rows().empty()) {
+        showEmptyPage();
+    } else {
+        m_resultPages->setCurrentWidget(&m_rowsView->widget());
     }
-    showTableOrEmptyPage();
-}
-
-void ResultViewController::showTableOrEmptyPage()
-{
-    if (!m_scanArray.empty()) {
-        m_resultPages->setCurrentWidget(m_tableView);
-        return;
-    }
-    showEmptyPage();
 }
 
 void ResultViewController::showEmptyPage()
@@ -422,95 +325,15 @@ void ResultViewController::showEmptyState(const QString &title, const QString &t
     showEmptyPage();
 }
 
-int ResultViewController::numberOfRowsInTableView() const
-{
-    return static_cast<int>(m_scanArray.size());
-}
-
-QWidget *ResultViewController::viewForTableColumn(int row)
-{
-    if (row < 0 || static_cast<std::size_t>(row) >= m_scanArray.size()) {
-        return nullptr;
-    }
-    return m_cells->cellFor(m_scanArray[static_cast<std::size_t>(row)], m_scanTotal);
-}
-
-bool ResultViewController::hasSelectedRow() const
-{
-    return canActOnRows() && m_tableView->selectedRow() >= 0;
-}
-
-bool ResultViewController::canShowQuickLook() const
-{
-    // The table may not have been told of the rows yet.
-    const auto row = static_cast<std::size_t>(m_tableView->selectedRow());
-    return hasSelectedRow() && row < m_scanArray.size() && !m_scanArray[row].folderIsDirectory();
-}
-
-KORVENFolderCellView *ResultViewController::selectedCell() const
-{
-    return qobject_cast<KORVENFolderCellView *>(m_tableView->selectedCell());
-}
-
 std::vector<std::string> ResultViewController::shownFileNames() const
 {
     std::vector<std::string> names;
-    for (const KORVENFolderObject &row : m_scanArray) {
+    for (const KORVENFolderObject &row : m_model.rows()) {
         if (!row.folderIsDirectory()) {
             names.emplace_back(row.folderName());
         }
     }
     return names;
-}
-
-void ResultViewController::showQuickLook()
-{
-    if (KORVENFolderCellView *cell = selectedCell()) {
-        cell->showQuickLook();
-    }
-}
-
-void ResultViewController::showInFinder()
-{
-    if (KORVENFolderCellView *cell = selectedCell()) {
-        cell->showInFinder();
-    }
-}
-
-void ResultViewController::showInfo()
-{
-    if (KORVENFolderCellView *cell = selectedCell()) {
-        cell->showInfo();
-    }
-}
-
-QString ResultViewController::searchText(int row) const
-{
-    return textOfName(m_scanArray[static_cast<std::size_t>(row)].folderName());
-}
-
-QString ResultViewController::accessibleText(int row) const
-{
-    return ResultCells::accessibleText(m_scanArray[static_cast<std::size_t>(row)], m_scanTotal);
-}
-
-bool ResultViewController::shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed)
-{
-    return KORVENViewController::shouldTypeSelectForEvent(event, typed);
-}
-
-void ResultViewController::activateRow(int row)
-{
-    if (auto *cell = qobject_cast<KORVENFolderCellView *>(m_tableView->cellForRow(row))) {
-        cell->clickedName();
-    }
-}
-
-void ResultViewController::showMenu(int row, const QPoint &place)
-{
-    if (auto *cell = qobject_cast<KORVENFolderCellView *>(m_tableView->cellForRow(row))) {
-        cell->popUpMenu(place);
-    }
 }
 
 } // namespace tessaly

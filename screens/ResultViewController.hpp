@@ -1,22 +1,20 @@
 #pragma once
 
 #include "app/controls/buttons/PressGuard.hpp"
-#include "app/controls/tables/CellTableSource.hpp"
 #include "app/controls/tables/RowActions.hpp"
-#include "engine/tree/ScanTree.hpp"
 #include "screens/EmptyPage.hpp"
 #include "screens/ScanWorkers.hpp"
 #include "screens/results/KORVENViewController.hpp"
 #include "screens/results/ResultCells.hpp"
 #include "screens/results/ResultHeader.hpp"
+#include "screens/results/ResultModel.hpp"
+#include "screens/results/RowsView.hpp"
 #include "screens/results/ScanResult.hpp"
 #include "screens/results/ScanWork.hpp"
-#include "screens/results/ShownLevel.hpp"
 
 #include <QPointer>
 #include <QString>
 
-#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,20 +26,17 @@ class QStackedWidget;
 
 namespace tessaly {
 
-class CellTableView;
 class KORVENButton;
-class KORVENFolderCellView;
 
-/// What both scan screens do: scan a folder in the background, show one level of the tree at a
-/// time, go down and up in it, sort, and say so when there is nothing to show.
+/// What both scan screens do: they scan a folder in the background, show the result by way of a
+/// ResultModel and its views, and say so when there is nothing to show. The controller has the
+/// buttons, the header and the workers; where the user is in the result, and what is listed there,
+/// is the model's.
 ///
-/// Threads: the main thread, but for what is said to run on a worker. Rows, fields and buttons are
-///          touched on the main thread alone: a worker hands over what it made. Whoever
-///          derives from this calls stopWorkers() in its destructor: workers call its overrides.
-class ResultViewController : public KORVENViewController,
-                             public RowActions,
-                             protected CellTableSource,
-                             private ScanWork {
+/// Threads: the main thread, but for what is said to run on a worker. Model, fields and buttons are
+///          touched on the main thread alone: a worker hands over what it made. A derived class
+///          calls stopWorkers() in its destructor: workers call its overrides.
+class ResultViewController : public KORVENViewController, public RowActions, private ScanWork {
     Q_OBJECT
 
 public:
@@ -51,8 +46,10 @@ public:
     ResultViewController(ResultViewController &&) = delete;
     ResultViewController &operator=(ResultViewController &&) = delete;
 
-    /// The screen's widget. Whoever shows it may own it; else it goes with the controller.
+    /// The screen's widget. A layout that shows it may own it; else the controller destroys it.
     [[nodiscard]] QWidget *view() const noexcept { return m_view; }
+    /// What the views of this screen show.
+    [[nodiscard]] const ResultModel &model() const noexcept { return m_model; }
 
     /// One-time set-up once the view is there. Does nothing when it is called again.
     void awakeFromNib();
@@ -64,8 +61,8 @@ public:
     /// its result is one that keepsScanningLook.
     [[nodiscard]] bool isScanRunningNow() const noexcept { return m_isScanRunningNow; }
 
-    /// Makes the rows of the level anew, by the preferences as they are now.
-    void refreshTable();
+    /// Rebuilds the rows of the level, by the preferences as they are now.
+    void refreshTable() { m_model.refresh(); }
 
     // What the buttons do.
     virtual void scanButtonPressed() = 0;
@@ -74,48 +71,56 @@ public:
     /// Shows the level above from its start, with the folder that was left selected.
     void drillUpOneLevel();
     /// Whether there is a level above that the user can go up to now.
-    [[nodiscard]] bool canDrillUp() const noexcept;
+    [[nodiscard]] bool canDrillUp() const noexcept { return m_model.canDrillUp(); }
 
     void drillDownOneLevel(std::string_view name) override;
     /// Not on the rows that come back after a cancelled scan: they have no path.
-    [[nodiscard]] bool canActOnRows() const override { return m_level.path().has_value(); }
+    [[nodiscard]] bool canActOnRows() const override { return m_model.path().has_value(); }
 
     // What the program's menu does.
-    [[nodiscard]] bool hasSelectedRow() const override;
-    [[nodiscard]] bool canShowQuickLook() const override;
-    void showQuickLook() override;
-    void showInFinder() override;
-    void showInfo() override;
+    [[nodiscard]] bool hasSelectedRow() const override { return m_rowsView->hasSelectedRow(); }
+    [[nodiscard]] bool canShowQuickLook() const override { return m_rowsView->canShowQuickLook(); }
+    void showQuickLook() override { m_rowsView->showQuickLook(); }
+    void showInFinder() override { m_rowsView->showInFinder(); }
+    void showInfo() override { m_rowsView->showInfo(); }
 
-    [[nodiscard]] int numberOfRowsInTableView() const override;
-    [[nodiscard]] QWidget *viewForTableColumn(int row) override;
-    bool shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed) override;
-
-    // The state, for whoever wants to look.
+    // Required interface
+    [[nodiscard]] int numberOfRowsInTableView() const
+    {
+        return m_rowsView->numberOfRowsInTableView();
+    }
+    [[nodiscard]] QWidget *viewForTableColumn(int row)
+    {
+        return m_rowsView->viewForTableColumn(row);
+    }
     [[nodiscard]] const std::vector<KORVENFolderObject> &scanArray() const noexcept
     {
-        return m_scanArray;
+        return m_model.rows();
     }
-    [[nodiscard]] float scanTotal() const noexcept { return m_scanTotal; }
-    /// Path of the level, as bytes; nothing before anything is shown and after a cancelled scan.
+    [[nodiscard]] float scanTotal() const noexcept { return m_model.total(); }
     [[nodiscard]] const std::optional<std::string> &drillDownPath() const noexcept
     {
-        return m_level.path();
+        return m_model.path();
     }
     [[nodiscard]] const tree::LUMFileContainer *drillResults() const noexcept
     {
-        return m_level.folder();
+        return m_model.folder();
     }
-    [[nodiscard]] bool sortBySizeFlag() const noexcept { return m_sortBySizeFlag; }
-    /// While this is so, the user can go neither down nor up: a worker is making the next result.
-    [[nodiscard]] bool lockDrillDown() const noexcept { return m_lockDrillDown; }
+    [[nodiscard]] bool sortBySizeFlag() const noexcept { return m_model.order() == RowOrder::size; }
+    [[nodiscard]] bool lockDrillDown() const noexcept { return m_model.isLocked(); }
     /// The folder of the scan, as bytes; empty before there is one.
     [[nodiscard]] const std::string &scanFolder() const noexcept { return m_scanFolder; }
 
 protected:
-    /// `nibName`: of the interface file with the screen's view. `cellIdentifier`: under which its
-    /// table keeps its cells.
-    ResultViewController(const QString &nibName, const QString &cellIdentifier);
+    /// What tells the screens apart, beside what they override.
+    struct Setup {
+        QString nibName;        ///< the interface file with the screen's view
+        QString cellIdentifier; ///< under which its table keeps its cells
+        ResultModel::PathRules paths;
+        ResultCells::TrashImage trashImage;
+    };
+
+    explicit ResultViewController(Setup setup);
 
     /// Ends what the workers do and waits for them. The results that they handed over last are not
     /// shown any more.
@@ -138,65 +143,42 @@ protected:
     [[nodiscard]] virtual ScanResult completedScan(const FinishedScan &scan) = 0;
     /// Tells the user that a scan was cancelled. On a worker.
     virtual void notifyCanceled() = 0;
-    /// The path of an entry of the level's folder.
-    [[nodiscard]] virtual std::string pathBelow(const std::string &folder,
-                                                std::string_view name) const = 0;
-    /// The path of the folder above the level's: tree::parentPath() as it comes.
-    /// Of no path it is none.
-    [[nodiscard]] virtual std::optional<std::string>
-    pathAbove(const std::optional<std::string> &folder) const;
-    /// The image of the row of a ".Trash" folder.
-    [[nodiscard]] virtual QString trashImageName(const KORVENFolderObject &row) const = 0;
     /// Told when a result, with its key, has become the one that is shown.
     virtual void resultWasShown(const ScanResult & /*result*/) {}
 
     /// Shows a result from its top level. The end of every load and completed scan.
     void updateScanResults(ScanResult result);
     void showEmptyState(const QString &title, const QString &text);
-    void showTotal(const QString &total);
-    void reloadTable();
+    void showTotal(const QString &total) { m_header->showTotal(total); }
     /// The names of the rows that are files, in the order in which they are shown.
     [[nodiscard]] std::vector<std::string> shownFileNames() const;
     [[nodiscard]] KORVENButton &scanButton() const noexcept { return *m_scanButton; }
     [[nodiscard]] KORVENButton &cancelButton() const noexcept { return *m_cancelButton; }
 
 private:
-    void findOutlets(const QString &cellIdentifier);
+    void findOutlets();
+    void wireButtons();
 
     [[nodiscard]] Step loadResult() override;
     [[nodiscard]] Step scanCompleted(const FinishedScan &scan) override;
     [[nodiscard]] Step scanCancelled() override;
 
-    void populateScanTable(const tree::LUMFileContainer *folder);
-    void takeResult(ScanResult &result);
-    void takeRows(ResultRows rows);
-    void updateScanResultsDrillDown();
+    void showLevel();
+    void showOrder();
+    void showRowsOrEmptyPage();
+    void showEmptyPage();
+    void showNotice(const QString &notice);
     void cancelledScanResults();
-    /// Returns whether the keyboard was on a button that goes. It is on the scan button then, and
-    /// is for giveKeyboardToRows() once they are there. Elsewhere it stays.
+    /// Returns whether the keyboard was on a button that is hidden now. It is on the scan button
+    /// then, and is for giveKeyboardToRows() once they are there. Elsewhere it stays.
     [[nodiscard]] bool scanFinishedOrCancelled();
     /// No rows, no change.
     void giveKeyboardToRows();
     void takeKeyboardForScan();
-    void selectFolder(std::string_view name);
-    void sortTable();
-    void resetOrder();
-    void showTableOrEmptyPage();
-    void showEmptyPage();
-    void showNotice(const QString &notice);
 
-    [[nodiscard]] KORVENFolderCellView *selectedCell() const;
-
-    [[nodiscard]] QString searchText(int row) const override;
-    [[nodiscard]] QString accessibleText(int row) const override;
-    [[nodiscard]] bool canActivateRow(int /*row*/) const override { return canActOnRows(); }
-    [[nodiscard]] bool hasMenu(int /*row*/) const override { return true; }
-    void activateRow(int row) override;
-    void showMenu(int row, const QPoint &place) override;
-
+    ResultModel m_model;
     QPointer<QWidget> m_view;
     // Outlets: the view owns them.
-    CellTableView *m_tableView = nullptr;
     KORVENButton *m_scanButton = nullptr;
     KORVENButton *m_cancelButton = nullptr;
     KORVENButton *m_sortButton = nullptr;
@@ -207,19 +189,14 @@ private:
 
     std::unique_ptr<ResultHeader> m_header;
     std::unique_ptr<EmptyPage> m_emptyPage;
-    std::unique_ptr<ResultCells> m_cells;
-    std::vector<KORVENFolderObject> m_scanArray;
-    float m_scanTotal = 0;
-    ShownLevel m_level;
+    std::unique_ptr<RowsView> m_rowsView;
     std::string m_scanFolder;
-    bool m_sortBySizeFlag = true;
     bool m_firstRunFlag = true;
     bool m_isScanRunningNow = false;
-    std::atomic<bool> m_lockDrillDown = false;
     unsigned m_loadGeneration = 0; ///< counts what makes a load that is under way out of date
 
     PressGuard m_pressGuard{this}; ///< over Scan and Cancel, which take each other's place
-    ScanWorkers m_workers{*this, *this};
+    ScanWorkers m_workers;
 };
 
 } // namespace tessaly

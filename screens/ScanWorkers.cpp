@@ -1,6 +1,5 @@
 #include "screens/ScanWorkers.hpp"
 
-#include "app/delegate/KORVENAppDelegate.hpp"
 #include "engine/scan/AbandonableWork.hpp"
 #include "engine/scan/LUMThreadedScanner.hpp"
 #include "platform/FolderBookmarks.hpp"
@@ -22,7 +21,8 @@ namespace {
 /// Access to a folder, for as long as this lives. Without a URL, to nothing.
 class FolderAccess {
 public:
-    explicit FolderAccess(const std::optional<std::string> &url) : m_bookmarks(services().bookmarks)
+    FolderAccess(FolderBookmarks &bookmarks, const std::optional<std::string> &url)
+        : m_bookmarks(bookmarks)
     {
         if (url && m_bookmarks.startAccess(*url)) {
             m_url = url;
@@ -84,7 +84,10 @@ struct ScanWorkers::RunningScan {
     }
 };
 
-ScanWorkers::ScanWorkers(ScanWork &work, QObject &screen) : m_work(work), m_screen(screen) {}
+ScanWorkers::ScanWorkers(ScanWork &work, QObject &screen, FolderBookmarks &bookmarks)
+    : m_work(work), m_screen(screen), m_bookmarks(bookmarks)
+{
+}
 
 ScanWorkers::~ScanWorkers()
 {
@@ -169,7 +172,7 @@ bool ScanWorkers::scan(const std::shared_ptr<RunningScan> &scan, const std::stri
     if (grantedUrl && !scan->work.run([folder] { lookAt(folder); })) {
         return false;
     }
-    const FolderAccess access(grantedUrl);
+    const FolderAccess access(m_bookmarks, grantedUrl);
     return scan->work.run([scan, folder] { scan->run(folder); });
 }
 

@@ -13,6 +13,8 @@ class QObject;
 
 namespace tessaly {
 
+class FolderBookmarks;
+
 /// The threads of a scan screen: one that loads the last result, and one for each scan. They hand
 /// over to the main thread what they made, and wait for nothing there.
 ///
@@ -23,8 +25,9 @@ namespace tessaly {
 /// Threads: the main thread. `work` is called on the workers.
 class ScanWorkers final {
 public:
-    /// Both must outlive this. What is handed over when `screen` goes is not run any more.
-    ScanWorkers(ScanWork &work, QObject &screen);
+    /// All three must outlive this. What has been handed over when `screen` is destroyed is not run
+    /// any more.
+    ScanWorkers(ScanWork &work, QObject &screen, FolderBookmarks &bookmarks);
     /// Stops.
     ~ScanWorkers();
     ScanWorkers(const ScanWorkers &) = delete;
@@ -52,13 +55,13 @@ private:
 
     void runLoader();
     void runScan(const std::string &folder, const std::optional<std::string> &grantedUrl);
-    [[nodiscard]] static bool scan(const std::shared_ptr<RunningScan> &scan,
-                                   const std::string &folder,
-                                   const std::optional<std::string> &grantedUrl);
+    [[nodiscard]] bool scan(const std::shared_ptr<RunningScan> &scan, const std::string &folder,
+                            const std::optional<std::string> &grantedUrl);
     void handOver(ScanWork::Step step);
 
     ScanWork &m_work;
     QObject &m_screen;
+    FolderBookmarks &m_bookmarks;
     std::mutex m_scanLock;
     std::shared_ptr<RunningScan> m_scan;    ///< that can be cancelled; guarded by m_scanLock
     std::atomic<bool> m_isStopping = false; ///< nobody is to be told any more

@@ -4,6 +4,7 @@
 #include "engine/archive/Timestamp.hpp"
 #include "engine/tree/SizeNumber.hpp"
 #include "platform/DateTexts.hpp"
+#include "screens/results/ResultRows.hpp"
 
 #include <QObject>
 #include <QPointer>
@@ -47,6 +48,11 @@ public:
     [[nodiscard]] static std::uint64_t compareHiddenItem();
     /// Bytes that any other file must exceed to be listed; 0: none is listed.
     [[nodiscard]] static std::uint64_t compareLargeFile();
+    /// Both.
+    [[nodiscard]] static RowThresholds rowThresholds()
+    {
+        return {compareHiddenItem(), compareLargeFile()};
+    }
 
     /// The date as the user's language and country write it, made anew each time.
     [[nodiscard]] static QString formatDate(archive::Timestamp date, DateStyle dateStyle,

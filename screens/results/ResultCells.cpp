@@ -2,6 +2,7 @@
 
 #include "app/controls/bars/KORVENProgressBar.hpp"
 #include "app/controls/bars/WarningColors.hpp"
+#include "app/controls/interface/InterfaceFile.hpp"
 #include "app/controls/tables/CellTableView.hpp"
 #include "app/controls/tables/CellTexts.hpp"
 #include "app/controls/tables/IconView.hpp"
@@ -40,6 +41,7 @@ ResultCells::ResultCells(CellTableView &table, KORVENViewController &screen, QSt
     : m_table(table), m_screen(screen), m_identifier(std::move(identifier)),
       m_trashImage(std::move(trashImage))
 {
+    InterfaceFile::registerWidget<KORVENFolderCellView>("KORVENFolderCellView");
 }
 
 void ResultCells::registerCells()

@@ -20,7 +20,7 @@ class KORVENViewController;
 /// Threads: the main thread.
 class ResultCells final {
 public:
-    /// Which image a row of a ".Trash" folder has.
+    /// The image of the row of a ".Trash" folder.
     using TrashImage = std::function<QString(const KORVENFolderObject &row)>;
 
     /// Cells of this table that call on this screen; both must outlive this. The table keeps them

@@ -10,17 +10,11 @@ namespace tessaly {
 
 Q_LOGGING_CATEGORY(resultLog, "tessaly.screens.result")
 
-ResultRows ScanResult::rowsOf(const tree::LUMFileContainer *folder)
-{
-    return resultRowsOf(folder, {KORVENViewController::compareHiddenItem(),
-                                 KORVENViewController::compareLargeFile()});
-}
-
 ScanResult ScanResult::ofTree(const std::shared_ptr<tree::ScanTree> &tree)
 {
     ScanResult result;
     result.tree = tree;
-    result.rows = rowsOf(&tree->root());
+    result.rows = resultRowsOf(&tree->root(), KORVENViewController::rowThresholds());
     return result;
 }
 

@@ -37,10 +37,7 @@ public:
     /// buttons stay as they are, for good.
     bool keepsScanningLook = false;
 
-    /// The rows of a folder, or of nullptr, by the preferences as they are now.
-    [[nodiscard]] static ResultRows rowsOf(const tree::LUMFileContainer *folder);
-
-    /// A tree from its top.
+    /// A tree from its top, with rows by the preferences as they are now.
     [[nodiscard]] static ScanResult ofTree(const std::shared_ptr<tree::ScanTree> &tree);
     /// The tree of a scan that has just ended. If its folder could not be opened, it says why.
     [[nodiscard]] static ScanResult ofScan(const FinishedScan &scan);
