@@ -1,16 +1,16 @@
 #include "preview/CardView.hpp"
 
+#include "app/controls/text/WrappingLabel.hpp"
+#include "app/controls/theme/Theme.hpp"
 #include "engine/tree/SizeText.hpp"
-#include "preview/PreviewColors.hpp"
-#include "preview/WrappedLabel.hpp"
+#include "preview/FileTypeIcon.hpp"
+#include "preview/PaintedView.hpp"
+#include "preview/PreviewTheme.hpp"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QLocale>
-#include <QPainter>
-#include <QPainterPath>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -22,52 +22,9 @@ namespace tessaly {
 
 namespace {
 
-constexpr int iconSideMax = 112;
-constexpr int iconSideMin = 32;
-constexpr int iconGap = 8;
-
-QPixmap drawnSheet(const PreviewInfo &info, int side, qreal ratio)
-{
-    QPixmap pixmap(QSize(side, side) * ratio);
-    pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(side / 100.0, side / 100.0);
-    QPainterPath sheet;
-    sheet.moveTo(22, 6);
-    sheet.lineTo(60, 6);
-    sheet.lineTo(80, 26);
-    sheet.lineTo(80, 94);
-    sheet.lineTo(22, 94);
-    sheet.closeSubpath();
-    QLinearGradient shade(0, 6, 0, 94);
-    shade.setColorAt(0, QColor(0xFA, 0xFA, 0xFA));
-    shade.setColorAt(1, QColor(0xD8, 0xDA, 0xDE));
-    painter.setPen(QPen(QColor(0, 0, 0, 90), 1));
-    painter.setBrush(shade);
-    painter.drawPath(sheet);
-    QPainterPath corner;
-    corner.moveTo(60, 6);
-    corner.lineTo(60, 26);
-    corner.lineTo(80, 26);
-    corner.closeSubpath();
-    painter.setBrush(QColor(0xC2, 0xC6, 0xCC));
-    painter.drawPath(corner);
-
-    constexpr qsizetype maxEndingLength = 5;
-    const qsizetype dot = info.name.lastIndexOf(u'.');
-    const QString ending = info.name.mid(dot + 1).toUpper();
-    if (dot > 0 && !ending.isEmpty() && ending.size() <= maxEndingLength) {
-        QFont font = painter.font();
-        font.setPixelSize(15);
-        font.setBold(true);
-        painter.setFont(font);
-        painter.setPen(QColor(0x70, 0x76, 0x80));
-        painter.drawText(QRectF(22, 60, 58, 24), Qt::AlignCenter, ending);
-    }
-    return pixmap;
-}
+constexpr int maxIconSide = 112;
+constexpr int minIconSide = 32;
+constexpr int iconGap = 8; ///< below the icon
 
 QString sizeLine(std::uint64_t byteCount)
 {
@@ -84,72 +41,36 @@ QString dateLine(const QDateTime &date)
     return QLocale().toString(date, QLocale::ShortFormat);
 }
 
-template <typename Label = QLabel>
-Label *addLabel(QVBoxLayout *layout, int pixelSize, QFont::Weight weight, const QColor &color)
+/// A centred label of the card.
+template <typename Label>
+Label *addLabel(QVBoxLayout &layout, int pixelSize, QFont::Weight weight, const QColor &color)
 {
     auto *label = new Label;
-    QFont font = label->font();
-    font.setPixelSize(pixelSize);
-    font.setWeight(weight);
-    label->setFont(font);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, color);
-    label->setPalette(palette);
+    setTextStyle(*label, pixelSize, weight, color);
     label->setAlignment(Qt::AlignCenter);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    layout->addWidget(label);
+    layout.addWidget(label);
     return label;
 }
 
 } // namespace
 
-QPixmap fileTypePixmap(const PreviewInfo &info, int side, qreal devicePixelRatio)
-{
-    const QIcon icon = QIcon::fromTheme(info.iconName);
-    return icon.isNull() ? drawnSheet(info, side, devicePixelRatio)
-                         : icon.pixmap(QSize(side, side), devicePixelRatio);
-}
-
-/// The icon of a file's type, as large as the room allows, with a gap below it.
-class CardView::TypeIcon final : public QWidget {
-public:
-    TypeIcon() { setMaximumHeight(iconSideMax + iconGap); }
-
-    void show(const PreviewInfo &info)
-    {
-        m_info = info;
-        update();
-    }
-
-    /// Gets the height that the others leave.
-    [[nodiscard]] QSize sizeHint() const override { return {iconSideMax, 0}; }
-
-protected:
-    void paintEvent(QPaintEvent * /*event*/) override
-    {
-        const int side = std::min(width(), height() - iconGap);
-        if (side >= iconSideMin) {
-            QPainter(this).drawPixmap((width() - side) / 2, 0,
-                                      fileTypePixmap(m_info, side, devicePixelRatioF()));
-        }
-    }
-
-private:
-    PreviewInfo m_info;
-};
-
 CardView::CardView(QWidget *parent)
-    : QScrollArea(parent), m_icon(new TypeIcon), m_rows(new QFormLayout)
+    : QScrollArea(parent),
+      m_icon(new PaintedView([this](QPainter &painter) { paintIcon(painter); })),
+      m_rows(new QFormLayout)
 {
     auto *sheet = new QWidget;
     auto *layout = new QVBoxLayout(sheet);
     layout->setContentsMargins(20, 8, 20, 8);
     layout->setSpacing(0);
     layout->addStretch(1);
-    layout->addWidget(m_icon, 1000);
-    m_name = addLabel<WrappedLabel>(layout, 18, QFont::DemiBold, preview_colors::text);
-    m_type = addLabel(layout, 13, QFont::Normal, preview_colors::dimText);
+    m_icon->setMaximumHeight(maxIconSide + iconGap);
+    layout->addWidget(m_icon, 1000); // the height that the others leave
+    m_name = addLabel<WrappingLabel>(*layout, 18, QFont::DemiBold, theme::preview::text);
+    m_name->setMaxLineCount(4);
+    m_type = addLabel<QLabel>(*layout, 13, QFont::Normal, theme::preview::dimText);
     layout->addSpacing(8);
     m_rows->setLabelAlignment(Qt::AlignRight);
     m_rows->setHorizontalSpacing(12);
@@ -160,7 +81,7 @@ CardView::CardView(QWidget *parent)
     centered->addStretch();
     layout->addLayout(centered);
     layout->addSpacing(8);
-    m_message = addLabel(layout, 13, QFont::Normal, QColor(0xF2, 0xC1, 0x66));
+    m_message = addLabel<QLabel>(*layout, 13, QFont::Normal, theme::preview::message);
     layout->addStretch(1);
 
     setFrameShape(NoFrame);
@@ -172,23 +93,29 @@ CardView::CardView(QWidget *parent)
     setAccessibleName(tr("About the file"));
 }
 
+void CardView::paintIcon(QPainter &painter) const
+{
+    const int side = std::min(m_icon->width(), m_icon->height() - iconGap);
+    if (side >= minIconSide) {
+        drawFileTypeIcon(painter, m_info, {(m_icon->width() - side) / 2, 0, side, side});
+    }
+}
+
 void CardView::addRow(const QString &label, const QString &value)
 {
     auto *left = new QLabel(label);
     auto *right = new QLabel(value);
     for (QLabel *text : {left, right}) {
         text->setTextFormat(Qt::PlainText);
-        QPalette palette = text->palette();
-        palette.setColor(QPalette::WindowText,
-                         text == left ? preview_colors::dimText : preview_colors::text);
-        text->setPalette(palette);
+        setTextColor(*text, text == left ? theme::preview::dimText : theme::preview::text);
     }
     m_rows->addRow(left, right);
 }
 
 void CardView::show(const PreviewInfo &info, const QString &message)
 {
-    m_icon->show(info);
+    m_info = info;
+    m_icon->update();
     m_name->setText(info.name);
     m_type->setText(info.type);
     m_message->setText(message);

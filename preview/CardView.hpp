@@ -6,10 +6,12 @@
 
 class QFormLayout;
 class QLabel;
+class QPainter;
 
 namespace tessaly {
 
-class WrappedLabel;
+class PaintedView;
+class WrappingLabel;
 
 /// What the file system tells about a file, for those that have no preview. Where there is little
 /// room the icon is smaller or left out; what still does not fit can be scrolled to.
@@ -25,18 +27,15 @@ public:
     [[nodiscard]] QString text() const;
 
 private:
-    class TypeIcon;
-
+    void paintIcon(QPainter &painter) const;
     void addRow(const QString &label, const QString &value);
 
-    TypeIcon *m_icon;
-    WrappedLabel *m_name;
+    PreviewInfo m_info;
+    PaintedView *m_icon;
+    WrappingLabel *m_name;
     QLabel *m_type;
     QLabel *m_message;
     QFormLayout *m_rows;
 };
-
-/// The icon of a file's type: the theme's, or one that is drawn when it has none.
-[[nodiscard]] QPixmap fileTypePixmap(const PreviewInfo &info, int side, qreal devicePixelRatio);
 
 } // namespace tessaly

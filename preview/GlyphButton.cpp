@@ -1,6 +1,6 @@
 #include "preview/GlyphButton.hpp"
 
-#include "preview/PreviewColors.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -60,6 +60,7 @@ GlyphButton::GlyphButton(Glyph glyph, const QString &name, QWidget *parent)
     : QAbstractButton(parent), m_glyph(glyph)
 {
     setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover); // repaints when the pointer enters or leaves
     setGlyph(glyph, name);
 }
 
@@ -82,34 +83,20 @@ void GlyphButton::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     const bool isHot = isEnabled() && underMouse();
-    QColor background = m_glyph == Glyph::close && isHot ? preview_colors::close : Qt::white;
-    if (m_glyph != Glyph::close || !isHot) {
-        background.setAlpha(isDown() ? 60 : isHot ? 34 : 0);
-    }
-    painter.setBrush(background);
-    painter.setPen(hasFocus() ? QPen(preview_colors::accent, 2) : QPen(Qt::NoPen));
+    painter.setBrush(isHot && m_glyph == Glyph::close ? theme::preview::close
+                     : isDown()                       ? theme::preview::glyphPressed
+                     : isHot                          ? theme::preview::glyphHover
+                                                      : QColor(Qt::transparent));
+    painter.setPen(hasFocus() ? QPen(theme::preview::accent, 2) : QPen(Qt::NoPen));
     painter.drawRoundedRect(frame, 5, 5);
 
-    QColor color = preview_colors::text;
-    color.setAlpha(isEnabled() ? 255 : 80);
+    const QColor color = isEnabled() ? theme::preview::text : theme::preview::disabledGlyph;
     const bool isFilled = m_glyph == Glyph::play || m_glyph == Glyph::pause;
     painter.setBrush(isFilled ? QBrush(color) : QBrush(Qt::NoBrush));
     painter.setPen(isFilled ? QPen(Qt::NoPen)
                             : QPen(color, 1.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.translate(QRectF(rect()).center());
     painter.drawPath(pathOf(m_glyph));
-}
-
-void GlyphButton::enterEvent(QEnterEvent *event)
-{
-    QAbstractButton::enterEvent(event);
-    update();
-}
-
-void GlyphButton::leaveEvent(QEvent *event)
-{
-    QAbstractButton::leaveEvent(event);
-    update();
 }
 
 } // namespace tessaly

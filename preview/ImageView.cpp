@@ -1,6 +1,6 @@
 #include "preview/ImageView.hpp"
 
-#include "preview/PreviewColors.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -16,10 +16,10 @@ void drawCheckers(QPainter &painter, const QRect &place)
 {
     constexpr int side = 8;
     QPixmap tile(side * 2, side * 2);
-    tile.fill(QColor(0xE6, 0xE6, 0xE6));
+    tile.fill(theme::preview::checker);
     QPainter tilePainter(&tile);
-    tilePainter.fillRect(0, 0, side, side, Qt::white);
-    tilePainter.fillRect(side, side, side, side, Qt::white);
+    tilePainter.fillRect(0, 0, side, side, theme::preview::paper);
+    tilePainter.fillRect(side, side, side, side, theme::preview::paper);
     tilePainter.end();
     painter.drawTiledPixmap(place, tile);
 }
@@ -80,7 +80,7 @@ QRect ImageView::place() const
 void ImageView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), preview_colors::page);
+    painter.fillRect(rect(), theme::preview::page);
     if (m_image.image.isNull()) {
         return;
     }

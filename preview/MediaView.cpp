@@ -1,11 +1,12 @@
 #include "preview/MediaView.hpp"
 
-#include "preview/CardView.hpp"
+#include "app/controls/theme/Theme.hpp"
+#include "preview/FileTypeIcon.hpp"
 #include "preview/GlyphButton.hpp"
-#include "preview/PreviewColors.hpp"
+#include "preview/PaintedView.hpp"
 #include "preview/PreviewPlayer.hpp"
+#include "preview/PreviewTheme.hpp"
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -38,7 +39,8 @@ QString timeText(qint64 milliseconds)
 } // namespace
 
 MediaView::MediaView(QWidget *parent)
-    : QWidget(parent), m_screen(new QWidget),
+    : QWidget(parent),
+      m_screen(new PaintedView([this](QPainter &painter) { paintScreen(painter); })),
       m_playButton(new GlyphButton(GlyphButton::Glyph::play, tr("Play"))),
       m_slider(new QSlider(Qt::Horizontal)), m_times(new QLabel), m_player(new PreviewPlayer(this))
 {
@@ -57,12 +59,9 @@ MediaView::MediaView(QWidget *parent)
     layout->addWidget(m_screen, 1);
     layout->addLayout(bar);
 
-    QPalette palette = m_times->palette();
-    palette.setColor(QPalette::WindowText, preview_colors::dimText);
-    m_times->setPalette(palette);
+    setTextColor(*m_times, theme::preview::dimText);
     m_slider->setFocusPolicy(Qt::TabFocus);
     m_slider->setAccessibleName(tr("Position"));
-    m_screen->installEventFilter(this);
     connect(m_playButton, &GlyphButton::clicked, this, &MediaView::togglePlaying);
     connect(m_slider, &QSlider::valueChanged, this, [this](int value) {
         // Also while the knob is dragged. The player's own moves block this signal.
@@ -113,8 +112,8 @@ void MediaView::setDuration(qint64 duration)
 {
     m_duration = std::max<qint64>(duration, 0);
     const QSignalBlocker blocked(m_slider);
-    constexpr qint64 longest = 1'000'000'000; // no slider goes further
-    m_slider->setRange(0, static_cast<int>(std::min(m_duration, longest)));
+    constexpr qint64 maxPosition = 1'000'000'000; // a slider counts with int
+    m_slider->setRange(0, static_cast<int>(std::min(m_duration, maxPosition)));
     m_slider->setPageStep(std::max(m_slider->maximum() / 10, 1));
     m_slider->setSingleStep(std::max(m_slider->maximum() / 50, 1));
     m_slider->setVisible(m_duration > 0 && m_hint.isEmpty());
@@ -154,20 +153,10 @@ void MediaView::showTimes(qint64 position)
     }
 }
 
-bool MediaView::eventFilter(QObject *watched, QEvent *event)
+void MediaView::paintScreen(QPainter &painter) const
 {
-    if (watched == m_screen && event->type() == QEvent::Paint) {
-        paintScreen();
-        return true;
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
-void MediaView::paintScreen()
-{
-    QPainter painter(m_screen);
     const QRect room = m_screen->rect();
-    painter.fillRect(room, m_picture.isNull() ? preview_colors::page : QColor(Qt::black));
+    painter.fillRect(room, m_picture.isNull() ? theme::preview::page : theme::preview::video);
     if (!m_picture.isNull()) {
         QRect place(QPoint(), m_picture.size().scaled(room.size(), Qt::KeepAspectRatio));
         place.moveCenter(room.center());
@@ -175,18 +164,17 @@ void MediaView::paintScreen()
         painter.drawImage(place, m_picture);
         return;
     }
-    constexpr int sideMax = 128;
+    constexpr int maxSide = 128;
     constexpr int margin = 10;
     constexpr int flags =
         static_cast<int>(Qt::AlignHCenter | Qt::AlignTop) | static_cast<int>(Qt::TextWordWrap);
     const QRect lines = room.adjusted(margin, 0, -margin, 0);
     const int hintHeight =
         m_hint.isEmpty() ? 0 : painter.boundingRect(lines, flags, m_hint).height() + margin;
-    const int side = std::clamp(room.height() - hintHeight - 2 * margin, 0, sideMax);
+    const int side = std::clamp(room.height() - hintHeight - 2 * margin, 0, maxSide);
     const int top = (room.height() - side - hintHeight) / 2;
-    painter.drawPixmap((room.width() - side) / 2, top,
-                       fileTypePixmap(m_info, side, devicePixelRatioF()));
-    painter.setPen(preview_colors::text);
+    drawFileTypeIcon(painter, m_info, {(room.width() - side) / 2, top, side, side});
+    painter.setPen(theme::preview::text);
     painter.drawText(lines.adjusted(0, top + side + margin, 0, 0), flags, m_hint);
 }
 

@@ -8,11 +8,13 @@
 #include <memory>
 
 class QLabel;
+class QPainter;
 class QSlider;
 
 namespace tessaly {
 
 class GlyphButton;
+class PaintedView;
 class PreviewPlayer;
 
 /// Plays a sound or a video, and lets the user stop and move about in it; the latter only where
@@ -39,17 +41,14 @@ public:
 Q_SIGNALS:
     void failed(const QString &reason);
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     void setDuration(qint64 duration);
     void showHint(const QString &hint);
-    void paintScreen();
+    void paintScreen(QPainter &painter) const;
     void showTimes(qint64 position);
     void setPlayingShown(bool isPlaying);
 
-    QWidget *m_screen;
+    PaintedView *m_screen;
     GlyphButton *m_playButton;
     QSlider *m_slider;
     QLabel *m_times;

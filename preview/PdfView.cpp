@@ -1,6 +1,6 @@
 #include "preview/PdfView.hpp"
 
-#include "preview/PreviewColors.hpp"
+#include "app/controls/theme/Theme.hpp"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -14,8 +14,8 @@ namespace tessaly {
 namespace {
 
 constexpr int gap = 14;
-constexpr int widestPage = 1100;
-constexpr int highestPage = 20'000; ///< whatever the document says
+constexpr int maxPageWidth = 1100;
+constexpr int maxPageHeight = 20'000; ///< a document may claim any
 constexpr double maxPagePixels = 4'000'000;
 constexpr std::size_t maxKeptPages = 6;
 
@@ -54,12 +54,12 @@ void PdfView::setPage(int page, const QImage &image)
 void PdfView::layOut()
 {
     m_places.clear();
-    const int width = std::clamp(viewport()->width() - 2 * gap, 1, widestPage);
+    const int width = std::clamp(viewport()->width() - 2 * gap, 1, maxPageWidth);
     int top = gap;
     for (const QSizeF &size : m_sizes) {
         const double height = size.isEmpty() ? width : width * size.height() / size.width();
         const int pageHeight =
-            static_cast<int>(std::clamp(height, 1.0, static_cast<double>(highestPage)));
+            static_cast<int>(std::clamp(height, 1.0, static_cast<double>(maxPageHeight)));
         m_places.emplace_back((viewport()->width() - width) / 2, top, width, pageHeight);
         top += pageHeight + gap;
     }
@@ -86,7 +86,7 @@ void PdfView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(viewport());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.fillRect(viewport()->rect(), preview_colors::page);
+    painter.fillRect(viewport()->rect(), theme::preview::page);
     const int offset = verticalScrollBar()->value();
     int firstSeen = -1;
     int lastSeen = -1;
@@ -98,7 +98,7 @@ void PdfView::paintEvent(QPaintEvent * /*event*/)
         }
         firstSeen = firstSeen < 0 ? page : firstSeen;
         lastSeen = page;
-        painter.fillRect(place, Qt::white);
+        painter.fillRect(place, theme::preview::paper);
         const auto image = m_images.find(page);
         if (image != m_images.end() && !image->second.isNull()) {
             painter.drawImage(place, image->second);

@@ -8,5 +8,5 @@ static_assert(std::is_same_v<decltype(&tessalyMakePreviewPanels), tessaly::MakeP
 
 tessaly::PreviewPanels *tessalyMakePreviewPanels(tessaly::SettingsStore &settings)
 {
-    return new tessaly::QtPreviewPanels({}, &settings);
+    return new tessaly::QtPreviewPanels(&settings);
 }

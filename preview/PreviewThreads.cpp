@@ -14,26 +14,26 @@
 
 namespace tessaly {
 
-/// Jobs in their order, and threads that take them. Shared with the threads, which may outlive all
-/// others that know it.
+/// Jobs in their order, and threads that take them. The threads own it as well, since one that
+/// hangs in a read outlives PreviewThreads.
 struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queue> {
     struct Entry {
         std::stop_source stop;
         Job job;
     };
 
-    explicit Queue(std::size_t mostThreads) : threadLimit(mostThreads) {}
+    explicit Queue(std::size_t threadCountMax) : maxThreadCount(threadCountMax) {}
 
     void post(Entry entry)
     {
         const std::scoped_lock lock(mutex);
         waiting.push_back(std::move(entry));
-        if (waiting.size() > idleCount && threadCount < threadLimit) {
+        if (waiting.size() > idleCount && threadCount < maxThreadCount) {
             try {
                 threads.emplace_back([self = shared_from_this()] { self->run(); });
                 ++threadCount;
             } catch (const std::system_error &) {
-                // Those there are take it; with none at all, the preview stays empty.
+                // The threads that run already take it; without any, the preview stays empty.
             }
         }
         changed.notify_all();
@@ -57,8 +57,9 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
             running.push_back(entry.stop);
             lock.unlock();
             entry.job();
-            entry.job = nullptr; // gives back what it holds before anybody hears of its end
-            malloc_trim(0);      // what reading took would stay with this thread otherwise
+            // Before the next wait, which may be long: closes the file that the job holds.
+            entry.job = nullptr;
+            malloc_trim(0); // glibc would keep the megabytes of a read in this thread's arena
             lock.lock();
             running.erase(std::find(running.begin(), running.end(), entry.stop));
         }
@@ -68,7 +69,7 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
 
     void end()
     {
-        std::deque<Entry> dropped; // goes without the lock
+        std::deque<Entry> dropped; // is destroyed after the lock: what a job owns may post again
         std::unique_lock lock(mutex);
         isEnding = true;
         dropped.swap(waiting);
@@ -78,13 +79,13 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
         changed.notify_all();
     }
 
-    void waitForEnd(std::chrono::steady_clock::time_point latest)
+    void waitForEnd(std::chrono::steady_clock::time_point deadline)
     {
         std::vector<std::thread> ended;
         bool areDone = false;
         {
             std::unique_lock lock(mutex);
-            areDone = changed.wait_until(lock, latest, [this] { return threadCount == 0; });
+            areDone = changed.wait_until(lock, deadline, [this] { return threadCount == 0; });
             ended.swap(threads);
         }
         for (std::thread &thread : ended) {
@@ -92,31 +93,31 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
         }
     }
 
-    const std::size_t threadLimit;
+    const std::size_t maxThreadCount;
     std::mutex mutex;
-    std::condition_variable changed;
-    std::deque<Entry> waiting;
-    std::vector<std::stop_source> running;
-    std::vector<std::thread> threads;
-    std::size_t threadCount = 0;
-    std::size_t idleCount = 0;
-    bool isEnding = false;
+    std::condition_variable changed;       ///< of what follows
+    std::deque<Entry> waiting;             ///< guarded by mutex
+    std::vector<std::stop_source> running; ///< guarded by mutex
+    std::vector<std::thread> threads;      ///< guarded by mutex
+    std::size_t threadCount = 0;           ///< guarded by mutex; of those that have not ended
+    std::size_t idleCount = 0;             ///< guarded by mutex
+    bool isEnding = false;                 ///< guarded by mutex
 };
 
-PreviewThreads::PreviewThreads()
-    // Two, so that a file which cannot be stopped does not keep the next one waiting.
-    : m_files(std::make_shared<Queue>(2)), m_pages(std::make_shared<Queue>(1))
+PreviewThreads::PreviewThreads(std::chrono::milliseconds endTimeout)
+    : m_endTimeout(endTimeout),
+      // Two, so that a file whose read hangs does not keep the next one waiting.
+      m_files(std::make_shared<Queue>(2)), m_pages(std::make_shared<Queue>(1))
 {
 }
 
 PreviewThreads::~PreviewThreads()
 {
-    constexpr std::chrono::seconds timeout(2);
-    const auto latest = std::chrono::steady_clock::now() + timeout;
+    const auto deadline = std::chrono::steady_clock::now() + m_endTimeout;
     m_files->end();
     m_pages->end();
-    m_files->waitForEnd(latest);
-    m_pages->waitForEnd(latest);
+    m_files->waitForEnd(deadline);
+    m_pages->waitForEnd(deadline);
 }
 
 void PreviewThreads::post(Lane lane, std::stop_source stop, Job job)

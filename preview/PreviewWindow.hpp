@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/controls/frame/WindowDrag.hpp"
 #include "preview/PreviewContent.hpp"
 
 #include <QWidget>
@@ -8,16 +9,16 @@
 #include <string>
 
 class QLabel;
-class QPushButton;
 class QStackedWidget;
 
 namespace tessaly {
 
 class CardView;
-class GlyphButton;
 class ImageView;
 class MediaView;
+class NameLabel;
 class PdfView;
+class PreviewHeader;
 class PreviewLoader;
 class TextView;
 
@@ -25,13 +26,13 @@ class TextView;
 /// about it. It has no frame of the desktop's: the header moves it, and its edges resize it.
 ///
 /// Space and Escape close it; the arrow keys page; Page Up, Page Down, Home and End scroll what is
-/// shown; F11 fills the screen; Return presses the button with the focus, or opens the file.
+/// shown; F11 fills the screen; Return presses the button with the focus.
 class PreviewWindow final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(PreviewWindow)
 
 public:
-    explicit PreviewWindow(bool canOpenFiles);
+    PreviewWindow();
     ~PreviewWindow() override;
 
     /// Shows the file at `path` (bytes), which is the one with this index of `count`.
@@ -51,14 +52,13 @@ public:
     [[nodiscard]] MediaView &mediaView() const { return *m_media; }
     [[nodiscard]] PdfView &pdfView() const { return *m_pdf; }
     [[nodiscard]] TextView &textView() const { return *m_text; }
-    [[nodiscard]] QLabel &titleLabel() const { return *m_title; }
-    [[nodiscard]] QLabel &noteLabel() const { return *m_note; }
+    [[nodiscard]] PreviewHeader &header() const { return *m_header; }
+    [[nodiscard]] NameLabel &noteLabel() const { return *m_note; }
 
 Q_SIGNALS:
     /// By 1 forwards, by -1 backwards.
     void pagingAsked(int step);
     void closeAsked();
-    void openAsked();
     /// A key that the window has no use for.
     void otherKeyPressed();
     /// Other content is shown than before.
@@ -76,28 +76,24 @@ protected:
     void leaveEvent(QEvent *event) override;
 
 private:
-    void makeHeader();
     void makeViews();
     bool handleKey(QWidget *focus, int key);
     bool scrollBy(int key);
     void toggleFullScreen();
     void load(const std::string &path, const QString &title, bool canPage);
-    void showTitle(const QString &title, const QString &toolTip);
+    void showMessage(const QString &title, const QString &toolTip, bool canPage,
+                     const QString &message, const QString &kind);
     void showLoaded(const LoadedPreview &preview);
     void showCard(const PreviewInfo &info, const QString &message);
     void showPage(QWidget *page, const QString &kind);
     void clearViews();
     [[nodiscard]] Qt::Edges edgesAt(const QPoint &position) const;
-    [[nodiscard]] QSize largestImage() const;
+    [[nodiscard]] QSize maxImageSize() const;
 
+    WindowDrag m_drag;
     PreviewLoader *m_loader;
-    QWidget *m_header = nullptr;
-    GlyphButton *m_previous = nullptr;
-    GlyphButton *m_next = nullptr;
-    GlyphButton *m_fullScreen = nullptr;
-    QPushButton *m_open = nullptr;
-    QLabel *m_title = nullptr;
-    QLabel *m_note = nullptr;
+    PreviewHeader *m_header;
+    NameLabel *m_note;
     QStackedWidget *m_pages = nullptr;
     QLabel *m_message = nullptr;
     ImageView *m_image = nullptr;
@@ -107,8 +103,6 @@ private:
     CardView *m_card = nullptr;
     PreviewInfo m_info;
     QString m_shownKind;
-    QPoint m_pressedAt;
-    bool m_mayMove = false;
 };
 
 } // namespace tessaly

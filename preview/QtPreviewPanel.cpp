@@ -1,5 +1,6 @@
 #include "preview/QtPreviewPanel.hpp"
 
+#include "app/controls/frame/WindowGeometry.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/SettingsStore.hpp"
 #include "preview/PreviewWindow.hpp"
@@ -22,10 +23,8 @@ constexpr QSize usualSize(820, 600);
 
 } // namespace
 
-QtPreviewPanel::QtPreviewPanel(PreviewPanelController *const &controller, UrlOpener openUrl,
-                               SettingsStore *settings)
-    : m_controller(controller), m_openUrl(std::move(openUrl)), m_settings(settings),
-      m_window(std::make_unique<PreviewWindow>(m_openUrl != nullptr))
+QtPreviewPanel::QtPreviewPanel(PreviewPanelController *const &controller, SettingsStore *settings)
+    : m_controller(controller), m_settings(settings), m_window(std::make_unique<PreviewWindow>())
 {
     PreviewWindow *window = m_window.get();
     QObject::connect(window, &PreviewWindow::pagingAsked, window, [this](int step) { page(step); });
@@ -34,11 +33,6 @@ QtPreviewPanel::QtPreviewPanel(PreviewPanelController *const &controller, UrlOpe
         // Whatever the answer, there is nobody behind the panel to pass the key on to.
         if (m_delegate != nullptr) {
             m_delegate->handleEvent(PreviewPanelEvent::keyDown);
-        }
-    });
-    QObject::connect(window, &PreviewWindow::openAsked, window, [this] {
-        if (const std::string url = currentUrl(); m_openUrl && !url.empty()) {
-            m_openUrl(url);
         }
     });
     restoreSize();
@@ -162,8 +156,8 @@ void QtPreviewPanel::restoreSize()
     if (m_settings != nullptr) {
         const std::int64_t width = m_settings->integer(widthKey);
         const std::int64_t height = m_settings->integer(heightKey);
-        constexpr std::int64_t most = 16'000;
-        if (width > 0 && height > 0 && width <= most && height <= most) {
+        constexpr std::int64_t maxSide = 16'000;
+        if (width > 0 && height > 0 && width <= maxSide && height <= maxSide) {
             size = QSize(static_cast<int>(width), static_cast<int>(height));
         }
     }
@@ -196,11 +190,7 @@ void QtPreviewPanel::placeOverProgram()
     QRect place(QPoint(), m_window->size());
     place.moveCenter(program->geometry().center());
     const QRect room = program->screen()->availableGeometry();
-    place.moveRight(std::min(place.right(), room.right()));
-    place.moveBottom(std::min(place.bottom(), room.bottom()));
-    place.moveLeft(std::max(place.left(), room.left()));
-    place.moveTop(std::max(place.top(), room.top()));
-    m_window->move(place.topLeft());
+    m_window->move(frameWithin(place, room).topLeft());
 }
 
 } // namespace tessaly

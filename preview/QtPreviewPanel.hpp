@@ -4,7 +4,6 @@
 
 #include <QSize>
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -21,18 +20,11 @@ class SettingsStore;
 /// Threads: the main thread. Requires: the QApplication lives.
 class QtPreviewPanel final : public PreviewPanel {
 public:
-    /// Opens a "file:" URL with the application that is usual for it; whether one was found.
-    using UrlOpener = std::function<bool(const std::string &url)>;
-
-    /// The controller may change at any time; it is looked at when the panel opens. Without an
-    /// opener there is no button to open files. The settings outlive the panel; nullptr: none.
-    QtPreviewPanel(PreviewPanelController *const &controller, UrlOpener openUrl,
-                   SettingsStore *settings);
+    /// The controller may change at any time; it is looked at when the panel opens. The settings
+    /// outlive the panel; nullptr: none.
+    QtPreviewPanel(PreviewPanelController *const &controller, SettingsStore *settings);
     ~QtPreviewPanel() override;
-    QtPreviewPanel(const QtPreviewPanel &) = delete;
-    QtPreviewPanel &operator=(const QtPreviewPanel &) = delete;
-    QtPreviewPanel(QtPreviewPanel &&) = delete;
-    QtPreviewPanel &operator=(QtPreviewPanel &&) = delete;
+    Q_DISABLE_COPY_MOVE(QtPreviewPanel)
 
     [[nodiscard]] bool isVisible() const override;
     void makeKeyAndOrderFront() override;
@@ -66,7 +58,6 @@ private:
     void placeOverProgram();
 
     PreviewPanelController *const &m_controller;
-    UrlOpener m_openUrl;
     SettingsStore *m_settings;
     PreviewPanelController *m_inControl = nullptr;
     PreviewPanelDelegate *m_delegate = nullptr;

@@ -1,20 +1,11 @@
 #include "preview/QtPreviewPanels.hpp"
 
-#include <utility>
-
 namespace tessaly {
-
-QtPreviewPanels::QtPreviewPanels(QtPreviewPanel::UrlOpener openUrl, SettingsStore *settings)
-    : m_openUrl(std::move(openUrl)), m_settings(settings)
-{
-}
-
-QtPreviewPanels::~QtPreviewPanels() = default;
 
 QtPreviewPanel &QtPreviewPanels::sharedPreviewPanel()
 {
     if (!m_panel) {
-        m_panel = std::make_unique<QtPreviewPanel>(m_controller, m_openUrl, m_settings);
+        m_panel = std::make_unique<QtPreviewPanel>(m_controller, m_settings);
     }
     return *m_panel;
 }

@@ -14,17 +14,13 @@ class SettingsStore;
 /// A program that plays sounds and videos in it sets the environment variable QT_MEDIA_BACKEND to
 /// "ffmpeg" before it makes its QApplication; see PreviewPlayer.
 ///
-/// Threads: the main thread. Requires: goes before the QApplication does.
+/// Threads: the main thread. Requires: is destroyed before the QApplication.
 class QtPreviewPanels final : public PreviewPanels {
 public:
     /// See QtPreviewPanel.
-    explicit QtPreviewPanels(QtPreviewPanel::UrlOpener openUrl = {},
-                             SettingsStore *settings = nullptr);
-    ~QtPreviewPanels() override;
-    QtPreviewPanels(const QtPreviewPanels &) = delete;
-    QtPreviewPanels &operator=(const QtPreviewPanels &) = delete;
-    QtPreviewPanels(QtPreviewPanels &&) = delete;
-    QtPreviewPanels &operator=(QtPreviewPanels &&) = delete;
+    explicit QtPreviewPanels(SettingsStore *settings = nullptr) : m_settings(settings) {}
+    Q_DISABLE_COPY_MOVE(QtPreviewPanels)
+    ~QtPreviewPanels() override = default;
 
     [[nodiscard]] bool sharedPreviewPanelExists() const override { return m_panel != nullptr; }
     [[nodiscard]] QtPreviewPanel &sharedPreviewPanel() override;
@@ -33,7 +29,6 @@ public:
     void setController(PreviewPanelController *controller) override;
 
 private:
-    QtPreviewPanel::UrlOpener m_openUrl;
     SettingsStore *m_settings;
     PreviewPanelController *m_controller = nullptr;
     std::unique_ptr<QtPreviewPanel> m_panel;

@@ -1,6 +1,7 @@
 #include "preview/TextView.hpp"
 
-#include "preview/PreviewColors.hpp"
+#include "app/controls/theme/Theme.hpp"
+#include "preview/PaintedView.hpp"
 
 #include <QFontDatabase>
 #include <QPainter>
@@ -20,7 +21,9 @@ constexpr qsizetype maxLineLength = 1000;
 
 } // namespace
 
-TextView::TextView(QWidget *parent) : QPlainTextEdit(parent), m_numbers(new QWidget(this))
+TextView::TextView(QWidget *parent)
+    : QPlainTextEdit(parent),
+      m_numbers(new PaintedView([this](QPainter &painter) { paintNumbers(painter); }, this))
 {
     setReadOnly(true);
     setUndoRedoEnabled(false);
@@ -32,7 +35,6 @@ TextView::TextView(QWidget *parent) : QPlainTextEdit(parent), m_numbers(new QWid
     setFont(font);
     document()->setDocumentMargin(numbersMargin);
     setAccessibleName(tr("Text"));
-    m_numbers->installEventFilter(this);
     connect(this, &QPlainTextEdit::blockCountChanged, this, &TextView::placeNumbers);
     connect(this, &QPlainTextEdit::updateRequest, this,
             [this](const QRect &, int) { m_numbers->update(); });
@@ -95,20 +97,10 @@ void TextView::resizeEvent(QResizeEvent *event)
     placeNumbers();
 }
 
-bool TextView::eventFilter(QObject *watched, QEvent *event)
+void TextView::paintNumbers(QPainter &painter) const
 {
-    if (watched == m_numbers && event->type() == QEvent::Paint) {
-        paintNumbers();
-        return true;
-    }
-    return QPlainTextEdit::eventFilter(watched, event);
-}
-
-void TextView::paintNumbers()
-{
-    QPainter painter(m_numbers);
-    painter.fillRect(m_numbers->rect(), preview_colors::window);
-    painter.setPen(preview_colors::dimText.darker(140));
+    painter.fillRect(m_numbers->rect(), theme::preview::window);
+    painter.setPen(theme::preview::lineNumber);
     painter.setFont(font());
     const int lineHeight = fontMetrics().height();
     for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {

@@ -4,7 +4,11 @@
 
 #include <vector>
 
+class QPainter;
+
 namespace tessaly {
+
+class PaintedView;
 
 /// A text to be read, with the numbers of its lines. Very long lines are cut up: no text layout
 /// copes with them.
@@ -19,14 +23,13 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     [[nodiscard]] int numbersWidth() const;
     void placeNumbers();
-    void paintNumbers();
+    void paintNumbers(QPainter &painter) const;
 
-    QWidget *m_numbers;
+    PaintedView *m_numbers;
     std::vector<int> m_lineNumbers; ///< by block; 0 for the rest of a line that was cut up
 };
 

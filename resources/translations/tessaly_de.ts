@@ -1271,15 +1271,7 @@ Lizenziert unter der Apache License 2.0.</translation>
     </message>
 </context>
 <context>
-    <name>tessaly::PreviewWindow</name>
-    <message>
-        <source>Preview</source>
-        <translation>Vorschau</translation>
-    </message>
-    <message>
-        <source>This cannot be played: %1</source>
-        <translation>Das kann nicht abgespielt werden: %1</translation>
-    </message>
+    <name>tessaly::PreviewHeader</name>
     <message>
         <source>Previous file</source>
         <translation>Vorige Datei</translation>
@@ -1289,20 +1281,27 @@ Lizenziert unter der Apache License 2.0.</translation>
         <translation>Nächste Datei</translation>
     </message>
     <message>
-        <source>Open</source>
-        <translation>Öffnen</translation>
-    </message>
-    <message>
-        <source>Open with the usual application</source>
-        <translation>Mit der üblichen Anwendung öffnen</translation>
-    </message>
-    <message>
         <source>Full screen</source>
         <translation>Vollbild</translation>
     </message>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Leave full screen</source>
+        <translation>Vollbild beenden</translation>
+    </message>
+</context>
+<context>
+    <name>tessaly::PreviewWindow</name>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>This cannot be played: %1</source>
+        <translation>Das kann nicht abgespielt werden: %1</translation>
     </message>
     <message>
         <source>%1 — %2 of %3</source>
@@ -1346,10 +1345,6 @@ Lizenziert unter der Apache License 2.0.</translation>
             <numerusform>%1 Seite</numerusform>
             <numerusform>%1 Seiten</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>Leave full screen</source>
-        <translation>Vollbild beenden</translation>
     </message>
 </context>
 <context>

@@ -1271,15 +1271,7 @@ Sous licence Apache License 2.0.</translation>
     </message>
 </context>
 <context>
-    <name>tessaly::PreviewWindow</name>
-    <message>
-        <source>Preview</source>
-        <translation>Aperçu</translation>
-    </message>
-    <message>
-        <source>This cannot be played: %1</source>
-        <translation>Ceci ne peut pas être lu&#xa0;: %1</translation>
-    </message>
+    <name>tessaly::PreviewHeader</name>
     <message>
         <source>Previous file</source>
         <translation>Fichier précédent</translation>
@@ -1289,20 +1281,27 @@ Sous licence Apache License 2.0.</translation>
         <translation>Fichier suivant</translation>
     </message>
     <message>
-        <source>Open</source>
-        <translation>Ouvrir</translation>
-    </message>
-    <message>
-        <source>Open with the usual application</source>
-        <translation>Ouvrir avec l’application habituelle</translation>
-    </message>
-    <message>
         <source>Full screen</source>
         <translation>Plein écran</translation>
     </message>
     <message>
         <source>Close</source>
         <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Leave full screen</source>
+        <translation>Quitter le plein écran</translation>
+    </message>
+</context>
+<context>
+    <name>tessaly::PreviewWindow</name>
+    <message>
+        <source>Preview</source>
+        <translation>Aperçu</translation>
+    </message>
+    <message>
+        <source>This cannot be played: %1</source>
+        <translation>Ceci ne peut pas être lu&#xa0;: %1</translation>
     </message>
     <message>
         <source>%1 — %2 of %3</source>
@@ -1346,10 +1345,6 @@ Sous licence Apache License 2.0.</translation>
             <numerusform>%1 page</numerusform>
             <numerusform>%1 pages</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>Leave full screen</source>
-        <translation>Quitter le plein écran</translation>
     </message>
 </context>
 <context>

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -58,7 +60,7 @@ TEST(PreviewThreads, aStoppedJobIsLeftOut)
     EXPECT_FALSE(hasRun);
 }
 
-TEST(PreviewThreads, stopsWhatRunsWhenItGoes)
+TEST(PreviewThreads, stopsWhatRunsWhenItIsDestroyed)
 {
     std::mutex mutex;
     std::condition_variable_any changed;
@@ -84,7 +86,7 @@ TEST(PreviewThreads, doesNotWaitForEverForAJobThatDoesNotStop)
     const auto ended = std::make_shared<std::promise<void>>();
     auto begun = std::make_shared<std::promise<void>>();
     {
-        PreviewThreads threads;
+        PreviewThreads threads(std::chrono::milliseconds(1));
         threads.post(Lane::files, {}, [begun, ended, ending = mayEnd->get_future().share()] {
             begun->set_value();
             ending.wait();
@@ -92,7 +94,7 @@ TEST(PreviewThreads, doesNotWaitForEverForAJobThatDoesNotStop)
         });
         begun->get_future().wait();
     }
-    mayEnd->set_value(); // comes here only if the job was left alone
+    mayEnd->set_value(); // is reached only if the job was left alone
     ended->get_future().wait();
 }
 

@@ -1,11 +1,13 @@
+#include "app/controls/text/NameLabel.hpp"
+#include "app/controls/text/WrappingLabel.hpp"
 #include "preview/CardView.hpp"
 #include "preview/ImageView.hpp"
 #include "preview/MediaView.hpp"
 #include "preview/PdfView.hpp"
+#include "preview/PreviewHeader.hpp"
 #include "preview/PreviewWindow.hpp"
 #include "preview/QtPreviewPanels.hpp"
 #include "preview/TextView.hpp"
-#include "preview/WrappedLabel.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/preview/PanelItems.hpp"
 #include "tests/preview/PreviewFiles.hpp"
@@ -293,9 +295,9 @@ TEST_F(QtPreviewPanelShowsTest, longNamesOnACardInLines)
 {
     EXPECT_EQ(shown(std::string(200, 'W') + "end.bin", QByteArray(1'500'000, '\0')), u"card"_s);
     QCoreApplication::processEvents();
-    auto *label = window().cardView().findChild<WrappedLabel *>();
-    const QStringList lines = label->linesIn(label->width());
-    EXPECT_EQ(lines.size(), WrappedLabel::maxLineCount);
+    auto *label = window().cardView().findChild<WrappingLabel *>();
+    const QStringList lines = label->linesIn(label->width()).split(u'\n');
+    EXPECT_EQ(lines.size(), 4);
     EXPECT_TRUE(lines.first().startsWith(u"WWWW"_s));
     EXPECT_TRUE(lines.join(QString()).contains(u'…'));
     EXPECT_TRUE(lines.last().endsWith(u"WWend.bin"_s));
@@ -320,7 +322,7 @@ TEST_F(QtPreviewPanelShowsTest, onlyTheLastOfManyFilesThatArePagedThrough)
     waitUntil([this] { return window().shownKind() != u"loading"_s; });
     EXPECT_EQ(window().shownKind(), u"text"_s);
     EXPECT_EQ(window().textView().toPlainText(), u"the last"_s);
-    EXPECT_EQ(window().titleLabel().text(), u"a.txt — 3 of 3"_s);
+    EXPECT_EQ(window().header().titleLabel().text(), u"a.txt — 3 of 3"_s);
 }
 
 TEST_F(QtPreviewPanelShowsTest, nothingMoreOnceItIsClosedWhileAFileIsRead)

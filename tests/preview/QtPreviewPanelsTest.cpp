@@ -1,6 +1,8 @@
 #include "preview/QtPreviewPanels.hpp"
 
+#include "app/controls/text/NameLabel.hpp"
 #include "preview/CardView.hpp"
+#include "preview/PreviewHeader.hpp"
 #include "preview/PreviewWindow.hpp"
 #include "preview/TextView.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
@@ -8,10 +10,11 @@
 #include "tests/preview/PanelItems.hpp"
 #include "tests/preview/PreviewFiles.hpp"
 
-#include <QLabel>
-#include <QPushButton>
+#include <QAbstractButton>
+#include <QHelpEvent>
 #include <QTest>
 #include <QTextDocument>
+#include <QToolTip>
 #include <QWindow>
 
 #include <gtest/gtest.h>
@@ -39,7 +42,7 @@ protected:
 
     [[nodiscard]] QtPreviewPanel &panel() { return m_panels.sharedPreviewPanel(); }
     [[nodiscard]] PreviewWindow &window() { return panel().window(); }
-    [[nodiscard]] QString title() { return window().titleLabel().text(); }
+    [[nodiscard]] QString title() { return window().header().titleLabel().text(); }
 
     void open()
     {
@@ -61,12 +64,7 @@ protected:
     const TemporaryFolder m_folder;
     PanelItems m_items;
     FakeSettingsStore m_settings;
-    std::vector<std::string> m_opened;
-    QtPreviewPanels m_panels{[this](const std::string &url) {
-                                 m_opened.push_back(url);
-                                 return true;
-                             },
-                             &m_settings};
+    QtPreviewPanels m_panels{&m_settings};
 };
 
 TEST_F(QtPreviewPanelsTest, thePanelIsMadeWhenItIsAskedFor)
@@ -118,12 +116,11 @@ TEST_F(QtPreviewPanelsTest, aControllerThatDeclinesLeavesItEmpty)
     EXPECT_EQ(m_items.beginCount, 0);
     EXPECT_EQ(window().shownKind(), u"nothing"_s);
     EXPECT_FALSE(button(u"Next file"_s).isEnabled());
-    EXPECT_FALSE(button(u"Open"_s).isEnabled());
     panel().orderOut();
     EXPECT_EQ(m_items.endCount, 0);
 }
 
-TEST_F(QtPreviewPanelsTest, aControllerThatGoesIsToldOfItsEnd)
+TEST_F(QtPreviewPanelsTest, aControllerThatIsReplacedIsToldThatItsControlEnded)
 {
     open();
     m_panels.setController(nullptr);
@@ -131,7 +128,7 @@ TEST_F(QtPreviewPanelsTest, aControllerThatGoesIsToldOfItsEnd)
     EXPECT_TRUE(panel().isVisible());
     QTest::keyClick(&window(), Qt::Key_Right);
     QTest::keyClick(&window(), Qt::Key_Return);
-    EXPECT_TRUE(m_opened.empty());
+    EXPECT_TRUE(panel().isVisible());
     panel().orderOut();
     EXPECT_EQ(m_items.endCount, 1);
 }
@@ -189,13 +186,9 @@ TEST_F(QtPreviewPanelsTest, showsAFileBesideTheListUntilAnotherOneIsAskedFor)
         EXPECT_EQ(title(), u"gone"_s);
         waitUntil([this] { return window().shownKind() == u"card"_s; });
         EXPECT_TRUE(window().cardView().text().contains(u"This file is no longer there."_s));
-        EXPECT_FALSE(button(u"Open"_s).isEnabled());
-        QTest::keyClick(&window(), Qt::Key_Return);
         way.leave();
         EXPECT_EQ(title(), way.title);
-        EXPECT_TRUE(button(u"Open"_s).isEnabled());
     }
-    EXPECT_TRUE(m_opened.empty());
 }
 
 TEST_F(QtPreviewPanelsTest, pagesFromAFileBesideAListOfOne)
@@ -258,7 +251,7 @@ TEST_F(QtPreviewPanelsTest, keysAreThePanelsWhicheverOfItsWidgetsHasTheFocus)
 {
     open();
     ASSERT_EQ(window().shownKind(), u"text"_s);
-    QTest::keyClick(&button(u"Open"_s), Qt::Key_Left);
+    QTest::keyClick(&button(u"Full screen"_s), Qt::Key_Left);
     EXPECT_EQ(panel().currentPreviewItemIndex(), 2U);
     QTest::keyClick(&window().textView(), Qt::Key_Right);
     EXPECT_EQ(panel().currentPreviewItemIndex(), 0U);
@@ -271,7 +264,9 @@ TEST_F(QtPreviewPanelsTest, returnPressesTheButtonWithTheFocus)
     open();
     QTest::keyClick(&button(u"Next file"_s), Qt::Key_Return);
     EXPECT_EQ(panel().currentPreviewItemIndex(), 1U);
-    EXPECT_TRUE(m_opened.empty());
+    QTest::keyClick(&window(), Qt::Key_Return); // no button has it
+    EXPECT_EQ(panel().currentPreviewItemIndex(), 1U);
+    EXPECT_TRUE(panel().isVisible());
 }
 
 TEST_F(QtPreviewPanelsTest, otherKeysGoToTheDelegate)
@@ -281,25 +276,6 @@ TEST_F(QtPreviewPanelsTest, otherKeysGoToTheDelegate)
     EXPECT_EQ(m_items.events, std::vector{PreviewPanelEvent::keyDown});
     QTest::keyClick(&window(), Qt::Key_Right);
     EXPECT_EQ(m_items.events.size(), 1U);
-}
-
-TEST_F(QtPreviewPanelsTest, opensTheFileWithItsApplication)
-{
-    open();
-    QTest::mouseClick(&button(u"Open"_s), Qt::LeftButton);
-    QTest::keyClick(&window(), Qt::Key_Right);
-    QTest::keyClick(&window(), Qt::Key_Return);
-    EXPECT_EQ(m_opened, (std::vector{*fileUrl(m_folder.path("a")), *fileUrl(m_folder.path("b"))}));
-}
-
-TEST_F(QtPreviewPanelsTest, hasNoOpenButtonWithoutSomebodyWhoOpens)
-{
-    QtPreviewPanels panels;
-    PreviewWindow &window = panels.sharedPreviewPanel().window();
-    panels.sharedPreviewPanel().makeKeyAndOrderFront();
-    EXPECT_FALSE(window.findChild<QPushButton *>()->isVisible());
-    QTest::keyClick(&window, Qt::Key_Return);
-    EXPECT_TRUE(window.isVisible());
 }
 
 TEST_F(QtPreviewPanelsTest, fillsTheScreenAndComesBack)
@@ -321,7 +297,7 @@ TEST_F(QtPreviewPanelsTest, remembersItsSize)
     EXPECT_EQ(m_settings.integer("previewPanelWidth"), 640);
     EXPECT_EQ(m_settings.integer("previewPanelHeight"), 480);
 
-    QtPreviewPanels next({}, &m_settings);
+    QtPreviewPanels next(&m_settings);
     EXPECT_EQ(next.sharedPreviewPanel().window().size(), QSize(640, 480));
 }
 
@@ -355,9 +331,13 @@ TEST_F(QtPreviewPanelsTest, showsTheMarkupInANameAsItIs)
     EXPECT_EQ(title(), u"<b>a  & b [*] — 1 of 1"_s);
     EXPECT_TRUE(window().windowHandle()->title().startsWith(title()))
         << window().windowHandle()->title().toStdString();
+    QWidget &label = window().header().titleLabel();
+    QHelpEvent asked(QEvent::ToolTip, QPoint(2, 2), label.mapToGlobal(QPoint(2, 2)));
+    QCoreApplication::sendEvent(&label, &asked);
     QTextDocument toolTip;
-    toolTip.setHtml(window().titleLabel().toolTip());
-    EXPECT_EQ(toolTip.toPlainText(), QString::fromStdString(name));
+    toolTip.setHtml(QToolTip::text());
+    EXPECT_EQ(toolTip.toPlainText(), title());
+    QToolTip::hideText();
 }
 
 TEST_F(QtPreviewPanelsTest, namesOfAnyBytesHaveATitle)

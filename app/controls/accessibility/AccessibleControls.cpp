@@ -1,16 +1,15 @@
 #include "app/controls/accessibility/AccessibleControls.hpp"
 
 #include "app/controls/accessibility/AccessibleCellTable.hpp"
-#include "app/controls/accessibility/SpokenNotice.hpp"
 #include "app/controls/alerts/MessageAlert.hpp"
-#include "app/controls/alerts/SheetGroup.hpp"
 #include "app/controls/alerts/WindowSheet.hpp"
-#include "app/controls/frame/KORVENWindow.hpp"
 #include "app/controls/tables/CellTableView.hpp"
-#include "app/controls/text/NameLabel.hpp"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QHash>
+
+using namespace Qt::StringLiterals;
 
 namespace tessaly {
 
@@ -29,8 +28,21 @@ public:
     }
 };
 
+/// The roles of controls of which Qt knows all but that. By the classes' names, since the module
+/// with the previews has labels of its own, with a meta-object of their own.
+QAccessible::Role roleOf(const QString &className)
+{
+    static const QHash<QString, QAccessible::Role> roles{
+        {u"tessaly::KORVENWindow"_s, QAccessible::Window},
+        {u"tessaly::NameLabel"_s, QAccessible::StaticText},
+        {u"tessaly::SheetGroup"_s, QAccessible::Grouping},
+        {u"tessaly::SpokenNotice"_s, QAccessible::Notification},
+    };
+    return roles.value(className, QAccessible::NoRole);
+}
+
 /// Qt asks for the name of each class of an object, the most derived one first.
-QAccessibleInterface *makeInterface(const QString & /*className*/, QObject *object)
+QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 {
     if (auto *table = qobject_cast<CellTableView *>(object)) {
         return new AccessibleCellTable(*table);
@@ -40,19 +52,10 @@ QAccessibleInterface *makeInterface(const QString & /*className*/, QObject *obje
                                                ? QAccessible::AlertMessage
                                                : QAccessible::Dialog);
     }
-    if (auto *window = qobject_cast<KORVENWindow *>(object)) {
-        return new QAccessibleWidget(window, QAccessible::Window);
-    }
-    if (auto *group = qobject_cast<SheetGroup *>(object)) {
-        return new QAccessibleWidget(group, QAccessible::Grouping);
-    }
-    if (auto *label = qobject_cast<NameLabel *>(object)) {
-        return new QAccessibleWidget(label, QAccessible::StaticText);
-    }
-    if (auto *notice = qobject_cast<SpokenNotice *>(object)) {
-        return new QAccessibleWidget(notice, QAccessible::Notification);
-    }
-    return nullptr;
+    const QAccessible::Role role = roleOf(className);
+    auto *widget = qobject_cast<QWidget *>(object);
+    return role != QAccessible::NoRole && widget != nullptr ? new QAccessibleWidget(widget, role)
+                                                            : nullptr;
 }
 
 } // namespace

@@ -17,7 +17,6 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStyle>
-#include <QStyleHints>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -233,7 +232,7 @@ void KORVENWindow::mousePressEvent(QMouseEvent *event)
 {
     const QPoint place = event->position().toPoint();
     if (event->button() == Qt::LeftButton && isInTitleBar(place) && !isFullScreen()) {
-        m_pressedTitle = place;
+        m_drag.press(place);
     } else {
         event->ignore(); // it begins nothing
     }
@@ -241,28 +240,17 @@ void KORVENWindow::mousePressEvent(QMouseEvent *event)
 
 void KORVENWindow::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_pressedTitle || !event->buttons().testFlag(Qt::LeftButton)) {
-        return;
-    }
-    const QPoint way = event->position().toPoint() - *m_pressedTitle;
-    if (way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance()) {
-        return; // moving at once would keep the second press of a double click from us
-    }
-    // The desktop has the pointer from here on, and its button's release may never be told here.
-    m_pressedTitle.reset();
-    if (QWindow *handle = windowHandle()) {
-        handle->startSystemMove();
-    }
+    m_drag.move(*event);
 }
 
 void KORVENWindow::mouseReleaseEvent(QMouseEvent * /*event*/)
 {
-    m_pressedTitle.reset();
+    m_drag.end();
 }
 
 void KORVENWindow::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    m_pressedTitle.reset();
+    m_drag.end();
     if (event->button() == Qt::LeftButton && isInTitleBar(event->position().toPoint())) {
         zoom();
     }
@@ -314,7 +302,7 @@ void KORVENWindow::placeButtons()
 void KORVENWindow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::WindowStateChange) {
-        m_pressedTitle.reset();
+        m_drag.end();
         updateShape();
     }
     if (event->type() == QEvent::LayoutDirectionChange) {

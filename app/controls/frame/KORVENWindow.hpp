@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/controls/frame/WindowDrag.hpp"
 #include "app/controls/frame/WindowGeometry.hpp"
 
 #include <QByteArray>
@@ -7,8 +8,6 @@
 #include <QMetaObject>
 #include <QPointer>
 #include <QWidget>
-
-#include <optional>
 
 class QAction;
 class QMenu;
@@ -124,7 +123,7 @@ private:
     QList<TitleBarButton *> m_buttons;
     WindowEdges *m_edges = nullptr;
     WindowMenu *m_windowMenu;
-    std::optional<QPoint> m_pressedTitle; ///< where a drag of the title bar may begin
+    WindowDrag m_drag{*this};
     bool m_constrainingToScreenSuspended = false;
     int m_outerMargin = 0;
     QSize m_fittedMinimum{0, 0};

@@ -62,12 +62,12 @@ QRect titleBarPartRect(TitleBarPart part, int windowWidth)
     return {{left, roundButtonTop}, roundButton};
 }
 
-Qt::Edges edgesAt(QPoint point, QSize window)
+Qt::Edges edgesAt(QPoint point, QSize window, int margin)
 {
     const int fromRight = window.width() - 1 - point.x();
     const int fromBottom = window.height() - 1 - point.y();
     const int nearest = std::min({point.x(), point.y(), fromRight, fromBottom});
-    if (nearest < 0 || nearest >= resizeMargin) {
+    if (nearest < 0 || nearest >= margin) {
         return {};
     }
     Qt::Edges edges;

@@ -15,7 +15,7 @@ namespace tessaly {
 inline constexpr int titleBarHeight = 34;
 /// Radius of the window's corners.
 inline constexpr qreal windowCornerRadius = 4.0;
-/// How far inside the window its edges can be seized.
+/// How far inside the window a drag resizes it.
 inline constexpr int resizeMargin = 6;
 /// No window is made smaller.
 inline constexpr QSize minWindowSize{760, 480};
@@ -31,17 +31,17 @@ enum class TitleBarPart { applicationMenu, minimize, zoom, close };
 /// What upperTitleHalf() leaves.
 [[nodiscard]] QRectF lowerTitleHalf(const QRectF &titleBar);
 
-/// Where the title is centred both ways: the title bar moved to the right by 20 and down by 4, of
-/// which what would hang out below is left off. Its width stays.
+/// Where the title is centred both ways: the title bar moved to the right by 20 and down by 4,
+/// clipped at its bottom edge. Its width stays.
 [[nodiscard]] QRectF titleTextRect(const QRectF &titleBar);
 
 /// Where a button lies in a window of that width, where texts run from left to right. Elsewhere
 /// the window mirrors it.
 [[nodiscard]] QRect titleBarPartRect(TitleBarPart part, int windowWidth);
 
-/// The edges that are seized at a point of a window of that size: none inside of `resizeMargin`,
-/// two near a corner.
-[[nodiscard]] Qt::Edges edgesAt(QPoint point, QSize window);
+/// The edges that a drag from this point of a window of that size resizes: none further inside than
+/// `margin`, two near a corner.
+[[nodiscard]] Qt::Edges edgesAt(QPoint point, QSize window, int margin = resizeMargin);
 
 /// The shape of the pointer for edgesAt().
 [[nodiscard]] Qt::CursorShape cursorForEdges(Qt::Edges edges);

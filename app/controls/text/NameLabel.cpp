@@ -8,30 +8,11 @@
 #include <QPainter>
 #include <QScreen>
 #include <QStyle>
-#include <QTextDocument>
 #include <QToolTip>
 
 #include <algorithm>
 
 namespace tessaly {
-
-using namespace Qt::StringLiterals;
-
-namespace {
-
-/// A tooltip with the text, in lines of at most half the screen's width. Qt leaves a plain text in
-/// one line, and takes what looks like markup for such.
-QString toolTipOf(const QString &text, const QScreen &screen)
-{
-    constexpr int maxLineCount = 20;
-    const QString lines =
-        wrappedText(text, QToolTip::font(), screen.availableGeometry().width() / 2, maxLineCount);
-    return Qt::mightBeRichText(lines)
-               ? u"<div style='white-space: pre'>%1</div>"_s.arg(lines.toHtmlEscaped())
-               : lines;
-}
-
-} // namespace
 
 QString drawableText(const QString &text)
 {
@@ -91,7 +72,7 @@ bool NameLabel::event(QEvent *event)
     if (event->type() == QEvent::ToolTip &&
         (!toolTip().isEmpty() || (m_tellsWhenShortened && isShortened()))) {
         QToolTip::showText(static_cast<const QHelpEvent &>(*event).globalPos(),
-                           toolTipOf(m_shownText, *screen()), this);
+                           wrappedToolTip(m_shownText, *screen()), this);
         return true;
     }
     return ClickableView::event(event);

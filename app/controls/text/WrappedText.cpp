@@ -1,10 +1,15 @@
 #include "app/controls/text/WrappedText.hpp"
 
 #include <QFontMetrics>
+#include <QScreen>
 #include <QStringList>
+#include <QTextDocument>
 #include <QTextLayout>
+#include <QToolTip>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace tessaly {
 
@@ -43,6 +48,17 @@ QString wrappedText(const QString &text, const QFont &font, int width, int maxLi
         lines = lines.first(kept - left) + QStringList(middle) + lines.last(left);
     }
     return lines.join(u'\n');
+}
+
+QString wrappedToolTip(const QString &text, const QScreen &screen)
+{
+    constexpr int maxLineCount = 20;
+    const QString lines =
+        wrappedText(text, QToolTip::font(), screen.availableGeometry().width() / 2, maxLineCount);
+    // Qt leaves a plain text in one line, and takes a name that looks like markup for such.
+    return Qt::mightBeRichText(lines)
+               ? u"<div style='white-space: pre'>%1</div>"_s.arg(lines.toHtmlEscaped())
+               : lines;
 }
 
 } // namespace tessaly

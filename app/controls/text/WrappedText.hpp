@@ -3,6 +3,8 @@
 #include <QFont>
 #include <QString>
 
+class QScreen;
+
 namespace tessaly {
 
 /// A text with a line break wherever it gets wider than `width`: between words, and inside of a
@@ -13,5 +15,8 @@ namespace tessaly {
 /// Requires: `maxLineCount` is at least 2.
 [[nodiscard]] QString wrappedText(const QString &text, const QFont &font, int width,
                                   int maxLineCount);
+
+/// A tooltip with the text, in lines of at most half the screen's width.
+[[nodiscard]] QString wrappedToolTip(const QString &text, const QScreen &screen);
 
 } // namespace tessaly

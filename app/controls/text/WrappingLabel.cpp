@@ -2,8 +2,11 @@
 
 #include "app/controls/text/WrappedText.hpp"
 
+#include <QHelpEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QStyle>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -11,7 +14,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr int maxLineCount = 8;
 constexpr int usualCharacterCount = 60; ///< of a line that may be as wide as it likes
 
 } // namespace
@@ -22,12 +24,23 @@ WrappingLabel::WrappingLabel(QWidget *parent) : QLabel(parent)
     setWordWrap(true); // has layouts ask for heightForWidth()
 }
 
+void WrappingLabel::setMaxLineCount(int count)
+{
+    m_maxLineCount = count;
+    updateGeometry();
+    update();
+}
+
+QString WrappingLabel::linesIn(int width) const
+{
+    const QMargins margins = contentsMargins();
+    return wrappedText(text(), font(), width - margins.left() - margins.right(), m_maxLineCount);
+}
+
 int WrappingLabel::heightForWidth(int width) const
 {
     const QMargins margins = contentsMargins();
-    const QString lines =
-        wrappedText(text(), font(), width - margins.left() - margins.right(), maxLineCount);
-    return fontMetrics().size(0, lines).height() + margins.top() + margins.bottom();
+    return fontMetrics().size(0, linesIn(width)).height() + margins.top() + margins.bottom();
 }
 
 QSize WrappingLabel::sizeHint() const
@@ -42,14 +55,25 @@ QSize WrappingLabel::minimumSizeHint() const
     return {fontMetrics().averageCharWidth() * 4, fontMetrics().height()};
 }
 
+bool WrappingLabel::event(QEvent *event)
+{
+    // Lines that hold the same characters as the text are all of it.
+    if (event->type() == QEvent::ToolTip &&
+        linesIn(width()).remove(u'\n') != text().remove(u'\n')) {
+        QToolTip::showText(static_cast<const QHelpEvent &>(*event).globalPos(),
+                           wrappedToolTip(text(), *screen()), this);
+        return true;
+    }
+    return QLabel::event(event);
+}
+
 void WrappingLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    const QRect place = contentsRect();
-    painter.drawText(place,
+    painter.drawText(contentsRect(),
                      static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())),
-                     wrappedText(text(), font(), place.width(), maxLineCount));
+                     linesIn(width()));
 }
 
 } // namespace tessaly

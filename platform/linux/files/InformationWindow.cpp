@@ -1,6 +1,8 @@
 #include "platform/linux/files/InformationWindow.hpp"
 
 #include "app/controls/text/MiddleElidedLabel.hpp"
+#include "app/controls/theme/IconDrawing.hpp"
+#include "app/controls/theme/Theme.hpp"
 #include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "engine/tree/SizeText.hpp"
@@ -14,6 +16,7 @@
 #include <QIcon>
 #include <QLocale>
 #include <QMimeDatabase>
+#include <QPainter>
 #include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -22,6 +25,7 @@
 #include <cerrno>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -38,14 +42,42 @@ constexpr int sectionMargin = 12;
 constexpr int sectionSpacing = 6;
 constexpr int titleGap = 14;
 
-constexpr auto look = R"(
-    tessaly--InformationWindow { background: #666666; }
-    QLabel { color: #ffffff; border: 1px solid transparent; border-radius: 3px;
-             selection-background-color: #2e6fe0; selection-color: #ffffff; }
-    QLabel:focus { border-color: #a9cbff; }
-    QLabel[part="caption"] { color: #d6d6d6; }
-    QFrame#section { background: #545454; border-radius: 6px; }
-)";
+QString informationStyleSheet()
+{
+    using namespace theme::information;
+    return styleSheetWithColors(uR"(
+        tessaly--InformationWindow { background: @window; }
+        QLabel { color: @text; border: 1px solid transparent; border-radius: 3px;
+                 selection-background-color: @selection; selection-color: @text; }
+        QLabel:focus { border-color: @focusRing; }
+        QLabel[part="caption"] { color: @caption; }
+        QFrame#section { background: @section; border-radius: 6px; }
+    )"_s,
+                                {{"window"_L1, window},
+                                 {"text"_L1, text},
+                                 {"selection"_L1, selection},
+                                 {"focusRing"_L1, focusRing},
+                                 {"caption"_L1, caption},
+                                 {"section"_L1, section}});
+}
+
+/// The icon of the item, smooth at every scale.
+class IconLabel final : public QLabel {
+public:
+    explicit IconLabel(QIcon icon) : m_icon(std::move(icon)) { setFixedWidth(iconSize + 2); }
+
+    [[nodiscard]] QSize sizeHint() const override { return {iconSize + 2, iconSize + 2}; }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter(this);
+        drawIcon(painter, m_icon, {iconSize, iconSize}, rect());
+    }
+
+private:
+    const QIcon m_icon;
+};
 
 QString textOf(const std::string &bytes)
 {
@@ -168,7 +200,7 @@ InformationWindow::InformationWindow(const ItemInformation &item, const DateText
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Information about “%1”").arg(textOf(tree::fileName(item.path))));
-    setStyleSheet(QLatin1String(look));
+    setStyleSheet(informationStyleSheet());
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
 
     auto *column = new QVBoxLayout(this);
@@ -189,10 +221,6 @@ InformationWindow::InformationWindow(const ItemInformation &item, const DateText
 
 void InformationWindow::addHeader(const ItemInformation &item, QVBoxLayout &column)
 {
-    auto *icon = new QLabel;
-    icon->setPixmap(iconOf(item, *style()).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
-    icon->setFixedWidth(iconSize + 2);
-
     auto *name = new MiddleElidedLabel(textOf(tree::fileName(item.path)));
     name->setObjectName(u"name"_s);
     QFont large = name->font();
@@ -213,7 +241,7 @@ void InformationWindow::addHeader(const ItemInformation &item, QVBoxLayout &colu
 
     auto *header = new QHBoxLayout;
     header->setSpacing(titleGap);
-    header->addWidget(icon);
+    header->addWidget(new IconLabel(iconOf(item, *style())));
     header->addLayout(texts, 1);
     column.addLayout(header);
 }

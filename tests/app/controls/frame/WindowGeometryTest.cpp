@@ -54,6 +54,8 @@ TEST(WindowGeometry, edgesEndWhereTheMarginDoes)
     EXPECT_EQ(edgesAt({400, 594}, window), Qt::BottomEdge);
     EXPECT_EQ(edgesAt({-1, 300}, window), Qt::Edges());
     EXPECT_EQ(edgesAt({400, 600}, window), Qt::Edges());
+    EXPECT_EQ(edgesAt({2, 300}, window, 3), Qt::LeftEdge);
+    EXPECT_EQ(edgesAt({3, 300}, window, 3), Qt::Edges());
 }
 
 TEST(WindowGeometry, cornersReachAlongTheEdges)
@@ -66,7 +68,7 @@ TEST(WindowGeometry, cornersReachAlongTheEdges)
     EXPECT_EQ(edgesAt({15, 15}, window), Qt::Edges());
 }
 
-TEST(WindowGeometry, thePointerShowsWhichWayAnEdgeGoes)
+TEST(WindowGeometry, thePointerShowsHowADragResizes)
 {
     EXPECT_EQ(cursorForEdges(Qt::LeftEdge), Qt::SizeHorCursor);
     EXPECT_EQ(cursorForEdges(Qt::RightEdge), Qt::SizeHorCursor);
@@ -85,7 +87,7 @@ TEST(WindowGeometry, aFrameWithinTheScreenStays)
     EXPECT_EQ(frameWithin({0, 0, 1920, 1080}, {0, 0, 1920, 1080}), QRect(0, 0, 1920, 1080));
 }
 
-TEST(WindowGeometry, aFrameThatHangsOutIsMovedIn)
+TEST(WindowGeometry, aFrameThatIsPartlyOffTheScreenIsMovedOntoIt)
 {
     const QRect screen(100, 50, 1920, 1080);
     EXPECT_EQ(frameWithin({-300, 20, 800, 600}, screen), QRect(100, 50, 800, 600));

@@ -2,9 +2,12 @@
 
 #include "app/controls/text/WrappedText.hpp"
 
+#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QHelpEvent>
 #include <QImage>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -96,6 +99,33 @@ TEST(WrappingLabel, drawsNothingOverItsEdges)
     EXPECT_TRUE(isBlank(0, 11));
     EXPECT_TRUE(isBlank(width - 11, width));
     EXPECT_FALSE(isBlank(12, width - 12));
+}
+
+TEST(WrappingLabel, shortensFromAsManyLinesOnAsItIsTold)
+{
+    WrappingLabel label;
+    label.setText(QString(250, u'n'));
+    label.setMaxLineCount(3);
+    EXPECT_EQ(label.linesIn(width), wrapped(label.text(), 3));
+    EXPECT_EQ(label.heightForWidth(width), 3 * label.fontMetrics().height());
+}
+
+TEST(WrappingLabel, aToolTipHasAllOfAShortenedText)
+{
+    WrappingLabel label;
+    label.setText(QString(100, u'n'));
+    label.resize(width, label.heightForWidth(width));
+    label.show();
+    const auto toolTip = [&label] {
+        QHelpEvent asked(QEvent::ToolTip, QPoint(2, 2), label.mapToGlobal(QPoint(2, 2)));
+        QCoreApplication::sendEvent(&label, &asked);
+        const QString text = asked.isAccepted() ? QToolTip::text() : QString();
+        QToolTip::hideText();
+        return text;
+    };
+    EXPECT_EQ(toolTip(), QString()) << "all of it is there";
+    label.setMaxLineCount(3);
+    EXPECT_EQ(toolTip().remove(u'\n'), label.text());
 }
 
 } // namespace
