@@ -34,11 +34,12 @@ ArchivePlaces::OfNode ArchivePlaces::nodeAndValues(const tree::LUMFileItem &node
     places.node = take();
     if (node.hasItemName()) {
         places.name = take();
-        // A plain "$null" would read as no name.
+        // A file may have this name, and as a plain string it would read as no name at all.
         places.wrapsName = node.itemName() == ArchiveFrame::nullMarker;
         places.addsStringClass = places.wrapsName && takeIfNew(m_stringClass);
     }
-    // Folders are of size 0: all zeros share one object.
+    // Folders have size 0, so zeros share one object, which saves an object and its UID for each.
+    // Other sizes rarely repeat, and a table of them would cost more than it saves.
     places.addsSize = node.itemSize() != 0 || m_zero == 0;
     places.size = places.addsSize ? take() : m_zero;
     if (node.itemSize() == 0) {

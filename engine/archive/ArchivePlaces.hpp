@@ -6,15 +6,15 @@
 
 namespace tessaly::archive {
 
-/// Gives out the places in a scan file's "$objects", in the order in which a keyed archiver meets
+/// Assigns the places in a scan file's "$objects", in the order in which a keyed archiver visits
 /// the objects: a node, its name, its size, its child list, its children; a class after the
-/// contents of its first instance. Told of the same nodes again, it gives the same places again:
-/// a first walk over the tree counts, a second one writes.
+/// contents of its first instance. The same calls in the same order give the same places: a first
+/// walk over the tree counts, a second one writes.
 ///
-/// Errors: ArchiveFailure when a tree has more nodes than a file has room for.
+/// Errors: ArchiveFailure when a tree has more nodes than a file can hold.
 class ArchivePlaces {
 public:
-    /// A place in "$objects". 0, "$null", stands for none.
+    /// A place in "$objects". 0 is "$null" and stands for none.
     using Uid = std::uint32_t;
 
     /// The places of one node and of what it holds.
@@ -29,10 +29,10 @@ public:
         bool addsItemClass = false;
     };
 
-    /// Number of places given out, "$null" included.
+    /// Number of places assigned, "$null" included.
     [[nodiscard]] Uid count() const noexcept { return m_next; }
 
-    // The places of the classes; 0 until one has been met.
+    // The places of the classes; 0 before their first instance.
     [[nodiscard]] Uid stringClass() const noexcept { return m_stringClass; }
     [[nodiscard]] Uid itemClass() const noexcept { return m_itemClass; }
     [[nodiscard]] Uid arrayClass() const noexcept { return m_arrayClass; }

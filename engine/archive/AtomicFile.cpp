@@ -33,7 +33,8 @@ std::string temporaryName()
 {
     std::uint64_t number = 0;
     if (getrandom(&number, sizeof number, GRND_NONBLOCK) != sizeof number) {
-        // Nothing hangs on it: a name that is taken is only tried again.
+        // Early in the boot there may be no random numbers yet. The time will do: a name that
+        // exists is only tried again.
         number =
             static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
     }
@@ -75,6 +76,7 @@ Result<Done, ArchiveError> AtomicFile::open()
                                 ": not a regular file",
                             {}};
     }
+    // O_EXCL: never a file or link that somebody else has put there.
     for (int attempt = 0; attempt < nameAttempts; ++attempt) {
         std::string name = tree::joinPath(m_folder, temporaryName());
         m_descriptor = retried([&] {
@@ -95,8 +97,8 @@ Result<Done, ArchiveError> AtomicFile::open()
     return failure("cannot find a temporary name beside", EEXIST);
 }
 
-/// Marks the new file as one that is being written. False when removeLeftovers() of another process
-/// was quicker and took it for a leftover.
+/// Locks the new file, which marks it as being written. False when removeLeftovers() of another
+/// process found it between open() and the lock, and removes it as a leftover.
 bool AtomicFile::lockNewFile()
 {
     if (retried([&] { return m_calls.flock(m_descriptor, LOCK_EX | LOCK_NB); }) != 0 &&
@@ -113,7 +115,7 @@ Result<Done, ArchiveError> AtomicFile::write(std::span<const std::byte> bytes)
     while (!bytes.empty()) {
         const ssize_t count =
             retried([&] { return m_calls.write(m_descriptor, bytes.data(), bytes.size()); });
-        if (count <= 0) { // no file takes nothing for ever; a broken file system might
+        if (count <= 0) { // 0 should not happen, but would loop for ever on a broken file system
             return failure("cannot write", count < 0 ? errno : EIO);
         }
         bytes = bytes.subspan(static_cast<std::size_t>(count));
@@ -123,6 +125,8 @@ Result<Done, ArchiveError> AtomicFile::write(std::span<const std::byte> bytes)
 
 Result<Done, ArchiveError> AtomicFile::commit()
 {
+    // Before the rename: some file systems write the new name to disk before the content, and a
+    // power cut would leave an empty file in place of the old one.
     if (retried([&] { return m_calls.fsync(m_descriptor); }) != 0) {
         const int errorNumber = errno;
         discard();
@@ -134,7 +138,7 @@ Result<Done, ArchiveError> AtomicFile::commit()
         return failure("cannot replace", errorNumber);
     }
     m_temporary.clear();
-    // Nothing is left to be reported here: the content is on disk already.
+    // An error of close() would mean nothing: the content is on disk already.
     m_calls.close(std::exchange(m_descriptor, -1));
     return flushFolder();
 }
@@ -144,14 +148,14 @@ Result<Done, ArchiveError> AtomicFile::flushFolder()
     const int folder = retried(
         [&] { return m_calls.open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0); });
     if (folder < 0) {
-        // A folder that may be written in but not listed cannot be flushed by us.
+        // A folder with write but without read permission cannot be opened, so not flushed either.
         return errno == EACCES ? Result<Done, ArchiveError>(Done{})
                                : failure("cannot flush the folder of", errno);
     }
     const int answer = retried([&] { return m_calls.fsync(folder); });
     const int errorNumber = errno;
     m_calls.close(folder);
-    // Some file systems do not know the flushing of folders.
+    // Some file systems cannot flush folders and say so with EINVAL.
     if (answer != 0 && errorNumber != EINVAL && errorNumber != EROFS) {
         return failure("cannot flush the folder of", errorNumber);
     }
@@ -189,7 +193,8 @@ void AtomicFile::removeLeftovers(const std::string &folder, FileCalls &calls)
         if (descriptor < 0) {
             continue;
         }
-        // While its writer lives the file is locked. Once it has been renamed this name is gone.
+        // While its writer runs the file is locked; a kill releases the lock. A writer that commits
+        // just now has renamed the file, so that unlink() finds nothing under this name.
         if (calls.flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
             calls.unlink(path.c_str());
         }

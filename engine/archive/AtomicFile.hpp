@@ -15,8 +15,8 @@ namespace tessaly::archive {
 ///
 /// open() makes a temporary file in the target's folder; write() fills it; commit() flushes it to
 /// disk, renames it over the target and flushes the folder. Whatever fails or ends the process on
-/// the way, the target is the old file or the new one, whole. Without commit() the temporary file
-/// goes again; one whose process was killed is found by removeLeftovers() at the next start.
+/// the way, the target is the complete old or the complete new file. Without commit() the temporary
+/// file is removed; that of a killed process is removed by removeLeftovers() at the next start.
 ///
 /// Target:  a regular file or none. A symbolic link is replaced itself; a folder, a device or the
 ///          like is refused.

@@ -1,5 +1,7 @@
 #include "engine/archive/BinaryPlistReader.hpp"
 
+#include "engine/tree/EscapedName.hpp"
+
 #include <algorithm>
 #include <cassert>
 #include <limits>
@@ -27,10 +29,12 @@ BinaryPlistReader::BinaryPlistReader(std::span<const std::byte> file)
     if (start.substr(0, magic.size()) != magic.substr(0, start.size())) {
         throw ArchiveFailure(Kind::notAnArchive, "not an archive: no property list", 0);
     }
+    // A file of eight bytes and less may be one that was truncated, so it gets the benefit of the
+    // doubt.
     if (start.size() == headerSize && start.substr(magic.size()) != version) {
         throw ArchiveFailure(Kind::unsupported, "a property list of another version", magic.size());
     }
-    // The least that can stand between: one object and its offset.
+    // Between header and trailer there is at least one object of one byte and its offset.
     if (m_fileSize < headerSize + 2 + trailerSize) {
         throw ArchiveFailure(Kind::truncated, "the file is truncated", m_fileSize);
     }
@@ -43,6 +47,8 @@ BinaryPlistReader::BinaryPlistReader(std::span<const std::byte> file)
     m_topObject = readBigEndian(trailer + 16, 8);
     m_tableOffset = readBigEndian(trailer + 24, 8);
 
+    // The count is checked by division first: multiplied, a hostile one could wrap around to the
+    // size that fits.
     const auto isWidth = [](std::uint64_t width) { return width >= 1 && width <= 8; };
     if (!isWidth(m_offsetWidth) || !isWidth(m_referenceWidth) || m_tableOffset <= headerSize ||
         m_tableOffset >= trailerOffset || m_objectCount == 0 ||
@@ -71,12 +77,11 @@ BinaryPlistReader::Object BinaryPlistReader::objectOutOfLine(const unsigned char
     const unsigned char *content = start + 1;
     std::uint64_t count = marker & 0x0FU;
     if (count == 0x0FU) {
-        // A count of 15 and more follows as an integer object.
+        // A count of 15 and more follows as an integer object, which has no number of its own.
         const Object counter =
             content < m_offsetTable && (*content >> 4U) == 0x1 ? singleObject(content) : Object{};
         if (counter.type != Type::integer || integer(counter).negative) {
-            throw ArchiveFailure(Kind::damaged, "a count is not a number",
-                                 static_cast<std::uint64_t>(content - m_file));
+            failAt(content, Kind::damaged, "a count is not a number");
         }
         count = integer(counter).bits;
         content = counter.content + counter.count;
@@ -104,9 +109,9 @@ BinaryPlistReader::Object BinaryPlistReader::objectOutOfLine(const unsigned char
         unitSize = 2 * m_referenceWidth;
         break;
     default:
-        throw ArchiveFailure(Kind::damaged, "an object of an unknown type",
-                             static_cast<std::uint64_t>(start - m_file));
+        failAt(start, Kind::damaged, "an object of an unknown type");
     }
+    // Divided, since count * unitSize could wrap around.
     const Object object{type, content, count};
     if (count > roomAt(content) / unitSize) {
         failEnd(object);
@@ -114,7 +119,7 @@ BinaryPlistReader::Object BinaryPlistReader::objectOutOfLine(const unsigned char
     return object;
 }
 
-/// Objects without a count: null, booleans, numbers, dates and UIDs.
+/// Objects of a fixed size: null, booleans, numbers, dates and UIDs.
 BinaryPlistReader::Object BinaryPlistReader::singleObject(const unsigned char *start) const
 {
     const unsigned char marker = *start;
@@ -148,13 +153,11 @@ BinaryPlistReader::Object BinaryPlistReader::singleObject(const unsigned char *s
         if (info < 8) {
             return checked({Type::uid, content, info + 1U}, info + 1U);
         }
-        throw ArchiveFailure(Kind::damaged, "a UID of more than 8 bytes",
-                             static_cast<std::uint64_t>(start - m_file));
+        failAt(start, Kind::damaged, "a UID of more than 8 bytes");
     default:
         break;
     }
-    throw ArchiveFailure(Kind::damaged, "an object of an unknown type",
-                         static_cast<std::uint64_t>(start - m_file));
+    failAt(start, Kind::damaged, "an object of an unknown type");
 }
 
 BinaryPlistReader::Integer BinaryPlistReader::largeInteger(const Object &object) const
@@ -164,12 +167,13 @@ BinaryPlistReader::Integer BinaryPlistReader::largeInteger(const Object &object)
         const std::uint64_t bits = readBigEndian(object.content, 8);
         return {(bits >> 63U) != 0, bits};
     }
+    // Sixteen bytes are how a number from 2^63 on is written, since eight are signed.
     const std::uint64_t high = readBigEndian(object.content, 8);
     const std::uint64_t low = readBigEndian(object.content + 8, 8);
     const bool isSmallNegative =
         high == std::numeric_limits<std::uint64_t>::max() && (low >> 63U) != 0;
     if (high != 0 && !isSmallNegative) {
-        throw ArchiveFailure(Kind::unsupported, "a number of more than 64 bits", offsetOf(object));
+        failAt(object.content, Kind::unsupported, "a number of more than 64 bits");
     }
     return {isSmallNegative, low};
 }
@@ -181,6 +185,15 @@ double BinaryPlistReader::real(const Object &object) const
         return std::bit_cast<float>(static_cast<std::uint32_t>(bits));
     }
     return std::bit_cast<double>(bits);
+}
+
+std::string_view BinaryPlistReader::ascii(const Object &object) const
+{
+    // Bytes from 0x80 on could be read in several ways, so writers must not use them here.
+    if (!tree::isAscii(bytes(object))) {
+        failAt(object.content, Kind::damaged, "an ASCII string with bytes that are not");
+    }
+    return bytes(object);
 }
 
 std::u16string BinaryPlistReader::utf16(const Object &object) const
@@ -205,6 +218,8 @@ bool BinaryPlistReader::isString(const Object &object, std::string_view ascii) c
     if (object.type != Type::utf16String) {
         return false;
     }
+    // Other writers use UTF-16 for any text; comparing the units here saves making a string of
+    // them.
     for (std::size_t i = 0; i < ascii.size(); ++i) {
         if (object.content[2 * i] != 0 ||
             object.content[2 * i + 1] != static_cast<unsigned char>(ascii[i])) {
@@ -212,6 +227,12 @@ bool BinaryPlistReader::isString(const Object &object, std::string_view ascii) c
         }
     }
     return true;
+}
+
+void BinaryPlistReader::failAt(const unsigned char *position, ArchiveError::Kind kind,
+                               const char *message) const
+{
+    throw ArchiveFailure(kind, message, static_cast<std::uint64_t>(position - m_file));
 }
 
 void BinaryPlistReader::failReference(Reference reference) const
@@ -230,8 +251,7 @@ void BinaryPlistReader::failOffset(Reference reference, std::uint64_t offset) co
 
 void BinaryPlistReader::failEnd(const Object &object) const
 {
-    throw ArchiveFailure(Kind::damaged, "an object runs past the end of the objects",
-                         offsetOf(object));
+    failAt(object.content, Kind::damaged, "an object runs past the end of the objects");
 }
 
 } // namespace tessaly::archive

@@ -19,9 +19,9 @@ namespace tessaly::archive {
 /// content; a table of the objects' offsets; 32 bytes of trailer with the widths of offsets and
 /// references, the number of objects, the top object and the place of the table, all big-endian.
 ///
-/// The file is taken as hostile. Every offset, count and reference is checked before it is used;
-/// nothing is allocated by a count, nothing is expanded, nothing recurses. Objects are looked at
-/// where they lie, one at a time.
+/// The file may be hostile. Every offset, count and reference is checked before it is used; nothing
+/// is allocated by a count, nothing is expanded, nothing recurses. Objects are read in place, one
+/// at a time.
 ///
 /// Errors:  ArchiveFailure, with the byte where the damage is.
 /// Threads: any number of readers.
@@ -44,14 +44,18 @@ public:
         dictionary,
     };
 
-    /// One object, as far as its marker tells; its content lies at `content`, checked to be inside
-    /// the file.
+    /// One object, as its marker describes it. `content` is checked to lie inside the file.
     struct Object {
         Type type = Type::null;
         const unsigned char *content = nullptr;
         /// Integer, real, date, uid, data, ASCII: bytes. UTF-16: code units. Array: elements.
         /// Dictionary: pairs. Boolean: the value.
         std::uint64_t count = 0;
+
+        [[nodiscard]] bool isString() const noexcept
+        {
+            return type == Type::asciiString || type == Type::utf16String;
+        }
     };
 
     /// Integers take up to 16 bytes; those below −2^63 and above 2^64 − 1 are refused.
@@ -69,7 +73,7 @@ public:
 
     [[nodiscard]] Object object(Reference reference) const
     {
-        // What archives are full of is told here, the rest out of line.
+        // Fast path for the most common types; the rest is not inlined.
         const unsigned char *start = startOf(reference);
         const unsigned info = *start & 0x0FU;
         switch (*start >> 4U) {
@@ -136,9 +140,12 @@ public:
         return {reinterpret_cast<const char *>(object.content),
                 static_cast<std::size_t>(object.count)};
     }
+    /// The same for an ASCII string; fails when a byte of it is not ASCII.
+    [[nodiscard]] std::string_view ascii(const Object &object) const;
     [[nodiscard]] std::u16string utf16(const Object &object) const;
 
-    /// The bytes of a dictionary's key references: equal bytes, equal keys in equal order.
+    /// The bytes of a dictionary's key references. Equal bytes mean the same keys in the same
+    /// order.
     [[nodiscard]] std::string_view keyReferences(const Object &dictionary) const noexcept
     {
         return {reinterpret_cast<const char *>(dictionary.content),
@@ -155,8 +162,8 @@ public:
     }
 
 private:
-    /// Big-endian number of 1 to 8 bytes. Reads eight bytes, of which those too many lie before the
-    /// end of the file: the trailer follows everything that is read this way.
+    /// Big-endian number of 1 to 8 bytes. Always reads eight, which is quicker than a loop and
+    /// stays inside the file: the 32 bytes of the trailer follow everything that is read this way.
     static std::uint64_t readBigEndian(const unsigned char *from, unsigned width) noexcept
     {
         return loadBigEndian(from) >> (64U - 8U * width);
@@ -184,7 +191,7 @@ private:
         return m_file + offset;
     }
 
-    /// The object, once its content is known to end before the offset table.
+    /// The object, once its content has been checked to end before the offset table.
     [[nodiscard]] Object checked(const Object &object, std::uint64_t byteCount) const
     {
         if (byteCount > roomAt(object.content)) {
@@ -200,6 +207,9 @@ private:
     [[nodiscard]] Integer largeInteger(const Object &object) const;
     [[nodiscard]] Object objectOutOfLine(const unsigned char *start) const;
     [[nodiscard]] Object singleObject(const unsigned char *start) const;
+    // Out of line, so that the checks cost a compare and nothing more.
+    [[noreturn]] void failAt(const unsigned char *position, ArchiveError::Kind kind,
+                             const char *message) const;
     [[noreturn]] void failReference(Reference reference) const;
     [[noreturn]] void failOffset(Reference reference, std::uint64_t offset) const;
     [[noreturn]] void failEnd(const Object &object) const;
@@ -214,7 +224,7 @@ private:
     Reference m_topObject = 0;
     std::uint64_t m_offsetWidth = 0;
     std::uint64_t m_referenceWidth = 0;
-    unsigned m_offsetShift = 0; ///< what too many bits eight bytes have
+    unsigned m_offsetShift = 0; ///< 64 bits less the width's
     unsigned m_referenceShift = 0;
 };
 

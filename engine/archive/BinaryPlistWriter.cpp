@@ -51,6 +51,16 @@ void BinaryPlistWriter::signedInteger(std::int64_t number)
     }
 }
 
+void BinaryPlistWriter::finish(std::span<const std::uint64_t> offsets, std::uint64_t topObject)
+{
+    const std::uint64_t tableOffset = position();
+    const unsigned width = widthFor(tableOffset);
+    for (const std::uint64_t each : offsets) {
+        offset(each, width);
+    }
+    finish(offsets.size(), topObject, tableOffset, width);
+}
+
 void BinaryPlistWriter::finish(std::uint64_t objectCount, std::uint64_t topObject,
                                std::uint64_t tableOffset, unsigned offsetWidth)
 {

@@ -69,7 +69,11 @@ public:
         bigEndian(uid, width);
     }
 
-    /// Ends the file: first an offset for each object, then the trailer.
+    /// Ends the file: an offset for each object, by number, and the trailer.
+    void finish(std::span<const std::uint64_t> offsets, std::uint64_t topObject);
+
+    /// The same for callers that keep the offsets in another form: first an offset for each object,
+    /// then finish().
     void offset(std::uint64_t offset, unsigned offsetWidth) { bigEndian(offset, offsetWidth); }
     void offsets(std::span<const std::byte> packed) { copy(packed); }
     void finish(std::uint64_t objectCount, std::uint64_t topObject, std::uint64_t tableOffset,

@@ -58,6 +58,8 @@ int FileCalls::rename(const char *from, const char *to)
 int FileCalls::renameToFree(const char *from, const char *to)
 {
     const int answer = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+    // EINVAL: the file system does not know the flag (NFS, older FUSE). ENOSYS: a sandbox does not
+    // allow the call.
     if (answer == 0 || (errno != EINVAL && errno != ENOSYS)) {
         return answer;
     }

@@ -31,8 +31,8 @@ public:
     virtual int fstat(int descriptor, struct stat *status);
     virtual int lstat(const char *path, struct stat *status);
     virtual int rename(const char *from, const char *to);
-    /// Fails with EEXIST where there is something already: renameat2() with RENAME_NOREPLACE. Where
-    /// the file system does not know that, it looks before.
+    /// renameat2() with RENAME_NOREPLACE: fails with EEXIST when the target exists. Where the file
+    /// system does not support that, it checks first, which is not atomic.
     virtual int renameToFree(const char *from, const char *to);
     virtual int unlink(const char *path);
     virtual int close(int descriptor);

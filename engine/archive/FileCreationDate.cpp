@@ -26,7 +26,7 @@ std::optional<Timestamp> creationDateOf(const struct statx &file)
     if (!S_ISREG(file.stx_mode)) {
         return std::nullopt;
     }
-    // Some file systems say that they know it, and answer 0.
+    // Some file systems claim to record it and report 0.
     if ((file.stx_mask & STATX_BTIME) != 0 && file.stx_btime.tv_sec != 0) {
         return timestampOf(file.stx_btime);
     }

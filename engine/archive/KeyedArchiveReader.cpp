@@ -63,7 +63,7 @@ KeyedArchiveReader::Object KeyedArchiveReader::inlineObject(Reference value) con
     return isNullMarker(object) ? Object{} : object;
 }
 
-/// Of an instance too large to be worth remembering, or of what is none.
+/// For instances that are too large for the cache, and for objects that are no instances.
 KeyedArchiveReader::Fields KeyedArchiveReader::unusualFields(const Object &instance,
                                                              NameMatcher &keys) const
 {
@@ -88,7 +88,8 @@ KeyedArchiveReader::Fields::Positions KeyedArchiveReader::positions(const Object
     return positions;
 }
 
-/// Which of the names a key is.
+/// Which of the names a key is. By the key's number, so a name is compared once for each of its
+/// objects and not once for each instance.
 std::size_t KeyedArchiveReader::keyIndex(Reference key, NameMatcher &keys) const
 {
     NameMatcher::Answer &answer = keys.recent(key);
@@ -107,9 +108,11 @@ std::size_t KeyedArchiveReader::classIndexOf(Uid classUid, NameMatcher &classes)
 
     const Object description = classDescription(classUid);
     const std::optional<Reference> name = find(description, "$classname");
-    if (!name || !isString(m_plist.object(*name).type)) {
+    if (!name || !m_plist.object(*name).isString()) {
         fail(Kind::damaged, "a class without a name", description);
     }
+    // The class's own name comes first. The names of its superclasses let a reader make do with the
+    // nearest class that it knows.
     std::size_t index = matchName(m_plist.object(*name), classes);
     if (const std::optional<Reference> chain = find(description, "$classes");
         chain && index == classes.none()) {
@@ -127,10 +130,10 @@ std::size_t KeyedArchiveReader::classIndexOf(Uid classUid, NameMatcher &classes)
 
 std::string KeyedArchiveReader::className(Reference classValue) const
 {
-    constexpr std::size_t longest = 100; // of a name that has no business being longer
+    constexpr std::size_t maxLength = 100; // it is for a message, and a file may claim any
     const Object name = m_plist.object(
         find(classDescription(uid(classValue, "\"$class\"")), "$classname").value_or(0));
-    return isString(name.type) ? tree::printableText(this->name(name).substr(0, longest)) : "";
+    return name.isString() ? tree::printableText(this->name(name).substr(0, maxLength)) : "";
 }
 
 KeyedArchiveReader::Object KeyedArchiveReader::classDescription(Uid classUid) const
@@ -157,6 +160,13 @@ KeyedArchiveReader::Object KeyedArchiveReader::rootArray() const
     return elementsOf(object(m_root), "the root");
 }
 
+/// Which of the classes of lists, texts and dates an instance has.
+std::size_t KeyedArchiveReader::wrapperClass(const Fields &wrapper) const
+{
+    const std::optional<Reference> classValue = wrapper[classKey];
+    return classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
+}
+
 KeyedArchiveReader::Object KeyedArchiveReader::elementsOf(const Object &instance,
                                                           std::string_view what) const
 {
@@ -164,9 +174,7 @@ KeyedArchiveReader::Object KeyedArchiveReader::elementsOf(const Object &instance
         fail(Kind::damaged, std::string(what) + " is not an array", instance);
     }
     const Fields wrapper = fields(instance, m_wrapperKeys);
-    const std::optional<Reference> classValue = wrapper[classKey];
-    const std::size_t index =
-        classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
+    const std::size_t index = wrapperClass(wrapper);
     if (index != arrayClass && index != mutableArrayClass) {
         fail(Kind::damaged, std::string(what) + " is not an array", instance);
     }
@@ -183,12 +191,10 @@ KeyedArchiveReader::Object KeyedArchiveReader::unwrapped(const Object &wrapper,
 {
     if (wrapper.type == Type::dictionary) {
         const Fields fields = this->fields(wrapper, m_wrapperKeys);
-        const std::optional<Reference> classValue = fields[classKey];
-        const std::size_t index =
-            classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
+        const std::size_t index = wrapperClass(fields);
         if ((index == stringClass || index == mutableStringClass) && fields[stringKey]) {
             const Object string = m_plist.object(*fields[stringKey]);
-            if (isString(string.type)) {
+            if (string.isString()) {
                 return string;
             }
         }
@@ -202,8 +208,7 @@ std::string KeyedArchiveReader::name(const Object &string) const
     if (string.type == Type::utf16String) {
         return tree::nameFromEscaped(m_plist.utf16(string));
     }
-    checkAscii(string);
-    return std::string(m_plist.bytes(string));
+    return std::string(m_plist.ascii(string));
 }
 
 std::u16string KeyedArchiveReader::text(const Object &string) const
@@ -212,8 +217,7 @@ std::u16string KeyedArchiveReader::text(const Object &string) const
     if (string.type == Type::utf16String) {
         return m_plist.utf16(string);
     }
-    checkAscii(string);
-    const std::string_view ascii = m_plist.bytes(string);
+    const std::string_view ascii = m_plist.ascii(string);
     return {ascii.begin(), ascii.end()};
 }
 
@@ -233,7 +237,7 @@ std::optional<std::uint64_t> KeyedArchiveReader::unsignedNumber(Reference value,
     }
     case Type::real: {
         const double number = m_plist.real(object);
-        if (!(number >= 0 && number < 0x1p64)) {
+        if (!(number >= 0 && number < 0x1p64)) { // also refuses NaN
             fail(Kind::damaged, std::string(what) + " is out of range", object);
         }
         return static_cast<std::uint64_t>(number);
@@ -251,9 +255,7 @@ std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view
     }
     if (object.type == Type::dictionary) {
         const Fields wrapper = fields(object, m_wrapperKeys);
-        const std::optional<Reference> classValue = wrapper[classKey];
-        if (classValue && classIndex(*classValue, m_wrapperClasses) == dateClass &&
-            wrapper[timeKey]) {
+        if (wrapperClass(wrapper) == dateClass && wrapper[timeKey]) {
             object = resolved(*wrapper[timeKey]);
             if (object.type == Type::integer) {
                 const BinaryPlistReader::Integer seconds = m_plist.integer(object);
@@ -309,13 +311,6 @@ std::size_t KeyedArchiveReader::matchName(const Object &string, const NameMatche
     return i;
 }
 
-void KeyedArchiveReader::checkAscii(const Object &string) const
-{
-    if (!tree::isAscii(m_plist.bytes(string))) {
-        fail(Kind::damaged, "an ASCII string with bytes that are not", string);
-    }
-}
-
 void KeyedArchiveReader::failUid(std::uint64_t number)
 {
     throw ArchiveFailure(Kind::damaged,
@@ -342,7 +337,7 @@ void KeyedArchiveReader::failBudget()
 
 void KeyedArchiveReader::fail(ArchiveError::Kind kind, std::string message, const Object &at) const
 {
-    const std::uint64_t offset = m_plist.offsetOf(at);
+    const std::uint64_t offset = m_plist.offsetOf(at); // 0 for "$null", which lies nowhere
     throw ArchiveFailure(kind, std::move(message),
                          offset == 0 ? std::nullopt : std::optional(offset));
 }

@@ -24,9 +24,9 @@ namespace tessaly::archive {
 /// This layer knows strings, numbers, dates, arrays and instances, and no class of ours. Records
 /// are read with fields(), which looks keys up by a NameMatcher and ignores keys that it lacks.
 ///
-/// A hostile file cannot make it work without end: objects may overlap in the file and so be larger
-/// together than the file itself, and may be referred to many times. What is looked at is limited
-/// to the file's size, and what is given out as text to 64 times that.
+/// The work on a hostile file is limited. Its objects may overlap, so that together they are larger
+/// than the file, and may be referred to many times: so the dictionary entries read are limited to
+/// the file's size in bytes, and the texts returned to 64 times that.
 ///
 /// Errors:  ArchiveFailure.
 /// Threads: one at a time for each reader.
@@ -38,8 +38,8 @@ public:
     /// An object's place in "$objects".
     using Uid = std::uint32_t;
 
-    /// Which of a list of names an object bears; remembers the answers of the objects met last.
-    /// An archive has few keys and classes, and millions of references to them.
+    /// Finds out which of a list of names an object has, with a cache: an archive has few keys and
+    /// classes, and millions of references to them.
     class NameMatcher {
         static constexpr std::size_t recentCount = 32;
         static constexpr std::size_t maxShapeSize = 8;
@@ -52,7 +52,7 @@ public:
             assert(names.size() <= maxNames);
         }
 
-        /// Number of names, which is also the answer "none of them".
+        /// Number of names, which is also the index for "none of them".
         [[nodiscard]] std::size_t none() const noexcept { return m_names.size(); }
 
     private:
@@ -62,13 +62,13 @@ public:
             std::uint64_t question = noQuestion;
             std::size_t index = 0;
 
-            /// No answer is kept for noQuestion, which a file may ask all the same.
+            /// noQuestion marks an empty entry; a file may hold that number all the same.
             [[nodiscard]] bool answers(std::uint64_t asked) const noexcept
             {
                 return question == asked && asked != noQuestion;
             }
         };
-        /// Where the values of the names stand in dictionaries that begin with these bytes.
+        /// The positions of the names' values in dictionaries with these key references.
         struct Shape {
             std::string_view keyReferences;
             std::array<std::uint32_t, maxNames> positions{};
@@ -77,7 +77,7 @@ public:
         Answer &recent(std::uint64_t question) noexcept { return m_recent[question % recentCount]; }
 
         std::vector<std::string_view> m_names;
-        Answer m_last; ///< by reference; where references to one object are not shared, no help
+        Answer m_last; ///< by reference; of no use in files that share no references
         std::array<Answer, recentCount> m_recent{};     ///< by key reference or class UID
         std::array<Shape, maxShapeSize + 1> m_shapes{}; ///< the last one of each size
     };
@@ -154,7 +154,7 @@ public:
             return unusualFields(instance, keys);
         }
         spend(instance.count);
-        // Most instances look like the last one of their size.
+        // Most instances have the same keys as the last one of their size.
         NameMatcher::Shape &shape = keys.m_shapes[static_cast<std::size_t>(instance.count)];
         const std::string_view references = m_plist.keyReferences(instance);
         if (shape.keyReferences != references || references.empty()) {
@@ -173,7 +173,7 @@ public:
         return classes.m_last.index;
     }
 
-    /// The class name that an instance's "$class" value gives, for messages: shortened, and without
+    /// The class name behind an instance's "$class" value, for messages: shortened, and without
     /// control characters.
     [[nodiscard]] std::string className(Reference classValue) const;
 
@@ -194,8 +194,7 @@ public:
     [[nodiscard]] Object string(Reference value, std::string_view what) const
     {
         const Object object = resolved(value);
-        return isString(object.type) || object.type == Type::null ? object
-                                                                  : unwrapped(object, what);
+        return object.isString() || object.type == Type::null ? object : unwrapped(object, what);
     }
 
     /// A string object's content as a file name (see nameFromEscaped()).
@@ -212,6 +211,9 @@ public:
     [[nodiscard]] std::optional<double> date(Reference value, std::string_view what) const;
 
     [[nodiscard]] const BinaryPlistReader &propertyList() const noexcept { return m_plist; }
+
+    /// Throws an ArchiveFailure that says where the object lies.
+    [[noreturn]] void fail(ArchiveError::Kind kind, std::string message, const Object &at) const;
 
 private:
     static constexpr std::string_view nullMarker = "$null";
@@ -230,10 +232,6 @@ private:
     [[nodiscard]] Object inlineObject(Reference value) const;
     [[noreturn]] static void failUid(std::uint64_t number);
     [[noreturn]] void failNoUid(Reference value, std::string_view what) const;
-    [[nodiscard]] static bool isString(Type type) noexcept
-    {
-        return type == Type::asciiString || type == Type::utf16String;
-    }
     [[nodiscard]] Fields unusualFields(const Object &instance, NameMatcher &keys) const;
     [[nodiscard]] Object unwrapped(const Object &wrapper, std::string_view what) const;
     [[nodiscard]] std::size_t keyIndex(Reference key, NameMatcher &keys) const;
@@ -244,9 +242,9 @@ private:
     [[nodiscard]] Object require(const Object &dictionary, std::string_view key, Type type) const;
     [[nodiscard]] std::size_t matchName(const Object &string, const NameMatcher &names) const;
     [[nodiscard]] Object elementsOf(const Object &instance, std::string_view what) const;
+    [[nodiscard]] std::size_t wrapperClass(const Fields &wrapper) const;
     [[nodiscard]] std::size_t classIndexOf(Uid classUid, NameMatcher &classes) const;
     [[nodiscard]] Object classDescription(Uid classUid) const;
-    void checkAscii(const Object &string) const;
     void spend(std::uint64_t pairs) const
     {
         if (pairs > m_budget) {
@@ -256,16 +254,15 @@ private:
     }
     [[noreturn]] static void failBudget();
     void spendText(const Object &string) const;
-    [[noreturn]] void fail(ArchiveError::Kind kind, std::string message, const Object &at) const;
 
     BinaryPlistReader m_plist;
     Object m_objects;
     Uid m_root = 0;
-    /// An archive may use one text in many places, but not to no end.
+    /// An archive may use one text in many places, but not without limit.
     static constexpr std::uint64_t textFactor = 64;
 
-    mutable std::uint64_t m_budget;     ///< dictionary pairs and class names left to be looked at
-    mutable std::uint64_t m_textBudget; ///< characters of texts left to be given out
+    mutable std::uint64_t m_budget;     ///< dictionary entries and class names that may be read yet
+    mutable std::uint64_t m_textBudget; ///< characters of texts that may be returned yet
     mutable NameMatcher m_wrapperKeys{"$class", "NS.objects", "NS.string", "NS.time"};
     mutable NameMatcher m_wrapperClasses{"NSArray", "NSMutableArray", "NSString", "NSMutableString",
                                          "NSDate"};

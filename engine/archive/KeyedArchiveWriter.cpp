@@ -15,7 +15,7 @@ namespace {
 
 using Class = KeyedArchiveWriter::Class;
 
-// Those that are there from the start, in this order.
+// The classes that the constructor adds, in this order.
 constexpr Class arrayClass{0};
 constexpr Class dateClass{1};
 constexpr Class stringClass{2};
@@ -29,9 +29,9 @@ constexpr std::uint32_t indexOf(Number number) noexcept
 
 } // namespace
 
-/// Writes the objects. They are numbered in five runs: the frame's, the names, the archived objects
-/// and their UIDs in the order of "$objects" (every reference to an object shares its one UID), and
-/// what stands inside of archived objects, as it is met.
+/// Writes the objects. They are numbered in five runs: the frame's; the names; the archived objects
+/// and their UIDs in the order of "$objects", where all references to an object share one UID; and
+/// the objects inside of archived ones, in the order in which they are met.
 class KeyedArchiveWriter::Emitter {
 public:
     Emitter(const KeyedArchiveWriter &archive, ByteSink &sink)
@@ -63,12 +63,7 @@ public:
         ArchiveFrame::writeObjectList(m_plist, m_firstObject, m_uidCount);
         assert(m_nextInner == m_offsets.size());
 
-        const std::uint64_t tableOffset = m_plist.position();
-        const unsigned width = BinaryPlistWriter::widthFor(tableOffset);
-        for (const std::uint64_t offset : m_offsets) {
-            m_plist.offset(offset, width);
-        }
-        m_plist.finish(m_offsets.size(), ArchiveFrame::topDictionary, tableOffset, width);
+        m_plist.finish(m_offsets, ArchiveFrame::topDictionary);
     }
 
 private:
@@ -84,7 +79,7 @@ private:
     void writeObject(const NullText & /*text*/)
     {
         beginWrapper(ArchiveFrame::stringKey);
-        m_plist.reference(m_firstObject); // the very string "$null"
+        m_plist.reference(m_firstObject); // the string "$null" itself
         writeClassOf(stringClass);
     }
 
@@ -254,15 +249,10 @@ KeyedArchiveWriter::Uid KeyedArchiveWriter::date(double secondsSince2001)
 Result<Done, ArchiveError> KeyedArchiveWriter::finish(Uid root, ByteSink &sink) const
 {
     assert(isFilled(root) && isWhole());
-    try {
+    return resultOf<Done>("not enough memory to write the archive", [&] {
         Emitter(*this, sink).write(root);
         return Done{};
-    } catch (const ArchiveFailure &failure) {
-        return failure.error();
-    } catch (const std::bad_alloc &) {
-        return ArchiveError{
-            ArchiveError::Kind::outOfMemory, "not enough memory to write the archive", {}};
-    }
+    });
 }
 
 KeyedArchiveWriter::Uid KeyedArchiveWriter::add(Object object)

@@ -29,13 +29,13 @@ namespace tessaly::archive {
 ///     archive.array(list, std::array{point});
 ///     const auto done = archive.finish(list, file);
 ///
-/// Objects stand in the file in the order in which they are added. What holds others is reserved
-/// before them and filled after them. The record of a class follows what its first instance holds,
-/// by itself.
+/// Objects are written in the order in which they are added. An object that holds others is
+/// reserved before them and filled after them. The record of a class is added by itself, after the
+/// contents of its first instance.
 ///
 /// Memory:  24 bytes for each object, 8 for each field, 4 for each element and the strings' bytes,
-///          until the writer goes; in finish() up to 24 more for each object. These lie side by
-///          side: no object is an allocation of its own.
+///          until the writer is destroyed; in finish() up to 24 more for each object. They are kept
+///          in a few vectors: no object is an allocation of its own.
 /// Errors:  std::bad_alloc while objects are added; all others are finish()'s.
 /// Threads: one at a time for each writer.
 class KeyedArchiveWriter {

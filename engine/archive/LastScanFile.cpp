@@ -14,7 +14,7 @@ namespace tessaly::archive {
 namespace {
 
 /// Whether the file holds a scan that found something. Reads the whole file.
-bool holdsWorth(const std::string &path)
+bool holdsEntries(const std::string &path)
 {
     const auto tree = readScanFile(path);
     return tree && !tree.value()->root().subitems().empty();
@@ -45,7 +45,7 @@ Result<Done, ArchiveError> LastScanFile::replaceDeleting(const tree::LUMFileCont
     SetAsideFile former(m_path, m_calls);
     auto written = writeScanFile(root, m_path, m_calls);
     if (!written) {
-        former.discard(); // the disk may not have room for both
+        former.discard(); // perhaps the disk has no room for both
         written = writeScanFile(root, m_path, m_calls);
     }
     return written;
@@ -58,9 +58,10 @@ Result<Done, ArchiveError> LastScanFile::keepFormer()
         m_calls.renameToFree(m_path.c_str(), m_keptPath.c_str()) == 0) {
         return Done{};
     }
-    // Where one is kept already, the file in its place is usually of a scan that found nothing. But
-    // a process that was killed after it had written a scan of worth leaves an older one kept.
-    if (holdsWorth(m_path) && m_calls.rename(m_path.c_str(), m_keptPath.c_str()) != 0) {
+    // When one is kept already, the current file usually is of a scan that could not open the
+    // folder and holds nothing. But a process that was killed right after it had written a good
+    // scan leaves an older one kept, too: then the newer one is.
+    if (holdsEntries(m_path) && m_calls.rename(m_path.c_str(), m_keptPath.c_str()) != 0) {
         return systemError(ArchiveError::Kind::unwritable, "cannot keep " + m_path, errno);
     }
     return Done{};

@@ -13,10 +13,10 @@ namespace tessaly::archive {
 /// The scan file that every completed scan of a folder replaces.
 ///
 /// The former file is deleted first, so that its date is the new scan's; but see SetAsideFile for
-/// how it survives a kill on the way. A scan that could not even open its folder says nothing about
-/// what the former one had found: that file is then kept beside, with ".kept" added to its name,
-/// until a scan of more worth replaces both. Of two scans that found something the newer is kept;
-/// where it cannot be, nothing replaces it.
+/// how it survives a kill on the way. A scan that could not even open its folder does not make the
+/// former result outdated: that file is then kept with ".kept" added to its name, until a scan that
+/// could open the folder replaces both. Of two scans that found something the newer is kept; if it
+/// cannot be moved, it is not replaced.
 ///
 /// Paths:   bytes as the system takes them.
 /// Threads: one at a time.
@@ -28,14 +28,14 @@ public:
     /// `calls` must outlive this.
     explicit LastScanFile(std::string path, FileCalls &calls = FileCalls::system());
 
-    /// Writes the tree in the place of the former file. After a failure there is no file at the
-    /// path, unless it is one of worth that was to be kept and could not be moved; a former one
-    /// that was kept comes back by putBack().
+    /// Replaces the former file by the tree. After a failure there is no file at the path, except
+    /// for a former one that was to be kept and could not be moved; a former one that was kept is
+    /// restored by putBack().
     [[nodiscard]] Result<Done, ArchiveError> replace(const tree::LUMFileContainer &root,
                                                      Former former);
 
-    /// Brings back the former file where a program that was killed, or failed to write, left none.
-    /// To be called before the file is read for the first time.
+    /// Restores the former file when a program was killed, or failed to write, and left none. Call
+    /// it before the file is read for the first time.
     void putBack();
 
     [[nodiscard]] const std::string &path() const noexcept { return m_path; }

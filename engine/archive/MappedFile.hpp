@@ -9,18 +9,18 @@
 
 namespace tessaly::archive {
 
-/// A regular file's bytes, mapped into memory to be read.
+/// A regular file's bytes, mapped into memory for reading.
 ///
-/// Another process may truncate the file meanwhile. Reading past the new end would end this process
-/// with SIGBUS; instead the missing part reads as zeros and wasTruncated() is true. For this a
-/// SIGBUS handler is installed with the first mapping. It leaves faults elsewhere to the previous
+/// Another process may truncate the file meanwhile. Reading past the new end would normally end
+/// this process with SIGBUS; here the missing part reads as zeros and wasTruncated() is true. For
+/// this the first mapping installs a SIGBUS handler. It passes faults elsewhere to the previous
 /// handler.
 ///
 /// Threads: one at a time for each mapping; different mappings are independent.
 class MappedFile {
 public:
     /// Maps the file at `path` (bytes as the system takes them). FIFOs, devices and folders are
-    /// refused without waiting for anything, and so is the 65th file of a process at a time.
+    /// refused without blocking, and so is the 65th file that a process maps at the same time.
     static Result<MappedFile, ArchiveError> open(const std::string &path);
 
     ~MappedFile();
@@ -31,7 +31,7 @@ public:
 
     [[nodiscard]] std::span<const std::byte> bytes() const noexcept { return m_bytes; }
 
-    /// Whether a part that was read so far was missing from the file.
+    /// Whether any part that has been read so far was missing in the file.
     [[nodiscard]] bool wasTruncated() const noexcept;
 
 private:
@@ -41,7 +41,7 @@ private:
     }
 
     std::span<const std::byte> m_bytes;
-    std::size_t m_guard; ///< this mapping's place in the signal handler's table
+    std::size_t m_guard; ///< this mapping's index in the signal handler's table
 };
 
 } // namespace tessaly::archive

@@ -5,7 +5,6 @@
 #include "engine/tree/EscapedName.hpp"
 
 #include <algorithm>
-#include <new>
 #include <string_view>
 #include <type_traits>
 
@@ -88,11 +87,7 @@ private:
             return tree::nameFromEscaped(m_plist.utf16(string));
         }
         spend(string.count);
-        const std::string_view ascii = m_plist.bytes(string);
-        if (!tree::isAscii(ascii)) {
-            fail("an ASCII string with bytes that are not", string);
-        }
-        return std::string(ascii);
+        return std::string(m_plist.ascii(string));
     }
 
     PlistUid uid(Reference reference, const Object &object) const
@@ -125,7 +120,7 @@ private:
         PlistDictionary pairs;
         for (std::uint64_t i = 0; i < object.count; ++i) {
             const Object key = m_plist.object(m_plist.key(object, i));
-            if (key.type != Type::asciiString && key.type != Type::utf16String) {
+            if (!key.isString()) {
                 fail("a key is not a string", key);
             }
             const auto [pair, isNew] = pairs.try_emplace(text(key));
@@ -201,12 +196,7 @@ public:
     void write(const PlistValue &top)
     {
         const std::uint64_t topObject = writeValue(top);
-        const std::uint64_t tableOffset = m_plist.position();
-        const unsigned width = BinaryPlistWriter::widthFor(tableOffset);
-        for (const std::uint64_t offset : m_offsets) {
-            m_plist.offset(offset, width);
-        }
-        m_plist.finish(m_offsets.size(), topObject, tableOffset, width);
+        m_plist.finish(m_offsets, topObject);
     }
 
 private:
@@ -305,25 +295,16 @@ bool operator==(const PlistValue &a, const PlistValue &b)
 
 Result<PlistValue, ArchiveError> readPropertyList(std::span<const std::byte> file)
 {
-    try {
-        return Loader(file).top();
-    } catch (const ArchiveFailure &failure) {
-        return failure.error();
-    } catch (const std::bad_alloc &) {
-        return ArchiveError{Kind::outOfMemory, "not enough memory to read the values", {}};
-    }
+    return resultOf<PlistValue>("not enough memory to read the values",
+                                [&] { return Loader(file).top(); });
 }
 
 Result<Done, ArchiveError> writePropertyList(const PlistValue &value, ByteSink &sink)
 {
-    try {
+    return resultOf<Done>("not enough memory to write the values", [&] {
         Storer(objectCount(value), sink).write(value);
         return Done{};
-    } catch (const ArchiveFailure &failure) {
-        return failure.error();
-    } catch (const std::bad_alloc &) {
-        return ArchiveError{Kind::outOfMemory, "not enough memory to write the values", {}};
-    }
+    });
 }
 
 } // namespace tessaly::archive

@@ -4,7 +4,6 @@
 #include "engine/archive/MappedFile.hpp"
 #include "engine/tree/EscapedName.hpp"
 
-#include <new>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -52,7 +51,7 @@ private:
         const Uid uid = m_archive.root();
         const Instance instance = readInstance(uid);
         if (instance.nodeClass != containerClass) {
-            fail("the root is not a folder", instance.object);
+            m_archive.fail(Kind::damaged, "the root is not a folder", instance.object);
         }
         const tree::NodeArena::StoredName name = readName(instance);
         root.setStoredName(name);
@@ -96,27 +95,26 @@ private:
     {
         const KeyedArchiveReader::Object object = m_archive.object(uid);
         if (object.type == Type::null) {
-            fail("there is nothing where a node should be", object);
+            m_archive.fail(Kind::damaged, "there is nothing where a node should be", object);
         }
         if (object.type != Type::dictionary) {
-            fail("a node is not an instance of a class", object);
+            m_archive.fail(Kind::damaged, "a node is not an instance of a class", object);
         }
-        // Nothing that is listed twice may count twice, or contain itself.
+        // Refuses folders that contain themselves, and trees that are far larger than their file.
         if (m_isListed[uid]) {
-            fail("a node is listed twice", object);
+            m_archive.fail(Kind::damaged, "a node is listed twice", object);
         }
         m_isListed[uid] = true;
 
         Instance instance{object, m_archive.fields(object, m_keys)};
         const auto classValue = instance.fields[classKey];
         if (!classValue) {
-            fail("a node without \"$class\"", object);
+            m_archive.fail(Kind::damaged, "a node without \"$class\"", object);
         }
         instance.nodeClass = static_cast<NodeClass>(m_archive.classIndex(*classValue, m_classes));
         if (instance.nodeClass == unknownClass) {
-            throw ArchiveFailure(Kind::unsupported,
-                                 "unknown class " + m_archive.className(*classValue),
-                                 m_archive.propertyList().offsetOf(object));
+            m_archive.fail(Kind::unsupported, "unknown class " + m_archive.className(*classValue),
+                           object);
         }
         return instance;
     }
@@ -134,17 +132,15 @@ private:
         if (string.count > longName) {
             return readLongName(string);
         }
+        // Nearly all names: from the mapped file into the arena, without a string in between.
         if (string.type == Type::asciiString) {
-            const std::string_view bytes = m_archive.propertyList().bytes(string);
-            if (tree::isAscii(bytes)) {
-                return m_arena->storeName(bytes);
-            }
+            return m_arena->storeName(m_archive.propertyList().ascii(string));
         }
         return m_arena->storeName(m_archive.name(string));
     }
 
-    /// Long names that nodes share are stored once, and what is spent on them all is limited, so
-    /// that a small file cannot ask for much memory.
+    /// Long names that nodes share are stored once, and their total is limited: a hostile file of a
+    /// megabyte could otherwise give a million nodes the same name of half a megabyte.
     tree::NodeArena::StoredName readLongName(const KeyedArchiveReader::Object &string)
     {
         LongName &known = m_longNames[string.content];
@@ -152,8 +148,7 @@ private:
             const std::uint64_t byteCount =
                 string.count * (string.type == Type::utf16String ? 2 : 1);
             if (byteCount > m_longNameBudget) {
-                throw ArchiveFailure(Kind::damaged, "the archive's names overlap",
-                                     m_archive.propertyList().offsetOf(string));
+                m_archive.fail(Kind::damaged, "the archive's names overlap", string);
             }
             m_longNameBudget -= byteCount;
             known = {string.count, m_arena->storeName(m_archive.name(string))};
@@ -206,15 +201,8 @@ private:
                 enclosing != 0 && m_archive.uid(parent, "a parent") == enclosing;
             return isEnclosing ? Parent::enclosing : Parent::other;
         } catch (const ArchiveFailure &) {
-            return Parent::other; // nobody needs it, so it may be damaged
+            return Parent::other; // parents are derived, so a damaged one is no failure
         }
-    }
-
-    [[noreturn]] void fail(std::string message, const KeyedArchiveReader::Object &at) const
-    {
-        const std::uint64_t offset = m_archive.propertyList().offsetOf(at);
-        throw ArchiveFailure(Kind::damaged, std::move(message),
-                             offset == 0 ? std::nullopt : std::optional(offset));
     }
 
     static constexpr std::uint64_t longName = 64; ///< bytes, or UTF-16 code units
@@ -264,11 +252,9 @@ Result<std::shared_ptr<tree::ScanTree>, ArchiveError>
 readScanArchive(std::span<const std::byte> archive, ScanFileDetails *details)
 {
     try {
-        return ScanArchiveReader(archive, details).read();
-    } catch (const ArchiveFailure &failure) {
-        return failure.error();
-    } catch (const std::bad_alloc &) {
-        return ArchiveError{Kind::outOfMemory, "not enough memory for this scan", {}};
+        return resultOf<std::shared_ptr<tree::ScanTree>>("not enough memory for this scan", [&] {
+            return ScanArchiveReader(archive, details).read();
+        });
     } catch (const std::length_error &) {
         return ArchiveError{Kind::unsupported, "a name of 4 GiB or more", {}};
     }
@@ -277,10 +263,12 @@ readScanArchive(std::span<const std::byte> archive, ScanFileDetails *details)
 Result<std::shared_ptr<tree::ScanTree>, ArchiveError> readScanFile(const std::string &path,
                                                                    ScanFileDetails *details)
 {
+    // Mapped: a file of a gigabyte needs no memory of its own, and no copy before it can be read.
     const auto file = MappedFile::open(path);
     if (!file) {
         return file.error();
     }
+    // Asked after the reading: zeros in place of a missing part may even make a valid tree.
     auto tree = readScanArchive(file.value().bytes(), details);
     if (file.value().wasTruncated()) {
         return ArchiveError{Kind::truncated, "the file was cut while it was read", {}};

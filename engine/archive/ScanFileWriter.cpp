@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <new>
 #include <string_view>
 #include <vector>
 
@@ -18,14 +17,12 @@ namespace tessaly::archive {
 
 namespace {
 
-using Kind = ArchiveError::Kind;
-
 using Uid = ArchivePlaces::Uid;
 
 /// The property list's objects are numbered in four runs: the fixed ones, which are the frame's and
-/// those below, the archived objects in the order of "$objects", the UIDs by value (every reference
-/// to an object shares its one UID), and the child lists of the folders. So the number of
-/// everything is a sum, and a file's only tables are those of the offsets.
+/// those below; the archived objects in the order of "$objects"; the UIDs by value, since all
+/// references to an object share one UID; and the child lists of the folders. So every number can
+/// be computed from sums, and the only tables in memory are those of the offsets.
 enum FixedObject : std::uint64_t {
     itemChain = ArchiveFrame::objectCount,
     containerChain,
@@ -52,7 +49,9 @@ constexpr std::array<std::string_view, fixedObjectCount - firstString> fixedStri
     "NSObject", "NSMutableArray", "NSArray",  "NSMutableString", "NSString"};
 static_assert(!fixedStrings.back().empty());
 
-/// The first of two walks: what has to be known before the first byte is written.
+/// The first of two walks: finds out what has to be known before the first byte is written. The
+/// width of references depends on the number of objects and stands in the first dictionary already;
+/// and a sink cannot go back.
 struct Counter {
     ArchivePlaces order;
     std::uint64_t folderCount = 0;
@@ -77,8 +76,10 @@ struct Counter {
         return fixedObjectCount + 2 * std::uint64_t{order.count()} + folderCount;
     }
 
-    /// At least the size of the file up to its offset table.
-    [[nodiscard]] std::uint64_t largestSize(unsigned referenceWidth) const noexcept
+    /// An upper bound for the file's size up to the offset table, from which the width of offsets
+    /// follows. A bound is enough: one byte too many for each offset in a few files of unlucky size
+    /// is cheaper than a walk that encodes every name twice.
+    [[nodiscard]] std::uint64_t maxSize(unsigned referenceWidth) const noexcept
     {
         constexpr std::uint64_t fixed = 1024;
         constexpr std::uint64_t maxCounterBytes = 9;
@@ -107,7 +108,7 @@ public:
           m_firstUid(firstObject + m_uidCount), m_firstList(m_firstUid + m_uidCount),
           m_objectCount(counted.objectCount()),
           m_offsetWidth(BinaryPlistWriter::widthFor(
-              counted.largestSize(BinaryPlistWriter::widthFor(m_objectCount)))),
+              counted.maxSize(BinaryPlistWriter::widthFor(m_objectCount)))),
           m_fixedOffsets(fixedObjectCount, m_offsetWidth),
           m_objectOffsets(m_uidCount, m_offsetWidth),
           m_listOffsets(counted.folderCount, m_offsetWidth),
@@ -124,6 +125,8 @@ public:
 
     void file(const tree::LUMFileItem &item)
     {
+        // The class is referred to before its own place has been met: that is why m_classes knows
+        // all places from the first walk.
         const ArchivePlaces::OfNode places = m_order.file(item);
         m_children.push_back(places.node);
         beginObject(places.node);
@@ -159,6 +162,8 @@ public:
         uidReference(m_classes.containerClass());
         writeValues(folder, places);
 
+        // The list itself is written when the folder ends and its children's places are known; only
+        // its number is needed here, and that is a sum.
         beginObject(places.subitems);
         m_plist.dictionary(2);
         m_plist.reference(ArchiveFrame::elementsKey);
@@ -186,6 +191,7 @@ public:
 
     void end()
     {
+        // The UIDs follow one another, so their offsets are computed and kept in no table.
         const std::uint64_t firstUidOffset = m_plist.position();
         for (Uid uid = 0; uid < m_uidCount; ++uid) {
             m_plist.uid(uid);
@@ -225,7 +231,7 @@ private:
             m_plist.dictionary(2);
             m_plist.reference(ArchiveFrame::stringKey);
             m_plist.reference(ArchiveFrame::classKey);
-            m_plist.reference(firstObject + 0); // the very string "$null"
+            m_plist.reference(firstObject + 0); // the string "$null" itself
             uidReference(m_classes.stringClass());
         } else if (places.name != 0) {
             beginObject(places.name);
@@ -273,7 +279,7 @@ private:
     }
 
     ArchivePlaces m_order;
-    ArchivePlaces m_classes; ///< as the first walk left it: where the classes are going to be
+    ArchivePlaces m_classes; ///< as the first walk left it: the places of all classes
     std::uint64_t m_uidCount;
     std::uint64_t m_firstUid;
     std::uint64_t m_firstList;
@@ -292,7 +298,7 @@ private:
 
 Result<Done, ArchiveError> writeScanArchive(const tree::LUMFileContainer &root, ByteSink &sink)
 {
-    try {
+    return resultOf<Done>("not enough memory to write the scan", [&] {
         Counter counter;
         tree::walkTree(root, counter);
         Emitter emitter(counter, sink);
@@ -300,16 +306,14 @@ Result<Done, ArchiveError> writeScanArchive(const tree::LUMFileContainer &root, 
         tree::walkTree(root, emitter);
         emitter.end();
         return Done{};
-    } catch (const ArchiveFailure &failure) {
-        return failure.error();
-    } catch (const std::bad_alloc &) {
-        return ArchiveError{Kind::outOfMemory, "not enough memory to write the scan", {}};
-    }
+    });
 }
 
 Result<Done, ArchiveError> writeScanFile(const tree::LUMFileContainer &root,
                                          const std::string &path, FileCalls &calls)
 {
+    // The tree goes to the file in pieces of a quarter megabyte: beside the offsets nothing is
+    // kept.
     AtomicFile file(path, calls);
     if (auto opened = file.open(); !opened) {
         return opened;

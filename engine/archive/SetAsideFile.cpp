@@ -15,14 +15,14 @@ std::string asidePath(const std::string &path)
     return path + ".previous";
 }
 
-/// A descriptor to lock the file with; -1 when there is no such file, or nothing to be locked.
+/// A descriptor to lock the file with; -1 when there is no such file, or it cannot be locked.
 int openForLock(const std::string &path, FileCalls &calls)
 {
     return retried(
         [&] { return calls.open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0); });
 }
 
-/// False when somebody else holds the lock. A file system without locks has nothing against it.
+/// False when another descriptor holds the lock. On a file system without locks it is always true.
 bool lock(int descriptor, FileCalls &calls)
 {
     return retried([&] { return calls.flock(descriptor, LOCK_EX | LOCK_NB); }) == 0 ||
@@ -43,6 +43,7 @@ SetAsideFile::SetAsideFile(const std::string &path, FileCalls &calls)
     if (m_descriptor >= 0) {
         (void)lock(m_descriptor, m_calls);
     }
+    // A failure is ignored: the file then stays where it is, and its successor replaces it there.
     m_calls.rename(path.c_str(), m_aside.c_str());
 }
 
@@ -53,10 +54,10 @@ SetAsideFile::~SetAsideFile()
 
 void SetAsideFile::discard()
 {
-    // Also one that a killed process had set aside: it is out of date now, too.
+    // Also one that a killed process had set aside, which is out of date by now.
     m_calls.unlink(m_aside.c_str());
     if (m_descriptor >= 0) {
-        m_calls.close(m_descriptor); // from here on it takes no room
+        m_calls.close(m_descriptor); // frees its disk space, which the descriptor still held
         m_descriptor = -1;
     }
 }
@@ -71,7 +72,7 @@ void SetAsideFile::putBack(const std::string &path, FileCalls &calls)
     const int descriptor = openForLock(aside, calls);
     if (descriptor < 0 || lock(descriptor, calls)) {
         if (calls.renameToFree(aside.c_str(), path.c_str()) != 0 && errno == EEXIST) {
-            calls.unlink(aside.c_str()); // its successor is there, if only just now
+            calls.unlink(aside.c_str()); // its successor is complete
         }
     }
     if (descriptor >= 0) {

@@ -6,12 +6,12 @@
 
 namespace tessaly::archive {
 
-/// A file that is deleted to make room for its successor, but not before that has been written, or
-/// has failed to be.
+/// A file that is deleted in favour of its successor, but only after the successor has been written
+/// or writing it has failed.
 ///
 /// The constructor moves the file aside, the destructor deletes it. A process that is killed in
-/// between leaves the file, the successor or both; putBack() sorts that out at the next start, so
-/// that one of the two is there.
+/// between leaves the file, the successor or both; putBack() cleans up at the next start, so that
+/// one of the two is there.
 ///
 ///     {
 ///         SetAsideFile old(path);
@@ -40,14 +40,14 @@ public:
     /// Deletes the file at once, for a successor that needs its room.
     void discard();
 
-    /// Brings a file back that a killed process had set aside, or deletes it when its successor is
-    /// there. Leaves it alone while whoever set it aside is still at work.
+    /// Restores a file that a killed process had set aside, or deletes it when its successor is
+    /// there. Leaves it alone while the process that set it aside still holds its lock.
     static void putBack(const std::string &path, FileCalls &calls = FileCalls::system());
 
 private:
     const std::string m_aside;
     FileCalls &m_calls;
-    int m_descriptor = -1; ///< of the file, which it keeps locked
+    int m_descriptor = -1; ///< of the file; holds the lock
 };
 
 } // namespace tessaly::archive

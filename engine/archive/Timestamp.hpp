@@ -14,7 +14,7 @@ struct Timestamp {
 
     [[nodiscard]] static Timestamp now();
 
-    /// The second that has begun. Moments beyond the years -9999 and 9999 are drawn to their edge.
+    /// Rounded down to a second, and limited to the years -9999 to 9999.
     [[nodiscard]] std::chrono::sys_seconds systemTime() const noexcept;
 
     /// "2026-11-21 12:18:19 +0000": year, month, day, hours, minutes and seconds in UTC.

@@ -13,6 +13,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <thread>
 #include <vector>
 
@@ -81,12 +82,23 @@ void faultElsewhere()
 
 class MappedFileDeathTest : public MappedFileTest {
 protected:
-    // Each statement runs in a program started anew, in which nothing has been mapped yet.
+    // Each statement runs in a new process, in which nothing has been mapped yet.
     MappedFileDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
-    /// For a process that is about to end without ado. What is mapped stays.
+    /// For a process that ends without calling destructors. What is mapped stays.
     void leaveNothingBehind() const { std::filesystem::remove_all(m_folder.path()); }
 };
+
+/// A SIGBUS that has nothing to do with a mapped file.
+struct ForeignSignal {
+    std::string name;
+    sighandler_t previousHandler;
+    void (*provoke)();
+    std::function<bool(int)> isExpectedEnd;
+};
+
+class MappedFileSignalDeathTest : public MappedFileDeathTest,
+                                  public testing::WithParamInterface<ForeignSignal> {};
 
 } // namespace
 
@@ -145,51 +157,33 @@ TEST_F(MappedFileTest, noDescriptorStaysOpen)
     EXPECT_EQ(openDescriptorCount(), before);
 }
 
-TEST_F(MappedFileTest, theMissingPartOfACutFileReadsAsZeros)
-{
-    const std::string path = filled("f", 64 * pageSize);
-    const MappedFile file = mapped(path);
-    cut(path, 16 * pageSize);
-
-    EXPECT_EQ(countOf(file, 'x'), 16 * pageSize);
-    EXPECT_EQ(countOf(file, '\0'), 48 * pageSize);
-    EXPECT_TRUE(file.wasTruncated());
-}
-
-TEST_F(MappedFileTest, aCutThatNobodyReadsIsNotNoticed)
+TEST_F(MappedFileTest, theMissingPartOfATruncatedFileReadsAsZerosAndIsNoticedThen)
 {
     const std::string path = filled("f", 64 * pageSize);
     const MappedFile file = mapped(path);
     cut(path, 16 * pageSize);
 
     EXPECT_EQ(file.bytes()[0], std::byte{'x'});
-    EXPECT_FALSE(file.wasTruncated());
-}
-
-TEST_F(MappedFileTest, aCutConcernsItsOwnMappingOnly)
-{
-    const std::string path = filled("f", 64 * pageSize);
-    const MappedFile file = mapped(path);
-    const MappedFile other = mapped(filled("g", 64 * pageSize));
-    cut(path, 0);
-
-    EXPECT_EQ(countOf(file, '\0'), 64 * pageSize);
-    EXPECT_EQ(countOf(other, 'x'), 64 * pageSize);
+    EXPECT_FALSE(file.wasTruncated()) << "nothing of the missing part has been read";
+    EXPECT_EQ(countOf(file, 'x'), 16 * pageSize);
+    EXPECT_EQ(countOf(file, '\0'), 48 * pageSize);
     EXPECT_TRUE(file.wasTruncated());
-    EXPECT_FALSE(other.wasTruncated());
 }
 
-TEST_F(MappedFileTest, aNewMappingKnowsNothingOfAnEarlierCut)
+TEST_F(MappedFileTest, aTruncationConcernsNoOtherMappingAndNoLaterOne)
 {
     const std::string path = filled("f", 64 * pageSize);
+    const MappedFile other = mapped(filled("g", 64 * pageSize));
     {
         const MappedFile file = mapped(path);
         cut(path, 0);
-        EXPECT_EQ(countOf(file, 'x'), 0U);
+        EXPECT_EQ(countOf(file, '\0'), 64 * pageSize);
+        EXPECT_EQ(countOf(other, 'x'), 64 * pageSize);
         EXPECT_TRUE(file.wasTruncated());
+        EXPECT_FALSE(other.wasTruncated());
     }
 
-    EXPECT_FALSE(mapped(filled("g", 1)).wasTruncated());
+    EXPECT_FALSE(mapped(filled("h", 1)).wasTruncated());
 }
 
 TEST_F(MappedFileTest, aMappingMayMove)
@@ -268,56 +262,46 @@ TEST_F(MappedFileTest, readingAFileThatKeepsChangingEndsInATreeOrAnError)
     stop = true;
 }
 
-TEST_F(MappedFileDeathTest, aFaultElsewhereReachesTheHandlerBefore)
+TEST_P(MappedFileSignalDeathTest, endsTheProcessAsItWouldWithoutAMapping)
 {
     EXPECT_EXIT(
         {
-            std::signal(SIGBUS, [](int) { _exit(42); });
+            std::signal(SIGBUS, GetParam().previousHandler);
             const MappedFile file = mapped(filled("f", 1));
             leaveNothingBehind();
-            faultElsewhere();
-        },
-        testing::ExitedWithCode(42), "");
-}
-
-TEST_F(MappedFileDeathTest, aFaultElsewhereEndsTheProcessWhenThereIsNoHandler)
-{
-    EXPECT_EXIT(
-        {
-            std::signal(SIGBUS, SIG_DFL);
-            const MappedFile file = mapped(filled("f", 1));
-            leaveNothingBehind();
-            faultElsewhere();
-        },
-        testing::KilledBySignal(SIGBUS), "");
-}
-
-TEST_F(MappedFileDeathTest, aSignalThatAProcessSendsIsNotTakenForAFault)
-{
-    EXPECT_EXIT(
-        {
-            std::signal(SIGBUS, SIG_DFL);
-            const MappedFile file = mapped(filled("f", 1));
-            leaveNothingBehind();
-            std::raise(SIGBUS);
+            GetParam().provoke();
             _exit(0);
         },
-        testing::KilledBySignal(SIGBUS), "");
+        GetParam().isExpectedEnd, "");
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Signals, MappedFileSignalDeathTest,
+    testing::Values(ForeignSignal{"aFaultElsewhereIsPassedToTheHandlerBefore",
+                                  [](int) { _exit(42); }, faultElsewhere,
+                                  testing::ExitedWithCode(42)},
+                    ForeignSignal{"aFaultElsewhereIsFatalWithoutAHandler", SIG_DFL, faultElsewhere,
+                                  testing::KilledBySignal(SIGBUS)},
+                    ForeignSignal{"aSignalThatAProcessSendsIsNotAFault", SIG_DFL,
+                                  [] { std::raise(SIGBUS); }, testing::KilledBySignal(SIGBUS)}),
+    [](const auto &signal) { return signal.param.name; });
 
 TEST_F(MappedFileDeathTest, aSignalThatIsSurvivedDoesNotSwitchTheGuardOff)
 {
-    EXPECT_EXIT(
-        {
-            std::signal(SIGBUS, [](int) {});
-            const std::string path = filled("f", 64 * pageSize);
-            const MappedFile file = mapped(path);
-            std::raise(SIGBUS);
-            cut(path, 0);
-            leaveNothingBehind();
-            _exit(countOf(file, '\0') == 64 * pageSize ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
+    const sighandler_t doNothing = [](int) {};
+    for (const sighandler_t previousHandler : {doNothing, SIG_IGN}) {
+        EXPECT_EXIT(
+            {
+                std::signal(SIGBUS, previousHandler);
+                const std::string path = filled("f", 64 * pageSize);
+                const MappedFile file = mapped(path);
+                std::raise(SIGBUS);
+                cut(path, 0);
+                leaveNothingBehind();
+                _exit(countOf(file, '\0') == 64 * pageSize ? 0 : 1);
+            },
+            testing::ExitedWithCode(0), "");
+    }
 }
 
 } // namespace tessaly::archive
