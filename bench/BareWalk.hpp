@@ -11,11 +11,11 @@ struct BareCount {
     std::uint64_t byteCount = 0; ///< of all files, each link to a file counted
 };
 
-/// Walks a folder as a scan does, with the same threads and the same calls to the system, and keeps
-/// nothing: what a scan cannot be faster than.
+/// Walks a folder like a scan, with the same threads and system calls, but keeps nothing: the lower
+/// bound for a scan's time.
 ///
-/// It leaves out what a scan has for special cases: mount points, shortages (of descriptors,
-/// threads or memory) and cancelling.
+/// Without the special cases of a scan: mount points, shortages (of descriptors, threads or memory)
+/// and cancelling.
 [[nodiscard]] BareCount bareWalk(const std::string &path);
 
 } // namespace tessaly

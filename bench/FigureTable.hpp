@@ -6,8 +6,8 @@
 
 namespace tessaly {
 
-/// Prints figures, a line each: name, value, bar and "ok" or "short", tab separated. Remembers
-/// whether one fell short. A plain figure has no bar.
+/// Prints figures, a line each: name, value, bar and "ok" or "short", tab separated, and records
+/// whether one missed its bar. A plain figure has no bar.
 class FigureTable {
 public:
     /// `times` must outlive the table.
@@ -19,7 +19,7 @@ public:
 
     /// A workload's times in milliseconds: the best and the median.
     void time(const std::string &workload);
-    /// A workload's time by another's: of the best and of the medians.
+    /// A workload's time divided by another's: of the best and of the medians.
     void ratioAtMost(const std::string &above, const std::string &below, double bar);
     void ratioAtLeast(const std::string &above, const std::string &below, double bar);
 

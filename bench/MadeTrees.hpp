@@ -12,8 +12,8 @@ namespace tessaly {
 ///
 /// Names are 5 to 25 characters, 15 on average; the same call gives the same names and sizes.
 
-/// Makes a folder tree below `path` (made too): `fileCount` sparse files, evenly in `folderCount`
-/// folders, which are nested up to six levels deep. Throws std::system_error.
+/// Creates the folder `path` with `fileCount` sparse files, spread evenly over `folderCount`
+/// folders that are nested up to six levels deep. Throws std::system_error.
 void makeFolderTree(const std::string &path, std::size_t folderCount, std::size_t fileCount);
 
 /// A scan tree in memory of `nodeCount` nodes, of which a seventeenth are folders.

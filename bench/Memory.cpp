@@ -1,6 +1,6 @@
 #include "bench/Memory.hpp"
 
-#include "bench/NodeCount.hpp"
+#include "cli/NodeCount.hpp"
 #include "engine/archive/ScanFileReader.hpp"
 #include "engine/scan/LUMThreadedScanner.hpp"
 
@@ -20,8 +20,8 @@ namespace tessaly {
 
 namespace {
 
-/// The anonymous memory of this process that is resident, in bytes. The kernel counts pages for
-/// each thread and adds them up now and then; this file is exact.
+/// The resident anonymous memory of this process, in bytes. Not from /proc/self/statm: the kernel
+/// counts pages for each thread and adds them up only now and then. This file is exact.
 double anonymousBytes()
 {
     std::ifstream rollup("/proc/self/smaps_rollup");
@@ -35,8 +35,8 @@ double anonymousBytes()
     throw std::runtime_error("/proc/self/smaps_rollup lacks a figure");
 }
 
-/// Runs the work in a process of its own, so that what was measured before leaves no traces, and
-/// gives back the two numbers that it answers.
+/// Runs the work in a process of its own, so that earlier measurements have no effect on it, and
+/// returns its two numbers.
 template <typename Work>
 std::array<double, 2> inChildProcess(Work work)
 {
@@ -72,7 +72,7 @@ TreeMemory measureTreeMemory(const std::string &path)
             scanner.waitUntilFinished();
             return scanner.tree();
         };
-        scan(); // threads, buffers and the like are there from now on
+        scan(); // warms up: threads' stacks, buffers and the like
         malloc_trim(0);
         const double before = anonymousBytes();
         const auto tree = scan();
@@ -87,17 +87,17 @@ double measureReadingMemory(const std::string &scanFile)
 {
     const auto answer = inChildProcess([&]() -> std::array<double, 2> {
         std::atomic<bool> isDone{false};
-        std::atomic<double> most{0};
+        std::atomic<double> maxBytes{0};
         std::thread watcher([&] {
             while (!isDone) {
-                most = std::max(most.load(), anonymousBytes());
+                maxBytes = std::max(maxBytes.load(), anonymousBytes());
             }
         });
         const auto tree = archive::readScanFile(scanFile);
         isDone = true;
         watcher.join();
         malloc_trim(0);
-        return {most, anonymousBytes()};
+        return {maxBytes, anonymousBytes()};
     });
     return std::max(0.0, answer[0] - answer[1]);
 }

@@ -10,11 +10,11 @@ struct TreeMemory {
     double bytesPerEntry = 0; ///< resident memory that the tree adds, names included
 };
 
-/// Scans a folder in a process of its own and weighs the tree. Throws std::runtime_error.
+/// Scans a folder in a process of its own and measures the tree. Throws std::runtime_error.
 [[nodiscard]] TreeMemory measureTreeMemory(const std::string &path);
 
-/// Reads a scan file in a process of its own; the most anonymous memory that it took at a time
-/// beyond that of the finished tree, in bytes. Throws std::runtime_error.
+/// Reads a scan file in a process of its own. The peak of its anonymous memory less that of the
+/// finished tree, in bytes. Throws std::runtime_error.
 [[nodiscard]] double measureReadingMemory(const std::string &scanFile);
 
 } // namespace tessaly

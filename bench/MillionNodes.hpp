@@ -10,12 +10,12 @@
 
 namespace tessaly {
 
-/// A tree of a million nodes and its scan file, and what can be done with them.
+/// A tree of a million nodes, its scan file, and the workloads on them.
 class MillionNodes {
 public:
     static constexpr std::size_t nodeCount = 1'000'000;
 
-    /// Makes both; the file at `path`. Throws std::runtime_error.
+    /// Makes both, the file at `path`. Throws std::runtime_error.
     explicit MillionNodes(std::string path);
 
     [[nodiscard]] const std::string &path() const noexcept { return m_path; }

@@ -5,11 +5,11 @@
 
 namespace tessaly {
 
-/// Starts programs and waits until they have told a moment on their standard error.
+/// Starts programs and waits until they report a stage of their start on standard error.
 ///
-/// A program tells a moment by a line that ends in its name: "painted" once its window was painted
-/// for the first time, "content painted" once that was so with all that is in it, "rows shown" once
-/// the last result is to be seen.
+/// A stage is reported by a line that ends in its name: "painted" when the window has been painted
+/// for the first time, "content painted" when it has been painted with its content, "rows shown"
+/// when the last result is visible.
 
 /// Runs the program until it tells the moment, and then ends it. `environment` is added to our own.
 /// Throws std::runtime_error when the program ends before.

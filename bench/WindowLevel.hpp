@@ -25,21 +25,21 @@ public:
     /// std::runtime_error. One in a process: the history's store is one.
     explicit WindowLevel(const std::string &documents);
 
-    /// Goes down into a folder of the root, as a click on its name does, until its first rows are
+    /// Opens a folder of the root, as a click on its name does, and waits until its first rows are
     /// painted.
     void open(const std::string &folder);
     /// Back to the root.
     void close();
-    /// Makes the rows of the level anew, sorts and paints them.
+    /// Rebuilds the rows of the level, sorts and paints them.
     void populate();
 
-    /// Turns the wheel by one step over the rows, down to the end and on, `stepCount` times, and
-    /// waits each time for what it changed to be painted. Milliseconds for each step.
+    /// Turns the wheel by one step over the rows `stepCount` times, to the end and beyond, and
+    /// waits each time for the repaint. Milliseconds for each step.
     [[nodiscard]] std::vector<double> wheelSteps(int stepCount);
     /// Jumps to this share of the rows, with the scroll bar.
     void scrollTo(double share);
 
-    /// Cells that exist, whether they are shown or wait to be used again.
+    /// Number of cells that exist, shown or waiting to be reused.
     [[nodiscard]] std::size_t cellCount() const;
     /// The folder that is shown.
     [[nodiscard]] const tree::LUMFileContainer *folder() const { return m_screen.drillResults(); }

@@ -9,7 +9,7 @@
 
 namespace tessaly {
 
-/// Adds something to be timed, `repetitions` times. The work prepares and then times one run:
+/// Adds a workload to be timed `repetitions` times. The work prepares and then times one run:
 /// `for (auto _ : state) { ... }`.
 void addWorkload(const std::string &name, int repetitions,
                  const std::function<void(benchmark::State &)> &work);
@@ -20,8 +20,8 @@ void addPlainWorkload(const std::string &name, int repetitions, const std::funct
 /// The times of each workload, in milliseconds.
 class WorkloadTimes final : public benchmark::BenchmarkReporter {
 public:
-    /// Runs all workloads that were added, the repetitions in random order among one another: what
-    /// disturbs the machine for a while then disturbs all alike.
+    /// Runs all workloads, with their repetitions interleaved in random order: a disturbance of the
+    /// machine then affects all alike.
     void measure();
 
     [[nodiscard]] double best(const std::string &workload) const;

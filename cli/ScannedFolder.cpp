@@ -12,7 +12,7 @@ namespace tessaly {
 
 std::shared_ptr<tree::ScanTree> scannedFolder(const std::string &path)
 {
-    // errno is 0 for a kernel file system, which is an empty folder to us.
+    // errno stays 0 for a kernel file system, which is scanned as an empty folder.
     errno = 0;
     if (const scan::OpenedFolder folder = scan::openFolderPath(path);
         !folder.descriptor.isOpen() && errno != 0) {

@@ -7,8 +7,8 @@
 
 namespace tessaly {
 
-/// Scans a folder to the end. For tools that must not take a folder that cannot be listed for an
-/// empty one: throws std::runtime_error, whose text is a line that says why, when it cannot.
+/// Scans a folder and waits for the end. Throws std::runtime_error, with one line that says why,
+/// when the folder cannot be listed: the scanner itself would return an empty tree.
 [[nodiscard]] std::shared_ptr<tree::ScanTree> scannedFolder(const std::string &path);
 
 } // namespace tessaly

@@ -9,9 +9,9 @@
 namespace tessaly {
 
 /// Prints a tree for comparison, one line a node in preorder, tab separated: depth; "C" (folder) or
-/// "F" (file); the node's own size, "-" when a file does not say it; the parent ("P" the enclosing
-/// folder, "0" none, "-" not said, "x" another); the name as a JSON string of its archived text,
-/// "-" when there is none. `details` is what a scan file said beyond the tree.
+/// "F" (file); the node's own size, "-" when the file has none; the parent ("P" the enclosing
+/// folder, "0" none, "-" missing, "x" another); the name as a JSON string of its archived text, "-"
+/// when there is none. `details` are those of the scan file that the tree was read from.
 void dumpTree(std::ostream &out, const tree::LUMFileContainer &root,
               const archive::ScanFileDetails &details = {});
 

@@ -1,7 +1,7 @@
 // archive_tree FOLDER FILE  scans FOLDER and writes the tree to FILE as a scan file
 //
-// What cannot be done is told in one line on standard error, with exit status 1; FILE is then as it
-// was before.
+// On failure it says why in one line on standard error and exits with status 1; FILE is then
+// unchanged.
 
 #include "cli/ScannedFolder.hpp"
 #include "engine/archive/AtomicFile.hpp"

@@ -3,7 +3,7 @@
 //                              "H", path, total and key as JSON strings, the date in seconds since
 //                              2001-01-01; "-" for what a record lacks
 //
-// A file that cannot be read gives one line of reason on standard error and exit status 1.
+// When the file cannot be read, it says why in one line on standard error and exits with status 1.
 
 #include "cli/TreeDump.hpp"
 #include "engine/archive/ScanFileReader.hpp"

@@ -3,9 +3,9 @@
 //     scan_tree FOLDER          the folder's children by size, the largest first, and the total
 //     scan_tree --dump FOLDER   the whole tree, a line for each node
 //
-// A folder that cannot be listed is told on the error output, with exit status 1.
+// When the folder cannot be listed, it says why on standard error and exits with status 1.
 
-#include "bench/NodeCount.hpp"
+#include "cli/NodeCount.hpp"
 #include "cli/ScannedFolder.hpp"
 #include "cli/TreeDump.hpp"
 #include "engine/tree/PrintableText.hpp"

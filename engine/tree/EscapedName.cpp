@@ -48,8 +48,8 @@ Decoded decodeUtf8(std::string_view bytes) noexcept
         }
         codePoint = codePoint << 6U | (byteAt(i) & 0x3FU);
     }
-    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (codePoint < smallest[byteCount] || codePoint > 0x10FFFF || isSurrogate(codePoint)) {
+    constexpr char32_t minCodePoint[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (codePoint < minCodePoint[byteCount] || codePoint > 0x10FFFF || isSurrogate(codePoint)) {
         return invalid;
     }
     return {codePoint, byteCount};
@@ -129,6 +129,7 @@ std::string nameFromEscaped(std::u16string_view text)
 
 bool isAscii(std::string_view name) noexcept
 {
+    // Eight bytes at a time: every name of a scan file passes here.
     constexpr std::uint64_t topBits = 0x8080808080808080U;
     std::uint64_t seen = 0;
     const auto lookAt = [&](const char *bytes) {
@@ -140,7 +141,7 @@ bool isAscii(std::string_view name) noexcept
         for (std::size_t i = 0; i + sizeof seen < name.size(); i += sizeof seen) {
             lookAt(name.data() + i);
         }
-        lookAt(name.data() + name.size() - sizeof seen); // some of these for the second time
+        lookAt(name.data() + name.size() - sizeof seen); // may overlap the ones before
     } else {
         for (const char c : name) {
             seen |= static_cast<unsigned char>(c);

@@ -48,8 +48,8 @@ public:
     /// Walks the whole subtree. Wraps around at 2^64.
     [[nodiscard]] std::uint64_t valueOfSubitems() const;
 
-    /// The description of this folder ("ITEM name size:0, total: 1.50 KB") and of everything below
-    /// it, a line each, each but the first marked "subitem: ". Diagnostic.
+    /// Required interface: the description of this folder ("ITEM name size:0, total: 1.50 KB") and
+    /// of everything below it, a line each, all but the first marked "subitem: ".
     [[nodiscard]] std::string description() const;
 
 private:

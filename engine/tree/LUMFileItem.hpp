@@ -25,10 +25,10 @@ class LUMFileItem {
 public:
     static constexpr std::string_view defaultItemName = "Empty Item";
 
-    /// A node named "Empty Item" of size 0.
+    /// Required interface: a node named "Empty Item" of size 0.
     explicit LUMFileItem(NodeArena &arena);
     LUMFileItem(NodeArena &arena, std::string_view itemName, std::uint64_t itemSize);
-    /// A node whose name the arena, or another one of the tree, holds already; nullptr: no name.
+    /// A node whose name an arena of the tree already holds; nullptr for no name.
     LUMFileItem(NodeArena &arena, NodeArena::StoredName itemName, std::uint64_t itemSize) noexcept;
 
     ~LUMFileItem() = default;
@@ -37,8 +37,8 @@ public:
     LUMFileItem(LUMFileItem &&) = delete;
     LUMFileItem &operator=(LUMFileItem &&) = delete;
 
-    /// The name; empty when there is none. It stays valid until setItemName() and after it, for as
-    /// long as the arena lives.
+    /// The name; empty when there is none. The bytes stay valid for as long as the arena exists,
+    /// also after setItemName().
     [[nodiscard]] std::string_view itemName() const noexcept
     {
         return NodeArena::nameBytes(m_itemName);
@@ -59,7 +59,7 @@ public:
     /// A size text ("1.50 KB"); "--" for a number that reads as -1.
     [[nodiscard]] static std::string buildString(SizeNumber byteCount);
 
-    /// "ITEM name size:1.50 KB". Diagnostic; on a folder it is LUMFileContainer::description().
+    /// Required interface: "ITEM name size:1.50 KB"; on a folder LUMFileContainer::description().
     [[nodiscard]] std::string description() const;
 
 protected:

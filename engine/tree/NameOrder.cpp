@@ -9,13 +9,13 @@ namespace tessaly::tree {
 
 namespace {
 
-/// A byte that is never the first of a character's several.
+/// Whether a byte is the second or a later one of a character in UTF-8.
 bool isContinuation(char byte) noexcept
 {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-bool isPlain(char byte) noexcept
+bool isAsciiByte(char byte) noexcept
 {
     return static_cast<unsigned char>(byte) < 0x80U;
 }
@@ -28,13 +28,14 @@ std::strong_ordering compareByCodeUnits(std::string_view a, std::string_view b)
     const auto place = static_cast<std::size_t>(differing.first - a.begin());
     const bool aEnds = place == a.size();
     const bool bEnds = place == b.size();
-    if ((aEnds || isPlain(a[place])) && (bEnds || isPlain(b[place]))) {
+    if ((aEnds || isAsciiByte(a[place])) && (bEnds || isAsciiByte(b[place]))) {
         if (aEnds || bEnds) {
             return a.size() <=> b.size();
         }
         return a[place] <=> b[place];
     }
-    // The characters that differ may have begun earlier. They end within three bytes from here.
+    // The bytes that differ may belong to characters that began earlier. Only these characters are
+    // converted, and not whole names: a sort compares each name many times.
     constexpr std::size_t maxCharacterBytes = 4;
     std::size_t start = place;
     const auto continues = [start](std::string_view name) {

@@ -6,8 +6,8 @@
 namespace tessaly::tree {
 
 /// The order of two names by the UTF-16 code units of their archived texts (see escapedName()):
-/// upper case before lower case, and what lies beyond U+FFFF before U+E000–U+FFFF. Neither language
-/// nor country has a say in it. Makes no texts where the names differ in plain characters.
+/// upper case before lower case, and U+10000 onwards before U+E000–U+FFFF. Independent of the
+/// locale. Converts nothing when the names differ in ASCII characters.
 [[nodiscard]] std::strong_ordering compareByCodeUnits(std::string_view a, std::string_view b);
 
 } // namespace tessaly::tree

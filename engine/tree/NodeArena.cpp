@@ -22,8 +22,8 @@ std::uint64_t loadEight(const char *bytes) noexcept
     return eight;
 }
 
-/// A hash of a name's ends alone: that is quick, and names that are told apart only in the middle
-/// merely take each other's place.
+/// A hash of a name's first and last eight bytes: quick, and names that differ only in the middle
+/// merely evict each other.
 std::uint64_t quickHash(std::string_view name) noexcept
 {
     constexpr std::uint64_t oddA = 0x9E3779B97F4A7C15U;
@@ -44,6 +44,7 @@ std::uint64_t quickHash(std::string_view name) noexcept
 
 } // namespace
 
+// Nodes are trivially destructible (see make()), so the chunks free everything.
 NodeArena::~NodeArena() = default;
 
 NodeArena::StoredName NodeArena::storeName(std::string_view name)
@@ -51,6 +52,7 @@ NodeArena::StoredName NodeArena::storeName(std::string_view name)
     if (m_recentNames.empty()) {
         m_recentNames.resize(std::size_t{1} << recentNameBits);
     }
+    // No chains: each place holds one name, and a collision costs a second copy and no time.
     const std::uint64_t hash = quickHash(name);
     RecentName &recent = m_recentNames[hash >> (64U - recentNameBits)];
     if (recent.hash != hash || recent.name == nullptr || nameBytes(recent.name) != name) {
@@ -100,15 +102,17 @@ void NodeArena::Chunks::addChunk(std::size_t atLeast)
     const std::size_t byteCount =
         (std::max(doubled, atLeast) + minChunkBytes - 1) / minChunkBytes * minChunkBytes;
     const bool isLarge = m_byteCount >= maxChunkBytes * 2 - minChunkBytes;
-    m_chunks.reserve(m_chunks.size() + 1); // so that nothing fails once the memory is there
+    m_chunks.reserve(m_chunks.size() + 1); // so that push_back() cannot throw and leak the memory
+    // From the system and not from the heap: freed chunks go back at once, and pages that are never
+    // touched take no memory.
     void *memory = mmap(nullptr, byteCount, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED) {
         throw std::bad_alloc();
     }
     if (isLarge) {
-        // Large pages are quicker to fill, to walk and to give back. The last one stays half empty
-        // on average, which is little beside what is there already. No matter if refused.
+        // Huge pages are quicker to fault in, to walk and to unmap. The last one is half empty on
+        // average, which is little compared with the rest. It is only a hint: errors do not matter.
         madvise(memory, byteCount, MADV_HUGEPAGE);
     }
     m_next = static_cast<std::byte *>(memory);

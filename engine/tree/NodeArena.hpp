@@ -10,16 +10,15 @@
 
 namespace tessaly::tree {
 
-/// Memory for the nodes and names of a scan tree, handed out in order and given back all at once.
+/// Memory for the nodes and names of a scan tree, allocated in order and freed all at once.
 ///
-/// Nodes and names lie in chunks of their own: totalling a tree then touches no name, and names
-/// need no alignment. Nothing is ever given back singly, so freeing a tree of a million nodes is a
-/// handful of munmap calls.
+/// Nodes and names lie in separate chunks: so totalling a tree touches no name, and names need no
+/// alignment. Nothing is freed singly, so freeing a tree of a million nodes is a handful of
+/// munmap() calls.
 ///
-/// A stored name is one to five bytes of length (seven bits each, low bits first, the top bit set
-/// on all but the last) and the name's bytes. Names met again shortly after one another
-/// ("Makefile", "index.html") are stored once: on a system folder this saves a quarter of the
-/// memory of names.
+/// A stored name is its length in one to five bytes (seven bits each, low bits first, the top bit
+/// set in all but the last) and its bytes. A name that repeats shortly after ("Makefile",
+/// "index.html") is stored once: on a system folder this saves a quarter of the memory for names.
 ///
 /// Threads: one thread at a time. A tree holds one arena for each thread that builds it.
 /// Errors:  std::bad_alloc when the system gives no memory; std::length_error for a name of 2^32
@@ -46,7 +45,7 @@ public:
         return *new (m_nodes.take(sizeof(Node))) Node(*this, std::forward<Arguments>(arguments)...);
     }
 
-    /// Copies a name into the arena, or finds the copy made a short while ago.
+    /// Copies a name into the arena, or returns a recent copy.
     StoredName storeName(std::string_view name);
 
     /// The bytes of a stored name; empty for nullptr.
@@ -62,8 +61,8 @@ public:
         return {reinterpret_cast<const char *>(name), length};
     }
 
-    /// Lets go of what storeName() uses to find recent names again (32 KiB). A later name makes it
-    /// anew.
+    /// Frees the table in which storeName() finds recent names (32 KiB). The next name allocates it
+    /// again.
     void forgetRecentNames() noexcept;
 
 private:

@@ -5,9 +5,9 @@
 
 namespace tessaly::tree {
 
-/// A name or path as valid UTF-8 for one line of a message or a terminal: what would break the
-/// line, drive a terminal or turn the direction of the text, and what is no text at all, becomes
-/// "?". Not a name any more: no file is found by it.
+/// A name or path as valid UTF-8 for one line of a message or a terminal. Line breaks, control
+/// characters, characters that change the direction of the text and bytes that are no text become
+/// "?". The result is for display only: it may not be the name of the file any more.
 [[nodiscard]] std::string printableText(std::string_view name);
 
 } // namespace tessaly::tree

@@ -27,7 +27,7 @@ void ScanTree::returnArena(NodeArena *arena) noexcept
     const std::lock_guard lock(m_mutex);
     m_free.push_back(arena);
     if (m_free.size() == m_arenas.size()) {
-        // Nobody is building any more. Until then the next thread may have use for them.
+        // No thread is building any more. Until then the next one profits from recent names.
         for (NodeArena &idle : m_arenas) {
             idle.forgetRecentNames();
         }

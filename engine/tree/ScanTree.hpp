@@ -18,12 +18,12 @@ namespace tessaly::tree {
 ///            writer a node, any number of readers once the tree is finished).
 class ScanTree {
 public:
-    /// Gives an arena back to its tree when it goes, for the next thread to go on with.
+    /// Returns an arena to its tree, for the next thread to use.
     struct ReturnArena {
         ScanTree *tree;
         void operator()(NodeArena *arena) const noexcept { tree->returnArena(arena); }
     };
-    /// The right to make nodes in one arena of a tree. It must go before the tree does.
+    /// The exclusive use of one arena of a tree. Must be destroyed before the tree.
     using ArenaLease = std::unique_ptr<NodeArena, ReturnArena>;
 
     /// A tree of one folder named "Empty Item".
@@ -37,15 +37,15 @@ public:
     [[nodiscard]] LUMFileContainer &root() noexcept { return *m_root; }
     [[nodiscard]] const LUMFileContainer &root() const noexcept { return *m_root; }
 
-    /// An arena that no other lease holds: one that came back, or a new one.
+    /// An arena that no other lease holds: a returned one, or a new one.
     [[nodiscard]] ArenaLease leaseArena();
 
 private:
     void returnArena(NodeArena *arena) noexcept;
 
-    std::mutex m_mutex; ///< guards the two lists
-    std::deque<NodeArena> m_arenas;
-    std::vector<NodeArena *> m_free; ///< holds room for every arena, so giving back never fails
+    std::mutex m_mutex;
+    std::deque<NodeArena> m_arenas;  ///< guarded by m_mutex; their content belongs to the leases
+    std::vector<NodeArena *> m_free; ///< guarded by m_mutex; has room for all, for returnArena()
     LUMFileContainer *m_root;
 };
 

@@ -5,13 +5,13 @@
 
 namespace tessaly::tree {
 
-/// A number of bytes as the size texts take it: an integer of any width, or a real number.
+/// A number of bytes for the size texts: an integer of any width, or a real number.
 ///
-/// A few values stand for something else than a size. They are told by the number's reading as a
-/// signed 32-bit integer, so other numbers with the same reading stand for it too:
-///   integers  read as their low 32 bits: 4,294,967,295 reads as -1;
-///   reals     are cut towards zero and held within the range: -1.9 reads as -1, 4,294,967,295.0
-///             and 1e300 as 2,147,483,647. What is not a number reads as 0.
+/// A few values stand for something else than a size. They are recognised by the number's value as
+/// a signed 32-bit integer, which other numbers share:
+///   integers  have the value of their low 32 bits: 4,294,967,295 has -1; reals     are truncated
+///   towards zero and clamped to the range: -1.9 has -1, 4,294,967,295.0 and
+///             1e300 have 2,147,483,647. NaN has 0.
 class SizeNumber {
 public:
     template <std::integral Integer>

@@ -9,8 +9,7 @@ namespace tessaly::tree {
 /// happens after the unit is chosen, so 999,999 bytes are "1000.00 KB". The decimal sign is a point
 /// in every locale. A value that is not a number reads as terabytes ("nan TB").
 ///
-/// This is the formatting alone: which numbers read as a placeholder (see SizeNumber) is for each
-/// caller to say.
+/// Which numbers are shown as a placeholder (see SizeNumber) is up to the caller.
 [[nodiscard]] std::string sizeText(double byteCount);
 
 } // namespace tessaly::tree

@@ -6,8 +6,8 @@
 
 namespace tessaly::tree {
 
-/// Walks a tree depth first, children in order, without recursion, and tells the visitor of each
-/// node once:
+/// Walks a tree depth first, children in order, without recursion, and calls the visitor once for
+/// each node:
 ///
 ///     visitor.file(const LUMFileItem &)
 ///     visitor.enter(const LUMFileContainer &)   before the folder's children
