@@ -258,9 +258,9 @@ TEST(LUMThreadedScannerLimits, leaveFoldersEmptyWhenThereIsNeverADescriptor)
     };
 
     // Nobody will ever close one, so there is nothing to wait for.
-    constexpr DescriptorBudget::Timing noTime{std::chrono::milliseconds(0),
-                                              std::chrono::milliseconds(0)};
-    LUMThreadedScanner scanner({.startThread = hoardForGood, .descriptorTiming = noTime});
+    constexpr DescriptorBudget::Timing withoutWaiting{std::chrono::milliseconds(0),
+                                                      std::chrono::milliseconds(0)};
+    LUMThreadedScanner scanner({.startThread = hoardForGood, .descriptorTiming = withoutWaiting});
     scanner.scanRootFolder(folder.path());
     scanner.waitUntilFinished();
 
