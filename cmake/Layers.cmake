@@ -51,12 +51,12 @@ set(TESSALY_MAY_USE_preview_decoder   scan preview_protocol)
 set(TESSALY_MAY_USE_preview
     tree scan archive theme text frame platform preview_protocol)
 set(TESSALY_MAY_USE_results
-    tree archive theme text platform resources delegate controls)
+    tree archive theme text platform resources delegate controls screen)
 set(TESSALY_MAY_USE_records           tree scan archive platform delegate)
 set(TESSALY_MAY_USE_history
     theme text platform resources delegate controls screen records)
 set(TESSALY_MAY_USE_screens
-    tree scan archive theme text platform resources delegate controls results records)
+    tree scan archive theme text platform resources delegate controls screen results records)
 set(TESSALY_MAY_USE_drives
     tree theme text platform resources delegate controls screen)
 set(TESSALY_MAY_USE_window

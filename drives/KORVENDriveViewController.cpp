@@ -90,6 +90,7 @@ KORVENDriveViewController::~KORVENDriveViewController()
 
 void KORVENDriveViewController::setUp()
 {
+    TableScreen::setUp();
     m_sortBySizeFlag = true;
     m_sortButton.setTitle(tr("Sort by name"));
     fitRowHeight();

@@ -90,6 +90,7 @@ void KORVENHistoryViewController::makeShortcuts()
 
 void KORVENHistoryViewController::setUp()
 {
+    TableScreen::setUp();
     setSortByDate(true);
     loadHistory();
 }

@@ -1,7 +1,6 @@
 #include "screens/KORVENHomeViewController.hpp"
 
 #include "app/controls/alerts/MessageAlert.hpp"
-#include "app/controls/interface/InterfaceFile.hpp"
 #include "app/controls/tables/IconView.hpp"
 #include "app/controls/text/NameText.hpp"
 #include "app/controls/theme/Theme.hpp"
@@ -73,20 +72,14 @@ void keepBookmark(const std::string &url)
 } // namespace
 
 KORVENHomeViewController::KORVENHomeViewController(const QString &nibName)
-    : ResultViewController({nibName,
-                            u"KORVENFolderCell"_s,
-                            {&homePathBelow, &tree::parentPath},
-                            &homeTrashImage}),
-      m_tabView(&outlet<QStackedWidget>(*view(), "tabView"))
+    : ResultViewController(
+          {nibName, u"KORVENFolderCell"_s, {&homePathBelow, &tree::parentPath}, &homeTrashImage}),
+      m_tabView(find<QStackedWidget>("tabView"))
 {
     const QString homeImage = u"home_large.png"_s;
-    outlet<IconView>(*view(), "setupIcon").setImage(artworkIcon(homeImage), homeImage);
-    makeTitle(outlet<QLabel>(*view(), "setupTitle"));
-    const QStringList missing =
-        wireActions(*view(), *this, {{"continueButton", [this] { continueClicked(); }}});
-    if (!missing.isEmpty()) {
-        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
-    }
+    find<IconView>("setupIcon").setImage(artworkIcon(homeImage), homeImage);
+    makeTitle(find<QLabel>("setupTitle"));
+    wire({{"continueButton", [this] { continueClicked(); }}});
 }
 
 KORVENHomeViewController::~KORVENHomeViewController()
@@ -100,7 +93,7 @@ void KORVENHomeViewController::showStart()
     if (m_wasSetUpAtStart) {
         showResultsPage();
     } else {
-        m_tabView->setCurrentIndex(setupPage);
+        m_tabView.setCurrentIndex(setupPage);
     }
 }
 
@@ -130,7 +123,7 @@ void KORVENHomeViewController::showResultsPage()
     showTotal({});
     showEmptyState(tr("Home folder not scanned yet"),
                    tr("Scan it to see what takes up its space."));
-    m_tabView->setCurrentIndex(resultsPage);
+    m_tabView.setCurrentIndex(resultsPage);
 }
 
 void KORVENHomeViewController::continueClicked()

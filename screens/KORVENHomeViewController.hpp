@@ -24,10 +24,7 @@ public:
     explicit KORVENHomeViewController(
         const QString &nibName = QStringLiteral("KORVENHomeViewController"));
     ~KORVENHomeViewController() override;
-    KORVENHomeViewController(const KORVENHomeViewController &) = delete;
-    KORVENHomeViewController &operator=(const KORVENHomeViewController &) = delete;
-    KORVENHomeViewController(KORVENHomeViewController &&) = delete;
-    KORVENHomeViewController &operator=(KORVENHomeViewController &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENHomeViewController)
 
     /// Does nothing when the home folder had yet to be chosen as the screen was set up.
     void startLoading() override;
@@ -57,7 +54,7 @@ public:
         return m_homeFolder;
     }
     /// The page that is shown.
-    [[nodiscard]] QStackedWidget &tabView() const noexcept { return *m_tabView; }
+    [[nodiscard]] QStackedWidget &tabView() const noexcept { return m_tabView; }
 
     /// The file with the last completed scan.
     [[nodiscard]] static std::string itemArchivePath();
@@ -73,7 +70,7 @@ private:
     void showResultsPage();
     [[nodiscard]] std::string homePath() const;
 
-    QStackedWidget *m_tabView; ///< the view owns it
+    QStackedWidget &m_tabView; ///< the view owns it
     std::optional<std::string> m_homeFolder;
     bool m_wasSetUpAtStart = false;
 };

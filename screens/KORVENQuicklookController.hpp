@@ -4,6 +4,8 @@
 #include "platform/Services.hpp"
 #include "screens/PreviewFolder.hpp"
 
+#include <QtGlobal>
+
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -36,10 +38,7 @@ public:
     /// Raises the NamedException "Singleton".
     [[noreturn]] KORVENQuicklookController();
     ~KORVENQuicklookController() override;
-    KORVENQuicklookController(const KORVENQuicklookController &) = delete;
-    KORVENQuicklookController &operator=(const KORVENQuicklookController &) = delete;
-    KORVENQuicklookController(KORVENQuicklookController &&) = delete;
-    KORVENQuicklookController &operator=(KORVENQuicklookController &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENQuicklookController)
 
     /// Previews a file of a folder that was scanned by way of the bookmark that the settings keep
     /// under the scan's key. Nothing is shown when there is none, or it does not resolve.

@@ -20,10 +20,7 @@ public:
     explicit KORVENScanViewController(
         const QString &nibName = QStringLiteral("KORVENScanViewController"));
     ~KORVENScanViewController() override;
-    KORVENScanViewController(const KORVENScanViewController &) = delete;
-    KORVENScanViewController &operator=(const KORVENScanViewController &) = delete;
-    KORVENScanViewController(KORVENScanViewController &&) = delete;
-    KORVENScanViewController &operator=(KORVENScanViewController &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENScanViewController)
 
     /// Asks for a folder and scans it. Requires: no scan is running.
     void scanButtonPressed() override;

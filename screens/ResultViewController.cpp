@@ -1,16 +1,15 @@
 #include "screens/ResultViewController.hpp"
 
 #include "app/controls/buttons/KORVENButton.hpp"
-#include "app/controls/interface/InterfaceFile.hpp"
 #include "app/controls/tables/CellTableView.hpp"
 #include "app/controls/text/NameText.hpp"
 #include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "engine/tree/LUMFileContainer.hpp"
 
 #include <QLabel>
 #include <QProgressBar>
 #include <QShortcut>
-#include <QStackedWidget>
 
 #include <algorithm>
 #include <utility>
@@ -29,21 +28,22 @@ bool holdsKeyboard(const QWidget &widget)
 } // namespace
 
 ResultViewController::ResultViewController(Setup setup)
-    : m_model(std::move(setup.paths), &KORVENViewController::rowThresholds),
-      m_workers(*this, *this, services().bookmarks)
+    : InterfaceScreen(*this, setup.nibName),
+      m_model(std::move(setup.paths), &KORVENViewController::rowThresholds),
+      m_scanButton(find<KORVENButton>("scanButton")),
+      m_cancelButton(find<KORVENButton>("cancelButton")),
+      m_sortButton(find<KORVENButton>("sortButton")),
+      m_emptyButton(find<KORVENButton>("emptyButton")), m_noticeLabel(find<QLabel>("noticeLabel")),
+      m_scanProgress(find<QProgressBar>("scanProgress")), m_scanLabel(find<NameLabel>("scanLabel")),
+      m_header(*view()), m_workers(*this, *this, services().bookmarks)
 {
-    InterfaceFile::Loaded loaded = InterfaceFile::load(setup.nibName);
-    if (!loaded.root) {
-        qFatal("%s: %s", qUtf8Printable(setup.nibName), qUtf8Printable(loaded.error));
-    }
-    m_view = loaded.root.release();
-    findOutlets();
+    setFolderNameField(&find<NameLabel>("folderNameField"));
+    makeCaption(m_scanLabel);
     wireButtons();
     connect(&m_model, &ResultModel::levelChanged, this, &ResultViewController::showLevel);
     connect(&m_model, &ResultModel::orderChanged, this, &ResultViewController::showOrder);
-    m_rowsView =
-        std::make_unique<RowsView>(outlet<CellTableView>(*m_view, "tableView"), m_model, *this,
-                                   setup.cellIdentifier, std::move(setup.trashImage));
+    m_rowsView = std::make_unique<RowsView>(find<CellTableView>("tableView"), m_model, *this,
+                                            setup.cellIdentifier, std::move(setup.trashImage));
     connect(&m_model, &ResultModel::rowsChanged, this, &ResultViewController::showRowsOrEmptyPage);
 }
 
@@ -51,73 +51,40 @@ ResultViewController::~ResultViewController()
 {
     stopWorkers();
     m_rowsView.reset();
-    delete m_view;
-}
-
-void ResultViewController::findOutlets()
-{
-    QWidget &view = *m_view;
-    setFolderNameField(&outlet<NameLabel>(view, "folderNameField"));
-    m_scanButton = &outlet<KORVENButton>(view, "scanButton");
-    m_cancelButton = &outlet<KORVENButton>(view, "cancelButton");
-    m_sortButton = &outlet<KORVENButton>(view, "sortButton");
-    m_noticeLabel = &outlet<QLabel>(view, "noticeLabel");
-    m_scanProgress = &outlet<QProgressBar>(view, "scanProgress");
-    m_scanLabel = &outlet<NameLabel>(view, "scanLabel");
-    m_resultPages = &outlet<QStackedWidget>(view, "resultPages");
-    m_header = std::make_unique<ResultHeader>(view);
-    m_emptyPage = std::make_unique<EmptyPage>(view);
-    makeCaption(*m_scanLabel);
+    closeView(); // its labels have texts of the model's until then
 }
 
 void ResultViewController::wireButtons()
 {
-    for (KORVENButton *button : {m_scanButton, m_cancelButton, &m_emptyPage->button()}) {
-        m_pressGuard.watch(*button);
+    // Scan and Cancel take each other's place.
+    for (KORVENButton *button : {&m_scanButton, &m_cancelButton, &m_emptyButton}) {
+        pressGuard().watch(*button);
     }
-    const QStringList missing = wireActions(*m_view, *this,
-                                            {{"scanButton", [this] { scanButtonPressed(); }},
-                                             {"emptyButton", [this] { scanButtonPressed(); }},
-                                             {"cancelButton", [this] { cancelClicked(); }},
-                                             {"sortButton", [this] { sortClicked(); }},
-                                             {"backButton", [this] { drillUpOneLevel(); }}});
-    if (!missing.isEmpty()) {
-        qFatal("there are no buttons %s", qUtf8Printable(missing.join(u", ")));
-    }
+    wire({{"scanButton", [this] { scanButtonPressed(); }},
+          {"emptyButton", [this] { scanButtonPressed(); }},
+          {"cancelButton", [this] { cancelClicked(); }},
+          {"sortButton", [this] { sortClicked(); }},
+          {"backButton", [this] { drillUpOneLevel(); }}});
     for (const auto &key : {QKeySequence(Qt::ALT | Qt::Key_Left), QKeySequence(Qt::Key_Backspace),
                             QKeySequence(Qt::ALT | Qt::Key_Up)}) {
-        auto *shortcut = new QShortcut(key, m_view, nullptr, nullptr, Qt::WindowShortcut);
+        auto *shortcut = new QShortcut(key, view(), nullptr, nullptr, Qt::WindowShortcut);
         connect(shortcut, &QShortcut::activated, this, [this] {
-            if (m_header->backButton().isVisibleTo(m_view)) {
+            if (m_header.backButton().isVisibleTo(view())) {
                 drillUpOneLevel();
             }
         });
     }
 }
 
-void ResultViewController::awakeFromNib()
+void ResultViewController::setUp()
 {
-    if (!m_firstRunFlag) {
-        return;
-    }
-    m_firstRunFlag = false;
     showOrder();
-    m_header->showDate({});
-    m_header->showBackButton(false);
+    m_header.showDate({});
+    m_header.showBackButton(false);
     showTotal({});
-    m_scanProgress->hide();
-    m_scanLabel->hide();
+    m_scanProgress.hide();
+    m_scanLabel.hide();
     showStart();
-    if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-        for (auto *button : m_view->findChildren<KORVENButton *>()) {
-            button->set10p7Mode();
-        }
-    }
-}
-
-void ResultViewController::startLoading()
-{
-    m_workers.startLoading();
 }
 
 ScanWork::Step ResultViewController::loadResult()
@@ -140,18 +107,18 @@ void ResultViewController::startScan(const std::string &folder,
     ++m_loadGeneration;
     m_scanFolder = folder;
     const QString folderText = textOfName(folder);
-    m_cancelButton->setTitle(tr("Cancel"));
-    m_cancelButton->show();
-    m_cancelButton->setEnabled(true);
+    m_cancelButton.setTitle(tr("Cancel"));
+    m_cancelButton.show();
+    m_cancelButton.setEnabled(true);
     takeKeyboardForScan();
-    m_scanButton->hide();
-    m_sortButton->hide();
-    m_scanProgress->show();
-    m_scanLabel->setText(tr("Scanning %1").arg(folderText));
-    m_scanLabel->show();
-    m_emptyPage->button().hide();
+    m_scanButton.hide();
+    m_sortButton.hide();
+    m_scanProgress.show();
+    m_scanLabel.setText(tr("Scanning %1").arg(folderText));
+    m_scanLabel.show();
+    m_emptyButton.hide();
     if (m_model.rows().empty()) {
-        m_emptyPage->say(tr("Scanning…"), drawableText(folderText));
+        setEmptyTexts(tr("Scanning…"), drawableText(folderText));
     }
     showNotice({});
     m_isScanRunningNow = true;
@@ -182,7 +149,7 @@ ScanWork::Step ResultViewController::scanCompleted(const FinishedScan &scan)
 void ResultViewController::cancelClicked()
 {
     if (m_workers.cancelScan()) {
-        m_cancelButton->setTitle(tr("Stopping…"));
+        m_cancelButton.setTitle(tr("Stopping…"));
     }
 }
 
@@ -190,7 +157,7 @@ void ResultViewController::updateScanResults(ScanResult result)
 {
     ++m_loadGeneration;
     const bool isKeyboardForRows = scanFinishedOrCancelled();
-    m_header->showDate(result.dateText);
+    m_header.showDate(result.dateText);
     showNotice(result.notice);
     m_model.setResult(result.tree, std::move(result.rows));
     if (m_model.hasTree()) {
@@ -199,7 +166,7 @@ void ResultViewController::updateScanResults(ScanResult result)
         showTotal({});
     }
     if (!result.emptyTitle.isEmpty()) {
-        m_emptyPage->say(result.emptyTitle, result.emptyText);
+        setEmptyTexts(result.emptyTitle, result.emptyText);
     }
     if (isKeyboardForRows) {
         giveKeyboardToRows();
@@ -216,7 +183,7 @@ void ResultViewController::cancelledScanResults()
     m_model.clearRows();
     folderNameField()->setText(textOfName(m_scanFolder));
     showTotal({});
-    m_header->showDate({});
+    m_header.showDate({});
     showEmptyState(tr("The scan was canceled"), tr("Nothing of it was kept."));
     if (isKeyboardForRows) {
         giveKeyboardToRows();
@@ -227,25 +194,24 @@ void ResultViewController::cancelledScanResults()
 
 bool ResultViewController::scanFinishedOrCancelled()
 {
-    const bool isKeyboardForRows = holdsKeyboard(*m_cancelButton) ||
-                                   holdsKeyboard(m_emptyPage->button()) ||
-                                   holdsKeyboard(m_header->backButton());
-    m_scanButton->show();
-    m_sortButton->show();
+    const bool isKeyboardForRows = holdsKeyboard(m_cancelButton) || holdsKeyboard(m_emptyButton) ||
+                                   holdsKeyboard(m_header.backButton());
+    m_scanButton.show();
+    m_sortButton.show();
     if (isKeyboardForRows) {
-        m_scanButton->setFocus(); // where it is while the rows are out of sight
+        m_scanButton.setFocus(); // where it is while the rows are out of sight
     }
-    m_scanProgress->hide();
-    m_scanLabel->hide();
-    m_cancelButton->hide();
-    m_cancelButton->setEnabled(false);
-    m_header->showBackButton(false);
+    m_scanProgress.hide();
+    m_scanLabel.hide();
+    m_cancelButton.hide();
+    m_cancelButton.setEnabled(false);
+    m_header.showBackButton(false);
     return isKeyboardForRows;
 }
 
 void ResultViewController::giveKeyboardToRows()
 {
-    if (m_rowsView->widget().isVisibleTo(m_view)) {
+    if (m_rowsView->widget().isVisibleTo(view())) {
         m_rowsView->widget().setFocus();
     }
 }
@@ -255,19 +221,19 @@ void ResultViewController::giveKeyboardToRows()
 void ResultViewController::takeKeyboardForScan()
 {
     const bool isElsewhere =
-        m_view->isVisible() && !m_view->isAncestorOf(m_view->window()->focusWidget());
-    if (isElsewhere && m_rowsView->widget().isVisibleTo(m_view)) {
+        view()->isVisible() && !view()->isAncestorOf(view()->window()->focusWidget());
+    if (isElsewhere && m_rowsView->widget().isVisibleTo(view())) {
         m_rowsView->widget().setFocus();
-    } else if (isElsewhere || holdsKeyboard(*m_scanButton) || holdsKeyboard(*m_sortButton) ||
-               holdsKeyboard(m_emptyPage->button())) {
-        m_cancelButton->setFocus();
+    } else if (isElsewhere || holdsKeyboard(m_scanButton) || holdsKeyboard(m_sortButton) ||
+               holdsKeyboard(m_emptyButton)) {
+        m_cancelButton.setFocus();
     }
 }
 
 void ResultViewController::showNotice(const QString &notice)
 {
-    m_noticeLabel->setText(notice);
-    m_noticeLabel->setVisible(!notice.isEmpty());
+    m_noticeLabel.setText(notice);
+    m_noticeLabel.setVisible(!notice.isEmpty());
 }
 
 void ResultViewController::drillDownOneLevel(std::string_view name)
@@ -286,17 +252,17 @@ void ResultViewController::drillUpOneLevel()
 
 void ResultViewController::showLevel()
 {
-    m_header->showBackButton(m_model.isBelowTop());
+    m_header.showBackButton(m_model.isBelowTop());
     folderNameField()->setText(textOfName(m_model.path().value_or(std::string())));
     showTotal(buildString(m_model.total()));
     if (m_model.hasTree()) { // else the page goes on to say why there is none
-        m_emptyPage->sayWhyThereAreNoRows(m_model.folder());
+        sayWhyThereAreNoRows();
     }
 }
 
 void ResultViewController::showOrder()
 {
-    m_sortButton->setTitle(sortBySizeFlag() ? tr("Sort by name") : tr("Sort by size"));
+    m_sortButton.setTitle(sortBySizeFlag() ? tr("Sort by name") : tr("Sort by size"));
 }
 
 void ResultViewController::sortClicked()
@@ -307,22 +273,32 @@ void ResultViewController::sortClicked()
 void ResultViewController::showRowsOrEmptyPage()
 {
     if (m_model.rows().empty()) {
-        showEmptyPage();
+        showEmptyPageAndButton();
     } else {
-        m_resultPages->setCurrentWidget(&m_rowsView->widget());
+        showPage(m_rowsView->widget());
     }
 }
 
-void ResultViewController::showEmptyPage()
+void ResultViewController::sayWhyThereAreNoRows()
 {
-    m_emptyPage->button().setVisible(!m_isScanRunningNow || m_scanButton->isVisibleTo(m_view));
-    m_resultPages->setCurrentWidget(&m_emptyPage->widget());
+    if (m_model.folder() == nullptr || m_model.folder()->subitems().empty()) {
+        setEmptyTexts(tr("This folder is empty"), {});
+    } else {
+        setEmptyTexts(tr("Nothing to list here"),
+                      tr("All items of this folder are hidden by the preferences."));
+    }
+}
+
+void ResultViewController::showEmptyPageAndButton()
+{
+    m_emptyButton.setVisible(!m_isScanRunningNow || m_scanButton.isVisibleTo(view()));
+    showEmptyPage();
 }
 
 void ResultViewController::showEmptyState(const QString &title, const QString &text)
 {
-    m_emptyPage->say(title, text);
-    showEmptyPage();
+    setEmptyTexts(title, text);
+    showEmptyPageAndButton();
 }
 
 std::vector<std::string> ResultViewController::shownFileNames() const

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "app/controls/buttons/PressGuard.hpp"
-#include "app/controls/tables/RowActions.hpp"
-#include "screens/EmptyPage.hpp"
+#include "app/screen/InterfaceScreen.hpp"
 #include "screens/ScanWorkers.hpp"
 #include "screens/results/KORVENViewController.hpp"
 #include "screens/results/ResultCells.hpp"
@@ -12,7 +10,6 @@
 #include "screens/results/ScanResult.hpp"
 #include "screens/results/ScanWork.hpp"
 
-#include <QPointer>
 #include <QString>
 
 #include <memory>
@@ -22,7 +19,6 @@
 
 class QLabel;
 class QProgressBar;
-class QStackedWidget;
 
 namespace tessaly {
 
@@ -36,53 +32,36 @@ class KORVENButton;
 /// Threads: the main thread, but for what is said to run on a worker. Model, fields and buttons are
 ///          touched on the main thread alone: a worker hands over what it made. A derived class
 ///          calls stopWorkers() in its destructor: workers call its overrides.
-class ResultViewController : public KORVENViewController, public RowActions, private ScanWork {
+class ResultViewController : public KORVENViewController, public InterfaceScreen, private ScanWork {
     Q_OBJECT
 
 public:
     ~ResultViewController() override;
-    ResultViewController(const ResultViewController &) = delete;
-    ResultViewController &operator=(const ResultViewController &) = delete;
-    ResultViewController(ResultViewController &&) = delete;
-    ResultViewController &operator=(ResultViewController &&) = delete;
+    Q_DISABLE_COPY_MOVE(ResultViewController)
 
-    /// The screen's widget. A layout that shows it may own it; else the controller destroys it.
-    [[nodiscard]] QWidget *view() const noexcept { return m_view; }
     /// What the views of this screen show.
     [[nodiscard]] const ResultModel &model() const noexcept { return m_model; }
 
-    /// One-time set-up once the view is there. Does nothing when it is called again.
-    void awakeFromNib();
-    /// Starts to load the last result, on a worker. Once, after awakeFromNib(); best when the
-    /// window has been painted, which then has the machine to itself.
-    virtual void startLoading();
-
-    /// From the start of a scan until its result, or that it was cancelled, is shown; for good when
-    /// its result is one that keepsScanningLook.
-    [[nodiscard]] bool isScanRunningNow() const noexcept { return m_isScanRunningNow; }
-
-    /// Rebuilds the rows of the level, by the preferences as they are now.
-    void refreshTable() { m_model.refresh(); }
+    /// Starts to load the last result, on a worker.
+    void startLoading() override { m_workers.startLoading(); }
+    /// For good when the result is one that keepsScanningLook.
+    [[nodiscard]] bool isScanRunningNow() const noexcept override { return m_isScanRunningNow; }
+    void refreshTable() override { m_model.refresh(); }
+    [[nodiscard]] bool canGoBack() const noexcept override { return m_model.canDrillUp(); }
+    void goBack() override { drillUpOneLevel(); }
+    [[nodiscard]] RowActions *rowActions() noexcept override { return m_rowsView.get(); }
+    [[nodiscard]] CellTableView *rowsTable() const noexcept override { return m_rowsView->table(); }
 
     // What the buttons do.
     virtual void scanButtonPressed() = 0;
     void cancelClicked();
-    void sortClicked();
+    void sortClicked() override;
     /// Shows the level above from its start, with the folder that was left selected.
     void drillUpOneLevel();
-    /// Whether there is a level above that the user can go up to now.
-    [[nodiscard]] bool canDrillUp() const noexcept { return m_model.canDrillUp(); }
 
     void drillDownOneLevel(std::string_view name) override;
     /// Not on the rows that come back after a cancelled scan: they have no path.
     [[nodiscard]] bool canActOnRows() const override { return m_model.path().has_value(); }
-
-    // What the program's menu does.
-    [[nodiscard]] bool hasSelectedRow() const override { return m_rowsView->hasSelectedRow(); }
-    [[nodiscard]] bool canShowQuickLook() const override { return m_rowsView->canShowQuickLook(); }
-    void showQuickLook() override { m_rowsView->showQuickLook(); }
-    void showInFinder() override { m_rowsView->showInFinder(); }
-    void showInfo() override { m_rowsView->showInfo(); }
 
     // Required interface
     [[nodiscard]] int numberOfRowsInTableView() const
@@ -149,14 +128,14 @@ protected:
     /// Shows a result from its top level. The end of every load and completed scan.
     void updateScanResults(ScanResult result);
     void showEmptyState(const QString &title, const QString &text);
-    void showTotal(const QString &total) { m_header->showTotal(total); }
+    void showTotal(const QString &total) { m_header.showTotal(total); }
     /// The names of the rows that are files, in the order in which they are shown.
     [[nodiscard]] std::vector<std::string> shownFileNames() const;
-    [[nodiscard]] KORVENButton &scanButton() const noexcept { return *m_scanButton; }
-    [[nodiscard]] KORVENButton &cancelButton() const noexcept { return *m_cancelButton; }
+    [[nodiscard]] KORVENButton &scanButton() const noexcept { return m_scanButton; }
+    [[nodiscard]] KORVENButton &cancelButton() const noexcept { return m_cancelButton; }
 
 private:
-    void findOutlets();
+    void setUp() override;
     void wireButtons();
 
     [[nodiscard]] Step loadResult() override;
@@ -166,7 +145,8 @@ private:
     void showLevel();
     void showOrder();
     void showRowsOrEmptyPage();
-    void showEmptyPage();
+    void sayWhyThereAreNoRows();
+    void showEmptyPageAndButton();
     void showNotice(const QString &notice);
     void cancelledScanResults();
     /// Returns whether the keyboard was on a button that is hidden now. It is on the scan button
@@ -177,25 +157,21 @@ private:
     void takeKeyboardForScan();
 
     ResultModel m_model;
-    QPointer<QWidget> m_view;
     // Outlets: the view owns them.
-    KORVENButton *m_scanButton = nullptr;
-    KORVENButton *m_cancelButton = nullptr;
-    KORVENButton *m_sortButton = nullptr;
-    QLabel *m_noticeLabel = nullptr;
-    QProgressBar *m_scanProgress = nullptr;
-    NameLabel *m_scanLabel = nullptr;
-    QStackedWidget *m_resultPages = nullptr;
+    KORVENButton &m_scanButton;
+    KORVENButton &m_cancelButton;
+    KORVENButton &m_sortButton;
+    KORVENButton &m_emptyButton;
+    QLabel &m_noticeLabel;
+    QProgressBar &m_scanProgress;
+    NameLabel &m_scanLabel;
 
-    std::unique_ptr<ResultHeader> m_header;
-    std::unique_ptr<EmptyPage> m_emptyPage;
+    ResultHeader m_header;
     std::unique_ptr<RowsView> m_rowsView;
     std::string m_scanFolder;
-    bool m_firstRunFlag = true;
     bool m_isScanRunningNow = false;
     unsigned m_loadGeneration = 0; ///< counts what makes a load that is under way out of date
 
-    PressGuard m_pressGuard{this}; ///< over Scan and Cancel, which take each other's place
     ScanWorkers m_workers;
 };
 

@@ -2,6 +2,8 @@
 
 #include "screens/results/ScanWork.hpp"
 
+#include <QtGlobal>
+
 #include <atomic>
 #include <memory>
 #include <mutex>
@@ -30,10 +32,7 @@ public:
     ScanWorkers(ScanWork &work, QObject &screen, FolderBookmarks &bookmarks);
     /// Stops.
     ~ScanWorkers();
-    ScanWorkers(const ScanWorkers &) = delete;
-    ScanWorkers &operator=(const ScanWorkers &) = delete;
-    ScanWorkers(ScanWorkers &&) = delete;
-    ScanWorkers &operator=(ScanWorkers &&) = delete;
+    Q_DISABLE_COPY_MOVE(ScanWorkers)
 
     /// Starts to load the last result. Does nothing when it is called again.
     void startLoading();

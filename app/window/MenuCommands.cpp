@@ -114,7 +114,7 @@ ApplicationMenu::State MenuCommands::state() const
     return {.isBlocked = WindowSheet::openOn(m_controller.mainWindow()) != nullptr,
             .isFolderScanRunning = m_controller.avc().isScanRunningNow(),
             .isHomeScanRunning = m_controller.hvc().isScanRunningNow(),
-            .canGoBack = results != nullptr && results->canDrillUp(),
+            .canGoBack = results != nullptr && results->canGoBack(),
             .canSort = results == nullptr || !results->isScanRunningNow(),
             .hasSelectedRow = rows != nullptr && rows->hasSelectedRow(),
             .canQuickLook = rows != nullptr && rows->canShowQuickLook()};
@@ -134,6 +134,9 @@ ResultViewController *MenuCommands::shownResults() const
 
 RowActions *MenuCommands::shownRows() const
 {
+    if (ResultViewController *results = shownResults()) {
+        return results->rowActions();
+    }
     const std::array<QObject *, Controller::pageCount> screens{
         &m_controller.dvc(), &m_controller.hvc(), &m_controller.avc(), &m_controller.lvc()};
     return dynamic_cast<RowActions *>(

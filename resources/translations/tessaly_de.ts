@@ -9,21 +9,6 @@
     </message>
 </context>
 <context>
-    <name>EmptyPage</name>
-    <message>
-        <source>This folder is empty</source>
-        <translation>Dieser Ordner ist leer</translation>
-    </message>
-    <message>
-        <source>Nothing to list here</source>
-        <translation>Hier ist nichts aufzulisten</translation>
-    </message>
-    <message>
-        <source>All items of this folder are hidden by the preferences.</source>
-        <translation>Alle Objekte dieses Ordners sind durch die Einstellungen ausgeblendet.</translation>
-    </message>
-</context>
-<context>
     <name>FilePreview</name>
     <message>
         <source>This file is no longer there.</source>
@@ -1380,6 +1365,18 @@ Lizenziert unter der Apache License 2.0.</translation>
     <message>
         <source>Stopping…</source>
         <translation>Wird angehalten …</translation>
+    </message>
+    <message>
+        <source>This folder is empty</source>
+        <translation>Dieser Ordner ist leer</translation>
+    </message>
+    <message>
+        <source>Nothing to list here</source>
+        <translation>Hier ist nichts aufzulisten</translation>
+    </message>
+    <message>
+        <source>All items of this folder are hidden by the preferences.</source>
+        <translation>Alle Objekte dieses Ordners sind durch die Einstellungen ausgeblendet.</translation>
     </message>
 </context>
 <context>

@@ -9,21 +9,6 @@
     </message>
 </context>
 <context>
-    <name>EmptyPage</name>
-    <message>
-        <source>This folder is empty</source>
-        <translation>Ce dossier est vide</translation>
-    </message>
-    <message>
-        <source>Nothing to list here</source>
-        <translation>Rien à lister ici</translation>
-    </message>
-    <message>
-        <source>All items of this folder are hidden by the preferences.</source>
-        <translation>Tous les éléments de ce dossier sont masqués par les préférences.</translation>
-    </message>
-</context>
-<context>
     <name>FilePreview</name>
     <message>
         <source>This file is no longer there.</source>
@@ -1380,6 +1365,18 @@ Sous licence Apache License 2.0.</translation>
     <message>
         <source>Stopping…</source>
         <translation>Arrêt…</translation>
+    </message>
+    <message>
+        <source>This folder is empty</source>
+        <translation>Ce dossier est vide</translation>
+    </message>
+    <message>
+        <source>Nothing to list here</source>
+        <translation>Rien à lister ici</translation>
+    </message>
+    <message>
+        <source>All items of this folder are hidden by the preferences.</source>
+        <translation>Tous les éléments de ce dossier sont masqués par les préférences.</translation>
     </message>
 </context>
 <context>

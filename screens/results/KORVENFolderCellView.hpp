@@ -31,10 +31,7 @@ public:
     /// A cell without anything in it.
     explicit KORVENFolderCellView(QWidget *parent = nullptr);
     ~KORVENFolderCellView() override;
-    KORVENFolderCellView(const KORVENFolderCellView &) = delete;
-    KORVENFolderCellView &operator=(const KORVENFolderCellView &) = delete;
-    KORVENFolderCellView(KORVENFolderCellView &&) = delete;
-    KORVENFolderCellView &operator=(KORVENFolderCellView &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENFolderCellView)
 
     /// The cell out of an interface file; nullptr when there is no such file, or no such cell in
     /// it.

@@ -30,10 +30,7 @@ class KORVENViewController : public QObject {
 public:
     explicit KORVENViewController(QObject *parent = nullptr);
     ~KORVENViewController() override;
-    KORVENViewController(const KORVENViewController &) = delete;
-    KORVENViewController &operator=(const KORVENViewController &) = delete;
-    KORVENViewController(KORVENViewController &&) = delete;
-    KORVENViewController &operator=(KORVENViewController &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENViewController)
 
     /// Shows what the folder with this name holds. Nothing here; screens override it.
     virtual void drillDownOneLevel(std::string_view name);

@@ -3,7 +3,6 @@
 #include "app/controls/bars/KORVENProgressBar.hpp"
 #include "app/controls/bars/WarningColors.hpp"
 #include "app/controls/interface/InterfaceFile.hpp"
-#include "app/controls/tables/CellTableView.hpp"
 #include "app/controls/tables/CellTexts.hpp"
 #include "app/controls/tables/IconView.hpp"
 #include "app/controls/text/NameLabel.hpp"
@@ -17,7 +16,6 @@
 
 #include <QLabel>
 
-#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -36,42 +34,19 @@ float shareOf(const KORVENFolderObject &row, float total)
 
 } // namespace
 
-ResultCells::ResultCells(CellTableView &table, KORVENViewController &screen, QString identifier,
-                         TrashImage trashImage)
-    : m_table(table), m_screen(screen), m_identifier(std::move(identifier)),
+ResultCells::ResultCells(CellTableView &table, KORVENViewController &screen,
+                         const QString &identifier, TrashImage trashImage)
+    : m_table(table), m_screen(screen),
+      m_kind(cellsOf<KORVENFolderCellView>(identifier, cellFile, &screen)),
       m_trashImage(std::move(trashImage))
 {
     InterfaceFile::registerWidget<KORVENFolderCellView>("KORVENFolderCellView");
-}
-
-void ResultCells::registerCells()
-{
-    if (!KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-        m_table.registerCells(m_identifier, [screen = &m_screen] {
-            return KORVENFolderCellView::tableCellViewWithNibNamed(cellFile, screen);
-        });
-    }
-}
-
-KORVENFolderCellView &ResultCells::makeCell()
-{
-    QWidget *cell = m_table.makeView(m_identifier);
-    if (cell == nullptr) {
-        std::unique_ptr<KORVENFolderCellView> made;
-        if (KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
-            made = KORVENFolderCellView::tableCellViewWithNibNamed(cellFile, &m_screen);
-        }
-        if (!made) {
-            made = std::make_unique<KORVENFolderCellView>();
-        }
-        cell = m_table.adoptView(std::move(made), m_identifier);
-    }
-    return static_cast<KORVENFolderCellView &>(*cell);
+    m_kind.registerIn(table);
 }
 
 QWidget *ResultCells::cellFor(const KORVENFolderObject &row, float total)
 {
-    KORVENFolderCellView &cell = makeCell();
+    auto &cell = static_cast<KORVENFolderCellView &>(m_kind.nextOf(m_table));
     cell.setAllowsClickDrill(row.folderIsDirectory());
     cell.setMyViewController(&m_screen);
     if (cell.folderName() == nullptr) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/screen/CellKind.hpp"
+
 #include <QString>
 
 #include <functional>
@@ -24,13 +26,9 @@ public:
     using TrashImage = std::function<QString(const KORVENFolderObject &row)>;
 
     /// Cells of this table that call on this screen; both must outlive this. The table keeps them
-    /// under the identifier, to be used again.
-    ResultCells(CellTableView &table, KORVENViewController &screen, QString identifier,
+    /// under the identifier, for reuse.
+    ResultCells(CellTableView &table, KORVENViewController &screen, const QString &identifier,
                 TrashImage trashImage);
-
-    /// Tells the table how to make cells. Not in the delegate's run10p7Mode, in which cellFor()
-    /// makes them one by one.
-    void registerCells();
 
     /// A cell of the table, filled with a row out of a level with this total.
     [[nodiscard]] QWidget *cellFor(const KORVENFolderObject &row, float total);
@@ -39,13 +37,12 @@ public:
     [[nodiscard]] static QString accessibleText(const KORVENFolderObject &row, float total);
 
 private:
-    [[nodiscard]] KORVENFolderCellView &makeCell();
     static void showShare(KORVENProgressBar &bar, float share);
     [[nodiscard]] QString imageName(const KORVENFolderObject &row) const;
 
     CellTableView &m_table;
     KORVENViewController &m_screen;
-    const QString m_identifier;
+    const CellKind m_kind;
     const TrashImage m_trashImage;
 };
 

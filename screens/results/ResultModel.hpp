@@ -52,10 +52,7 @@ public:
 
     ResultModel(PathRules paths, Thresholds thresholds);
     ~ResultModel() override;
-    ResultModel(const ResultModel &) = delete;
-    ResultModel &operator=(const ResultModel &) = delete;
-    ResultModel(ResultModel &&) = delete;
-    ResultModel &operator=(ResultModel &&) = delete;
+    Q_DISABLE_COPY_MOVE(ResultModel)
 
     [[nodiscard]] bool hasTree() const noexcept { return m_tree != nullptr; }
     /// The folder of the level. Valid until the tree is replaced.

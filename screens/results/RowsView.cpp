@@ -18,7 +18,6 @@ RowsView::RowsView(CellTableView &table, ResultModel &model, KORVENViewControlle
     : m_table(&table), m_model(model), m_screen(screen),
       m_cells(table, screen, cellIdentifier, std::move(trashImage))
 {
-    m_cells.registerCells();
     table.setDataSource(this);
     connect(&model, &ResultModel::rowsChanged, this, &RowsView::showRows);
     connect(&model, &ResultModel::selectionChanged, this, &RowsView::showSelection);

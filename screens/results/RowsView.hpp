@@ -9,6 +9,7 @@
 
 namespace tessaly {
 
+class CellTableView;
 class KORVENFolderCellView;
 class ResultModel;
 
@@ -24,12 +25,11 @@ public:
     RowsView(CellTableView &table, ResultModel &model, KORVENViewController &screen,
              const QString &cellIdentifier, ResultCells::TrashImage trashImage);
     ~RowsView() override;
-    RowsView(const RowsView &) = delete;
-    RowsView &operator=(const RowsView &) = delete;
-    RowsView(RowsView &&) = delete;
-    RowsView &operator=(RowsView &&) = delete;
+    Q_DISABLE_COPY_MOVE(RowsView)
 
     [[nodiscard]] QWidget &widget() const override;
+    /// nullptr when it was destroyed.
+    [[nodiscard]] CellTableView *table() const noexcept { return m_table; }
     void speak() override;
 
     [[nodiscard]] bool hasSelectedRow() const override;

@@ -2,6 +2,8 @@
 
 #include "engine/tree/ScanTree.hpp"
 
+#include <QtGlobal>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,10 +26,7 @@ public:
 
     ScanWork() = default;
     virtual ~ScanWork() = default;
-    ScanWork(const ScanWork &) = delete;
-    ScanWork &operator=(const ScanWork &) = delete;
-    ScanWork(ScanWork &&) = delete;
-    ScanWork &operator=(ScanWork &&) = delete;
+    Q_DISABLE_COPY_MOVE(ScanWork)
 
     /// Loads the last result.
     [[nodiscard]] virtual Step loadResult() = 0;

@@ -247,11 +247,11 @@ TEST_F(KORVENHomeLastScanTest, rowsThatTheTableWasNotToldOfHaveNoCells)
     openWith(*makeTree("/before", std::move(files)));
     ASSERT_EQ(unlink(archivePath().c_str()), 0);
     ASSERT_EQ(rmdir(m_documents.path("documents").c_str()), 0); // so that no scan can be kept
-    ASSERT_TRUE(m_screen->canShowQuickLook());
+    ASSERT_TRUE(m_screen->rowActions()->canShowQuickLook());
     press("scanButton");
     ASSERT_TRUE(QTest::qWaitFor([this] { return m_screen->lockDrillDown(); }, 60'000));
     EXPECT_EQ(m_screen->numberOfRowsInTableView(), 0);
-    EXPECT_FALSE(m_screen->canShowQuickLook());
+    EXPECT_FALSE(m_screen->rowActions()->canShowQuickLook());
     table().setFocus();
     table().scrollToBottom();
     EXPECT_EQ(table().cellForRow(99), nullptr);

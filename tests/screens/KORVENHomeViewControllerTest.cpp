@@ -172,14 +172,14 @@ TEST_F(KORVENHomeViewControllerTest, aLevelWithoutAPathHasNoneAboveIt)
 TEST_F(KORVENHomeViewControllerTest, rowsWithoutAPathCannotBeActedOn)
 {
     openWith(*makeTree("/before", {folder("d", {file("x", 20)}), file("a", 10)}));
-    ASSERT_TRUE(m_screen->hasSelectedRow());
+    ASSERT_TRUE(m_screen->rowActions()->hasSelectedRow());
     scanAndCancel();
     m_screen->refreshTable();
     ASSERT_EQ(rowNames(), (Names{"d", "a"})) << "the rows from before the scan";
     for (const int row : {0, 1}) {
         table().selectRow(row);
-        EXPECT_FALSE(m_screen->hasSelectedRow());
-        EXPECT_FALSE(m_screen->canShowQuickLook());
+        EXPECT_FALSE(m_screen->rowActions()->hasSelectedRow());
+        EXPECT_FALSE(m_screen->rowActions()->canShowQuickLook());
         cell(row).clickedName();
         cell(row).clickedFolder();
         cell(row).showQuickLook();

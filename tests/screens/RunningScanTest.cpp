@@ -156,9 +156,9 @@ TEST_F(RunningHomeScanTest, afterACancelledOneNothingLeadsBackToTheRowsBefore)
 {
     openWithContent();
     m_screen->drillDownOneLevel("full");
-    EXPECT_TRUE(m_screen->canDrillUp());
+    EXPECT_TRUE(m_screen->canGoBack());
     scanAndCancel();
-    EXPECT_FALSE(m_screen->canDrillUp());
+    EXPECT_FALSE(m_screen->canGoBack());
     m_screen->drillUpOneLevel();
     EXPECT_EQ(rowNames(), Names{});
     EXPECT_EQ(shownPath(), homePath());

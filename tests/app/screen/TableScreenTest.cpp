@@ -75,6 +75,8 @@ public:
 private:
     void setUp() override
     {
+        EXPECT_EQ(table().dataSource(), nullptr);
+        TableScreen::setUp();
         ++setUpCount;
         EXPECT_NE(table().dataSource(), nullptr);
     }
