@@ -51,7 +51,7 @@ private:
     FakeServices m_services;
     KORVENAppDelegate m_delegate{m_services.all()};
     QWidget m_window;
-    KORVENScanViewController m_screen;
+    KORVENScanViewController m_screen{m_services.all()};
 };
 
 } // namespace tessaly

@@ -40,9 +40,8 @@ bool isSamePath(const std::string &one, const std::string &other)
 }
 
 /// Whether the path is that of the user's home folder, in letters of any case.
-bool isHomeFolder(const std::string &path)
+bool isHomeFolder(const std::string &path, const UserAccount &account)
 {
-    const UserAccount &account = services().account;
     return isSamePath(path, account.usersFolder() + '/' + account.loginName()) ||
            isSamePath(path, account.homeFolder());
 }
@@ -58,10 +57,9 @@ QString homeTrashImage(const KORVENFolderObject &row)
                                                                    : u"trash.png"_s;
 }
 
-void keepBookmark(const std::string &url)
+void keepBookmark(const std::string &url, SettingsStore &settings, FolderBookmarks &bookmarks)
 {
-    SettingsStore &settings = services().settings;
-    if (const auto bookmark = services().bookmarks.makeBookmark(url)) {
+    if (const auto bookmark = bookmarks.makeBookmark(url)) {
         settings.setData(homeFolderKey, *bookmark);
     } else {
         settings.remove(homeFolderKey);
@@ -71,8 +69,9 @@ void keepBookmark(const std::string &url)
 
 } // namespace
 
-KORVENHomeViewController::KORVENHomeViewController(const QString &nibName)
+KORVENHomeViewController::KORVENHomeViewController(const Services &services, const QString &nibName)
     : ResultViewController(
+          services,
           {nibName, u"KORVENFolderCell"_s, {&homePathBelow, &tree::parentPath}, &homeTrashImage}),
       m_tabView(find<QStackedWidget>("tabView"))
 {
@@ -140,11 +139,11 @@ void KORVENHomeViewController::continueClicked()
 void KORVENHomeViewController::folderWasChosen(const std::string &folder)
 {
     const auto url = fileUrl(folder);
-    if (!url || !isHomeFolder(folder)) {
+    if (!url || !isHomeFolder(folder, services().account)) {
         setupAlert();
         return;
     }
-    keepBookmark(*url);
+    keepBookmark(*url, services().settings, services().bookmarks);
     m_homeFolder = url;
     showResultsPage();
     checkSetupMode();
@@ -235,7 +234,7 @@ void KORVENHomeViewController::quickLookItem(std::string_view path)
     KORVENQuicklookController::sharedStore().quickLookItem(path, shownFileNames());
 }
 
-std::string KORVENHomeViewController::itemArchivePath()
+std::string KORVENHomeViewController::itemArchivePath() const
 {
     return services().documents.path() + "/scanhome.archive";
 }

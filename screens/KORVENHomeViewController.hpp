@@ -21,7 +21,9 @@ public:
     /// The pages of the tab view.
     enum Page { setupPage, resultsPage };
 
+    /// `services` outlive this.
     explicit KORVENHomeViewController(
+        const Services &services,
         const QString &nibName = QStringLiteral("KORVENHomeViewController"));
     ~KORVENHomeViewController() override;
     Q_DISABLE_COPY_MOVE(KORVENHomeViewController)
@@ -57,7 +59,7 @@ public:
     [[nodiscard]] QStackedWidget &tabView() const noexcept { return m_tabView; }
 
     /// The file with the last completed scan.
-    [[nodiscard]] static std::string itemArchivePath();
+    [[nodiscard]] std::string itemArchivePath() const;
 
 private:
     void showStart() override;

@@ -47,8 +47,9 @@ QString scanTrashImage(const KORVENFolderObject & /*row*/)
 
 } // namespace
 
-KORVENScanViewController::KORVENScanViewController(const QString &nibName)
+KORVENScanViewController::KORVENScanViewController(const Services &services, const QString &nibName)
     : ResultViewController(
+          services,
           {nibName, u"KORVENScanCell"_s, {&scanPathBelow, &scanPathAbove}, &scanTrashImage})
 {
 }
@@ -95,7 +96,7 @@ ScanResult KORVENScanViewController::historyProblem(const NamedException &except
                                      .arg(QString::fromStdString(exception.reason())));
 }
 
-ScanResult KORVENScanViewController::recordedScan(const KORVENHistoryItem &record)
+ScanResult KORVENScanViewController::recordedScan(const KORVENHistoryItem &record) const
 {
     const auto path = record.scanFilePath();
     ScanResult result = path ? ScanResult::ofFile(*path)
@@ -132,7 +133,7 @@ ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
 }
 
 std::optional<std::string> KORVENScanViewController::record(const tree::ScanTree &tree,
-                                                            const KORVENHistoryItem &item)
+                                                            const KORVENHistoryItem &item) const
 {
     SettingsStore &settings = services().settings;
     const auto url = fileUrl(item.scanPath().value());
@@ -186,7 +187,7 @@ void KORVENScanViewController::quickLookItem(std::string_view path)
     KORVENQuicklookController::sharedStore().quickLookItem(path, m_uuid, shownFileNames());
 }
 
-std::string KORVENScanViewController::itemArchivePath()
+std::string KORVENScanViewController::itemArchivePath() const
 {
     return services().documents.path() + "/scan.archive";
 }

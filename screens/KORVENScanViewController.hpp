@@ -17,7 +17,9 @@ class KORVENScanViewController final : public ResultViewController {
     Q_OBJECT
 
 public:
+    /// `services` outlive this.
     explicit KORVENScanViewController(
+        const Services &services,
         const QString &nibName = QStringLiteral("KORVENScanViewController"));
     ~KORVENScanViewController() override;
     Q_DISABLE_COPY_MOVE(KORVENScanViewController)
@@ -33,8 +35,8 @@ public:
     /// The key of the scan that is shown, empty when it has none.
     [[nodiscard]] const std::string &uuid() const noexcept { return m_uuid; }
 
-    /// A file of the documents folder that nothing is written to.
-    [[nodiscard]] static std::string itemArchivePath();
+    /// Required interface: a file of the documents folder that nothing is written to.
+    [[nodiscard]] std::string itemArchivePath() const;
 
 private:
     void showStart() override;
@@ -44,11 +46,11 @@ private:
     void resultWasShown(const ScanResult &result) override;
 
     [[nodiscard]] static ScanResult historyProblem(const NamedException &exception);
-    [[nodiscard]] static ScanResult recordedScan(const KORVENHistoryItem &record);
+    [[nodiscard]] ScanResult recordedScan(const KORVENHistoryItem &record) const;
     /// Keeps the bookmark, the tree and the record. Why the scan is not in the history afterwards;
     /// nothing when it is.
-    [[nodiscard]] static std::optional<std::string> record(const tree::ScanTree &tree,
-                                                           const KORVENHistoryItem &item);
+    [[nodiscard]] std::optional<std::string> record(const tree::ScanTree &tree,
+                                                    const KORVENHistoryItem &item) const;
 
     std::string m_uuid;
 };

@@ -4,7 +4,6 @@
 #include "app/controls/tables/CellTableView.hpp"
 #include "app/controls/text/NameText.hpp"
 #include "app/controls/theme/Theme.hpp"
-#include "app/delegate/KORVENAppDelegate.hpp"
 #include "engine/tree/LUMFileContainer.hpp"
 
 #include <QLabel>
@@ -27,15 +26,15 @@ bool holdsKeyboard(const QWidget &widget)
 
 } // namespace
 
-ResultViewController::ResultViewController(Setup setup)
-    : InterfaceScreen(*this, setup.nibName),
+ResultViewController::ResultViewController(const Services &services, Setup setup)
+    : KORVENViewController(services), InterfaceScreen(*this, setup.nibName),
       m_model(std::move(setup.paths), &KORVENViewController::rowThresholds),
       m_scanButton(find<KORVENButton>("scanButton")),
       m_cancelButton(find<KORVENButton>("cancelButton")),
       m_sortButton(find<KORVENButton>("sortButton")),
       m_emptyButton(find<KORVENButton>("emptyButton")), m_noticeLabel(find<QLabel>("noticeLabel")),
       m_scanProgress(find<QProgressBar>("scanProgress")), m_scanLabel(find<NameLabel>("scanLabel")),
-      m_header(*view()), m_workers(*this, *this, services().bookmarks)
+      m_header(*view()), m_workers(*this, *this, services.bookmarks)
 {
     setFolderNameField(&find<NameLabel>("folderNameField"));
     makeCaption(m_scanLabel);

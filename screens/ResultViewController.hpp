@@ -99,7 +99,7 @@ protected:
         ResultCells::TrashImage trashImage;
     };
 
-    explicit ResultViewController(Setup setup);
+    ResultViewController(const Services &services, Setup setup);
 
     /// Ends what the workers do and waits for them. The results that they handed over last are not
     /// shown any more.

@@ -194,8 +194,8 @@ void KORVENWindowController::askToRate()
 void KORVENWindowController::makeScreens()
 {
     m_dvc = std::make_unique<KORVENDriveViewController>();
-    m_hvc = std::make_unique<KORVENHomeViewController>();
-    m_avc = std::make_unique<KORVENScanViewController>();
+    m_hvc = std::make_unique<KORVENHomeViewController>(services());
+    m_avc = std::make_unique<KORVENScanViewController>(services());
     m_lvc = std::make_unique<KORVENHistoryViewController>();
     m_dvc->awakeFromNib();
     m_hvc->awakeFromNib();

@@ -5,7 +5,6 @@
 #include "app/controls/tables/IconView.hpp"
 #include "app/controls/text/NameLabel.hpp"
 #include "app/controls/text/NameText.hpp"
-#include "app/delegate/KORVENAppDelegate.hpp"
 #include "platform/FileManager.hpp"
 #include "screens/results/KORVENViewController.hpp"
 
@@ -23,11 +22,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(cellLog, "tessaly.screens")
 
-FileManager &fileManager()
-{
-    return services().fileManager;
-}
-
 } // namespace
 
 struct KORVENFolderCellView::Target {
@@ -44,12 +38,19 @@ struct KORVENFolderCellView::Target {
     void showInFinder() const
     {
         qCInfo(cellLog, "name: %s", qUtf8Printable(drawableText(name)));
-        fileManager().reveal(path());
+        if (controller) {
+            controller->fileManager().reveal(path());
+        }
     }
-    void showInfo() const { fileManager().showInformation(path()); }
+    void showInfo() const
+    {
+        if (controller) {
+            controller->fileManager().showInformation(path());
+        }
+    }
 
 private:
-    /// With a slash more than it takes before the folder, which whoever takes it makes one.
+    /// With two slashes in front, of which the file manager makes one.
     [[nodiscard]] std::string path() const
     {
         return nameOfText(name == u"/" ? name : u'/' + folder + u'/' + name);

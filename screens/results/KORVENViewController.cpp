@@ -27,7 +27,7 @@ std::uint64_t thresholdOf(std::int32_t row, const std::array<std::uint64_t, rowC
 
 } // namespace
 
-KORVENViewController::KORVENViewController(QObject *parent) : QObject(parent) {}
+KORVENViewController::KORVENViewController(const Services &services) : m_services(services) {}
 
 KORVENViewController::~KORVENViewController() = default;
 
@@ -48,18 +48,17 @@ std::uint64_t KORVENViewController::compareLargeFile()
 }
 
 QString KORVENViewController::formatDate(archive::Timestamp date, DateStyle dateStyle,
-                                         DateStyle timeStyle)
+                                         DateStyle timeStyle) const
 {
-    const DateTexts &dates = services().dates;
-    return QString::fromStdString(dates.text(date.systemTime(), dateStyle, timeStyle));
+    return QString::fromStdString(m_services.dates.text(date.systemTime(), dateStyle, timeStyle));
 }
 
-QString KORVENViewController::formatDate(archive::Timestamp date, DateStyle style)
+QString KORVENViewController::formatDate(archive::Timestamp date, DateStyle style) const
 {
     return formatDate(date, style, style);
 }
 
-QString KORVENViewController::formatDate(archive::Timestamp date)
+QString KORVENViewController::formatDate(archive::Timestamp date) const
 {
     return formatDate(date, DateStyle::shortest);
 }
@@ -82,7 +81,7 @@ bool KORVENViewController::shouldTypeSelectForEvent(const QKeyEvent &event,
     if (event.key() != Qt::Key_Space) {
         return true;
     }
-    PreviewPanels &panels = services().previewPanels;
+    PreviewPanels &panels = m_services.previewPanels;
     if (panels.sharedPreviewPanelExists() && panels.sharedPreviewPanel().isVisible()) {
         panels.sharedPreviewPanel().orderOut();
     } else {

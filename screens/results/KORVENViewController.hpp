@@ -4,6 +4,7 @@
 #include "engine/archive/Timestamp.hpp"
 #include "engine/tree/SizeNumber.hpp"
 #include "platform/DateTexts.hpp"
+#include "platform/Services.hpp"
 #include "screens/results/ResultRows.hpp"
 
 #include <QObject>
@@ -28,7 +29,8 @@ class KORVENViewController : public QObject {
     Q_OBJECT
 
 public:
-    explicit KORVENViewController(QObject *parent = nullptr);
+    /// `services` outlive this.
+    explicit KORVENViewController(const Services &services);
     ~KORVENViewController() override;
     Q_DISABLE_COPY_MOVE(KORVENViewController)
 
@@ -51,13 +53,13 @@ public:
         return {compareHiddenItem(), compareLargeFile()};
     }
 
-    /// The date as the user's language and country write it, made anew each time.
-    [[nodiscard]] static QString formatDate(archive::Timestamp date, DateStyle dateStyle,
-                                            DateStyle timeStyle);
+    /// The date as the user's language and country write it, by the system's settings of now.
+    [[nodiscard]] QString formatDate(archive::Timestamp date, DateStyle dateStyle,
+                                     DateStyle timeStyle) const;
     /// With one style for both.
-    [[nodiscard]] static QString formatDate(archive::Timestamp date, DateStyle style);
+    [[nodiscard]] QString formatDate(archive::Timestamp date, DateStyle style) const;
     /// With the short style for both.
-    [[nodiscard]] static QString formatDate(archive::Timestamp date);
+    [[nodiscard]] QString formatDate(archive::Timestamp date) const;
 
     /// A size text ("1.50 KB"); empty for a number that reads as -1, "Canceled" for -2.
     [[nodiscard]] static QString buildString(tree::SizeNumber byteCount);
@@ -70,7 +72,10 @@ public:
     [[nodiscard]] NameLabel *folderNameField() const noexcept { return m_folderNameField; }
     void setFolderNameField(NameLabel *field) { m_folderNameField = field; }
 
-    // A stopwatch.
+    /// What the actions of the cells ask.
+    [[nodiscard]] FileManager &fileManager() const noexcept { return m_services.fileManager; }
+
+    // Required interface: a stopwatch.
     void startTiming();
     /// Seconds since startTiming(); forgets both ends. Nothing passed if it never started.
     double stopTiming();
@@ -82,7 +87,11 @@ public:
     [[nodiscard]] std::optional<archive::Timestamp> endTimer() const noexcept { return m_endTimer; }
     void setEndTimer(std::optional<archive::Timestamp> date) noexcept { m_endTimer = date; }
 
+protected:
+    [[nodiscard]] const Services &services() const noexcept { return m_services; }
+
 private:
+    const Services m_services;
     QPointer<NameLabel> m_folderNameField;
     std::optional<archive::Timestamp> m_startTimer;
     std::optional<archive::Timestamp> m_endTimer;

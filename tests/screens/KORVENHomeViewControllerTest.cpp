@@ -40,7 +40,7 @@ TEST_F(KORVENHomeViewControllerTest, startsWithTheEmptyResultsOfTheHomeFolder)
     EXPECT_EQ(button("sortButton").text(), u"Sort by name"_s);
     EXPECT_TRUE(named<QWidget>("emptyPage").isVisible());
     EXPECT_NE(table().makeView(u"KORVENFolderCell"_s), nullptr);
-    EXPECT_EQ(KORVENHomeViewController::itemArchivePath(), archivePath());
+    EXPECT_EQ(m_screen->itemArchivePath(), archivePath());
 }
 
 TEST_F(KORVENHomeViewControllerTest, scansTheHomeFolderWithoutAsking)
@@ -273,7 +273,7 @@ TEST_F(KORVENHomeViewControllerTest, aHomeScanAndAFolderScanRunAtOnceAndAreCance
     fillWithFolders("Other", folderCount);
     grantHome();
     openScreen();
-    KORVENScanViewController folderScreen;
+    KORVENScanViewController folderScreen(m_services.all());
     folderScreen.awakeFromNib();
     for (const bool cancelsHome : {true, false}) {
         std::latch isCancelled(1);

@@ -708,8 +708,7 @@ TEST_F(KORVENScanViewControllerTest, aFolderThatCannotBeReadSaysSo)
 TEST_F(KORVENScanViewControllerTest, hasAFileNameThatNothingIsWrittenTo)
 {
     openScreen();
-    EXPECT_EQ(KORVENScanViewController::itemArchivePath(),
-              m_documents.path("documents/scan.archive"));
+    EXPECT_EQ(m_screen->itemArchivePath(), m_documents.path("documents/scan.archive"));
 }
 
 TEST_F(KORVENScanViewControllerTest, onTheOldestReleaseCellsAndButtonsAreThoseOfOld)

@@ -42,7 +42,7 @@ protected:
     /// Makes the screen and shows it in a window.
     void openScreen()
     {
-        m_screen = std::make_unique<Screen>();
+        m_screen = std::make_unique<Screen>(m_services.all());
         m_screen->template findChild<PressGuard *>()->setClock([this] { return m_now; });
         m_screen->awakeFromNib();
         m_window.resize(840, 666);

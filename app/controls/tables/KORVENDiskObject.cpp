@@ -1,12 +1,12 @@
 #include "app/controls/tables/KORVENDiskObject.hpp"
 
-#include "engine/tree/SizeText.hpp"
+#include "engine/tree/LUMFileItem.hpp"
 
 namespace tessaly {
 
 std::string KORVENDiskObject::buildString(tree::SizeNumber byteCount)
 {
-    return byteCount.asInt32() == -1 ? "--" : tree::sizeText(byteCount.value());
+    return tree::LUMFileItem::buildString(byteCount);
 }
 
 } // namespace tessaly

@@ -28,7 +28,7 @@ protected:
 
     FakeServices m_services;
     KORVENAppDelegate m_delegate{m_services.all()};
-    KORVENViewController m_controller;
+    KORVENViewController m_controller{m_services.all()};
 };
 
 TEST_F(KORVENViewControllerTest, hiddenItemsHaveAThresholdByRow)
@@ -97,19 +97,18 @@ TEST_F(KORVENViewControllerTest, datesAreFormattedInTheGivenStyles)
     ASSERT_NE(wanted(DateStyle::shortest, DateStyle::shortest),
               wanted(DateStyle::medium, DateStyle::shortest));
 
-    EXPECT_EQ(KORVENViewController::formatDate(date, DateStyle::medium, DateStyle::shortest),
+    EXPECT_EQ(m_controller.formatDate(date, DateStyle::medium, DateStyle::shortest),
               wanted(DateStyle::medium, DateStyle::shortest));
-    EXPECT_EQ(KORVENViewController::formatDate(date, DateStyle::full),
+    EXPECT_EQ(m_controller.formatDate(date, DateStyle::full),
               wanted(DateStyle::full, DateStyle::full));
-    EXPECT_EQ(KORVENViewController::formatDate(date),
-              wanted(DateStyle::shortest, DateStyle::shortest));
+    EXPECT_EQ(m_controller.formatDate(date), wanted(DateStyle::shortest, DateStyle::shortest));
 }
 
 TEST_F(KORVENViewControllerTest, buildsTextsOnAnyThread)
 {
-    std::thread worker([] {
+    std::thread worker([this] {
         EXPECT_EQ(KORVENViewController::buildString(500), u"0.50 KB"_s);
-        EXPECT_FALSE(KORVENViewController::formatDate(archive::Timestamp{}).isEmpty());
+        EXPECT_FALSE(m_controller.formatDate(archive::Timestamp{}).isEmpty());
     });
     EXPECT_EQ(KORVENViewController::buildString(1500), u"1.50 KB"_s);
     worker.join();

@@ -28,7 +28,10 @@ namespace {
 /// What the cells call on, without a screen.
 class ScreenOfRows final : public KORVENViewController {
 public:
-    explicit ScreenOfRows(ResultModel &model) : m_model(model) {}
+    ScreenOfRows(const Services &services, ResultModel &model)
+        : KORVENViewController(services), m_model(model)
+    {
+    }
 
     void drillDownOneLevel(std::string_view name) override { m_model.drillDown(name); }
     [[nodiscard]] bool canActOnRows() const override { return m_model.path().has_value(); }
@@ -90,7 +93,7 @@ protected:
                         [] {
                             return RowThresholds{1, 1};
                         }};
-    ScreenOfRows m_screen{m_model};
+    ScreenOfRows m_screen{m_services.all(), m_model};
     QWidget m_window;
     CellTableView m_table{&m_window};
     CellTableView m_otherTable{&m_window};
