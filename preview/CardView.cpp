@@ -85,7 +85,7 @@ CardView::CardView(QWidget *parent)
     layout->addStretch(1);
 
     setFrameShape(NoFrame);
-    setFocusPolicy(Qt::NoFocus); // the window has the keys
+    setFocusPolicy(Qt::NoFocus); // the window handles the keys
     setWidget(sheet);
     setWidgetResizable(true);
     sheet->setAutoFillBackground(false);

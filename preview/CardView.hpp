@@ -13,8 +13,8 @@ namespace tessaly {
 class PaintedView;
 class WrappingLabel;
 
-/// What the file system tells about a file, for those that have no preview. Where there is little
-/// room the icon is smaller or left out; what still does not fit can be scrolled to.
+/// What the file system tells about a file, for those that have no preview. In a small
+/// window the icon is smaller or left out, and the rest scrolls.
 class CardView final : public QScrollArea {
     Q_OBJECT
 

@@ -37,7 +37,7 @@ DecoderTask taskFor(RequestKind kind)
     }
 }
 
-/// A decoder that was taken over may send any number.
+/// A file may have taken the decoder over, so its numbers may be any.
 QSizeF pageSizeOf(const DecoderReply::PageSize &size)
 {
     const auto isLength = [](double value) { return std::isfinite(value) && value > 0; };
@@ -68,7 +68,7 @@ bool DecoderSession::start(RequestKind kind)
     if (kind != RequestKind::page) {
         return true;
     }
-    // In place of one that had the document open.
+    // The decoder before had the document open; this one does not.
     const auto reopened = exchange(requestFor(RequestKind::document, {}), nullptr);
     return reopened && reopened->problem == DecoderProblem::none;
 }
@@ -76,7 +76,7 @@ bool DecoderSession::start(RequestKind kind)
 std::optional<DecoderReply> DecoderSession::exchange(const DecoderRequest &request,
                                                      const SharedPixels *pixels)
 {
-    // Ends the wait at once, and the decoder too.
+    // Ends receive() at once. The server sees the closed socket, and kills the decoder.
     const std::stop_callback stopping(m_stop, [this] { m_socket.shutDown(); });
     std::vector<int> descriptors;
     if (pixels != nullptr) {

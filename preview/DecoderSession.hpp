@@ -17,11 +17,11 @@ class DecoderProcess;
 class PreviewFile;
 class SharedPixels;
 
-/// A file in the hands of a decoder, which is killed when this is destroyed.
+/// A file and the decoder process that reads it, which is killed when this is destroyed.
 ///
 /// Each call waits for the decoder's answer, until a stop is requested. A decoder that has ended
-/// without an answer has crashed or come to one of its limits. It is replaced for the next call,
-/// but only if it answered some before: no file keeps decoders busy for ever.
+/// without an answer has crashed or reached a resource limit. It is replaced for the next call, but
+/// only if it had answered one: so no file starts decoders for ever.
 ///
 /// Threads: one at a time, and not the main one; it may be destroyed on any.
 class DecoderSession {
@@ -29,10 +29,7 @@ public:
     DecoderSession(std::shared_ptr<DecoderProcess> process, std::shared_ptr<PreviewFile> file,
                    std::stop_token stop);
     ~DecoderSession();
-    DecoderSession(const DecoderSession &) = delete;
-    DecoderSession &operator=(const DecoderSession &) = delete;
-    DecoderSession(DecoderSession &&) = delete;
-    DecoderSession &operator=(DecoderSession &&) = delete;
+    Q_DISABLE_COPY_MOVE(DecoderSession)
 
     /// The image or drawing, no larger than `bounds` (pixels), or why there is none. This and the
     /// next one: nothing when the decoder ended without an answer.
@@ -56,11 +53,11 @@ public:
     /// The next frame of an image that moves. A null image when there is none.
     struct Frame {
         QImage image;
-        int delayMs = 0; ///< at least the smallest that is worth it
+        int delayMs = 0; ///< between 20 ms and a minute
     };
     [[nodiscard]] Frame nextFrame(QSize size);
 
-    /// Whether the last call found no answer, and there was no stop.
+    /// Whether the last call got no answer, although no stop was requested.
     [[nodiscard]] bool hasFailed() const { return m_hasFailed && !m_stop.stop_requested(); }
 
 private:

@@ -62,7 +62,7 @@ void describe(PreviewInfo &info, const QMimeType &type)
     info.iconName = type.iconName();
 }
 
-/// Formats that name other files or addresses, which a player would go to.
+/// Formats that name other files or addresses, which a player would open.
 bool isPlaylist(const QString &type, const QByteArray &head)
 {
     constexpr std::array<const char *, 4> names{"mpegurl", "playlist", "scpls", "asx"};
@@ -79,8 +79,8 @@ bool isMedia(const QString &type)
            type == "application/ogg"_L1 || type == "application/vnd.rn-realmedia"_L1;
 }
 
-/// Whether a file that counts as an image is a drawing, compressed or not: by its content, since
-/// its name may be any. No other format begins like these.
+/// Whether a file of an image type is an SVG drawing, compressed or not. By its content as well,
+/// since it may have any name. No other image format begins like these.
 bool isDrawing(const QString &type, QByteArray head)
 {
     if (type.startsWith("image/svg+xml"_L1) || head.startsWith("\x1F\x8B")) {
@@ -139,7 +139,7 @@ PreviewText textContent(QString text, bool isCut)
     return {std::move(text), PreviewText::Cut::lines};
 }
 
-/// One file on its way to a preview.
+/// The preview of one file that is open.
 class Reading {
 public:
     Reading(std::shared_ptr<PreviewFile> file, const std::shared_ptr<DecoderProcess> &decoders,
@@ -158,7 +158,7 @@ public:
             const auto decoded = m_session->image(bounds, isDrawn);
             const bool mayBeText = decoded && decoded->problem == DecoderProblem::unreadable &&
                                    !isDrawn && type.inherits(u"text/plain"_s);
-            if (!mayBeText) { // some images are texts
+            if (!mayBeText) { // XPM images, for one, are texts
                 return imageContent(decoded, isDrawn);
             }
         }
@@ -178,7 +178,7 @@ public:
         return PreviewCard{};
     }
 
-    /// What shows this content as long as it is shown; nothing when it is complete.
+    /// The session that this content needs for as long as it is shown; nullptr when it is complete.
     [[nodiscard]] std::shared_ptr<DecoderSession> session(const PreviewContent &content) const
     {
         const auto *image = std::get_if<PreviewImage>(&content);
@@ -222,7 +222,7 @@ ReadPreview readPreview(const std::string &path, QSize bounds,
                         const std::shared_ptr<DecoderProcess> &decoders,
                         const std::stop_token &stop)
 {
-    // As much as is looked at to tell types apart.
+    // As much as QMimeDatabase looks at.
     constexpr qint64 headByteCount = qint64{16} << 10U;
     const QMimeDatabase types;
     ReadPreview read;
@@ -231,7 +231,7 @@ ReadPreview readPreview(const std::string &path, QSize bounds,
     info.path = path;
     info.name = previewName(path);
     info.status = PreviewFileStatus::of(path);
-    // The name alone: nothing has been read so far.
+    // By the name alone: nothing has been read yet.
     describe(info, info.status.kind == Kind::regular
                        ? types.mimeTypeForFile(info.name, QMimeDatabase::MatchExtension)
                        : types.mimeTypeForName(typeNameOf(info.status.kind)));

@@ -15,10 +15,10 @@ namespace tessaly {
 class DecoderProcess;
 class DecoderSession;
 
-/// The bytes of a text that are shown.
+/// How much of a text is shown: so many bytes,
 inline constexpr qint64 previewTextByteCount = qint64{256} << 10U;
 
-/// And the lines, of which a text document cannot hold as many at once.
+/// and so many lines: QTextDocument cannot handle as many blocks as line breaks fit into that.
 inline constexpr qsizetype previewTextLineCount = 20'000;
 
 /// The last part of a path (bytes) as a text that is fit to be shown.
@@ -26,21 +26,22 @@ inline constexpr qsizetype previewTextLineCount = 20'000;
 
 struct ReadPreview {
     LoadedPreview preview;
-    /// Has what is still to be decoded: the pages of a document, the frames of an image that moves.
+    /// For pages of a document or frames of an animation that are still to be decoded; else
+    /// nullptr.
     std::shared_ptr<DecoderSession> session;
 };
 
-/// Reads what is to be shown of the file at `path` (bytes): by its content where that tells, or
-/// else by its name. Images are no larger than `bounds` (pixels). Images and documents are decoded
-/// by a child of the program. Whatever the file is, there is an answer, at worst a card with what
-/// the file system tells.
+/// Reads the preview of the file at `path` (bytes). Its type is known by its content, or else by
+/// its name. Images are no larger than `bounds` (pixels). Images and documents are decoded by a
+/// child process. For every file there is a preview, at worst a card with its size and dates.
 ///
-/// Threads: any, and not the main one: it may take long. A stop ends it as soon as it can be ended.
+/// Threads: any but the main one, since it may take long. A stop ends it early where that is
+///          possible.
 [[nodiscard]] ReadPreview readPreview(const std::string &path, QSize bounds,
                                       const std::shared_ptr<DecoderProcess> &decoders,
                                       const std::stop_token &stop);
 
-/// What is said about a file that its decoder came to no end with.
+/// The text for a file whose decoder crashed or reached a resource limit.
 [[nodiscard]] QString undecodedMessage();
 
 } // namespace tessaly

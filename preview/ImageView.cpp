@@ -11,7 +11,7 @@ namespace {
 
 constexpr int margin = 16;
 
-/// What shows through an image.
+/// What is seen through transparent parts.
 void drawCheckers(QPainter &painter, const QRect &place)
 {
     constexpr int side = 8;

@@ -8,8 +8,8 @@
 
 namespace tessaly {
 
-/// An image as large as it fits, but no larger than it is. One that moves gets its frames one by
-/// one: each is asked for when the one before has been shown long enough.
+/// An image as large as fits, but no larger than it is. An animation gets its frames one by one:
+/// each is asked for when the one before has been shown for its time.
 class ImageView final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ImageView)
@@ -35,7 +35,7 @@ private:
     [[nodiscard]] QRect place() const;
 
     PreviewImage m_image;
-    QPixmap m_scaled; ///< for the place and the screen that it was drawn at last
+    QPixmap m_scaled; ///< for the size and the screen that it was last drawn at
     QTimer m_frameTimer;
 };
 

@@ -26,14 +26,14 @@ struct Element {
 /// A number whose first byte tells by its leading zeros how many bytes follow, taken from the
 /// front of the bytes. With the mark of its length, or without.
 enum class Mark : quint8 { kept, removed };
-std::optional<quint64> takeNumber(QByteArrayView &bytes, int byteCountMax, Mark mark)
+std::optional<quint64> takeNumber(QByteArrayView &bytes, int maxByteCount, Mark mark)
 {
     if (bytes.isEmpty()) {
         return std::nullopt;
     }
     const auto first = static_cast<quint8>(bytes.front());
     const int byteCount = std::countl_zero(first) + 1;
-    if (byteCount > byteCountMax || byteCount > bytes.size()) {
+    if (byteCount > maxByteCount || byteCount > bytes.size()) {
         return std::nullopt;
     }
     quint64 number =
@@ -48,10 +48,10 @@ std::optional<quint64> takeNumber(QByteArrayView &bytes, int byteCountMax, Mark 
 /// Takes the first element from the front of the bytes.
 std::optional<Element> takeElement(QByteArrayView &bytes)
 {
-    constexpr int idByteCountMax = 4;
-    constexpr int sizeByteCountMax = 8;
-    const auto id = takeNumber(bytes, idByteCountMax, Mark::kept);
-    const auto size = id ? takeNumber(bytes, sizeByteCountMax, Mark::removed) : std::nullopt;
+    constexpr int maxIdByteCount = 4;
+    constexpr int maxSizeByteCount = 8;
+    const auto id = takeNumber(bytes, maxIdByteCount, Mark::kept);
+    const auto size = id ? takeNumber(bytes, maxSizeByteCount, Mark::removed) : std::nullopt;
     if (!size) {
         return std::nullopt;
     }
@@ -119,10 +119,10 @@ std::optional<qint64> matroskaDuration(QByteArrayView head)
         return std::nullopt;
     }
     constexpr double nanosecondsPerMillisecond = 1'000'000;
-    constexpr double longest = 1e12; // what is longer is no duration
+    constexpr double maxMilliseconds = 1e12; // a damaged file may have any number
     const double milliseconds =
         *duration * scaleOf(information->content) / nanosecondsPerMillisecond;
-    if (!(milliseconds >= 1 && milliseconds <= longest)) { // nor is what is no number
+    if (!(milliseconds >= 1 && milliseconds <= maxMilliseconds)) { // true for NaN, too
         return std::nullopt;
     }
     return std::llround(milliseconds);

@@ -51,7 +51,7 @@ MediaView::MediaView(QWidget *parent)
     bar->addWidget(m_slider, 1);
     bar->addWidget(m_times);
     QSizePolicy policy = m_slider->sizePolicy();
-    policy.setRetainSizeWhenHidden(true); // the others stay where they are
+    policy.setRetainSizeWhenHidden(true); // so the button and the times stay in place
     m_slider->setSizePolicy(policy);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -64,7 +64,7 @@ MediaView::MediaView(QWidget *parent)
     m_slider->setAccessibleName(tr("Position"));
     connect(m_playButton, &GlyphButton::clicked, this, &MediaView::togglePlaying);
     connect(m_slider, &QSlider::valueChanged, this, [this](int value) {
-        // Also while the knob is dragged. The player's own moves block this signal.
+        // While the knob is dragged, too. setValue() for the player's position blocks the signal.
         m_player->seek(value);
         showTimes(value);
     });
@@ -146,7 +146,7 @@ void MediaView::showTimes(qint64 position)
     if (!m_hint.isEmpty()) {
         m_times->setText(m_duration > 0 ? timeText(m_duration) : QString());
     } else if (m_duration == 0) {
-        m_times->setText(timeText(position)); // of a length that the file does not tell
+        m_times->setText(timeText(position)); // the length is unknown
     } else {
         //: How much of a sound or video has been played, and its length: "0:03 / 1:20"
         m_times->setText(tr("%1 / %2").arg(timeText(position), timeText(m_duration)));

@@ -17,8 +17,8 @@ class GlyphButton;
 class PaintedView;
 class PreviewPlayer;
 
-/// Plays a sound or a video, and lets the user stop and move about in it; the latter only where
-/// its length is known. Where sounds cannot be heard it says so, and does not play them.
+/// Plays a sound or a video, with a button to pause and, where the length is known, a slider to
+/// seek. Without an audio device it shows a hint and does not play sounds.
 class MediaView final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(MediaView)

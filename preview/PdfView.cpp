@@ -47,7 +47,7 @@ void PdfView::clear()
 
 void PdfView::setPage(int page, const QImage &image)
 {
-    m_images[page] = image; // a null image, too: it is not asked for again
+    m_images[page] = image; // even a null one, or it would be asked for again and again
     viewport()->update();
 }
 
@@ -117,7 +117,7 @@ void PdfView::forgetPages(int firstSeen, int lastSeen)
         const int first = m_images.begin()->first;
         const int last = std::prev(m_images.end())->first;
         if (first >= firstSeen && last <= lastSeen) {
-            return; // all in sight
+            return; // all are visible
         }
         const int farthest = firstSeen - first > last - lastSeen ? first : last;
         m_asked.erase(farthest);

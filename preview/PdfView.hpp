@@ -10,8 +10,8 @@
 
 namespace tessaly {
 
-/// The pages of a document below one another. Pages are drawn when they come into sight; few are
-/// kept.
+/// The pages of a document below one another. Pages are drawn when they are scrolled into view, and
+/// only a few are kept.
 class PdfView final : public QAbstractScrollArea {
     Q_OBJECT
 
@@ -20,15 +20,15 @@ public:
 
     void show(const PreviewPdf &document);
     void clear();
-    /// The answer to pageWanted(). An image of another size than is wanted by now is scaled until
-    /// the right one comes.
+    /// The answer to pageWanted(). An image of an outdated size is shown scaled until the right one
+    /// comes.
     void setPage(int page, const QImage &image);
 
     /// Whether the page has been drawn.
     [[nodiscard]] bool hasPage(int page) const { return m_images.contains(page); }
 
 Q_SIGNALS:
-    /// A page is in sight and not drawn yet, in this size (pixels).
+    /// A page is visible and not drawn yet in this size (pixels).
     void pageWanted(int page, QSize size);
 
 protected:
@@ -37,7 +37,7 @@ protected:
 
 private:
     void layOut();
-    /// All but a few of the pages that are out of sight.
+    /// Drops pages that are out of view, the farthest first, until few are left.
     void forgetPages(int firstSeen, int lastSeen);
     [[nodiscard]] QSize pixelsOf(const QRect &place) const;
 

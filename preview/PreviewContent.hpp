@@ -15,16 +15,16 @@
 
 namespace tessaly {
 
-/// What is known about any file; all that is shown of one that has no preview.
+/// What is known about any file, and all that is shown of one without a preview.
 struct PreviewInfo {
     std::string path; ///< bytes
-    QString name;     ///< fit to be shown
+    QString name;     ///< printable
     QString type;     ///< in words
     QString iconName; ///< of the desktop's icon theme
     PreviewFileStatus status;
 };
 
-/// No preview. The message says why; none when files of this type have no preview.
+/// No preview. The message says why; it is empty for types that never have one.
 struct PreviewCard {
     QString message;
 };
@@ -41,16 +41,16 @@ struct PreviewText {
     enum class Cut : std::uint8_t { none, bytes, lines };
 
     QString text;
-    Cut cut = Cut::none; ///< the file goes on after so many bytes, or lines
+    Cut cut = Cut::none; ///< by which limit the text is shorter than the file
 };
 
-/// The pages are drawn as they are asked for.
+/// The pages are drawn on demand.
 struct PreviewPdf {
     std::vector<QSizeF> pageSizes; ///< points; the document's first pages, up to a limit
     int pageCount = 0;
 };
 
-/// Is not decoded beforehand, but as it plays.
+/// Is decoded while it plays.
 struct PreviewMedia {
     std::shared_ptr<PreviewFile> file;
     bool isVideo = false;

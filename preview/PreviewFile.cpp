@@ -78,8 +78,8 @@ PreviewFile::PreviewFile(std::stop_token stop) : m_stop(std::move(stop)) {}
 archive::Result<std::unique_ptr<PreviewFile>, PreviewFile::Error>
 PreviewFile::openPath(const std::string &path, std::stop_token stop)
 {
-    // Opening alone makes some devices do something, so they are told apart before; what takes
-    // the file's place meanwhile is told apart after.
+    // Checked before, since opening alone has effects on some devices; and after, since another
+    // file may have taken its place meanwhile.
     struct stat status;
     if (stat(path.c_str(), &status) != 0) {
         return errorOf(errno);
@@ -96,7 +96,7 @@ PreviewFile::openPath(const std::string &path, std::stop_token stop)
         return Error::notRegular;
     }
     std::unique_ptr<PreviewFile> file(new PreviewFile(std::move(stop)));
-    // A duplicate, since who closes the one that a failing open() was given is not said.
+    // A duplicate: QFile does not document who closes the descriptor when open() fails.
     const int handedOver = fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 0);
     if (handedOver < 0 || !file->open(handedOver, ReadOnly, AutoCloseHandle)) {
         return Error::failed;

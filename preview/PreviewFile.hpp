@@ -13,7 +13,7 @@
 
 namespace tessaly {
 
-/// What the file system tells about a file that is to be previewed.
+/// What stat() knows about a file.
 struct PreviewFileStatus {
     enum class Kind : std::uint8_t { regular, folder, pipe, socket, device, missing, unknown };
 
@@ -26,10 +26,10 @@ struct PreviewFileStatus {
     [[nodiscard]] static PreviewFileStatus of(const std::string &path);
 };
 
-/// A regular file that is open for reading, and whose reads fail once a stop is requested: so a
-/// decoder that is no longer of use comes to its end.
+/// A regular file that is open for reading, and whose reads fail once a stop is requested: that
+/// ends a decoder whose result is no longer needed.
 ///
-/// Opening never waits for anybody: pipes and devices are not opened at all.
+/// Opening does not block: pipes and devices are not opened at all.
 ///
 /// Threads: one at a time.
 class PreviewFile final : public QFile {

@@ -37,10 +37,10 @@ PreviewHeader::PreviewHeader(QWidget *parent)
     connect(close, &GlyphButton::clicked, this, &PreviewHeader::closeAsked);
 }
 
-void PreviewHeader::setTitle(const QString &title, const QString &toolTip)
+void PreviewHeader::setTitle(const QString &title, const QString &fileName)
 {
     m_title->setText(title);
-    m_title->setToolTip(toolTip);
+    m_title->setToolTip(fileName);
 }
 
 void PreviewHeader::setCanPage(bool canPage)

@@ -15,10 +15,10 @@ class PreviewHeader final : public QWidget {
 public:
     explicit PreviewHeader(QWidget *parent = nullptr);
 
-    /// The tooltip shows the title, whatever `toolTip` is; none when that is empty.
-    void setTitle(const QString &title, const QString &toolTip);
+    /// With a name, the title of a file: only that has a tooltip.
+    void setTitle(const QString &title, const QString &fileName);
     void setCanPage(bool canPage);
-    /// Which of both the button offers to do.
+    /// Has the button offer to leave full screen, or to enter it.
     void setShownFullScreen(bool isFullScreen);
 
     [[nodiscard]] NameLabel &titleLabel() const { return *m_title; }

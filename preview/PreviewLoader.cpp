@@ -17,7 +17,7 @@ PreviewLoader::PreviewLoader(QObject *parent)
 PreviewLoader::PreviewLoader(std::shared_ptr<DecoderProcess> decoders, QObject *parent)
     : QObject(parent), m_replies(std::make_shared<ReplyBox>(this)), m_decoders(std::move(decoders))
 {
-    // Ready by the time that the window is.
+    // So that it is ready by the time the window is.
     m_threads.post(PreviewThreads::Lane::pages, {}, [started = m_decoders] { started->start(); });
 }
 
@@ -83,7 +83,7 @@ void PreviewLoader::drawPage(int page, QSize size)
 void PreviewLoader::showPage(int page, const QImage &image, bool hasFailed)
 {
     if (!m_session) {
-        return; // another page has ended it meanwhile
+        return; // it failed for another page meanwhile
     }
     if (hasFailed && !m_hasDrawnPage) {
         m_session.reset();

@@ -19,7 +19,7 @@ class DecoderProcess;
 class DecoderSession;
 class ReplyBox;
 
-/// Reads one preview at a time, away from the main thread; what was asked before is given up.
+/// Reads one preview at a time, off the main thread; the one before is cancelled.
 ///
 /// Threads: the main thread, on which the signals come too. Nothing here waits for a file.
 class PreviewLoader : public QObject {
@@ -28,14 +28,14 @@ class PreviewLoader : public QObject {
 
 public:
     explicit PreviewLoader(QObject *parent = nullptr);
-    /// With decoders of another program than the usual one.
+    /// With decoders of another program, for tests.
     PreviewLoader(std::shared_ptr<DecoderProcess> decoders, QObject *parent);
     /// May wait for two seconds (see PreviewThreads).
     ~PreviewLoader() override;
 
     /// Reads the file at `path` (bytes); loaded() follows, unless something else is asked before.
     void load(const std::string &path, QSize bounds);
-    /// Gives up what was asked, closes the file, and has its decoder killed.
+    /// Drops the request, closes the file, and has its decoder killed.
     void cancel();
 
     /// Draws a page of the document that was loaded last; pageDrawn() follows.
@@ -45,8 +45,8 @@ public:
     void nextFrame();
 
 Q_SIGNALS:
-    /// Comes once more, with a card, when no page of a document could be drawn since its decoder
-    /// came to no end.
+    /// Is sent once more, with a card, when the decoder of a document fails before it has drawn a
+    /// page.
     void loaded(const tessaly::LoadedPreview &preview);
     /// A null image when the page cannot be drawn.
     void pageDrawn(int page, const QImage &image);

@@ -16,14 +16,14 @@
 
 namespace tessaly {
 
-/// The latest picture on its way to the main thread.
+/// The latest frame, on its way to the main thread.
 struct PreviewPlayer::Frames {
     std::mutex mutex;
-    QVideoFrame latest;
-    bool isOnItsWay = false;
+    QVideoFrame latest;    ///< guarded by mutex
+    bool isPosted = false; ///< guarded by mutex; the main thread will take `latest`
 };
 
-/// What lives on the player's thread.
+/// Lives on the player's thread.
 class PreviewPlayer::Core : public QObject {
 public:
     Core(PreviewPlayer &owner, std::shared_ptr<ReplyBox> replies, std::shared_ptr<Frames> frames)
@@ -42,13 +42,13 @@ public:
         m_sink = std::make_unique<QVideoSink>();
         m_player = std::make_unique<QMediaPlayer>();
         m_player->setVideoSink(m_sink.get());
-        // An output without a device would end the program.
+        // Qt 6.4 crashes in an output without a device.
         if (!QMediaDevices::audioOutputs().isEmpty()) {
             m_output = std::make_unique<QAudioOutput>();
             m_player->setAudioOutput(m_output.get());
         }
         m_hasBegun = false;
-        m_toldDuration = matroskaDuration(m_file->read(matroskaHeadByteCount)).value_or(0);
+        m_headerDuration = matroskaDuration(m_file->read(matroskaHeadByteCount)).value_or(0);
         m_file->seek(0);
         connectSignals();
         m_player->setSourceDevice(m_file.get());
@@ -79,7 +79,7 @@ public:
     }
 
 private:
-    /// Plays the file, or tells that it cannot be heard; once it is known what the file holds.
+    /// Plays the file, or sends soundless(), as soon as it is known whether it has a video.
     void begin()
     {
         const QMediaPlayer::MediaStatus status = m_player->mediaStatus();
@@ -98,7 +98,7 @@ private:
 
     void replyDuration()
     {
-        const qint64 duration = m_player->duration() > 0 ? m_player->duration() : m_toldDuration;
+        const qint64 duration = m_player->duration() > 0 ? m_player->duration() : m_headerDuration;
         reply([duration](PreviewPlayer &owner) { Q_EMIT owner.durationChanged(duration); });
     }
 
@@ -138,14 +138,14 @@ private:
     {
         const std::scoped_lock lock(m_frames->mutex);
         m_frames->latest = frame;
-        if (std::exchange(m_frames->isOnItsWay, true)) {
+        if (std::exchange(m_frames->isPosted, true)) {
             return;
         }
         m_replies->post([&owner = m_owner, frames = m_frames, number = m_number] {
             QVideoFrame latest;
             {
                 const std::scoped_lock taking(frames->mutex);
-                frames->isOnItsWay = false;
+                frames->isPosted = false;
                 latest = std::exchange(frames->latest, {});
             }
             if (number == owner.m_number && latest.isValid()) {
@@ -154,12 +154,12 @@ private:
         });
     }
 
-    PreviewPlayer &m_owner; ///< used on the main thread alone, while the box is open
+    PreviewPlayer &m_owner; ///< for the main thread alone, while the box is open
     std::shared_ptr<ReplyBox> m_replies;
     std::shared_ptr<Frames> m_frames;
     std::uint64_t m_number = 0;
     bool m_hasBegun = false;
-    qint64 m_toldDuration = 0; ///< by the file, in milliseconds; 0: it tells none
+    qint64 m_headerDuration = 0; ///< milliseconds; 0: the header has none
     std::shared_ptr<PreviewFile> m_file;
     std::unique_ptr<QVideoSink> m_sink;
     std::unique_ptr<QAudioOutput> m_output;
@@ -178,10 +178,10 @@ PreviewPlayer::~PreviewPlayer()
     if (m_thread == nullptr) {
         return;
     }
-    constexpr unsigned long timeout = 2000; // milliseconds
+    constexpr unsigned long timeoutMs = 2000;
     m_core->deleteLater();
     m_thread->quit();
-    if (m_thread->wait(timeout)) {
+    if (m_thread->wait(timeoutMs)) {
         delete m_thread;
     }
 }

@@ -13,9 +13,9 @@ namespace tessaly {
 class PreviewFile;
 class ReplyBox;
 
-/// Plays one sound or video at a time. Everything that may wait for a file happens on a thread of
-/// its own, which the first open() starts. Where there is no device for sounds, videos play
-/// silently, and sounds not at all: soundless() tells.
+/// Plays one sound or video at a time. All that may block on a file runs on a thread of its own,
+/// which the first open() starts. Without an audio device videos play silently, and sounds not at
+/// all (see soundless()).
 ///
 /// Which decoders there are depends on the environment variable QT_MEDIA_BACKEND: a program sets it
 /// to "ffmpeg" before it makes its QApplication.
@@ -27,7 +27,7 @@ class PreviewPlayer : public QObject {
 
 public:
     explicit PreviewPlayer(QObject *parent = nullptr);
-    /// May wait for two seconds; a player that does not end by then is left alone.
+    /// May wait for two seconds; a thread that has not ended by then is leaked.
     ~PreviewPlayer() override;
 
     /// Plays a file in place of the one before.
@@ -41,10 +41,10 @@ Q_SIGNALS:
     void durationChanged(qint64 milliseconds);
     void positionChanged(qint64 milliseconds);
     void playingChanged(bool isPlaying);
-    /// The picture that is due. Those that the main thread was too slow for are left out.
+    /// The frame that is due. Frames that the main thread was too slow for are dropped.
     void frameArrived(const QVideoFrame &frame);
-    /// The file holds nothing but a sound, and there is no device to play it on. It stays open, for
-    /// the sake of its duration.
+    /// The file is a sound, and there is no audio device. It stays open, so that its duration can
+    /// be shown.
     void soundless();
     /// The file cannot be played, for this reason.
     void failed(const QString &reason);

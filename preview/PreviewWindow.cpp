@@ -39,7 +39,7 @@ namespace {
 
 constexpr int edgeWidth = 5;
 
-/// Kept from Qt, which takes "[*]" in a title for a mark of its own.
+/// Qt replaces "[*]" in a window title by its mark for modified documents.
 QString plainTitle(QString text)
 {
     return text.replace("[*]"_L1, "[*][*]"_L1);
@@ -77,7 +77,7 @@ QString noteOf(const LoadedPreview &preview)
 } // namespace
 
 PreviewWindow::PreviewWindow()
-    // A dialog, since window managers let no tool window fill the screen.
+    // A dialog, since window managers do not let tool windows fill the screen.
     : QWidget(nullptr, Qt::Dialog | Qt::FramelessWindowHint), m_drag(*this),
       m_loader(new PreviewLoader(this)), m_header(new PreviewHeader), m_note(new NameLabel)
 {
@@ -85,7 +85,7 @@ PreviewWindow::PreviewWindow()
     applyPreviewTheme(*this);
     setMouseTracking(true);
     setMinimumSize(360, 260);
-    // The program ends with its main window.
+    // The main window alone decides when the program quits.
     setAttribute(Qt::WA_QuitOnClose, false);
 
     makeViews();
@@ -110,7 +110,7 @@ PreviewWindow::PreviewWindow()
     connect(m_media, &MediaView::failed, this, [this](const QString &reason) {
         showCard(m_info, tr("This cannot be played: %1").arg(reason));
     });
-    // The keys are the window's, whichever of its widgets has the focus.
+    // The window's keys work whichever of its widgets has the focus.
     qApp->installEventFilter(this);
 }
 
@@ -130,7 +130,7 @@ void PreviewWindow::makeViews()
     for (QWidget *page :
          std::initializer_list<QWidget *>{m_message, m_image, m_text, m_pdf, m_media, m_card}) {
         m_pages->addWidget(page);
-        page->setCursor(Qt::ArrowCursor); // not that of the window's edges
+        page->setCursor(Qt::ArrowCursor); // else it inherits that of the window's edges
     }
 }
 
@@ -167,11 +167,11 @@ void PreviewWindow::showNothing()
     showMessage(tr("Preview"), {}, false, tr("Nothing to preview"), u"nothing"_s);
 }
 
-void PreviewWindow::showMessage(const QString &title, const QString &toolTip, bool canPage,
+void PreviewWindow::showMessage(const QString &title, const QString &fileName, bool canPage,
                                 const QString &message, const QString &kind)
 {
     stop();
-    m_header->setTitle(title, toolTip);
+    m_header->setTitle(title, fileName);
     m_header->setCanPage(canPage);
     setWindowTitle(plainTitle(title));
     m_note->setText({});
@@ -246,10 +246,10 @@ bool PreviewWindow::eventFilter(QObject *watched, QEvent *event)
     }
     const auto &key = static_cast<const QKeyEvent &>(*event);
     if ((key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0) {
-        return false; // copying a part of a text, for one
+        return false; // Ctrl+C copies a part of a text
     }
     if (event->type() == QEvent::ShortcutOverride) {
-        event->accept(); // no shortcut of the program's gets it
+        event->accept(); // keeps it from the program's shortcuts
         return false;
     }
     return handleKey(widget, key.key());
@@ -317,7 +317,7 @@ void PreviewWindow::toggleFullScreen()
 void PreviewWindow::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    // Also when the window manager has changed it.
+    // The window manager may have changed it, too.
     if (event->type() == QEvent::WindowStateChange) {
         m_header->setShownFullScreen(isFullScreen());
     }
@@ -325,8 +325,8 @@ void PreviewWindow::changeEvent(QEvent *event)
 
 void PreviewWindow::closeEvent(QCloseEvent *event)
 {
-    // The owner hides the window. A window that refuses to close would keep the program from
-    // quitting, so the event is accepted either way.
+    // The owner hides the window. The event is accepted, since a window that refuses to close would
+    // stop the program from quitting.
     Q_EMIT closeAsked();
     event->accept();
 }

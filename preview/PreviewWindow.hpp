@@ -41,10 +41,10 @@ public:
     void showUnlistedFile(const std::string &path, std::size_t count);
     /// Shows that there is no file.
     void showNothing();
-    /// Gives up what is being read, and stops what plays.
+    /// Cancels what is being read, and stops what plays.
     void stop();
 
-    /// What is shown by now: "loading", "nothing", "image", "text", "document", "player" or "card".
+    /// What is shown: "loading", "nothing", "image", "text", "document", "player" or "card".
     [[nodiscard]] QString shownKind() const { return m_shownKind; }
 
     [[nodiscard]] CardView &cardView() const { return *m_card; }
@@ -59,7 +59,7 @@ Q_SIGNALS:
     /// By 1 forwards, by -1 backwards.
     void pagingAsked(int step);
     void closeAsked();
-    /// A key that the window has no use for.
+    /// A key that the window does not use.
     void otherKeyPressed();
     /// Other content is shown than before.
     void contentShown();
@@ -81,7 +81,7 @@ private:
     bool scrollBy(int key);
     void toggleFullScreen();
     void load(const std::string &path, const QString &title, bool canPage);
-    void showMessage(const QString &title, const QString &toolTip, bool canPage,
+    void showMessage(const QString &title, const QString &fileName, bool canPage,
                      const QString &message, const QString &kind);
     void showLoaded(const LoadedPreview &preview);
     void showCard(const PreviewInfo &info, const QString &message);

@@ -30,7 +30,7 @@ QtPreviewPanel::QtPreviewPanel(PreviewPanelController *const &controller, Settin
     QObject::connect(window, &PreviewWindow::pagingAsked, window, [this](int step) { page(step); });
     QObject::connect(window, &PreviewWindow::closeAsked, window, [this] { orderOut(); });
     QObject::connect(window, &PreviewWindow::otherKeyPressed, window, [this] {
-        // Whatever the answer, there is nobody behind the panel to pass the key on to.
+        // The answer makes no difference: a window has nothing behind it to pass the key to.
         if (m_delegate != nullptr) {
             m_delegate->handleEvent(PreviewPanelEvent::keyDown);
         }
@@ -115,7 +115,7 @@ void QtPreviewPanel::reloadData()
 {
     m_unlistedUrl.clear();
     if (!isVisible()) {
-        return; // is done when the panel opens
+        return; // opening the panel reloads
     }
     if (const auto path = pathOfFileUrl(currentUrl())) {
         m_window->showFile(*path, m_index, itemCount());
@@ -185,7 +185,7 @@ void QtPreviewPanel::placeOverProgram()
     if (program == nullptr || program == m_window.get()) {
         return;
     }
-    m_window->winId(); // makes the window that the desktop knows
+    m_window->winId(); // creates the native window, so that it has a handle
     m_window->windowHandle()->setTransientParent(program->windowHandle());
     QRect place(QPoint(), m_window->size());
     place.moveCenter(program->geometry().center());

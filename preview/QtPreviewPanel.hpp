@@ -12,10 +12,10 @@ namespace tessaly {
 class PreviewWindow;
 class SettingsStore;
 
-/// The preview panel as a window of the program's.
+/// The preview panel as a window of the program.
 ///
-/// It remembers the size that the user gave it; in the settings, if it is handed some, under
-/// "previewPanelWidth" and "previewPanelHeight".
+/// Keeps the size that the user gave it, if there are settings, under "previewPanelWidth" and
+/// "previewPanelHeight".
 ///
 /// Threads: the main thread. Requires: the QApplication lives.
 class QtPreviewPanel final : public PreviewPanel {

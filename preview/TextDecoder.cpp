@@ -11,7 +11,7 @@ namespace tessaly {
 
 namespace {
 
-/// Bytes that no text holds, but binary files do.
+/// Control characters that occur in binary files and not in texts.
 bool isBinary(char byte)
 {
     const auto value = static_cast<unsigned char>(byte);
@@ -30,7 +30,7 @@ QString withPlainLineEnds(QString text)
 {
     text.replace("\r\n"_L1, "\n"_L1);
     text.replace(u'\r', u'\n');
-    // A text document would end here.
+    // QTextDocument ends a text at its first null character.
     text.replace(u'\0', QChar(QChar::ReplacementCharacter));
     return text;
 }
@@ -42,14 +42,14 @@ std::optional<QString> decoded(QByteArrayView bytes, QStringDecoder::Encoding en
     return decoder.hasError() ? std::nullopt : std::optional(std::move(text));
 }
 
-/// Without the bytes of a character that goes on behind the end.
+/// Without a character at the end of which bytes are missing.
 QByteArrayView wholeCharacters(QByteArrayView bytes)
 {
-    constexpr qsizetype longest = 4;
-    for (qsizetype back = 1; back <= std::min(longest, bytes.size()); ++back) {
+    constexpr qsizetype maxCharacterLength = 4;
+    for (qsizetype back = 1; back <= std::min(maxCharacterLength, bytes.size()); ++back) {
         const auto byte = static_cast<unsigned char>(bytes[bytes.size() - back]);
         if ((byte & 0xC0U) == 0x80U) {
-            continue; // goes on from an earlier byte
+            continue; // a continuation byte
         }
         const qsizetype wanted = byte >= 0xF0U ? 4 : byte >= 0xE0U ? 3 : byte >= 0xC0U ? 2 : 1;
         return wanted > back ? bytes.chopped(back) : bytes;
@@ -57,7 +57,7 @@ QByteArrayView wholeCharacters(QByteArrayView bytes)
     return bytes;
 }
 
-/// UTF-16 without a mark: in most texts one byte in two is 0, always the same one.
+/// UTF-16 without a byte order mark: in most texts every other byte is 0.
 std::optional<QStringDecoder::Encoding> guessedUtf16(QByteArrayView bytes)
 {
     constexpr qsizetype share = 3; // at least a third of the units

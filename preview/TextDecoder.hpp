@@ -7,9 +7,9 @@
 
 namespace tessaly {
 
-/// The text that these bytes are, the first of a file, or nothing when they are none: by their byte
-/// order mark, or as UTF-8, as UTF-16, or in the end as Latin-1. A character that `isCut` has left
-/// incomplete at the end is dropped; line ends become "\n".
+/// The first bytes of a file as a text: by their byte order mark, or as UTF-8, as UTF-16, or in the
+/// end as Latin-1. Nothing when they look like binary data. With `isCut` the bytes may end within a
+/// character, which is dropped. Line ends become "\n".
 [[nodiscard]] std::optional<QString> decodeText(QByteArrayView bytes, bool isCut);
 
 } // namespace tessaly

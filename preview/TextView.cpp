@@ -15,7 +15,7 @@ namespace tessaly {
 namespace {
 
 constexpr int numbersMargin = 12;
-/// Texts with longer lines than this are wrapped: nobody scrolls that far sideways.
+/// Texts with longer lines are wrapped, since they would have to be scrolled far sideways.
 constexpr qsizetype longLine = 500;
 constexpr qsizetype maxLineLength = 1000;
 
@@ -28,7 +28,7 @@ TextView::TextView(QWidget *parent)
     setReadOnly(true);
     setUndoRedoEnabled(false);
     setFrameShape(NoFrame);
-    setFocusPolicy(Qt::ClickFocus); // the keys belong to the panel
+    setFocusPolicy(Qt::ClickFocus); // so that the panel keeps the arrow keys
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setStyleHint(QFont::Monospace);
@@ -43,8 +43,8 @@ TextView::TextView(QWidget *parent)
 void TextView::show(const QString &text)
 {
     m_lineNumbers.clear();
-    QString cutUp;
-    cutUp.reserve(text.size());
+    QString split;
+    split.reserve(text.size());
     bool isLong = false;
     int number = 0;
     for (qsizetype begin = 0; begin <= text.size();) {
@@ -55,20 +55,20 @@ void TextView::show(const QString &text)
         while (end - begin > maxLineLength) {
             const bool isPair = text[begin + maxLineLength].isLowSurrogate();
             const qsizetype length = maxLineLength - (isPair ? 1 : 0);
-            cutUp += QStringView(text).mid(begin, length);
-            cutUp += u'\n';
+            split += QStringView(text).mid(begin, length);
+            split += u'\n';
             m_lineNumbers.push_back(0);
             begin += length;
         }
-        cutUp += QStringView(text).mid(begin, end - begin);
+        split += QStringView(text).mid(begin, end - begin);
         if (end < text.size()) {
-            cutUp += u'\n';
+            split += u'\n';
         }
         begin = end + 1;
     }
     setLineWrapMode(isLong ? WidgetWidth : NoWrap);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    setPlainText(cutUp);
+    setPlainText(split);
     placeNumbers();
 }
 

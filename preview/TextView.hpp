@@ -10,8 +10,8 @@ namespace tessaly {
 
 class PaintedView;
 
-/// A text to be read, with the numbers of its lines. Very long lines are cut up: no text layout
-/// copes with them.
+/// A text to be read, with the numbers of its lines. Very long lines are split, since Qt's text
+/// layout cannot handle them.
 class TextView final : public QPlainTextEdit {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ private:
     void paintNumbers(QPainter &painter) const;
 
     PaintedView *m_numbers;
-    std::vector<int> m_lineNumbers; ///< by block; 0 for the rest of a line that was cut up
+    std::vector<int> m_lineNumbers; ///< by block; 0 for the rest of a split line
 };
 
 } // namespace tessaly

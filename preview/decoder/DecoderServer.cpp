@@ -27,7 +27,7 @@ namespace tessaly {
 
 namespace {
 
-/// After this time without anything to do, what further files may need is made ready.
+/// After this time without a request, libraries for further files are loaded.
 constexpr int idleMs = 300;
 
 sigset_t childSignal()
@@ -38,7 +38,7 @@ sigset_t childSignal()
     return signalSet;
 }
 
-/// Nothing that a file makes a decoder say is worth reading.
+/// Drops what libraries print about a file.
 void silence()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
@@ -53,7 +53,7 @@ void silence()
 
 DecoderServer::DecoderServer(MessageSocket socket) : m_socket(std::move(socket))
 {
-    // Every arena reserves 64 MB of an address space that is limited.
+    // glibc reserves 64 MB of address space for each arena, and address space is limited.
     mallopt(M_ARENA_MAX, 1);
     Sandbox::limitMemory();
     m_sandbox.emplace();
@@ -152,14 +152,14 @@ void DecoderServer::becomeDecoder(scan::FileDescriptor file, MessageSocket socke
         Decoder decoder(std::move(file), std::move(socket));
         decoder.run();
     }
-    _exit(0); // what the server owns is not this process's to tidy up
+    _exit(0); // without destructors: the server's objects are copies here
 }
 
 void DecoderServer::removeEndedChildren()
 {
     std::array<signalfd_siginfo, 16> told{};
     while (read(m_childSignals.number(), told.data(), sizeof told) > 0) {}
-    // Signals that come together are told as one, so all are asked.
+    // Signals of one kind are merged while they are pending, so every child is checked.
     m_children.erase(std::remove_if(m_children.begin(), m_children.end(),
                                     [](const Child &child) {
                                         return waitpid(child.process, nullptr, WNOHANG) ==
@@ -210,8 +210,8 @@ void DecoderServer::loadDocuments()
 
 int DecoderServer::msUntilLoading() const
 {
-    // The program makes its window before it asks for the first file, which leaves the time for
-    // what takes the least. More would be in that file's way.
+    // The program creates its window before it asks for the first file. In that time the cheapest
+    // library can be loaded; more would delay the file.
     if (!m_document) {
         return m_hasStarted ? idleMs : 0;
     }

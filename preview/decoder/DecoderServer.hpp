@@ -29,10 +29,7 @@ public:
     explicit DecoderServer(MessageSocket socket);
     /// Kills the decoders that still run.
     ~DecoderServer();
-    DecoderServer(const DecoderServer &) = delete;
-    DecoderServer &operator=(const DecoderServer &) = delete;
-    DecoderServer(DecoderServer &&) = delete;
-    DecoderServer &operator=(DecoderServer &&) = delete;
+    Q_DISABLE_COPY_MOVE(DecoderServer)
 
     /// Returns when the program has closed its end.
     void run();
@@ -48,12 +45,13 @@ private:
     void startDecoder(scan::FileDescriptor file, MessageSocket socket);
     [[noreturn]] void becomeDecoder(scan::FileDescriptor file, MessageSocket socket);
     void removeEndedChildren();
-    // What decoders find ready; each is done once.
+    // What forked decoders find loaded; each is done once.
     void loadImageFormats();
     void loadFonts();
     void loadDocuments();
-    /// One of them, if nothing is to be done for so long; for ever when all is done.
+    /// Loads the next of them.
     void loadMore();
+    /// After how many ms without a request loadMore() is due; -1 when all is loaded.
     [[nodiscard]] int msUntilLoading() const;
 
     MessageSocket m_socket;

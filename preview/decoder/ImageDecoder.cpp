@@ -16,7 +16,7 @@ namespace tessaly {
 
 namespace {
 
-/// More than this takes too long, however little memory it takes.
+/// More takes too long, even where memory is no problem.
 constexpr qint64 maxPixels = 500'000'000;
 /// The decoded image of a format that cannot be scaled down while it is decoded; scaling it down
 /// after takes as much again.
@@ -45,7 +45,7 @@ bool hasSeveralScans(QIODevice &device)
     for (;;) {
         const QByteArray header = device.read(4);
         if (header.size() < 4 || byteAt(header, 0) != 0xFF) {
-            return true; // nothing can be said
+            return true; // not a JPEG file as expected: assume the worst
         }
         const quint8 marker = byteAt(header, 1);
         if (marker == 0xFF) { // padding
@@ -119,7 +119,7 @@ ImageHeader headerOf(QIODevice &device)
     header.size = reader->size();
     header.isTurned = (reader->transformation() & QImageIOHandler::TransformationRotate90) != 0;
     header.isMoving = reader->supportsAnimation();
-    // Of a damaged image, decoders may tell a format that there is none of.
+    // For a damaged image, readers may return a format that does not exist.
     const QImage::Format pixels = reader->imageFormat();
     if (pixels > QImage::Format_Invalid && pixels < QImage::NImageFormats) {
         // Scaling makes smaller pixels this large.
@@ -203,7 +203,7 @@ DecodedImage decodeImage(QIODevice &device, QSize bounds)
                        : header.isTurned      ? header.size.transposed()
                                               : header.size;
     if (image.width() > bounds.width() || image.height() > bounds.height()) {
-        // A format that does not tell the size beforehand.
+        // A format whose reader does not know the size beforehand.
         image = image.scaled(sizeWithin(image.size(), bounds), Qt::IgnoreAspectRatio,
                              Qt::SmoothTransformation);
     }

@@ -38,10 +38,7 @@ public:
     /// `device` must outlive this.
     explicit ImageFrames(QIODevice &device);
     ~ImageFrames();
-    ImageFrames(const ImageFrames &) = delete;
-    ImageFrames &operator=(const ImageFrames &) = delete;
-    ImageFrames(ImageFrames &&) = delete;
-    ImageFrames &operator=(ImageFrames &&) = delete;
+    Q_DISABLE_COPY_MOVE(ImageFrames)
 
     struct Frame {
         QImage image; ///< null when there is no further one

@@ -15,16 +15,12 @@ enum class PdfProblem : std::uint8_t { none, damaged, locked };
 
 /// A document, and images of its pages.
 ///
-/// Threads: all documents of a process on the same one, since the library behind this lets only one
-///          thread in.
+/// Threads: all documents of a process on one thread, since PDFium is not thread-safe.
 class PdfReader {
 public:
     PdfReader();
     ~PdfReader();
-    PdfReader(const PdfReader &) = delete;
-    PdfReader &operator=(const PdfReader &) = delete;
-    PdfReader(PdfReader &&) = delete;
-    PdfReader &operator=(PdfReader &&) = delete;
+    Q_DISABLE_COPY_MOVE(PdfReader)
 
     /// Opens the document, which is read from as long as this exists.
     PdfProblem open(QIODevice &device);

@@ -33,9 +33,9 @@ constexpr bool isSanitized = true;
 constexpr bool isSanitized = false;
 #endif
 
-void setLimit(__rlimit_resource_t resource, rlim_t most)
+void setLimit(__rlimit_resource_t resource, rlim_t maxValue)
 {
-    const rlimit limit{most, most};
+    const rlimit limit{maxValue, maxValue};
     setrlimit(resource, &limit);
 }
 

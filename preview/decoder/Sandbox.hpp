@@ -7,12 +7,12 @@
 
 namespace tessaly {
 
-/// What keeps a decoder from doing harm, were a file to take it over. A process has no way back.
+/// Confines a decoder, since a file may exploit a bug in it. A process cannot leave it again.
 ///
-/// Of what the kernel offers as much as there is: resource limits, which all have, Landlock and
-/// seccomp. Under a sanitizer, which needs more memory and more calls, nothing is limited but time.
+/// Uses what the kernel offers: resource limits, which every kernel has, Landlock and seccomp.
+/// Under a sanitizer, which needs more memory and more system calls, only time is limited.
 ///
-/// Threads: the process has only one yet.
+/// Threads: the process must have only one.
 class Sandbox {
 public:
     /// The address space of the server and of each decoder.

@@ -21,7 +21,7 @@ namespace {
 constexpr qint64 maxFileBytes = qint64{8} << 20U;
 constexpr qsizetype maxStyleLength = qsizetype{256} << 10U;
 constexpr std::uint64_t maxWork = 100'000;
-constexpr std::size_t deepest = 200;
+constexpr std::size_t maxDepth = 200;
 constexpr qint64 maxImageBytes = qint64{64} << 20U;
 /// Text of attributes (paths, above all) that counts as much as an element.
 constexpr qsizetype attributeShare = 64;
@@ -73,7 +73,7 @@ private:
 
     bool copyElement()
     {
-        if (m_open.size() >= deepest) {
+        if (m_open.size() >= maxDepth) {
             return false;
         }
         const QXmlStreamAttributes attributes = m_reader.attributes();
@@ -158,7 +158,7 @@ private:
                 }
                 for (const std::size_t used : part.usedParts) {
                     if (m_parts[used].visit == Part::Visit::running) {
-                        return maxWork + 1; // leads back to itself
+                        return maxWork + 1; // a cycle
                     }
                     if (m_parts[used].visit == Part::Visit::open) {
                         path.push_back(used);

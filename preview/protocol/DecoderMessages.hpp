@@ -6,8 +6,8 @@
 
 namespace tessaly {
 
-/// What the program and its decoders say to each other. Both are built together, so a message is a
-/// structure as it lies in memory, and a message of another length is none.
+/// The messages between the program and its decoders. Both are built together, so a message is a
+/// structure as it lies in memory. One of another length is invalid.
 ///
 /// The program has a socket to the server of the child program, and sends it a DecoderTask with the
 /// file and one end of a new pair of sockets. The server forks a decoder, which has that file and
@@ -26,7 +26,7 @@ struct DecoderTask {
 
 struct DecoderRequest {
     enum class Kind : std::uint8_t {
-        image,    ///< width and height: the most; with pixels
+        image,    ///< width and height: the maximum; with pixels
         drawing,  ///< likewise
         frame,    ///< the next one of an image that moves; width and height: the image's; pixels
         document, ///< opens it; without pixels

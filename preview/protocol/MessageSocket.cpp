@@ -40,7 +40,7 @@ bool MessageSocket::sendBytes(const void *bytes, std::size_t byteCount,
                               const std::vector<int> &descriptors)
 {
     assert(descriptors.size() <= maxDescriptorCount);
-    iovec part{const_cast<void *>(bytes), byteCount}; // is only read
+    iovec part{const_cast<void *>(bytes), byteCount}; // sendmsg() only reads it
     Control control;
     msghdr message{};
     message.msg_iov = &part;
@@ -80,7 +80,7 @@ bool MessageSocket::receiveBytes(void *bytes, std::size_t byteCount,
     if (received < 0) {
         return false;
     }
-    std::vector<scan::FileDescriptor> arrived; // those that nobody asked for are closed
+    std::vector<scan::FileDescriptor> arrived; // closed again if the caller wants none
     for (cmsghdr *header = CMSG_FIRSTHDR(&message); header != nullptr;
          header = CMSG_NXTHDR(&message, header)) {
         if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {

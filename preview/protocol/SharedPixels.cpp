@@ -18,7 +18,7 @@ qint64 byteCountOf(QSize size)
     return qint64{size.width()} * size.height() * bytesPerPixel;
 }
 
-/// A mapping of memory; its end when this is destroyed.
+/// Mapped memory, unmapped when this is destroyed.
 struct Mapping {
     Mapping(int descriptor, qint64 length, int protection)
         : byteCount(static_cast<std::size_t>(length)),
@@ -31,10 +31,7 @@ struct Mapping {
             munmap(start, byteCount);
         }
     }
-    Mapping(const Mapping &) = delete;
-    Mapping &operator=(const Mapping &) = delete;
-    Mapping(Mapping &&) = delete;
-    Mapping &operator=(Mapping &&) = delete;
+    Q_DISABLE_COPY_MOVE(Mapping)
 
     [[nodiscard]] bool isMapped() const { return start != MAP_FAILED; }
 

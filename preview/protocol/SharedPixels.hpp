@@ -9,9 +9,10 @@
 
 namespace tessaly {
 
-/// Memory for an image, which a decoder fills in and the program shows without copying it.
+/// Memory for an image, which a decoder fills and the program shows without copying it.
 ///
-/// The program makes it and fixes its size, so a decoder cannot take away what the program reads.
+/// The program allocates it and seals its size: a decoder that could shrink it would crash the
+/// program.
 /// The pixels are those of QImage::Format_ARGB32_Premultiplied or Format_RGB32, row by row.
 ///
 /// Threads: one at a time.

@@ -21,7 +21,7 @@ const QString &menuAction()
     return QAccessibleActionInterface::showMenuAction();
 }
 
-/// The name that item views have for it.
+/// Qt's item views call it so.
 const QString &selectAction()
 {
     return QAccessibleActionInterface::toggleAction();
@@ -145,7 +145,7 @@ void AccessibleCellRow::doAction(const QString &name)
     QMetaObject::invokeMethod(
         m_table,
         [table = m_table, index = QPersistentModelIndex(m_table->model()->index(m_row, 0)), name] {
-            // Since then a sheet may have opened, or the table's rows been loaded again.
+            // Meanwhile a sheet may have opened, or the rows been reloaded.
             if (index.isValid() &&
                 AccessibleCellRow(*table, index.row()).actionNames().contains(name)) {
                 perform(*table, index.row(), name);

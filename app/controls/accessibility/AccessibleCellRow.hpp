@@ -12,7 +12,7 @@ class CellTableView;
 /// What assistive technology sees of a row of a CellTableView: an item of a list that can be
 /// selected, and opened or asked for its menu where the table's source says so.
 ///
-/// Nothing can be done with the rows of a table that is disabled or out of sight.
+/// The rows of a table that is disabled or hidden have no actions.
 ///
 /// Threads: the main thread.
 class AccessibleCellRow final : public QAccessibleInterface, public QAccessibleActionInterface {
@@ -44,11 +44,11 @@ public:
     [[nodiscard]] QAccessible::State state() const override;
     [[nodiscard]] void *interface_cast(QAccessible::InterfaceType type) override;
 
-    /// The most useful one is the first.
+    /// The default action is the first.
     [[nodiscard]] QStringList actionNames() const override;
     [[nodiscard]] QString localizedActionName(const QString &name) const override;
-    /// Done soon after the call returned, for it may take away the row. Not done when the table's
-    /// rows are loaded again before: another row may have that number then.
+    /// Runs after the call has returned, since it may remove the row. Does not run when the rows
+    /// are reloaded before: the number may be that of another row then.
     void doAction(const QString &name) override;
     [[nodiscard]] QStringList keyBindingsForAction(const QString &name) const override;
 

@@ -119,7 +119,7 @@ bool AccessibleCellTable::selectRow(int row)
 
 void AccessibleCellTable::modelChange(QAccessibleTableModelChangeEvent * /*event*/)
 {
-    // Clients keep what they were told of an item, so other rows are other items.
+    // Clients cache what they know of an item, so after a reset every row gets a new one.
     forgetRows();
 }
 

@@ -8,7 +8,7 @@ namespace tessaly {
 class CellTableView;
 
 /// What assistive technology sees of a CellTableView: a list whose items are the rows (see
-/// AccessibleCellRow). Items are made for the rows that are asked for.
+/// AccessibleCellRow). Items are made on demand.
 ///
 /// Threads: the main thread.
 // Destroyed by Qt's list of interfaces.
@@ -52,7 +52,7 @@ private:
     [[nodiscard]] CellTableView &table() const;
     void forgetRows();
 
-    mutable QHash<int, QAccessible::Id> m_rows; ///< those that have been asked for
+    mutable QHash<int, QAccessible::Id> m_rows; ///< those made so far, by row
 };
 
 } // namespace tessaly

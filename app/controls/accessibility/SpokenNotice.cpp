@@ -8,7 +8,7 @@ SpokenNotice::SpokenNotice(QWidget &window) : QWidget(&window)
 {
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    resize(0, 0); // without room, but not hidden: what is hidden is not spoken
+    resize(0, 0); // empty, but not hidden, since hidden widgets are not spoken
     show();
 }
 
@@ -22,7 +22,7 @@ void SpokenNotice::say(QWidget &window, const QString &text)
         notice = new SpokenNotice(window);
     }
     notice->setAccessibleName(text);
-    // A notification is spoken when it shows.
+    // Screen readers speak a notification when it is shown.
     for (const QAccessible::Event type : {QAccessible::ObjectHide, QAccessible::ObjectShow}) {
         QAccessibleEvent event(notice, type);
         QAccessible::updateAccessibility(&event);

@@ -29,7 +29,7 @@ QLabel *makeLabel(const QString &text, bool isBold)
     QFont font = label->font();
     font.setBold(isBold);
     label->setFont(font);
-    // A label that wraps lines would make them shorter than there is need.
+    // A QLabel with word wrap prefers short lines, whatever room there is.
     label->setMinimumWidth(std::min(label->fontMetrics().size(0, text).width() + 1, maxTextWidth));
     return label;
 }

@@ -10,8 +10,7 @@ namespace tessaly {
 class KORVENButton;
 
 /// The inside of an alert: the program's icon, a message in bold, more text below it, and a row of
-/// buttons at the end. The texts are plain; lines end where they say so, or where they would get
-/// wider than an alert should be.
+/// buttons at the end. The texts are plain, and wrapped at the greatest width of an alert.
 class AlertPanel final : public QWidget {
     Q_OBJECT
 

@@ -13,8 +13,8 @@ namespace tessaly {
 class AlertPanel;
 class KORVENButton;
 
-/// A message of the program, on a sheet of one of its windows, which takes no other input until the
-/// message has been read. It has one button, "ok"; Return and Escape press it.
+/// A message on a sheet of a window, which takes no other input until the sheet is closed. It has
+/// one button, "ok"; Return and Escape press it.
 ///
 /// Threads: the main thread.
 class MessageAlert final : public WindowSheet {
@@ -26,7 +26,7 @@ public:
     using Ended = std::function<void(int returnCode)>;
 
     /// Shows an alert and returns at once. The window owns it; it deletes itself when it has ended.
-    /// An alert whose window is destroyed ends without a call of `ended`.
+    /// `ended` is not called when the window is destroyed before.
     static MessageAlert *begin(QWidget &window, const QString &messageText,
                                const QString &informativeText, const Ended &ended = {});
 

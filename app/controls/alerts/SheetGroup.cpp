@@ -8,7 +8,7 @@ namespace tessaly {
 
 SheetGroup::SheetGroup(QWidget *parent) : QWidget(parent)
 {
-    // What the controls in it take their own ground from.
+    // The controls in it fill their background with this.
     QPalette colors = palette();
     colors.setColor(QPalette::Window, theme::group);
     setPalette(colors);

@@ -21,11 +21,11 @@ constexpr int shadowReach = 26;
 constexpr int shadowDrop = 12;   ///< the shadow lies lower than the panel
 constexpr int shadowOpacity = 3; ///< of 255, of each of the layers that it is made of
 
-/// Whether a key is the window's also while a sheet is there: those of its menus, and the marked
+/// Whether a key works as a shortcut while a sheet is open: those of the menus, and the marked
 /// letters of the sheet itself.
 bool isKeyOfTheWindow(const QKeyEvent &key)
 {
-    const bool isCharacter = key.key() < Qt::Key_Escape; // which is the first that is none
+    const bool isCharacter = key.key() < Qt::Key_Escape; // Escape is the first special key
     return key.key() == Qt::Key_F10 || (isCharacter && key.modifiers() == Qt::AltModifier);
 }
 
@@ -42,8 +42,8 @@ void enableTopmostOnly(QWidget &host)
 {
     constexpr const char *isBelowSheet = "isBelowSheet";
     bool sheetIsAbove = false;
-    // Children are in their stacking order, the topmost one last. The list is copied, since what is
-    // disabled may react to that.
+    // Children are in stacking order, the topmost one last. A copy, since a widget may add or
+    // remove children when it is disabled.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const QObjectList children = host.children();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
@@ -119,7 +119,7 @@ void WindowSheet::begin(QWidget &firstFocus)
     layOut();
     raise();
     show();
-    // Before the widget that has the keyboard is disabled: Qt would give it to any other.
+    // Before enableTopmostOnly() disables the widget with the focus: Qt would move it to any other.
     firstFocus.setFocus(Qt::OtherFocusReason);
     enableTopmostOnly(*m_host);
 }
@@ -156,7 +156,7 @@ void WindowSheet::layOut()
 bool WindowSheet::event(QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
-        // Keys that are accepted here are no shortcuts of what lies below.
+        // Accepting makes it an ordinary key, and no shortcut of what lies below.
         const auto &key = static_cast<const QKeyEvent &>(*event);
         event->setAccepted(!isKeyOfTheWindow(key));
         return true;

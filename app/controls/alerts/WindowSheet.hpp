@@ -29,11 +29,10 @@ public:
     /// A sheet that is open on this window, or nullptr.
     [[nodiscard]] static WindowSheet *openOn(const QWidget &window);
 
-    /// Shows the sheet and gives the keyboard to one of its controls. Does nothing when it is open
-    /// already.
+    /// Shows the sheet and gives one of its controls the focus. Does nothing when it is open.
     void begin(QWidget &firstFocus);
-    /// Takes it away, and gives the keyboard back to the widget that had it. Does nothing when it
-    /// is not open.
+    /// Hides it, and gives the focus back to the widget that had it. Does nothing when it is not
+    /// open.
     void end();
 
     [[nodiscard]] QWidget &panel() const noexcept { return *m_panel; }

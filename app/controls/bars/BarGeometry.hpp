@@ -16,13 +16,13 @@ struct BarGeometry {
     static constexpr float lineWidth = 10.0F;
 
     QLineF track;
-    /// None when there is next to nothing to fill. May run backwards: a small part ends before it
-    /// starts, and its caps still show.
+    /// None for a share of half a percent or less. A small share ends left of its start, and is
+    /// seen by its caps.
     std::optional<QLineF> fill;
 };
 
 /// `barPercent`: the filled part, 0 to 1; not a number fills nothing. From right to left the bar is
-/// mirrored. All is reckoned in 32-bit floats.
+/// mirrored. Computed in 32-bit floats.
 [[nodiscard]] BarGeometry barGeometry(QSizeF widgetSize, float barPercent,
                                       Qt::LayoutDirection direction = Qt::LeftToRight);
 

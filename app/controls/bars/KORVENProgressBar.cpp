@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Whole percents, whatever the bar was given.
+/// Whole percents, also of what is no share.
 int percentage(float barPercent)
 {
     return std::isnan(barPercent)
@@ -129,7 +129,7 @@ void KORVENProgressBar::drawInContext(QPainter &context) const
     if (bar.fill && m_fColor.isValid()) {
         context.setPen(QPen(m_fColor, BarGeometry::lineWidth, Qt::SolidLine, Qt::SquareCap));
         QLineF fill = *bar.fill;
-        // What lies beyond the widget is not seen; the painter would stumble over infinity there.
+        // A share may be any float, and QPainter cannot draw to infinity.
         fill.setP2({std::clamp(fill.x2(), -2.0 * BarGeometry::lineWidth,
                                width() + 2.0 * BarGeometry::lineWidth),
                     fill.y2()});

@@ -22,9 +22,10 @@ class KORVENProgressBar : public QWidget {
 public:
     explicit KORVENProgressBar(QWidget *parent = nullptr);
 
-    // Both colours at once; the last call stays.
+    // Each sets both colours; the last call counts.
     void setColorsBlue();
     void setColorsGreen();
+    /// Required interface.
     void setColorsOrange();
     void setColorsYellow();
     void setColorsRed();
@@ -36,7 +37,7 @@ public:
     /// The colour of the filled part; not valid until set.
     [[nodiscard]] QColor fColor() const { return m_fColor; }
     void setFColor(const QColor &color);
-    /// Kept, never drawn.
+    /// Required interface: is kept and never drawn.
     [[nodiscard]] QColor bColor() const { return m_bColor; }
     void setBColor(const QColor &color) { m_bColor = color; }
 

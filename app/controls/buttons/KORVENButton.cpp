@@ -32,8 +32,8 @@ constexpr int betweenIconAndTitle = 6;
 constexpr int ringCorner = 5;
 constexpr double faded = 0.45;
 
-/// The image for a screen with `scale` pixels a point: the largest that is not too large, so that
-/// its lines are never thicker than they should be.
+/// The image for a screen with `scale` pixels a point. Of two images the smaller one between whole
+/// scales, since stretching keeps its edges: its lines get thinner than a point, never thicker.
 QImage faceImage(const QString &name, double scale, int &cap)
 {
     const int imageScale = scale >= 2 ? 2 : 1;
@@ -80,7 +80,7 @@ KORVENButton::KORVENButton(QWidget *parent) : KORVENButton(QString(), parent) {}
 
 KORVENButton::KORVENButton(const QString &title, QWidget *parent) : QPushButton(title, parent)
 {
-    setAttribute(Qt::WA_Hover); // painted anew when the pointer comes or goes
+    setAttribute(Qt::WA_Hover); // repaints when the pointer enters or leaves
     setColorWhite();
 }
 
@@ -93,7 +93,7 @@ void KORVENButton::setColorWhite()
 
 void KORVENButton::setTitle(const QString &title)
 {
-    const QKeySequence keys = shortcut(); // a new text may come with a letter of its own, or none
+    const QKeySequence keys = shortcut(); // setText() takes it away unless the text has an "&"
     setText(title);
     if (shortcut().isEmpty()) {
         setShortcut(keys);
@@ -154,7 +154,7 @@ void KORVENButton::focusInEvent(QFocusEvent *event)
     case Qt::ActiveWindowFocusReason:
     case Qt::PopupFocusReason:
     case Qt::MenuBarFocusReason:
-        break; // back again, as it was
+        break; // the focus returns to where it was, and so does the ring
     default:
         m_focusCameByKeyboard = true;
     }

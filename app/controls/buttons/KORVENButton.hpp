@@ -32,10 +32,10 @@ public:
     /// Turns to the look of the style's push buttons, title included. There is no way back.
     void set10p7Mode();
     [[nodiscard]] bool run10p7Mode() const noexcept { return m_run10p7Mode; }
-    /// The flag alone; set10p7Mode() is what changes the title too.
+    /// Required interface: the flag alone; set10p7Mode() changes the title too.
     void setRun10p7Mode(bool mode);
 
-    /// Whether the face is ours.
+    /// Required interface: whether the face is ours.
     [[nodiscard]] bool wantsUpdateLayer() const noexcept { return !m_run10p7Mode; }
     /// The image of the face as it is now: "_tq_butp.png" while pressed, else "_tq_but.png".
     [[nodiscard]] QString imageName() const;

@@ -28,15 +28,15 @@ void PressGuard::watch(QAbstractButton &button)
     if (!m_buttons.insert(&button).second) {
         return;
     }
-    // Only the application sees where the pointer goes and which keys repeat, whatever widget they
-    // are for.
+    // The pointer has to be followed over every widget, and keys that repeat may be for any: only
+    // the application sees all events.
     QCoreApplication::instance()->installEventFilter(this);
     connect(&button, &QAbstractButton::pressed, this, [this, &button] {
         m_pressedPlace = QRect(button.mapToGlobal(QPoint()), button.size());
     });
     connect(&button, &QAbstractButton::clicked, this, &PressGuard::hold);
     connect(&button, &QObject::destroyed, this,
-            [this](const QObject *gone) { m_buttons.erase(gone); });
+            [this](const QObject *destroyed) { m_buttons.erase(destroyed); });
 }
 
 void PressGuard::hold()

@@ -35,10 +35,7 @@ public:
 
     explicit PressGuard(QObject *parent = nullptr);
     ~PressGuard() override;
-    PressGuard(const PressGuard &) = delete;
-    PressGuard &operator=(const PressGuard &) = delete;
-    PressGuard(PressGuard &&) = delete;
-    PressGuard &operator=(PressGuard &&) = delete;
+    Q_DISABLE_COPY_MOVE(PressGuard)
 
     /// Watches a button for as long as it and this live. Does nothing for one that is watched.
     void watch(QAbstractButton &button);

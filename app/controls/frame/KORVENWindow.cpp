@@ -104,11 +104,11 @@ void KORVENWindow::setApplicationMenu(QMenu *menu)
     m_menuButton->setMenu(menu);
     m_menuButton->setVisible(menu != nullptr);
     if (menu != nullptr) {
-        // Its keys are the window's, and not the button's while that has the focus.
+        // QPushButton adds the action to itself, where its keys work with the focus alone.
         m_menuButton->removeAction(m_menuAction);
         addAction(m_menuAction);
         connect(menu, &QObject::destroyed, m_menuButton, [this, menu] {
-            if (m_menuButton->menu() == menu) { // and not one that has been set since
+            if (m_menuButton->menu() == menu) { // another one may have been set since
                 setApplicationMenu(nullptr);
             }
         });
@@ -234,7 +234,7 @@ void KORVENWindow::mousePressEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton && isInTitleBar(place) && !isFullScreen()) {
         m_drag.press(place);
     } else {
-        event->ignore(); // it begins nothing
+        event->ignore();
     }
 }
 
@@ -268,7 +268,7 @@ void KORVENWindow::contextMenuEvent(QContextMenuEvent *event)
 void KORVENWindow::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // By now the window has a handle, which stays.
+    // The handle exists from the first show event on, and is kept.
     connect(windowHandle(), &QWindow::screenChanged, this, &KORVENWindow::followScreen,
             Qt::UniqueConnection);
     followScreen();
@@ -309,7 +309,7 @@ void KORVENWindow::changeEvent(QEvent *event)
         placeButtons();
     }
     if (event->type() == QEvent::ActivationChange) {
-        // Only the window is told, and its title bar is what shows it.
+        // Qt sends this to the window alone, while the title bar shows it.
         m_titleView->update();
         for (TitleBarButton *button : std::as_const(m_buttons)) {
             button->update();
@@ -333,7 +333,7 @@ void KORVENWindow::updateShape()
 
 void KORVENWindow::paintEvent(QPaintEvent * /*event*/)
 {
-    // The rim takes away what must not be seen of the corners.
+    // The corners are filled as well: WindowEdges erases them.
     QPainter painter(this);
     if (m_outerMargin > 0) {
         painter.fillRect(rect(), theme::backdrop);

@@ -51,7 +51,7 @@ public:
 
     [[nodiscard]] KORVENTitleView *titleView() const noexcept { return m_titleView; }
 
-    /// Whether frames are left as they are proposed, however large. Not so at first.
+    /// Whether frames are left as they are proposed, however large; false at first.
     [[nodiscard]] bool constrainingToScreenSuspended() const noexcept
     {
         return m_constrainingToScreenSuspended;
@@ -65,8 +65,8 @@ public:
     /// screen has available, unless that is suspended. Without a screen the proposed one.
     [[nodiscard]] QRect constrainFrameRect(const QRect &frame, const QScreen *screen) const;
 
-    /// Room left free on each side of all that the window shows, its title bar included; 0 at
-    /// first. For a window that covers the screen and shows less: there it is dark.
+    /// The width of a dark margin around all that the window shows, its title bar included; 0 at
+    /// first. For a window that covers the screen while it shows less.
     [[nodiscard]] int outerMargin() const noexcept { return m_outerMargin; }
     void setOuterMargin(int margin);
 

@@ -27,7 +27,7 @@ void KeyboardPlacement::begin(Kind kind)
     m_isActive = true;
     QGuiApplication::setOverrideCursor(kind == Kind::move ? Qt::SizeAllCursor
                                                           : Qt::SizeFDiagCursor);
-    // Keys go to whichever widget has the focus; here they all pass.
+    // Any widget of the window may have the focus, so its keys are caught on the way.
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -46,7 +46,7 @@ bool KeyboardPlacement::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::ShortcutOverride:
         if (!m_window->isActiveWindow()) {
-            end(); // the keys are for somebody else
+            end(); // another window has the keyboard
             return false;
         }
         event->accept(); // so that it comes as a key, not as a shortcut
@@ -112,7 +112,7 @@ void KeyboardPlacement::step(QPoint by)
         const QSize size = frame.size() + QSize(by.x(), by.y());
         frame.setSize(size.expandedTo(m_window->minimumSize()));
     }
-    // All screens taken together: the way may lead from one to the next.
+    // Bounded by all screens together, so that the window can be moved from one to the next.
     m_window->setGeometry(frameWithin(frame, m_window->screen()->availableVirtualGeometry()));
 }
 

@@ -7,8 +7,8 @@ class QWidget;
 
 namespace tessaly {
 
-/// Moves or resizes a window by the arrow keys: in steps of 10, with Ctrl of 1. Return or any press
-/// of a button keeps the result, Escape takes it back. All other keys are held off meanwhile.
+/// Moves or resizes a window by the arrow keys: in steps of 10, with Ctrl of 1. Return or any mouse
+/// button keeps the result, Escape restores the window as it was. Other keys do nothing meanwhile.
 class KeyboardPlacement : public QObject {
     Q_OBJECT
 
@@ -22,7 +22,6 @@ public:
 
     /// From now on the arrow keys are for the window.
     void begin(Kind kind);
-    [[nodiscard]] bool isActive() const noexcept { return m_isActive; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

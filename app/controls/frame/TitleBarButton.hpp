@@ -30,8 +30,7 @@ private:
     void paintSign(QPainter &painter) const;
 
     TitleBarPart m_part;
-    // A window gives its first button the focus by itself; only those who use the keyboard for
-    // their way around are shown where they are.
+    // A window gives its first button the focus by itself. The ring is for users of the keyboard.
     bool m_showsFocus = false;
 };
 

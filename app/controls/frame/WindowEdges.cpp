@@ -31,7 +31,7 @@ void WindowEdges::mousePressEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton && edges && handle != nullptr) {
         handle->startSystemResize(edges);
     }
-    // Also what resizes nothing ends here: the rim is no part of what lies below it.
+    // Accepted in any case: a click on the rim is none on what lies below it.
     event->accept();
 }
 
@@ -54,7 +54,7 @@ void WindowEdges::paintEvent(QPaintEvent * /*event*/)
     if (m_roundsCorners) {
         QPainterPath corners;
         corners.addRect(rect());
-        corners.addRoundedRect(rect(), radius, radius); // the rule is odd-even: what lies between
+        corners.addRoundedRect(rect(), radius, radius); // odd-even fill: what lies between both
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
         painter.fillPath(corners, Qt::black);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);

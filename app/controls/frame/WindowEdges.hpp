@@ -4,18 +4,17 @@
 
 namespace tessaly {
 
-/// The rim of a window, on top of all that is in it: seizing it resizes the window, and it draws
-/// the thin line around the window and, where asked, rounds its corners.
+/// The rim of a window, on top of all that is in it: a drag of it resizes the window. Draws the
+/// thin line around the window and, if told to, rounds its corners.
 ///
-/// It takes the whole window but for what lies inside of the rim.
+/// Covers the whole window; a mask leaves the inside to what lies below.
 class WindowEdges : public QWidget {
     Q_OBJECT
 
 public:
     explicit WindowEdges(QWidget *parent);
 
-    /// Whether the corners are cut off. Takes a window that is translucent.
-    [[nodiscard]] bool roundsCorners() const noexcept { return m_roundsCorners; }
+    /// Whether the corners are cut off. Requires: the window is translucent.
     void setRoundsCorners(bool isOn);
 
 protected:

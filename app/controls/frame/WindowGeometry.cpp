@@ -12,7 +12,7 @@ namespace {
 
 constexpr QPointF titleOffset{20.0, 4.0};
 
-// That near to its end, an edge counts as the corner: corners of a few pixels are hard to hit.
+// This close to its end an edge is the corner: corners of a few pixels are hard to hit.
 constexpr int cornerLength = 16;
 
 constexpr QSize menuButton{27, 22};

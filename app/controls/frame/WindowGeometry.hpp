@@ -9,7 +9,8 @@
 
 namespace tessaly {
 
-// Where the parts of the main window lie. All lengths are device independent pixels; y goes down.
+// Where the parts of the main window lie. All lengths are device independent pixels; y grows
+// downwards.
 
 /// Height of the title bar.
 inline constexpr int titleBarHeight = 34;

@@ -12,10 +12,10 @@ namespace {
 // The last digit is the version of what follows.
 constexpr std::uint32_t signature = 0x5457'5001;
 
-// Far above all screens, and far below where sums of coordinates would overflow.
+// Beyond every screen, and small enough that sums of coordinates do not overflow an int.
 constexpr std::int32_t maxLength = 1'000'000;
 
-bool isConceivable(std::int32_t place)
+bool isPlausible(std::int32_t place)
 {
     return place >= -maxLength && place <= maxLength;
 }
@@ -46,8 +46,8 @@ std::optional<WindowPlacement> WindowPlacement::fromBytes(const QByteArray &byte
     if (stream.status() != QDataStream::Ok || !stream.atEnd() || found != signature) {
         return {};
     }
-    const bool isFrame = isConceivable(x) && isConceivable(y) && isConceivable(width) &&
-                         isConceivable(height) && width > 0 && height > 0;
+    const bool isFrame = isPlausible(x) && isPlausible(y) && isPlausible(width) &&
+                         isPlausible(height) && width > 0 && height > 0;
     if (!isFrame) {
         return {};
     }

@@ -53,8 +53,8 @@ QHash<QString, InterfaceFile::Maker> &makers()
     return all;
 }
 
-/// While one of these lives, Qt finds no plugins: QUiLoader would load those that other programs
-/// have for Qt's own designer, and take longer for that than for all else.
+/// While one of these lives, Qt finds no plugins. QUiLoader would load all Designer plugins that
+/// are installed, which takes longer than all the rest of loading.
 class NoPlugins {
 public:
     NoPlugins() { QCoreApplication::setLibraryPaths({}); }
@@ -65,8 +65,8 @@ private:
     QStringList m_paths = QCoreApplication::libraryPaths();
 };
 
-/// Makes our widgets by name and remembers the names that it knows nothing of, for which Qt would
-/// quietly make a widget of the base class.
+/// Makes our widgets by name and collects unknown names, for which QUiLoader silently
+/// makes a widget of the base class.
 class Loader final : public QUiLoader {
 public:
     explicit Loader(QObject *parent) : QUiLoader(parent)
@@ -95,7 +95,7 @@ private:
     QStringList m_unknown;
 };
 
-/// One for the whole program: making it costs far more than loading a file.
+/// One for the whole program: constructing it costs far more than loading a file.
 Loader &loader()
 {
     static QPointer<Loader> only;
@@ -111,8 +111,8 @@ struct Content {
     InterfaceShortcuts shortcuts;
 };
 
-/// The files as they were first read, for a table loads one and the same for many rows. Nothing
-/// for a file that cannot be read.
+/// A cache, since a table loads the same file for each of its cells. Nothing for a file that cannot
+/// be read.
 std::optional<Content> contentOf(const QString &path)
 {
     static QHash<QString, Content> kept;

@@ -21,13 +21,13 @@ class InterfaceFile {
 public:
     using Maker = std::function<QWidget *(QWidget *parent)>;
 
-    /// What came of a file.
+    /// The result of loading a file.
     struct Loaded {
         std::unique_ptr<QWidget> root; ///< its top widget; null after a failure
         QString error;                 ///< for the log; empty after a success
     };
 
-    /// Lets interface files make widgets of this class. The last maker of a class stays.
+    /// Lets interface files make widgets of this class. Replaces an earlier maker of it.
     static void registerMaker(const QString &className, const Maker &maker);
 
     /// registerWidget<KORVENFolderCellView>("KORVENFolderCellView"): made by the constructor that
@@ -40,7 +40,7 @@ public:
     }
 
     /// Makes the widgets of the file with this name ("KORVENFolderCell"). Fails for a file that is
-    /// not there or not well formed, and for one with a class that nobody registered.
+    /// not there or not well formed, and for one with a class that is not registered.
     ///
     /// A parent owns the top widget as well: release() it, unless the parent outlives the result.
     [[nodiscard]] static Loaded load(QAnyStringView name, QWidget *parent = nullptr);
@@ -64,8 +64,7 @@ template <typename Object>
 [[nodiscard]] Object *findOutlet(QWidget &root, QAnyStringView name);
 
 /// The same for what has to be there: the program ends with that line if it is not. Interface files
-/// are part of the program, so it takes a mistake of ours to end here, which the test of the screen
-/// finds.
+/// are compiled in, so that is a bug, which the test of the screen finds.
 template <typename Object>
 [[nodiscard]] Object &outlet(QWidget &root, QAnyStringView name);
 

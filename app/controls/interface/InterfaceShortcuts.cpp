@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 InterfaceShortcuts::InterfaceShortcuts(const QByteArray &file)
 {
     QXmlStreamReader reader(file);
-    QString widget; // the last one that was begun: a widget's properties come before its children
+    QString widget; // whose element began last: properties stand before children
     while (!reader.atEnd()) {
         if (reader.readNext() != QXmlStreamReader::StartElement) {
             continue;

@@ -13,9 +13,9 @@ namespace tessaly {
 
 /// The keys that an interface file gives to its buttons.
 ///
-/// A button that is given a text takes its keys from there and forgets those that it had. Qt's
-/// loader gives it the translated text last, after all that the file says; so the keys have to be
-/// given once more.
+/// QAbstractButton::setText() replaces the shortcut by the one that the text names, if any.
+/// QUiLoader sets the translated text last, after all properties; so the shortcuts have to be set
+/// once more.
 class InterfaceShortcuts final {
 public:
     InterfaceShortcuts() = default;

@@ -15,10 +15,7 @@ class CellTableSource {
 public:
     CellTableSource() = default;
     virtual ~CellTableSource() = default;
-    CellTableSource(const CellTableSource &) = delete;
-    CellTableSource &operator=(const CellTableSource &) = delete;
-    CellTableSource(CellTableSource &&) = delete;
-    CellTableSource &operator=(CellTableSource &&) = delete;
+    Q_DISABLE_COPY_MOVE(CellTableSource)
 
     [[nodiscard]] virtual int numberOfRowsInTableView() const = 0;
 
@@ -28,10 +25,10 @@ public:
 
     /// What typing is compared with, to select a row.
     [[nodiscard]] virtual QString searchText(int row) const = 0;
-    /// What the row is to somebody who cannot see it.
+    /// What screen readers say for the row.
     [[nodiscard]] virtual QString accessibleText(int row) const { return searchText(row); }
 
-    /// Asked for each key that is typed: whether it may select rows by typing.
+    /// Is asked for each key that is typed: whether it may select rows by typing.
     virtual bool shouldTypeSelectForEvent(const QKeyEvent & /*event*/, const QString & /*typed*/)
     {
         return true;
@@ -39,7 +36,7 @@ public:
     /// Whether activateRow() and showMenu() do something with the row.
     [[nodiscard]] virtual bool canActivateRow(int /*row*/) const { return false; }
     [[nodiscard]] virtual bool hasMenu(int /*row*/) const { return false; }
-    /// The user wants to go into the row: Return on it.
+    /// The user opens the row: Return, or a double click.
     virtual void activateRow(int /*row*/) {}
     /// The user wants the row's menu, at this place of the screen.
     virtual void showMenu(int /*row*/, const QPoint & /*place*/) {}

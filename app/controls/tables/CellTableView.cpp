@@ -66,7 +66,7 @@ CellTableView::CellTableView(QWidget *parent) : QListView(parent), m_model(new C
     colors.setColor(QPalette::AlternateBase, theme::oddRow);
     colors.setColor(QPalette::Highlight, theme::selectedRow);
     setPalette(colors);
-    // Queued: whoever sets both selects the row before it becomes the current one.
+    // Queued, since the item view selects a row before it makes it the current one.
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &CellTableView::makeSelectedRowCurrent, Qt::QueuedConnection);
     // Qt sends this only when both presses were on the same row of the same content.
@@ -176,7 +176,7 @@ void CellTableView::makeSelectedRowCurrent()
     }
 }
 
-/// The item view makes the first row the current one when it gets the focus, but selects none.
+/// On focus the item view makes the first row the current one, but does not select it.
 void CellTableView::selectCurrentRow()
 {
     if (selectedRow() < 0 && currentIndex().isValid()) {
@@ -256,7 +256,7 @@ void CellTableView::mouseDoubleClickEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton) {
         QListView::mouseDoubleClickEvent(event);
     } else {
-        mousePressEvent(event); // doubleClicked() does not tell the buttons apart
+        mousePressEvent(event); // doubleClicked() does not say which button it was
     }
 }
 
@@ -269,7 +269,7 @@ void CellTableView::keyPressEvent(QKeyEvent *event)
         return;
     }
     if (event->key() == Qt::Key_Escape) {
-        event->ignore(); // the item view would search for it
+        event->ignore(); // type-ahead would take it for a letter
         return;
     }
     if (!event->text().isEmpty() && m_source != nullptr &&
@@ -277,7 +277,7 @@ void CellTableView::keyPressEvent(QKeyEvent *event)
         return;
     }
     if (event->key() == Qt::Key_Space) {
-        return; // has done what it does; the item view would turn the selection off
+        return; // the source has acted on it; the item view would clear the selection
     }
     QListView::keyPressEvent(event);
 }
@@ -319,7 +319,7 @@ void CellTableView::updateGeometries()
 void CellTableView::paintEvent(QPaintEvent *event)
 {
     QListView::paintEvent(event);
-    // Where there are no rows the window goes on.
+    // Below the last row the window's colour, in place of the table's.
     const int rowCount = m_model->rowCount();
     const int end = rowCount * m_rowHeight - verticalOffset();
     if (end < viewport()->height()) {

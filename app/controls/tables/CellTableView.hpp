@@ -14,13 +14,13 @@ class CellTableModel;
 class CellTableSource;
 
 /// A table of one column whose rows are shown by widgets, the cells. Cells are made for the rows in
-/// sight alone and used again, by identifier, as rows come into sight and go; so a million rows
-/// take no more cells than fit into the window. Selection, keys, type-ahead and what assistive
+/// view alone and reused, by identifier, as rows are scrolled; so a million rows take no more cells
+/// than fit into the window. Selection, keys, type-ahead and what assistive
 /// technology sees are those of the item view that this is.
 ///
-/// Keys:  Return goes into the selected row, the menu key shows its menu. When a key brings the
-///        focus, a row is selected if none was.
-/// Mouse: a double click goes into a row, except on what takes clicks itself.
+/// Keys:  Return opens the selected row, the menu key shows its menu. When the keyboard gives the
+///        table the focus, a row is selected if none was.
+/// Mouse: a double click opens a row, except on a part of the cell that takes clicks itself.
 class CellTableView : public QListView {
     Q_OBJECT
 
@@ -29,12 +29,9 @@ public:
 
     explicit CellTableView(QWidget *parent = nullptr);
     ~CellTableView() override;
-    CellTableView(const CellTableView &) = delete;
-    CellTableView &operator=(const CellTableView &) = delete;
-    CellTableView(CellTableView &&) = delete;
-    CellTableView &operator=(CellTableView &&) = delete;
+    Q_DISABLE_COPY_MOVE(CellTableView)
 
-    /// The source must outlive the table, or be taken away before it goes.
+    /// The source outlives the table, or is set to nullptr before it is destroyed.
     void setDataSource(CellTableSource *source);
     [[nodiscard]] CellTableSource *dataSource() const noexcept { return m_source; }
 
@@ -48,16 +45,15 @@ public:
     /// How cells with this identifier are made.
     void registerCells(const QString &identifier, CellMaker maker);
 
-    /// A cell with this identifier: one that is out of use, or else a new one. nullptr when no
-    /// cells were registered under it. The table owns the cell.
+    /// An unused cell with this identifier, or else a new one; nullptr when no cells are registered
+    /// under it. The table owns the cell.
     [[nodiscard]] QWidget *makeView(const QString &identifier);
 
-    /// Takes a cell that was made elsewhere, to be used again under this identifier.
+    /// Takes ownership of a cell, to be reused under this identifier.
     QWidget *adoptView(std::unique_ptr<QWidget> cell, const QString &identifier);
 
     /// Shows the rows that the source has now. Nothing is selected afterwards.
     void reloadData();
-    void scrollToTop() { QListView::scrollToTop(); }
 
     /// The cell that shows a row, or nullptr when the row is out of sight.
     [[nodiscard]] QWidget *cellForRow(int row) const;
@@ -69,9 +65,9 @@ public:
     /// The cell of the selected row, which is brought into sight for that; nullptr without one.
     [[nodiscard]] QWidget *selectedCell();
 
-    /// Goes into a row, as Return on it does. Does nothing when there is no such row.
+    /// Opens a row, as Return on it does. Does nothing when there is no such row.
     void activateRow(int row);
-    /// Shows a row's menu in its middle, as the menu key does. The same.
+    /// Shows a row's menu in its middle, as the menu key does. Does nothing when there is no row.
     void showMenuOfRow(int row);
 
     /// Has screen readers speak the rows: how many they are, and the first few. Does nothing while

@@ -15,7 +15,7 @@ class IconView : public ClickableView {
 public:
     explicit IconView(QWidget *parent = nullptr);
 
-    /// `name` tells the image by its file, for whoever wants to know what is shown.
+    /// `name` is that of the image's file; an image with the name of the one before is not redrawn.
     void setImage(const QIcon &image, const QString &name);
     void setImage(const QIcon &image) { setImage(image, {}); }
     [[nodiscard]] QIcon image() const { return m_image; }

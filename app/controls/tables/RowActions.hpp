@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 namespace tessaly {
 
 /// What the program's menu does with the selected row of a screen. A screen that is one offers it.
@@ -9,10 +11,7 @@ class RowActions {
 public:
     RowActions() = default;
     virtual ~RowActions() = default;
-    RowActions(const RowActions &) = delete;
-    RowActions &operator=(const RowActions &) = delete;
-    RowActions(RowActions &&) = delete;
-    RowActions &operator=(RowActions &&) = delete;
+    Q_DISABLE_COPY_MOVE(RowActions)
 
     /// Whether there is a selected row that can be acted on.
     [[nodiscard]] virtual bool hasSelectedRow() const = 0;

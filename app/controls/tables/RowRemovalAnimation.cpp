@@ -61,8 +61,8 @@ void RowRemovalAnimation::prepareMove(int row)
     const int rowHeight = m_table->rowHeight();
     const QRect place(0, row * rowHeight - m_offsetBefore, width(), rowHeight);
     if (rect().contains(place)) {
-        m_leavingRow = place;
-        // What has just been written into the cells has not found its place in them yet.
+        m_removedRow = place;
+        // The cells have new texts, and their layouts run only with the next event.
         for (const QWidget *cell :
              m_table->viewport()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
             if (cell->layout() != nullptr) {
@@ -84,22 +84,22 @@ void RowRemovalAnimation::paintEvent(QPaintEvent * /*event*/)
 {
     const double progress = m_progress.currentValue().toDouble();
     QPainter painter(this);
-    if (m_leavingRow.isEmpty()) {
+    if (m_removedRow.isEmpty()) {
         painter.setOpacity(1 - progress);
         painter.drawPixmap(0, 0, m_before);
         return;
     }
-    const int top = m_leavingRow.top();
+    const int top = m_removedRow.top();
     painter.fillRect(0, top, width(), height() - top, palette().brush(QPalette::Window));
     painter.setOpacity(1 - progress);
     const double scale = m_before.devicePixelRatio();
     painter.drawPixmap(
-        m_leavingRow, m_before,
-        QRectF(QPointF(m_leavingRow.topLeft()) * scale, QSizeF(m_leavingRow.size()) * scale)
+        m_removedRow, m_before,
+        QRectF(QPointF(m_removedRow.topLeft()) * scale, QSizeF(m_removedRow.size()) * scale)
             .toAlignedRect());
     painter.setOpacity(1);
-    const double toGo = m_leavingRow.height() * (1 - progress);
-    painter.drawPixmap(QPointF(0, top + toGo), m_after);
+    const double remaining = m_removedRow.height() * (1 - progress);
+    painter.drawPixmap(QPointF(0, top + remaining), m_after);
 }
 
 bool RowRemovalAnimation::eventFilter(QObject *watched, QEvent *event)

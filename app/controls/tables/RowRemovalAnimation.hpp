@@ -10,28 +10,28 @@ namespace tessaly {
 
 class CellTableView;
 
-/// Shows how rows leave a table, over a table that shows what is left already: the row fades, and
-/// those below it move up to their places. Where more changed than that, all that was there fades.
+/// Lies over a table that has lost rows: the removed row fades out, and those below it move up to
+/// their places. Where more has changed than one row, the table's old picture fades out.
 ///
-/// The table is not held up. The mouse goes through to it, and what moves the table in another way,
-/// like scrolling, ends the show.
+/// The table stays usable: it gets all mouse events, and scrolling or resizing it ends the
+/// animation.
 ///
-/// Length: what the table's style says (QStyle::SH_Widget_Animation_Duration); 0 shows nothing.
+/// Duration: the style's (QStyle::SH_Widget_Animation_Duration); 0 turns animations off.
 ///
-/// Use: make one before the table changes, change the table, and play() it. It goes by itself.
+/// Use: construct it, change the table, and play(); it deletes itself.
 /// Threads: the main thread.
 class RowRemovalAnimation final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Whether there is anybody to see it: the table is in sight, and its style moves things.
+    /// Whether the table is visible, and its style has animations.
     [[nodiscard]] static bool isWanted(const CellTableView &table);
 
-    /// Keeps a picture of the table as it is. `stage` holds the table, and stays in sight also when
-    /// the table does not; it owns this.
+    /// Takes a picture of the table. `stage` contains the table, stays visible even when the table
+    /// is hidden, and owns this.
     RowRemovalAnimation(CellTableView &table, QWidget &stage);
 
-    /// `row`: the one that has left, as rows were counted before; nothing when it was not one.
+    /// `row`: the index that the removed row had; nothing when it was not one row.
     void play(std::optional<int> row);
 
 protected:
@@ -45,8 +45,8 @@ private:
     CellTableView *m_table;
     int m_offsetBefore;
     QPixmap m_before;   ///< what the table showed
-    QPixmap m_after;    ///< what the rows from the one that left on show now
-    QRect m_leavingRow; ///< empty where all that was there fades
+    QPixmap m_after;    ///< the rows that have moved up, as they are now
+    QRect m_removedRow; ///< of the removed row; empty when the old picture fades
     QVariantAnimation m_progress;
 };
 

@@ -27,11 +27,11 @@ void ClickableView::mouseReleaseEvent(QMouseEvent *event)
     event->ignore();
     if (std::exchange(m_isPressed, false) && event->button() == Qt::LeftButton &&
         rect().contains(event->position().toPoint())) {
-        m_isClickUnderWay = true;
+        m_isClickPending = true;
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (std::exchange(m_isClickUnderWay, false)) {
+                if (std::exchange(m_isClickPending, false)) {
                     Q_EMIT clicked();
                 }
             },
@@ -41,7 +41,7 @@ void ClickableView::mouseReleaseEvent(QMouseEvent *event)
 
 void ClickableView::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    // The first of its two clicks has done what there is to do, if it was one on this.
+    // If its first press was on this, that was the click; else the row sees the double click.
     event->setAccepted(std::exchange(m_tookLastPress, false));
 }
 

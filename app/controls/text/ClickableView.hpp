@@ -5,8 +5,8 @@
 namespace tessaly {
 
 /// What a cell shows and a user may click on. A click begins and ends on the same content;
-/// clicked() is sent when the mouse event is over, since whoever receives it may move this widget
-/// elsewhere. The row below sees the mouse as well, and is selected. A double click is one click,
+/// clicked() is sent after the mouse event, since its receiver may reuse this widget for another
+/// row. The row below sees the mouse as well, and is selected. A double click is one click,
 /// and the row below sees only the first of its presses.
 class ClickableView : public QWidget {
     Q_OBJECT
@@ -15,7 +15,7 @@ class ClickableView : public QWidget {
 public:
     explicit ClickableView(QWidget *parent = nullptr);
 
-    /// Not so at first.
+    /// False at first.
     [[nodiscard]] bool isClickable() const noexcept { return m_isClickable; }
     void setClickable(bool isClickable);
 
@@ -25,8 +25,8 @@ Q_SIGNALS:
 protected:
     /// Where a click may begin.
     [[nodiscard]] virtual QRect clickableRect() const { return rect(); }
-    /// To be called when the content changes: a press or click that is under way is none on it.
-    void forgetPress() noexcept { m_isPressed = m_isClickUnderWay = m_tookLastPress = false; }
+    /// To be called when the content changes: a press on the old content is no click on the new.
+    void forgetPress() noexcept { m_isPressed = m_isClickPending = m_tookLastPress = false; }
 
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -35,7 +35,7 @@ protected:
 private:
     bool m_isClickable = false;
     bool m_isPressed = false;
-    bool m_isClickUnderWay = false; ///< done, and not told of yet
+    bool m_isClickPending = false; ///< clicked() is still to be sent
     bool m_tookLastPress = false;
 };
 

@@ -81,7 +81,7 @@ bool NameLabel::event(QEvent *event)
 void NameLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    // A name runs as its own letters do, wherever it stands: ".Trash" keeps its dot in front.
+    // By its own letters and not the window's direction: ".Trash" keeps its dot in front.
     painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.setPen(palette().color(foregroundRole()));
     const QRect place = contentsRect();

@@ -6,12 +6,11 @@
 
 namespace tessaly {
 
-/// A line of text that is shortened where there is no room for it, in the middle if not told
-/// otherwise, and that may be clicked. For names and paths: text() is the text as it was set, of
-/// which every character counts; what cannot be shown, or would turn the direction of the text, is
-/// drawn as a question mark.
+/// A line of text that is elided, in its middle at first, and that may be clicked. For names and
+/// paths: text() is the text as it was set, byte for byte; control characters and characters that
+/// change the direction of the text are drawn as question marks.
 ///
-/// Tooltip: with one set, the pointer brings up the whole text, in lines that fit onto the screen.
+/// Tooltip: with any set, it shows the whole text of the label, in lines that fit onto the screen.
 class NameLabel : public ClickableView {
     Q_OBJECT
     Q_PROPERTY(QString text READ text WRITE setText)
@@ -28,13 +27,11 @@ public:
     [[nodiscard]] Qt::Alignment alignment() const noexcept { return m_alignment; }
     void setAlignment(Qt::Alignment alignment);
 
-    /// Whether the pointer brings up a text that is shortened also without a tooltip. Not so at
-    /// first.
+    /// Whether an elided text has a tooltip even if none is set; false at first.
     [[nodiscard]] bool tellsWhenShortened() const noexcept { return m_tellsWhenShortened; }
     void setTellsWhenShortened(bool tells) noexcept { m_tellsWhenShortened = tells; }
     [[nodiscard]] bool isShortened() const;
 
-    /// What is left off where there is no room for the text: its middle at first.
     [[nodiscard]] Qt::TextElideMode elideMode() const noexcept { return m_elideMode; }
     void setElideMode(Qt::TextElideMode mode);
 
@@ -55,7 +52,7 @@ private:
     Qt::TextElideMode m_elideMode = Qt::ElideMiddle;
 };
 
-/// The text as it is drawn: without what has no look of its own.
+/// The text as NameLabel draws it.
 [[nodiscard]] QString drawableText(const QString &text);
 
 } // namespace tessaly

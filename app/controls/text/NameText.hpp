@@ -7,8 +7,8 @@
 
 namespace tessaly {
 
-/// A file name or path as a text that a field can hold, from which nameOfText() makes the very same
-/// bytes again (see escapedName()). Fields for names draw it readably (see NameLabel).
+/// A file name or path as a text for a field, from which nameOfText() makes the same bytes again
+/// (see escapedName()). NameLabel draws it readably.
 [[nodiscard]] QString textOfName(std::string_view name);
 
 /// The bytes of a name from its text.

@@ -22,7 +22,7 @@ QList<QWidget *> childrenOf(const QWidget &row)
 
 WrappingRow::WrappingRow(QWidget *parent) : QWidget(parent)
 {
-    // Not fixed: a fixed height is that of the hint, which is one line.
+    // Not fixed: layouts would take the height of the hint, which is one line.
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -41,11 +41,11 @@ QSize WrappingRow::sizeHint() const
 
 QSize WrappingRow::minimumSizeHint() const
 {
-    QSize least(0, 0);
+    QSize minSize(0, 0);
     for (const QWidget *child : childrenOf(*this)) {
-        least = least.expandedTo(child->sizeHint());
+        minSize = minSize.expandedTo(child->sizeHint());
     }
-    return least;
+    return minSize;
 }
 
 int WrappingRow::heightForWidth(int width) const

@@ -24,7 +24,7 @@ QImage stretchNinePatch(const QImage &image, int cap, QSize size)
     }
     QImage source = image;
     source.setDevicePixelRatio(1);
-    // At least a pixel of the image stays in the middle, to be stretched.
+    // At least one pixel of the image has to stay in the middle, to be stretched.
     const auto room = [cap](int imageLength, int length) {
         return std::clamp(std::min((imageLength - 1) / 2, length / 2), 0, std::max(cap, 0));
     };

@@ -41,7 +41,7 @@ QPalette themePalette()
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText}) {
         palette.setColor(QPalette::Disabled, role, theme::disabledText);
     }
-    // The shadow of disabled entries in menus: none to be seen.
+    // Fusion draws disabled menu entries with a shadow in this colour: make it invisible.
     palette.setColor(QPalette::Disabled, QPalette::Light, theme::sidebar);
     palette.setColor(QPalette::Disabled, QPalette::Base, theme::window);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, theme::separator);
@@ -74,7 +74,7 @@ QString styleSheetWithColors(const QString &styleSheet,
 
 void applyTheme()
 {
-    // Drawn in the palette's colours alone, the same on every desktop.
+    // Fusion draws in the palette's colours alone, the same on every desktop.
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     QApplication::setPalette(themePalette());
     QToolTip::setPalette(themePalette());

@@ -3,8 +3,10 @@
 #include "app/controls/tables/CellTableSource.hpp"
 #include "app/controls/tables/IconView.hpp"
 
+#include <QAbstractItemModelTester>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -172,6 +174,111 @@ TEST_F(CellTableViewTest, escapeIsForTheWindow)
         EXPECT_FALSE(escape.isAccepted());
     }
     EXPECT_EQ(m_typed, QString());
+}
+
+/// A thousand rows in a table that shows four of them at a time.
+class CellTableViewCellsTest : public testing::Test, protected CellTableSource {
+protected:
+    CellTableViewCellsTest()
+    {
+        m_table.setRowHeight(20);
+        m_table.registerCells(u"even"_s, [] { return std::make_unique<QWidget>(); });
+        m_table.registerCells(u"odd"_s, [] { return std::make_unique<QWidget>(); });
+        m_table.resize(100, 80);
+        m_table.show();
+        m_table.setDataSource(this);
+    }
+    ~CellTableViewCellsTest() override { m_table.setDataSource(nullptr); }
+
+    [[nodiscard]] int numberOfRowsInTableView() const override { return m_rowCount; }
+    [[nodiscard]] QWidget *viewForTableColumn(int row) override
+    {
+        QWidget *cell = m_table.makeView(row % 2 == 0 ? u"even"_s : u"odd"_s);
+        cell->setObjectName(QString::number(row));
+        return cell;
+    }
+    [[nodiscard]] QString searchText(int row) const override { return QString::number(row); }
+
+    int m_rowCount = 1000;
+    CellTableView m_table;
+};
+
+TEST_F(CellTableViewCellsTest, rowsInViewAloneHaveCells)
+{
+    EXPECT_NE(m_table.cellForRow(0), nullptr);
+    EXPECT_EQ(m_table.cellForRow(10), nullptr);
+    EXPECT_EQ(m_table.cellForRow(-1), nullptr);
+    EXPECT_EQ(m_table.cellForRow(1)->geometry(), QRect(0, 20, m_table.viewport()->width(), 20));
+}
+
+TEST_F(CellTableViewCellsTest, cellsAreReusedForOtherRowsOfTheirIdentifier)
+{
+    const QWidget *even = m_table.cellForRow(0);
+    const QWidget *odd = m_table.cellForRow(1);
+    m_table.verticalScrollBar()->setValue(500 * 20);
+    EXPECT_EQ(m_table.cellForRow(0), nullptr);
+    ASSERT_NE(m_table.cellForRow(500), nullptr);
+    EXPECT_EQ(m_table.cellForRow(500)->objectName(), u"500"_s);
+    EXPECT_EQ(m_table.cellForRow(500), even);
+    EXPECT_EQ(m_table.cellForRow(501), odd);
+    for (int row = 0; row < m_rowCount; row += 7) {
+        m_table.verticalScrollBar()->setValue(row * 20);
+    }
+    EXPECT_LE(m_table.cellCount(), 10);
+}
+
+TEST_F(CellTableViewCellsTest, rowsKeepTheirCellsWhenTheyAreReloaded)
+{
+    const QWidget *first = m_table.cellForRow(0);
+    m_table.reloadData();
+    EXPECT_EQ(m_table.cellForRow(0), first);
+    m_rowCount = 1;
+    m_table.reloadData();
+    EXPECT_EQ(m_table.cellForRow(0), first);
+    EXPECT_EQ(m_table.cellForRow(1), nullptr);
+}
+
+TEST_F(CellTableViewCellsTest, anAdoptedCellIsReused)
+{
+    EXPECT_EQ(m_table.makeView(u"other"_s), nullptr);
+    auto made = std::make_unique<QWidget>();
+    QWidget *cell = made.get();
+    const int countBefore = m_table.cellCount();
+    EXPECT_EQ(m_table.adoptView(std::move(made), u"other"_s), cell);
+    EXPECT_EQ(cell->parentWidget(), m_table.viewport());
+    EXPECT_EQ(m_table.cellCount(), countBefore + 1);
+}
+
+TEST_F(CellTableViewCellsTest, theSelectedRowIsScrolledIntoViewForItsCell)
+{
+    EXPECT_EQ(m_table.selectedCell(), nullptr);
+    m_table.selectRow(700);
+    m_table.verticalScrollBar()->setValue(0);
+    const QWidget *cell = m_table.selectedCell();
+    ASSERT_NE(cell, nullptr);
+    EXPECT_EQ(cell->objectName(), u"700"_s);
+    EXPECT_TRUE(m_table.viewport()->rect().contains(cell->geometry()));
+}
+
+TEST_F(CellTableViewCellsTest, theHeightOfRowsFollowsTheWidthOfTheTable)
+{
+    m_table.setRowHeightForWidth([](int width) { return width > 150 ? 20 : 40; });
+    EXPECT_EQ(m_table.rowHeight(), 40);
+    m_table.resize(300, 80);
+    EXPECT_EQ(m_table.rowHeight(), 20);
+    EXPECT_EQ(m_table.cellForRow(1)->y(), 20);
+}
+
+TEST_F(CellTableViewCellsTest, itsModelKeepsTheRulesOfItemModels)
+{
+    const QAbstractItemModelTester tester(m_table.model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    m_table.selectRow(3);
+    m_rowCount = 2;
+    m_table.reloadData();
+    EXPECT_EQ(m_table.selectedRow(), -1);
+    m_table.setDataSource(nullptr);
+    EXPECT_EQ(m_table.model()->rowCount(), 0);
 }
 
 } // namespace
