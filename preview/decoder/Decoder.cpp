@@ -52,9 +52,8 @@ DecoderReply withImage(DecoderReply reply, const QImage &image, const DecoderReq
 DecoderReply replyOf(const DecodedImage &decoded, const DecoderRequest &request,
                      const scan::FileDescriptor &pixels)
 {
-    if (decoded.problem != ImageProblem::none) {
-        return problem(decoded.problem == ImageProblem::tooLarge ? DecoderProblem::tooLarge
-                                                                 : DecoderProblem::unreadable);
+    if (decoded.problem != DecoderProblem::none) {
+        return problem(decoded.problem);
     }
     DecoderReply reply;
     reply.fullWidth = decoded.fullSize.width();
@@ -120,13 +119,8 @@ DecoderReply Decoder::answer(const DecoderRequest &request, const scan::FileDesc
 DecoderReply Decoder::openDocument()
 {
     m_file.seek(0);
-    switch (m_document.open(m_file)) {
-    case PdfProblem::damaged:
-        return problem(DecoderProblem::unreadable);
-    case PdfProblem::locked:
-        return problem(DecoderProblem::locked);
-    case PdfProblem::none:
-        break;
+    if (const DecoderProblem found = m_document.open(m_file); found != DecoderProblem::none) {
+        return problem(found);
     }
     DecoderReply reply;
     reply.pageCount = m_document.pageCount();

@@ -178,13 +178,13 @@ DecodedImage decodeImage(QIODevice &device, QSize bounds)
     DecodedImage decoded;
     const ImageHeader header = headerOf(device);
     if (header.format.isEmpty()) {
-        decoded.problem = ImageProblem::unreadable;
+        decoded.problem = DecoderProblem::unreadable;
         return decoded;
     }
     const qint64 pixels = qint64{header.size.width()} * header.size.height();
     if (pixels > maxPixels || bytesToDecode(header, pixels, device) > maxWholeBytes ||
         (readsFileWhole(header.format) && device.size() > maxFileBytes)) {
-        decoded.problem = ImageProblem::tooLarge;
+        decoded.problem = DecoderProblem::tooLarge;
         return decoded;
     }
     const auto reader = readerOf(device, header.format);
@@ -196,7 +196,7 @@ DecodedImage decodeImage(QIODevice &device, QSize bounds)
     }
     QImage image = reader->read();
     if (image.isNull()) {
-        decoded.problem = ImageProblem::unreadable;
+        decoded.problem = DecoderProblem::unreadable;
         return decoded;
     }
     decoded.fullSize = !header.size.isValid() ? image.size()
@@ -218,7 +218,7 @@ DecodedImage decodeSvg(QIODevice &device, QSize bounds)
     const auto drawing = filteredSvg(device);
     QSvgRenderer renderer;
     if (!drawing || !renderer.load(drawing->source)) {
-        decoded.problem = drawing ? ImageProblem::unreadable : ImageProblem::tooLarge;
+        decoded.problem = drawing ? DecoderProblem::unreadable : DecoderProblem::tooLarge;
         return decoded;
     }
     const QSize nominal = renderer.defaultSize().expandedTo(QSize(1, 1));

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "preview/protocol/DecoderMessages.hpp"
+
 #include <QImage>
 #include <QSize>
 
-#include <cstdint>
 #include <memory>
 
 class QIODevice;
@@ -11,17 +12,11 @@ class QImageReader;
 
 namespace tessaly {
 
-enum class ImageProblem : std::uint8_t {
-    none,
-    unreadable, ///< of no format that is understood, or damaged
-    tooLarge,   ///< to be decoded in the memory and time that a preview may take
-};
-
 struct DecodedImage {
     QImage image;
     QSize fullSize; ///< before it was scaled down, in pixels; for drawings their nominal size
     bool isMoving = false; ///< and small enough to be decoded frame by frame as it is shown
-    ImageProblem problem = ImageProblem::none;
+    DecoderProblem problem = DecoderProblem::none;
 };
 
 /// Decodes an image, turned upright and no larger than `bounds` (pixels). Takes at most about

@@ -10,16 +10,16 @@ PdfReader::PdfReader() = default;
 
 PdfReader::~PdfReader() = default;
 
-PdfProblem PdfReader::open(QIODevice &device)
+DecoderProblem PdfReader::open(QIODevice &device)
 {
     m_document = std::make_unique<QPdfDocument>();
     m_document->load(&device);
     if (m_document->status() == QPdfDocument::Status::Ready && pageCount() > 0) {
-        return PdfProblem::none;
+        return DecoderProblem::none;
     }
     const bool isLocked = m_document->error() == QPdfDocument::Error::IncorrectPassword;
     m_document.reset();
-    return isLocked ? PdfProblem::locked : PdfProblem::damaged;
+    return isLocked ? DecoderProblem::locked : DecoderProblem::unreadable;
 }
 
 int PdfReader::pageCount() const

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "preview/protocol/DecoderMessages.hpp"
+
 #include <QSizeF>
 
-#include <cstdint>
 #include <memory>
 
 class QImage;
@@ -10,8 +11,6 @@ class QIODevice;
 class QPdfDocument;
 
 namespace tessaly {
-
-enum class PdfProblem : std::uint8_t { none, damaged, locked };
 
 /// A document, and images of its pages.
 ///
@@ -23,7 +22,7 @@ public:
     Q_DISABLE_COPY_MOVE(PdfReader)
 
     /// Opens the document, which is read from as long as this exists.
-    PdfProblem open(QIODevice &device);
+    DecoderProblem open(QIODevice &device);
 
     /// 0 when none is open.
     [[nodiscard]] int pageCount() const;

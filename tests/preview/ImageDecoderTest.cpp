@@ -55,7 +55,7 @@ TEST_F(ImageDecoderTest, keepsSmallImagesAsTheyAre)
 {
     for (const char *format : {"png", "jpg", "bmp"}) {
         const DecodedImage image = decoded(imageBytes(format, {40, 30}, Qt::blue));
-        ASSERT_EQ(image.problem, ImageProblem::none) << format;
+        ASSERT_EQ(image.problem, DecoderProblem::none) << format;
         EXPECT_EQ(image.image.size(), QSize(40, 30));
         EXPECT_EQ(image.fullSize, QSize(40, 30));
         EXPECT_GT(image.image.pixelColor(20, 15).blue(), 250);
@@ -100,18 +100,18 @@ TEST_F(ImageDecoderTest, showsTheFramesOfAnImageThatMovesAgainAndAgain)
 TEST_F(ImageDecoderTest, decodesImagesLineByLineThatWouldNotFitWhole)
 {
     const DecodedImage image = decoded(colorPng(9000, 5000));
-    ASSERT_EQ(image.problem, ImageProblem::none);
+    ASSERT_EQ(image.problem, DecoderProblem::none);
     EXPECT_EQ(image.image.size(), QSize(1000, 555));
     EXPECT_EQ(image.fullSize, QSize(9000, 5000));
 }
 
 TEST_F(ImageDecoderTest, refusesImagesThatWouldHaveToBeDecodedWhole)
 {
-    EXPECT_EQ(decoded(greyPng(20'000, 20'000)).problem, ImageProblem::tooLarge);
-    EXPECT_EQ(decoded(greyPng(100'000, 100)).problem, ImageProblem::none);
+    EXPECT_EQ(decoded(greyPng(20'000, 20'000)).problem, DecoderProblem::tooLarge);
+    EXPECT_EQ(decoded(greyPng(100'000, 100)).problem, DecoderProblem::none);
     writeFile(m_folder.path("image"), bmpHeader(12'000, 12'000));
     ASSERT_EQ(truncate(m_folder.path("image").c_str(), 54 + 12'000L * 12'000 * 3), 0);
-    EXPECT_EQ(decodedFile().problem, ImageProblem::tooLarge);
+    EXPECT_EQ(decodedFile().problem, DecoderProblem::tooLarge);
 }
 
 TEST_F(ImageDecoderTest, refusesJpegsOfSeveralScansWhereItDecodesOthers)
@@ -121,8 +121,8 @@ TEST_F(ImageDecoderTest, refusesJpegsOfSeveralScansWhereItDecodesOthers)
     const QByteArray scan("\xFF\xDA\x00\x08\x01\x01\x00\x00\x3F\x00", 10);
     const QByteArray usual = QByteArray("\xFF\xD8\xFF\xC0\x00\x0B", 6) + size + scan;
     const QByteArray progressive = QByteArray("\xFF\xD8\xFF\xC2\x00\x0B", 6) + size + scan;
-    EXPECT_EQ(decoded(usual).problem, ImageProblem::unreadable);
-    EXPECT_EQ(decoded(progressive).problem, ImageProblem::tooLarge);
+    EXPECT_EQ(decoded(usual).problem, DecoderProblem::unreadable);
+    EXPECT_EQ(decoded(progressive).problem, DecoderProblem::tooLarge);
 }
 
 TEST_F(ImageDecoderTest, refusesDamagedImages)
@@ -130,7 +130,7 @@ TEST_F(ImageDecoderTest, refusesDamagedImages)
     const QByteArray png = imageBytes("png", {40, 30}, Qt::blue);
     for (const QByteArray &bytes : {QByteArray(), QByteArray("no image"), png.first(20),
                                     png.first(png.size() / 2), QByteArray("\xFF\xD8\xFF\xE0", 4)}) {
-        EXPECT_NE(decoded(bytes).problem, ImageProblem::none) << bytes.size();
+        EXPECT_NE(decoded(bytes).problem, DecoderProblem::none) << bytes.size();
     }
 }
 
@@ -138,9 +138,9 @@ TEST_F(ImageDecoderTest, refusesDrawingsAndDocumentsInDisguise)
 {
     const QByteArray drawing =
         R"(<svg xmlns="http://www.w3.org/2000/svg" width="20" height="10"><g/></svg>)";
-    EXPECT_EQ(decoded(drawing).problem, ImageProblem::unreadable);
-    EXPECT_EQ(decoded(gzipBytes(drawing)).problem, ImageProblem::unreadable);
-    EXPECT_EQ(decoded(pdfBytes(1)).problem, ImageProblem::unreadable);
+    EXPECT_EQ(decoded(drawing).problem, DecoderProblem::unreadable);
+    EXPECT_EQ(decoded(gzipBytes(drawing)).problem, DecoderProblem::unreadable);
+    EXPECT_EQ(decoded(pdfBytes(1)).problem, DecoderProblem::unreadable);
 }
 
 TEST_F(ImageDecoderTest, drawsDrawingsAsLargeAsTheyFit)
@@ -148,7 +148,7 @@ TEST_F(ImageDecoderTest, drawsDrawingsAsLargeAsTheyFit)
     const DecodedImage image =
         decodedSvg("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"20\" height=\"10\">"
                    "<rect width=\"20\" height=\"10\" fill=\"#ff0000\"/></svg>");
-    ASSERT_EQ(image.problem, ImageProblem::none);
+    ASSERT_EQ(image.problem, DecoderProblem::none);
     EXPECT_EQ(image.image.size(), QSize(1000, 500));
     EXPECT_EQ(image.fullSize, QSize(20, 10));
     EXPECT_EQ(image.image.pixelColor(500, 250), QColor(Qt::red));
@@ -156,8 +156,8 @@ TEST_F(ImageDecoderTest, drawsDrawingsAsLargeAsTheyFit)
 
 TEST_F(ImageDecoderTest, refusesDamagedDrawings)
 {
-    EXPECT_NE(decodedSvg("<svg><g></svg>").problem, ImageProblem::none);
-    EXPECT_NE(decodedSvg("").problem, ImageProblem::none);
+    EXPECT_NE(decodedSvg("<svg><g></svg>").problem, DecoderProblem::none);
+    EXPECT_NE(decodedSvg("").problem, DecoderProblem::none);
 }
 
 } // namespace

@@ -89,6 +89,7 @@ WindowSheet::WindowSheet(QWidget &window, std::unique_ptr<QWidget> panel)
     frame->viewport()->setAutoFillBackground(false);
     m_panel->setAutoFillBackground(false);
     setAutoFillBackground(false);
+    setAttribute(Qt::WA_NoMousePropagation); // what lies below gets neither clicks nor wheel
     hide();
     m_host->installEventFilter(this);
 }
@@ -212,26 +213,6 @@ void WindowSheet::paintEvent(QPaintEvent * /*event*/)
     painter.setPen(theme::sheetEdge);
     painter.setBrush(theme::sheet);
     painter.drawPath(outline(panel.adjusted(-0.5, 0, 0.5, cornerRadius - 0.5), cornerRadius));
-}
-
-void WindowSheet::mousePressEvent(QMouseEvent *event)
-{
-    event->accept();
-}
-
-void WindowSheet::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    event->accept();
-}
-
-void WindowSheet::contextMenuEvent(QContextMenuEvent *event)
-{
-    event->accept();
-}
-
-void WindowSheet::wheelEvent(QWheelEvent *event)
-{
-    event->accept();
 }
 
 } // namespace tessaly

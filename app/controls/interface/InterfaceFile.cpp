@@ -163,7 +163,7 @@ QStringList wireActions(QWidget &root, const QObject &context,
     QStringList missing;
     for (const WiredAction &wired : actions) {
         const QString name = wired.name.toString();
-        if (auto *button = lookUpOutlet<QAbstractButton>(root, name); button != nullptr) {
+        if (auto *button = findOutlet<QAbstractButton>(root, name); button != nullptr) {
             if (button->isCheckable()) {
                 // Assistive technology changes the state without a click.
                 QObject::connect(button, &QAbstractButton::toggled, &context, wired.run);
@@ -179,20 +179,10 @@ QStringList wireActions(QWidget &root, const QObject &context,
     return missing;
 }
 
-QString missingOutletText(const QWidget &root, const char *className, const QString &name)
+void endForMissingOutlet(const QWidget &root, const char *className, const QString &name)
 {
-    return u"The interface of %1 has no %2 \"%3\""_s.arg(root.objectName(),
-                                                         QString::fromLatin1(className), name);
-}
-
-void logMissingOutlet(const QString &text)
-{
-    qCritical("%s", qUtf8Printable(text));
-}
-
-void endForMissingOutlet(const QString &text)
-{
-    qFatal("%s", qUtf8Printable(text));
+    qFatal("The interface of %s has no %s \"%s\"", qUtf8Printable(root.objectName()), className,
+           qUtf8Printable(name));
     std::abort();
 }
 

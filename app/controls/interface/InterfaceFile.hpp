@@ -58,47 +58,27 @@ struct WiredAction {
 [[nodiscard]] QStringList wireActions(QWidget &root, const QObject &context,
                                       const std::vector<WiredAction> &actions);
 
-/// The object with this name and type: `root` or one below it. Null if there is none, after a line
-/// in the log that says what is missing.
+/// The object with this name and type: `root` or one below it; nullptr if there is none.
 template <typename Object>
-[[nodiscard]] Object *findOutlet(QWidget &root, QAnyStringView name);
-
-/// The same for what has to be there: the program ends with that line if it is not. Interface files
-/// are compiled in, so that is a bug, which the test of the screen finds.
-template <typename Object>
-[[nodiscard]] Object &outlet(QWidget &root, QAnyStringView name);
-
-// What the templates say in such a case.
-[[nodiscard]] QString missingOutletText(const QWidget &root, const char *className,
-                                        const QString &name);
-void logMissingOutlet(const QString &text);
-[[noreturn]] void endForMissingOutlet(const QString &text);
-
-template <typename Object>
-Object *lookUpOutlet(QWidget &root, const QString &name)
+[[nodiscard]] Object *findOutlet(QWidget &root, const QString &name)
 {
     auto *found = root.objectName() == name ? qobject_cast<Object *>(&root) : nullptr;
     return found != nullptr ? found : root.findChild<Object *>(name);
 }
 
-template <typename Object>
-Object *findOutlet(QWidget &root, QAnyStringView name)
-{
-    const QString text = name.toString();
-    auto *found = lookUpOutlet<Object>(root, text);
-    if (found == nullptr) {
-        logMissingOutlet(missingOutletText(root, Object::staticMetaObject.className(), text));
-    }
-    return found;
-}
+/// Ends the program with a line that says which object is missing.
+[[noreturn]] void endForMissingOutlet(const QWidget &root, const char *className,
+                                      const QString &name);
 
+/// The same for what has to be there: the program ends if it is not. Interface files are compiled
+/// in, so that is a bug, which the test of the screen finds.
 template <typename Object>
-Object &outlet(QWidget &root, QAnyStringView name)
+[[nodiscard]] Object &outlet(QWidget &root, QAnyStringView name)
 {
     const QString text = name.toString();
-    auto *found = lookUpOutlet<Object>(root, text);
+    auto *found = findOutlet<Object>(root, text);
     if (found == nullptr) {
-        endForMissingOutlet(missingOutletText(root, Object::staticMetaObject.className(), text));
+        endForMissingOutlet(root, Object::staticMetaObject.className(), text);
     }
     return *found;
 }

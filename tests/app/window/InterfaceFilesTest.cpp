@@ -171,7 +171,7 @@ QStringList missingOutlets(QWidget &root, const Needs &needs)
     QStringList missing;
     for (const auto &[className, names] : needs.outlets) {
         for (const char *name : names) {
-            const auto *found = lookUpOutlet<QWidget>(root, QString::fromLatin1(name));
+            const auto *found = findOutlet<QWidget>(root, QString::fromLatin1(name));
             if (found == nullptr || !found->inherits(className.c_str())) {
                 missing << QString::fromLatin1(name) + u" ("_s + className.c_str() + u')';
             }
