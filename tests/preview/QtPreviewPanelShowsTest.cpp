@@ -266,7 +266,7 @@ TEST_F(QtPreviewPanelShowsTest, otherFilesAsACard)
     EXPECT_TRUE(card().contains(u"Changed: "_s));
 }
 
-TEST_F(QtPreviewPanelShowsTest, whatIsNoFileAsACard)
+TEST_F(QtPreviewPanelShowsTest, devicesAndMissingFilesAsACard)
 {
     ASSERT_EQ(mkfifo(m_folder.path("pipe").c_str(), 0600), 0);
     EXPECT_EQ(shown(m_folder.path("pipe")), u"card"_s);

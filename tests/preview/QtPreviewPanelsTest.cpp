@@ -301,7 +301,7 @@ TEST_F(QtPreviewPanelsTest, remembersItsSize)
     EXPECT_EQ(next.sharedPreviewPanel().window().size(), QSize(640, 480));
 }
 
-TEST_F(QtPreviewPanelsTest, takesNoSizeThatIsNone)
+TEST_F(QtPreviewPanelsTest, ignoresSizesThatNoWindowHas)
 {
     m_settings.setInteger("previewPanelWidth", -5);
     m_settings.setInteger("previewPanelHeight", 1'000'000'000'000);

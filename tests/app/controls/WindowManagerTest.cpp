@@ -139,7 +139,7 @@ TEST_F(WindowManagerTest, draggingACornerResizesTheWindowBothWays)
     EXPECT_TRUE(waitForFrame(before.adjusted(-40, 0, 0, 40)));
 }
 
-TEST_F(WindowManagerTest, theWindowIsNotMadeSmallerThanItsLeast)
+TEST_F(WindowManagerTest, theWindowDoesNotGetSmallerThanItsMinimum)
 {
     drag({897, 400}, {897, 400}, {600, 400});
     EXPECT_TRUE(waitForFrame(QRect(before.topLeft(), QSize(760, before.height()))));

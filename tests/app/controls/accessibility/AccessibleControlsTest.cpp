@@ -280,7 +280,7 @@ protected:
     }
 };
 
-TEST_F(SpokenNoticeTest, isANotificationThatNobodySees)
+TEST_F(SpokenNoticeTest, isANotificationThatIsNotSeen)
 {
     SpokenNotice::say(m_window, u"one"_s);
     SpokenNotice::say(m_window, u"two"_s);

@@ -79,7 +79,7 @@ TEST_F(MessageAlertTest, showsItsTextsAsTheyAreAndWhole)
         << "lines end where the text says so";
 }
 
-TEST_F(MessageAlertTest, tellsWhenItHasEndedAndGoes)
+TEST_F(MessageAlertTest, reportsItsEndAndDeletesItself)
 {
     const std::function<void()> waysToEnd[]{
         [this] { QTest::mouseClick(alert()->buttons()[0], Qt::LeftButton); },
@@ -102,7 +102,7 @@ TEST_F(MessageAlertTest, tellsWhenItHasEndedAndGoes)
     }
 }
 
-TEST_F(MessageAlertTest, tellsOfItsEndOnce)
+TEST_F(MessageAlertTest, reportsItsEndOnce)
 {
     int endCount = 0;
     begin([&endCount](int /*code*/) { ++endCount; });
@@ -112,7 +112,7 @@ TEST_F(MessageAlertTest, tellsOfItsEndOnce)
     EXPECT_EQ(endCount, 1);
 }
 
-TEST_F(MessageAlertTest, mayEndWithoutAnybodyToTell)
+TEST_F(MessageAlertTest, mayEndWithoutACallback)
 {
     begin();
     QTest::keyClick(alert(), Qt::Key_Escape);

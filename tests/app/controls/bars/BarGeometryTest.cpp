@@ -47,7 +47,7 @@ TEST(BarGeometry, smallPartEndsLeftOfItsStart)
     EXPECT_LT(fill->x2(), fill->x1());
 }
 
-TEST(BarGeometry, isReckonedInSmallFloats)
+TEST(BarGeometry, isComputedInSinglePrecision)
 {
     const auto fill = barGeometry({1004, 20}, 0.1F).fill;
     ASSERT_TRUE(fill);

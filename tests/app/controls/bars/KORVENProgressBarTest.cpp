@@ -143,7 +143,7 @@ TEST_F(KORVENProgressBarTest, fillsFromTheRightInARightToLeftLayout)
     EXPECT_TRUE(looksLike(colorAt(49, 10), trackColor));
 }
 
-TEST_F(KORVENProgressBarTest, tellsItsPercentageToAssistiveTechnology)
+TEST_F(KORVENProgressBarTest, hasItsPercentageForAssistiveTechnology)
 {
     QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&m_bar);
     ASSERT_NE(accessible, nullptr);

@@ -167,7 +167,7 @@ TEST(KORVENTitleView, drawsNothingInTheModeOfOldReleases)
     EXPECT_EQ(image, plain);
 }
 
-TEST(KORVENTitleView, leavesOffTheEndOfALongText)
+TEST(KORVENTitleView, elidesTheEndOfALongText)
 {
     const KORVENTitleView view;
     const QString longText = u"Tessaly "_s.repeated(50);

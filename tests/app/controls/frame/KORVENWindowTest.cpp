@@ -244,7 +244,7 @@ TEST_F(KORVENWindowTest, leavesAMarginAroundAllThatItShows)
     EXPECT_EQ(m_window.grab().toImage().pixelColor(40, 250), QColor(94, 94, 94));
 }
 
-TEST_F(KORVENWindowTest, canBeSeizedByItsTitleOnly)
+TEST_F(KORVENWindowTest, canBeDraggedByItsTitleOnly)
 {
     EXPECT_TRUE(takesPress(inTitle));
     EXPECT_FALSE(takesPress(inTitle + QPoint(0, 100)));
@@ -253,7 +253,7 @@ TEST_F(KORVENWindowTest, canBeSeizedByItsTitleOnly)
     EXPECT_TRUE(takesPress(inTitle + QPoint(60, 60)));
 }
 
-TEST_F(KORVENWindowTest, cannotBeSeizedInFullScreen)
+TEST_F(KORVENWindowTest, cannotBeDraggedInFullScreen)
 {
     m_window.showFullScreen();
     EXPECT_FALSE(takesPress(inTitle));
@@ -415,7 +415,7 @@ TEST_F(KORVENWindowTest, theArrowKeysResizeTheWindowAfterSizeWithinItsLimits)
     EXPECT_EQ(m_window.geometry(), QRect(0, 0, 760, 480));
 }
 
-TEST_F(KORVENWindowTest, otherKeysAreHeldOffWhileTheWindowIsMoved)
+TEST_F(KORVENWindowTest, otherKeysDoNothingWhileTheWindowIsMoved)
 {
     auto *content = new QPushButton;
     const QSignalSpy clicked(content, &QPushButton::clicked);
@@ -474,7 +474,7 @@ TEST_F(KORVENWindowTest, shortcutsOfTheMenuWorkWhileItIsClosed)
     EXPECT_EQ(triggered.count(), 1);
 }
 
-TEST_F(KORVENWindowTest, thePointerShowsThatEdgesCanBeSeized)
+TEST_F(KORVENWindowTest, thePointerShowsThatEdgesCanBeDragged)
 {
     auto *edges = m_window.findChild<WindowEdges *>();
     EXPECT_EQ(m_window.childAt(2, 200), edges);
@@ -558,7 +558,7 @@ TEST_F(KORVENWindowTest, isDimmerWhileAnotherWindowIsActive)
     EXPECT_NE(m_window.grab().toImage(), active);
 }
 
-TEST_F(KORVENWindowTest, paintsItsTitleBarAnewWhenAnotherWindowBecomesActive)
+TEST_F(KORVENWindowTest, repaintsItsTitleBarWhenAnotherWindowBecomesActive)
 {
     m_window.grab(); // nothing is left to be painted
     QCoreApplication::processEvents();

@@ -119,7 +119,7 @@ TEST(InterfaceFile, outletMayBeTheTopWidget)
     EXPECT_EQ(findOutlet<QWidget>(*root, u"Sample"_s), root.get());
 }
 
-TEST(InterfaceFile, missingOutletIsSaidPlainly)
+TEST(InterfaceFile, aMissingOutletEndsTheProgramAndIsNamed)
 {
     const auto root = sample();
     ASSERT_TRUE(root);

@@ -114,7 +114,7 @@ TEST_F(CellTableViewTest, theKeyboardFindsTheSelectionAsItWas)
     EXPECT_EQ(m_table.selectedRow(), 1);
 }
 
-TEST_F(CellTableViewTest, theKeyboardFindsARowAlsoWhenTheSelectionIsGone)
+TEST_F(CellTableViewTest, theKeyboardSelectsARowAlsoAfterAReload)
 {
     m_table.selectRow(1);
     m_table.reloadData();
@@ -132,7 +132,7 @@ TEST_F(CellTableViewTest, aPressSelectsItsRowAlone)
     EXPECT_EQ(selected, RowNumbers{1}) << "and not the first row before it";
 }
 
-TEST_F(CellTableViewTest, aDoubleClickGoesIntoTheRow)
+TEST_F(CellTableViewTest, aDoubleClickOpensTheRow)
 {
     doubleClickRow(1);
     EXPECT_EQ(m_activated, RowNumbers{1});
@@ -150,14 +150,14 @@ TEST_F(CellTableViewTest, aDoubleClickOnWhatTakesClicksIsOneClickOnThat)
     EXPECT_EQ(m_table.selectedRow(), 1);
 }
 
-TEST_F(CellTableViewTest, aDoubleClickThatBeganBesideTheIconGoesIntoTheRow)
+TEST_F(CellTableViewTest, aDoubleClickThatBeganBesideTheIconOpensTheRow)
 {
     QTest::mouseClick(m_table.viewport(), Qt::LeftButton, {}, placeOf(1));
     QTest::mouseDClick(&icon(1), Qt::LeftButton);
     EXPECT_EQ(m_activated, RowNumbers{1});
 }
 
-TEST_F(CellTableViewTest, aDoubleClickDuringWhichTheRowsWereReplacedGoesIntoNone)
+TEST_F(CellTableViewTest, aDoubleClickDuringWhichTheRowsWereReplacedOpensNone)
 {
     QTest::mouseClick(m_table.viewport(), Qt::LeftButton, {}, placeOf(1));
     m_table.reloadData();

@@ -57,7 +57,7 @@ TEST(NameLabel, nameRunsAsItsLettersDoWhateverTheWindow)
     EXPECT_NE(drawn(u".Trash"_s, Qt::RightToLeft), drawn(u"Trash."_s, Qt::RightToLeft));
 }
 
-TEST(NameLabel, leavesOffWhatItIsToldTo)
+TEST(NameLabel, elidesWhereItIsToldTo)
 {
     const QString name = u"A name that is far too long"_s;
     const auto drawnIn = [&name](Qt::TextElideMode mode) {
@@ -130,7 +130,7 @@ TEST(NameLabel, toolTipShowsMarkupAsItIs)
     QToolTip::hideText();
 }
 
-TEST(NameLabel, shortenedTextIsToldWhereThatIsWanted)
+TEST(NameLabel, anElidedTextHasAToolTipWhereThatIsWanted)
 {
     NameLabel label;
     label.setText(u"/home/ada/Pictures"_s);

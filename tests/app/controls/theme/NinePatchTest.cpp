@@ -69,7 +69,7 @@ TEST(NinePatch, imageWithMorePixelsAPointIsTakenByItsPixels)
     EXPECT_EQ(stretchNinePatch(image, 3, {9, 7}), manyColors());
 }
 
-TEST(NinePatch, nothingGivesNothing)
+TEST(NinePatch, noPixelsGiveNoPixels)
 {
     EXPECT_TRUE(stretchNinePatch({}, 3, {9, 7}).isNull());
     EXPECT_TRUE(stretchNinePatch(manyColors(), 3, {0, 7}).isNull());

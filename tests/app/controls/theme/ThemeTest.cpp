@@ -32,7 +32,7 @@ double contrast(const QColor &one, const QColor &other)
     return (high + 0.05) / (low + 0.05);
 }
 
-TEST(Look, textCanBeReadOnEveryGround)
+TEST(Theme, textCanBeReadOnEveryGround)
 {
     for (const QColor &ground :
          {theme::window, theme::sidebar, theme::sheet, theme::group, theme::evenRow, theme::oddRow,
@@ -45,7 +45,7 @@ TEST(Look, textCanBeReadOnEveryGround)
     }
 }
 
-TEST(Look, paletteSetsTextApartFromItsGround)
+TEST(Theme, paletteSetsTextApartFromItsGround)
 {
     const QPalette palette = themePalette();
     struct {
@@ -73,7 +73,7 @@ TEST(Look, paletteSetsTextApartFromItsGround)
               contrast(theme::text, theme::window));
 }
 
-TEST(Look, isGivenToTheWholeProgram)
+TEST(Theme, isGivenToTheWholeProgram)
 {
     const double points = QApplication::font().pointSizeF();
     applyTheme();
