@@ -120,6 +120,7 @@ void CardView::show(const PreviewInfo &info, const QString &message)
     m_type->setText(info.type);
     m_message->setText(message);
     m_message->setVisible(!message.isEmpty());
+    // Rebuilt for each file, since not every file system has every date.
     while (m_rows->rowCount() > 0) {
         m_rows->removeRow(0);
     }

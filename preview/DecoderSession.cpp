@@ -94,7 +94,7 @@ std::optional<DecoderReply> DecoderSession::ask(const DecoderRequest &request,
     }
     m_hasFailed = !reply;
     if (reply) {
-        m_mayStart = true;
+        m_mayStart = true; // this decoder works, so one in its place may be started
     } else {
         m_socket.close();
     }
@@ -106,6 +106,7 @@ QImage DecoderSession::imageOf(const DecoderRequest &request, std::optional<Deco
 {
     const auto pixels = SharedPixels::make({request.width, request.height});
     if (!pixels) {
+        // As if the decoder had said so: without memory there is nothing to ask it for.
         reply = DecoderReply();
         reply->problem = DecoderProblem::tooLarge;
         return {};
@@ -148,7 +149,7 @@ std::optional<DecoderSession::Document> DecoderSession::document()
     }
     Document opened;
     opened.document.pageCount = reply->pageCount;
-    const int shown = std::min(reply->pageCount, DecoderReply::maxPageCount);
+    const int shown = std::min(reply->pageCount, DecoderReply::maxPageCount); // the array's size
     for (int page = 0; page < shown; ++page) {
         opened.document.pageSizes.push_back(
             pageSizeOf(reply->pageSizes[static_cast<std::size_t>(page)]));

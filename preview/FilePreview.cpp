@@ -172,7 +172,7 @@ public:
             m_file->seek(0);
             return PreviewMedia{m_file, name.startsWith("video/"_L1)};
         }
-        if (head.isEmpty() && type.inherits(u"text/plain"_s)) {
+        if (head.isEmpty() && type.inherits(u"text/plain"_s)) { // no bytes have no text encoding
             return PreviewText{};
         }
         return PreviewCard{};
@@ -190,6 +190,7 @@ public:
 private:
     [[nodiscard]] std::optional<PreviewText> text(const QByteArray &head) const
     {
+        // The head decides, so that large binary files are not read any further.
         if (head.isEmpty() || !decodeText(head, true)) {
             return std::nullopt;
         }
@@ -253,7 +254,7 @@ ReadPreview readPreview(const std::string &path, QSize bounds,
         const Reading reading(std::move(file), decoders, stop);
         loaded.content = reading.content(type, head, bounds);
         read.session = reading.session(loaded.content);
-    } catch (const std::bad_alloc &) {
+    } catch (const std::bad_alloc &) { // would end the thread, and with it the program
         loaded.content = PreviewCard{Texts::tr("There is too little memory for a preview.")};
     }
     return read;

@@ -91,6 +91,7 @@ void GlyphButton::paintEvent(QPaintEvent * /*event*/)
     painter.drawRoundedRect(frame, 5, 5);
 
     const QColor color = isEnabled() ? theme::preview::text : theme::preview::disabledGlyph;
+    // Signs of the player are areas, all others lines.
     const bool isFilled = m_glyph == Glyph::play || m_glyph == Glyph::pause;
     painter.setBrush(isFilled ? QBrush(color) : QBrush(Qt::NoBrush));
     painter.setPen(isFilled ? QPen(Qt::NoPen)

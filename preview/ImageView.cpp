@@ -88,7 +88,7 @@ void ImageView::paintEvent(QPaintEvent * /*event*/)
     if (m_image.image.hasAlphaChannel()) {
         drawCheckers(painter, target);
     }
-    if (isMoving()) {
+    if (isMoving()) { // scaled at each painting: a scaled copy would be shown only once
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawImage(target, m_image.image);
         return;

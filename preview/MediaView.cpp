@@ -157,7 +157,7 @@ void MediaView::paintScreen(QPainter &painter) const
 {
     const QRect room = m_screen->rect();
     painter.fillRect(room, m_picture.isNull() ? theme::preview::page : theme::preview::video);
-    if (!m_picture.isNull()) {
+    if (!m_picture.isNull()) { // of a video; sounds have the icon of their type
         QRect place(QPoint(), m_picture.size().scaled(room.size(), Qt::KeepAspectRatio));
         place.moveCenter(room.center());
         painter.setRenderHint(QPainter::SmoothPixmapTransform);

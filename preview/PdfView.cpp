@@ -78,6 +78,7 @@ void PdfView::resizeEvent(QResizeEvent *event)
 QSize PdfView::pixelsOf(const QRect &place) const
 {
     const QSizeF size = QSizeF(place.size()) * devicePixelRatioF();
+    // A page may be as long as maxPageHeight: fewer pixels then, scaled when it is painted.
     const double share = maxPagePixels / (size.width() * size.height());
     return (size * std::min(1.0, std::sqrt(share))).toSize().expandedTo(QSize(1, 1));
 }
@@ -103,6 +104,7 @@ void PdfView::paintEvent(QPaintEvent * /*event*/)
         if (image != m_images.end() && !image->second.isNull()) {
             painter.drawImage(place, image->second);
         }
+        // Asked for while painting: only here it is known what is visible, and in which size.
         if (const QSize wanted = pixelsOf(laid); m_asked[page] != wanted) {
             m_asked[page] = wanted;
             Q_EMIT pageWanted(page, wanted);

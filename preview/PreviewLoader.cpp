@@ -29,6 +29,7 @@ PreviewLoader::~PreviewLoader()
 
 void PreviewLoader::post(PreviewThreads::Lane lane, std::function<std::function<void()>()> job)
 {
+    // Answers may use `this`: they run on the main thread, and not once the box is closed.
     m_threads.post(lane, m_stop, [replies = m_replies, stop = m_stop, job = std::move(job)] {
         std::function<void()> answer = job();
         replies->post([stop, answer = std::move(answer)] {
@@ -52,7 +53,7 @@ void PreviewLoader::load(const std::string &path, QSize bounds)
 void PreviewLoader::cancel()
 {
     m_stop.request_stop();
-    m_stop = std::stop_source();
+    m_stop = std::stop_source(); // jobs that have begun keep the one that was stopped
     m_session.reset();
 }
 
@@ -62,7 +63,7 @@ void PreviewLoader::show(const ReadPreview &read)
     m_session = read.session;
     m_hasDrawnPage = false;
     if (const auto *image = std::get_if<PreviewImage>(&read.preview.content)) {
-        m_frameSize = image->fullSize;
+        m_frameSize = image->fullSize; // frames are decoded at full size, and small (see isMoving)
     }
     Q_EMIT loaded(read.preview);
 }

@@ -187,6 +187,7 @@ void PreviewWindow::stop()
 
 void PreviewWindow::clearViews()
 {
+    // All of them: images are large, and a player keeps its file open.
     m_info = {};
     m_image->clear();
     m_text->clear();
@@ -196,6 +197,7 @@ void PreviewWindow::clearViews()
 
 void PreviewWindow::showPage(QWidget *page, const QString &kind)
 {
+    // A hidden widget keeps the focus, and the keys would be lost.
     if (m_pages->isAncestorOf(focusWidget())) {
         setFocus();
     }
@@ -206,7 +208,7 @@ void PreviewWindow::showPage(QWidget *page, const QString &kind)
 
 void PreviewWindow::showCard(const PreviewInfo &info, const QString &message)
 {
-    m_card->show(info, message);
+    m_card->show(info, message); // before clearViews(), which resets what `info` may refer to
     clearViews();
     m_note->setText({});
     showPage(m_card, u"card"_s);
@@ -263,7 +265,7 @@ bool PreviewWindow::handleKey(QWidget *focus, int key)
     case Qt::Key_Up:
     case Qt::Key_Right:
     case Qt::Key_Down:
-        if (isOnSlider) {
+        if (isOnSlider) { // which moves by these keys
             return false;
         }
         Q_EMIT pagingAsked(key == Qt::Key_Left || key == Qt::Key_Up ? -1 : 1);
@@ -288,7 +290,7 @@ bool PreviewWindow::handleKey(QWidget *focus, int key)
         return !isOnSlider && scrollBy(key);
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
-        return false;
+        return false; // moves the focus
     default:
         Q_EMIT otherKeyPressed();
         return true;

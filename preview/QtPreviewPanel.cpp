@@ -87,6 +87,7 @@ void QtPreviewPanel::orderOut()
 void QtPreviewPanel::endControl()
 {
     if (m_inControl != nullptr) {
+        // Reset first: the controller may close the panel, which ends its control again.
         std::exchange(m_inControl, nullptr)->endPreviewPanelControl(*this);
     }
 }
@@ -136,7 +137,7 @@ void QtPreviewPanel::showUnlistedItem(const std::string &url)
 void QtPreviewPanel::page(int step)
 {
     const std::size_t count = itemCount();
-    if (!m_unlistedUrl.empty()) {
+    if (!m_unlistedUrl.empty()) { // it stands before the first file, and after the last
         if (count > 0) {
             m_index = step < 0 ? count - 1 : 0;
             reloadData();
@@ -156,6 +157,7 @@ void QtPreviewPanel::restoreSize()
     if (m_settings != nullptr) {
         const std::int64_t width = m_settings->integer(widthKey);
         const std::int64_t height = m_settings->integer(heightKey);
+        // The settings are a file that may have been edited by hand.
         constexpr std::int64_t maxSide = 16'000;
         if (width > 0 && height > 0 && width <= maxSide && height <= maxSide) {
             size = QSize(static_cast<int>(width), static_cast<int>(height));
@@ -170,6 +172,7 @@ void QtPreviewPanel::saveSize()
 {
     const QSize size =
         m_window->isFullScreen() ? m_window->normalGeometry().size() : m_window->size();
+    // A size that a small screen has enforced is not what the user chose.
     if (m_settings == nullptr || size == m_savedSize || size.isEmpty()) {
         return;
     }

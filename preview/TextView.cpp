@@ -53,6 +53,7 @@ void TextView::show(const QString &text)
         isLong = isLong || end - begin > longLine;
         m_lineNumbers.push_back(++number);
         while (end - begin > maxLineLength) {
+            // Not between the two halves of a surrogate pair.
             const bool isPair = text[begin + maxLineLength].isLowSurrogate();
             const qsizetype length = maxLineLength - (isPair ? 1 : 0);
             split += QStringView(text).mid(begin, length);
@@ -80,6 +81,7 @@ void TextView::clear()
 
 int TextView::numbersWidth() const
 {
+    // At least three digits, so that the text does not move between short files.
     const auto digits = QString::number(std::max(blockCount(), 100)).size();
     return fontMetrics().horizontalAdvance(u'9') * static_cast<int>(digits) + 2 * numbersMargin;
 }

@@ -83,7 +83,7 @@ void Decoder::run()
         DecoderReply reply;
         try {
             reply = answer(*request, pixels);
-        } catch (const std::bad_alloc &) {
+        } catch (const std::bad_alloc &) { // of a valid file, too: the address space is limited
             reply = problem(DecoderProblem::tooLarge);
         }
         if (!m_socket.send(reply)) {

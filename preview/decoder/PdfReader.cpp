@@ -41,7 +41,7 @@ bool PdfReader::drawPage(int page, QImage &paper) const
     if (drawn.isNull()) {
         return false;
     }
-    paper.fill(Qt::white);
+    paper.fill(Qt::white); // the page is drawn on nothing
     QPainter(&paper).drawImage(0, 0, drawn);
     return true;
 }

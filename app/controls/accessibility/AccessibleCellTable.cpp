@@ -56,6 +56,7 @@ QAccessibleInterface *AccessibleCellTable::child(int index) const
 
 QAccessibleInterface *AccessibleCellTable::childAt(int x, int y) const
 {
+    // Clients ask in coordinates of the screen.
     const QPoint place = table().viewport()->mapFromGlobal(QPoint(x, y));
     return table().viewport()->rect().contains(place) ? child(table().indexAt(place).row())
                                                       : nullptr;
@@ -66,6 +67,7 @@ QAccessibleInterface *AccessibleCellTable::focusChild() const
     if (!table().hasFocus()) {
         return nullptr;
     }
+    // Without a current row it is the list itself that has the focus.
     QAccessibleInterface *current = child(table().currentIndex().row());
     return current != nullptr ? current : const_cast<AccessibleCellTable *>(this);
 }

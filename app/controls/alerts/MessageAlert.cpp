@@ -54,6 +54,7 @@ void MessageAlert::keyPressEvent(QKeyEvent *event)
 
 void MessageAlert::finish()
 {
+    // The button and Return may both be pressed before the alert is deleted.
     if (std::exchange(m_isFinished, true)) {
         return;
     }

@@ -43,7 +43,7 @@ KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
     }
     m_layout->setSpacing(0);
     makeButtons();
-    m_edges = new WindowEdges(this);
+    m_edges = new WindowEdges(this); // last, and so above the others
     makeShortcuts();
     placeParts();
     fitMinimumSize();
@@ -93,7 +93,7 @@ void KORVENWindow::setContentWidget(QWidget *content)
     if (content != nullptr) {
         content->setEnabled(!m_isBlocked);
         m_layout->addWidget(content);
-        m_edges->raise();
+        m_edges->raise(); // the rim stays on top of the new content
     }
 }
 
@@ -196,6 +196,7 @@ bool KORVENWindow::restorePlacement(const QByteArray &bytes)
             areas.append(screen->availableGeometry());
         }
     }
+    // First: the geometry of a maximised window is not the one that it is restored to.
     setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
     setGeometry(frameOnScreens(placement->frame, areas));
     if (placement->isMaximized) {
@@ -302,7 +303,7 @@ void KORVENWindow::placeButtons()
 void KORVENWindow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::WindowStateChange) {
-        m_drag.end();
+        m_drag.end(); // no release comes here when the desktop maximises during a drag
         updateShape();
     }
     if (event->type() == QEvent::LayoutDirectionChange) {

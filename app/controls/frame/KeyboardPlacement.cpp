@@ -25,6 +25,7 @@ void KeyboardPlacement::begin(Kind kind)
     m_kind = kind;
     m_before = m_window->geometry();
     m_isActive = true;
+    // The only sign on the screen that the arrow keys have another meaning now.
     QGuiApplication::setOverrideCursor(kind == Kind::move ? Qt::SizeAllCursor
                                                           : Qt::SizeFDiagCursor);
     // Any widget of the window may have the focus, so its keys are caught on the way.

@@ -40,7 +40,7 @@ void TitleBarButton::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.save();
-    painter.translate(QRectF(rect()).center());
+    painter.translate(QRectF(rect()).center()); // where all parts have their origin
     if (m_part == TitleBarPart::applicationMenu) {
         paintMenuLines(painter);
     } else {
@@ -119,6 +119,7 @@ void TitleBarButton::paintSign(QPainter &painter) const
         }
         break;
     case TitleBarPart::close:
+        // Shorter both ways, since diagonals look longer than the signs of the other buttons.
         painter.drawLine(QLineF(-reach + 0.5, -reach + 0.5, reach - 0.5, reach - 0.5));
         painter.drawLine(QLineF(-reach + 0.5, reach - 0.5, reach - 0.5, -reach + 0.5));
         break;

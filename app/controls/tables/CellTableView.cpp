@@ -55,7 +55,7 @@ CellTableView::CellTableView(QWidget *parent) : QListView(parent), m_model(new C
 {
     setModel(m_model);
     setItemDelegate(new RowBackground(this));
-    setUniformItemSizes(true);
+    setUniformItemSizes(true); // else the view asks for the size of each of a million rows
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setEditTriggers(NoEditTriggers);
@@ -142,7 +142,7 @@ QWidget *CellTableView::adoptView(std::unique_ptr<QWidget> cell, const QString &
 
 void CellTableView::reloadData()
 {
-    Q_ASSERT(!m_isLayingOut);
+    Q_ASSERT(!m_isLayingOut); // a source must not reload from within viewForTableColumn()
     for (auto &[row, cell] : m_shown) {
         m_unused.push_back(cell);
     }
@@ -312,7 +312,7 @@ void CellTableView::scrollContentsBy(int dx, int dy)
 void CellTableView::updateGeometries()
 {
     QListView::updateGeometries();
-    verticalScrollBar()->setSingleStep(m_rowHeight);
+    verticalScrollBar()->setSingleStep(m_rowHeight); // QListView has just set another one
     layOutCells();
 }
 
@@ -340,6 +340,7 @@ std::pair<int, int> CellTableView::rowsInSight() const
 
 void CellTableView::layOutCells()
 {
+    // Filling a cell may have the view laid out again.
     if (m_source == nullptr || m_isLayingOut) {
         return;
     }

@@ -35,12 +35,13 @@ RowRemovalAnimation::RowRemovalAnimation(CellTableView &table, QWidget &stage)
 
 void RowRemovalAnimation::play(std::optional<int> row)
 {
-    m_table->doItemsLayout();
+    m_table->doItemsLayout(); // else the scroll bar still has the range of the rows before
     const QWidget *viewport = m_table->viewport();
     setGeometry(QRect(viewport->mapTo(parentWidget(), QPoint()), viewport->size()));
     if (row && m_table->isVisible() && m_table->verticalScrollBar()->value() == m_offsetBefore) {
         prepareMove(*row);
     }
+    // The pictures fit over the table only as long as it is not scrolled or resized.
     connect(m_table->verticalScrollBar(), &QScrollBar::valueChanged, this,
             &RowRemovalAnimation::end);
     parentWidget()->installEventFilter(this);

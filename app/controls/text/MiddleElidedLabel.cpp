@@ -78,7 +78,7 @@ void MiddleElidedLabel::elide()
 {
     const QString shown = fontMetrics().elidedText(
         m_fullText, Qt::ElideMiddle, contentsRect().width() - indentation - roomForCursor);
-    if (shown != text()) {
+    if (shown != text()) { // setText() drops the selection
         setText(shown);
     }
     // As rich text, or else a name that looks like some would be taken for it.
@@ -87,6 +87,7 @@ void MiddleElidedLabel::elide()
 
 void MiddleElidedLabel::copy() const
 {
+    // Who selects all that is shown means all of it, and not the ellipsis.
     const bool isPart = hasSelectedText() && selectedText() != text();
     QGuiApplication::clipboard()->setText(isPart ? selectedText() : m_fullText);
 }
