@@ -6,6 +6,7 @@
 #include "tests/platform/linux/ManagedDisplay.hpp"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -107,6 +108,32 @@ TEST_F(PreviewOnDesktopTest, itsButtonFollowsTheManager)
     EXPECT_EQ(xdotool({u"key"_s, u"F12"_s}), 0);
     EXPECT_TRUE(waitForFrame(before));
     EXPECT_TRUE(waitForButton(u"Full screen"_s));
+}
+
+TEST_F(PreviewOnDesktopTest, itsHeaderMovesIt)
+{
+    const QRect before = frameOnDisplay();
+    const QPoint title = before.topLeft() + QPoint(before.width() / 2, 20);
+    const auto point = [](QPoint place) {
+        EXPECT_EQ(xdotool({u"mousemove"_s, u"--sync"_s, QString::number(place.x()),
+                           QString::number(place.y())}),
+                  0);
+    };
+    // The manager may miss the first drags of a window that has only just appeared.
+    for (int attempt = 0; attempt < 5 && frameOnDisplay() == before; ++attempt) {
+        point(title);
+        EXPECT_EQ(xdotool({u"mousedown"_s, u"1"_s}), 0);
+        EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::mouseButtons() == Qt::LeftButton; },
+                                    desktopTimeoutMs));
+        point(title + QPoint(20, 0));
+        // The manager takes the keyboard along with the pointer.
+        static_cast<void>(QTest::qWaitFor([this] { return !preview().isActiveWindow(); }, 3'000));
+        point(title + QPoint(60, 40));
+        EXPECT_EQ(xdotool({u"mouseup"_s, u"1"_s}), 0);
+        static_cast<void>(QTest::qWaitFor([&] { return frameOnDisplay() != before; }, 3'000));
+    }
+    EXPECT_NE(frameOnDisplay().topLeft(), before.topLeft());
+    EXPECT_EQ(frameOnDisplay().size(), before.size());
 }
 
 TEST_F(PreviewOnDesktopTest, staysAboveTheProgramsWindow)

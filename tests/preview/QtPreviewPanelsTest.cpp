@@ -289,6 +289,32 @@ TEST_F(QtPreviewPanelsTest, fillsTheScreenAndComesBack)
     EXPECT_TRUE(window().isFullScreen());
 }
 
+TEST_F(QtPreviewPanelsTest, aDoubleClickOnTheTitleFillsTheScreen)
+{
+    open();
+    QTest::mouseDClick(&window().header().titleLabel(), Qt::LeftButton);
+    EXPECT_TRUE(window().isFullScreen());
+    QTest::mouseDClick(&window().noteLabel(), Qt::LeftButton);
+    EXPECT_TRUE(window().isFullScreen()) << "the header alone does that";
+}
+
+TEST_F(QtPreviewPanelsTest, thePointerShowsThatEdgesCanBeDragged)
+{
+    open();
+    const int bottom = window().height() - 1;
+    QTest::mouseMove(&window(), {4, 200});
+    EXPECT_EQ(window().cursor().shape(), Qt::SizeHorCursor);
+    QTest::mouseMove(&window(), {200, bottom});
+    EXPECT_EQ(window().cursor().shape(), Qt::SizeVerCursor);
+    QTest::mouseMove(&window(), {1, bottom});
+    EXPECT_EQ(window().cursor().shape(), Qt::SizeBDiagCursor);
+    QTest::mouseMove(&window(), {5, 20});
+    EXPECT_EQ(window().cursor().shape(), Qt::ArrowCursor);
+    window().setWindowState(Qt::WindowFullScreen);
+    QTest::mouseMove(&window(), {0, 200});
+    EXPECT_EQ(window().cursor().shape(), Qt::ArrowCursor);
+}
+
 TEST_F(QtPreviewPanelsTest, remembersItsSize)
 {
     open();

@@ -3,10 +3,12 @@
 #include "app/controls/frame/KORVENWindow.hpp"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -77,6 +79,43 @@ TEST_F(WindowSheetTest, disablesWhatLiesBelowForAsLongAsItIsOpen)
         EXPECT_FALSE(m_never->isEnabled());
         EXPECT_EQ(QApplication::focusWidget(), m_below);
     }
+}
+
+/// Counts the mouse's events that come to a widget, or to a child that ignores them.
+class MouseEvents final : public QObject {
+public:
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::ContextMenu:
+        case QEvent::Wheel:
+            ++count;
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(WindowSheetTest, keepsTheMouseFromTheContentBelow)
+{
+    MouseEvents events;
+    m_window->contentWidget()->installEventFilter(&events);
+    ButtonSheet sheet(*m_window);
+    sheet.begin();
+    const QPoint corner(1, sheet.sheet().height() - 2);
+    QTest::mouseClick(&sheet.sheet(), Qt::LeftButton, {}, corner);
+    QTest::mouseDClick(&sheet.sheet(), Qt::LeftButton, {}, corner);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, corner, sheet.sheet().mapToGlobal(corner));
+    QApplication::sendEvent(&sheet.sheet(), &menu);
+    QWheelEvent wheel(corner, sheet.sheet().mapToGlobal(corner), {}, {0, 120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&sheet.sheet(), &wheel);
+    EXPECT_EQ(events.count, 0);
 }
 
 TEST_F(WindowSheetTest, leavesTheTitleBarAlone)
