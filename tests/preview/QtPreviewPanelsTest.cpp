@@ -12,6 +12,7 @@
 
 #include <QAbstractButton>
 #include <QHelpEvent>
+#include <QMouseEvent>
 #include <QTest>
 #include <QTextDocument>
 #include <QToolTip>
@@ -301,18 +302,19 @@ TEST_F(QtPreviewPanelsTest, aDoubleClickOnTheTitleFillsTheScreen)
 TEST_F(QtPreviewPanelsTest, thePointerShowsThatEdgesCanBeDragged)
 {
     open();
+    const auto cursorAt = [this](const QPoint &place) {
+        QMouseEvent move(QEvent::MouseMove, place, window().mapToGlobal(place), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window(), &move);
+        return window().cursor().shape();
+    };
     const int bottom = window().height() - 1;
-    QTest::mouseMove(&window(), {4, 200});
-    EXPECT_EQ(window().cursor().shape(), Qt::SizeHorCursor);
-    QTest::mouseMove(&window(), {200, bottom});
-    EXPECT_EQ(window().cursor().shape(), Qt::SizeVerCursor);
-    QTest::mouseMove(&window(), {1, bottom});
-    EXPECT_EQ(window().cursor().shape(), Qt::SizeBDiagCursor);
-    QTest::mouseMove(&window(), {5, 20});
-    EXPECT_EQ(window().cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(cursorAt({4, 200}), Qt::SizeHorCursor);
+    EXPECT_EQ(cursorAt({200, bottom}), Qt::SizeVerCursor);
+    EXPECT_EQ(cursorAt({1, bottom}), Qt::SizeBDiagCursor);
+    EXPECT_EQ(cursorAt({5, 20}), Qt::ArrowCursor);
     window().setWindowState(Qt::WindowFullScreen);
-    QTest::mouseMove(&window(), {0, 200});
-    EXPECT_EQ(window().cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(cursorAt({0, 200}), Qt::ArrowCursor);
 }
 
 TEST_F(QtPreviewPanelsTest, remembersItsSize)

@@ -187,6 +187,7 @@ protected:
         m_table.resize(100, 80);
         m_table.show();
         m_table.setDataSource(this);
+        m_table.doItemsLayout(); // else the scroll bar has its range with the next event
     }
     ~CellTableViewCellsTest() override { m_table.setDataSource(nullptr); }
 
