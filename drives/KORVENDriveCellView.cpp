@@ -7,7 +7,6 @@
 #include "app/controls/text/NameLabel.hpp"
 #include "app/controls/text/NameText.hpp"
 #include "app/controls/theme/Theme.hpp"
-#include "app/delegate/KORVENAppDelegate.hpp"
 #include "drives/UnmountThreads.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/VolumeService.hpp"
@@ -21,6 +20,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <cassert>
 
 namespace tessaly {
 
@@ -28,23 +28,25 @@ struct KORVENDriveCellView::Target {
     QString name; ///< the text of the volume's name
     bool isRemoveable = false;
     bool isUnmountable = false;
+    VolumeService &volumes;
+    FileManager &fileManager;
     QString labelDescription; ///< of the label that shows the name, for the log
 
     /// Whether the volume was asked to go.
     [[nodiscard]] bool eject() const
     {
-        const std::string path = services().volumes.pathOf(nameOfText(name));
+        const std::string path = volumes.pathOf(nameOfText(name));
         if (isRemoveable) {
-            services().volumes.unmountAndEject(path);
+            volumes.unmountAndEject(path);
         } else if (isUnmountable) {
-            startUnmount([path] { unmountInBackground(path); });
+            startUnmount([&volumes = volumes, path] { unmountInBackground(volumes, path); });
         }
         return isRemoveable || isUnmountable;
     }
     void showInFinder() const
     {
         qCInfo(drivesLog, "name: %s", qUtf8Printable(labelDescription));
-        services().fileManager.reveal(shownPath());
+        fileManager.reveal(shownPath());
     }
     void showInfo() const
     {
@@ -53,13 +55,13 @@ struct KORVENDriveCellView::Target {
         qCInfo(drivesLog, "******************* name: %s", qUtf8Printable(drawableText(name)));
         qCInfo(drivesLog, "******************* open: %s",
                qUtf8Printable(drawableText(textOfName(path))));
-        services().fileManager.showInformation(path);
+        fileManager.showInformation(path);
     }
 
 private:
     [[nodiscard]] std::string shownPath() const
     {
-        return name == u"/" ? "/" : services().volumes.pathOf(nameOfText(name));
+        return name == u"/" ? "/" : volumes.pathOf(nameOfText(name));
     }
 };
 
@@ -176,8 +178,13 @@ void KORVENDriveCellView::showEjectControl(bool isEjecting)
 
 KORVENDriveCellView::Target KORVENDriveCellView::target() const
 {
-    return {m_driveName != nullptr ? m_driveName->text() : QString(), m_isRemoveable,
-            m_isUnmountable, QDebug::toString(m_driveName)};
+    assert(m_volumes != nullptr && m_fileManager != nullptr);
+    return {m_driveName != nullptr ? m_driveName->text() : QString(),
+            m_isRemoveable,
+            m_isUnmountable,
+            *m_volumes,
+            *m_fileManager,
+            QDebug::toString(m_driveName)};
 }
 
 void KORVENDriveCellView::ejectDrive()
@@ -188,9 +195,9 @@ void KORVENDriveCellView::ejectDrive()
     }
 }
 
-void KORVENDriveCellView::unmountInBackground(const std::string &path)
+void KORVENDriveCellView::unmountInBackground(VolumeService &volumes, const std::string &path)
 {
-    services().volumes.unmount(path);
+    volumes.unmount(path);
 }
 
 void KORVENDriveCellView::showInFinder()

@@ -13,10 +13,12 @@ class QPoint;
 
 namespace tessaly {
 
+class FileManager;
 class IconView;
 class KORVENButton;
 class KORVENProgressBar;
 class NameLabel;
+class VolumeService;
 
 /// The cell of one volume: icon, name, three size texts, usage bar, eject control, and the row's
 /// menu. A click on icon or name shows the volume in the file manager.
@@ -32,15 +34,20 @@ public:
     /// A cell without anything in it.
     explicit KORVENDriveCellView(QWidget *parent = nullptr);
     ~KORVENDriveCellView() override;
-    KORVENDriveCellView(const KORVENDriveCellView &) = delete;
-    KORVENDriveCellView &operator=(const KORVENDriveCellView &) = delete;
-    KORVENDriveCellView(KORVENDriveCellView &&) = delete;
-    KORVENDriveCellView &operator=(KORVENDriveCellView &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENDriveCellView)
 
     /// The cell out of an interface file; nullptr when there is no such file, or no such cell in
     /// it. The owner, whoever it is, is not told anything by the cell itself.
     [[nodiscard]] static std::unique_ptr<KORVENDriveCellView>
     tableCellViewWithNibNamed(const QString &name, const QObject *owner);
+
+    /// What the actions below use: to be set before the first of them. Both outlive the cell, and
+    /// `volumes` every unmounting as well (see waitForUnmounts()).
+    void setServices(VolumeService &volumes, FileManager &fileManager) noexcept
+    {
+        m_volumes = &volumes;
+        m_fileManager = &fileManager;
+    }
 
     [[nodiscard]] NameLabel *driveName() const noexcept { return m_driveName; }
     [[nodiscard]] QLabel *driveFree() const noexcept { return m_driveFree; }
@@ -69,7 +76,7 @@ public:
     /// Ejects a removable volume, unmounts one that is unmountable only, leaves any other alone.
     void ejectDrive();
     /// Unmounts the volume at a path and waits for the outcome. Any thread but the main thread.
-    static void unmountInBackground(const std::string &path);
+    static void unmountInBackground(VolumeService &volumes, const std::string &path);
     /// Shows the volume in the file manager.
     void showInFinder();
     /// Shows a window with what is known about the volume.
@@ -99,6 +106,8 @@ private:
     [[nodiscard]] bool canEject() const noexcept { return m_isRemoveable || m_isUnmountable; }
     [[nodiscard]] Target target() const;
 
+    VolumeService *m_volumes = nullptr;
+    FileManager *m_fileManager = nullptr;
     bool m_isRemoveable = false;
     bool m_isUnmountable = false;
     std::int32_t m_diskType = 0;

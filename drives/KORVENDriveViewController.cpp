@@ -55,8 +55,12 @@ float shareOf(const KORVENDriveObject &row)
 
 } // namespace
 
-KORVENDriveViewController::KORVENDriveViewController(const QString &nibName)
+KORVENDriveViewController::KORVENDriveViewController(VolumeService &volumes,
+                                                     ApplicationLauncher &applications,
+                                                     FileManager &fileManager,
+                                                     const QString &nibName)
     : TableScreen(*this, nibName, cellsOf<KORVENDriveCellView>(cellIdentifier, cellFile, this)),
+      m_volumes(volumes), m_applications(applications), m_fileManager(fileManager),
       m_sortButton(find<KORVENButton>("sortButton")),
       m_launchButton(find<KORVENButton>("launchButton")), m_countLabel(find<QLabel>("countLabel"))
 {
@@ -64,12 +68,12 @@ KORVENDriveViewController::KORVENDriveViewController(const QString &nibName)
     wire({{"refreshButton", [this] { refreshClicked(); }},
           {"sortButton", [this] { sortClicked(); }},
           {"launchButton", [this] { launchClicked(); }}});
-    services().volumes.setChangeListener([guard = QPointer(this)] {
+    m_volumes.setChangeListener([guard = QPointer(this)] {
         if (guard) {
             guard->discMounted();
         }
     });
-    services().volumes.setRefusalListener([guard = QPointer(this)](const std::string &path) {
+    m_volumes.setRefusalListener([guard = QPointer(this)](const std::string &path) {
         if (guard) {
             guard->endEjecting(path);
         }
@@ -120,18 +124,17 @@ void KORVENDriveViewController::fitRowHeight()
 
 void KORVENDriveViewController::runScanDrives()
 {
-    VolumeService &volumes = services().volumes;
-    const std::vector<std::string> names = listedVolumes(*volumes.enumerator());
+    const std::vector<std::string> names = listedVolumes(*m_volumes.enumerator());
     std::vector<std::string> paths;
     paths.reserve(names.size());
     for (const std::string &name : names) {
-        paths.push_back(volumes.pathOf(name));
+        paths.push_back(m_volumes.pathOf(name));
     }
     const unsigned number = ++m_scanNumber;
     const auto isCurrent = [guard = QPointer(this), number] {
         return guard && guard->view() != nullptr && guard->m_scanNumber == number;
     };
-    volumes.readInformation(
+    m_volumes.readInformation(
         std::move(paths),
         [this, isCurrent, names](const std::vector<VolumeInformation> &answers) {
             if (isCurrent()) {
@@ -154,7 +157,7 @@ void KORVENDriveViewController::showDrives(const std::vector<std::string> &names
     for (std::size_t i = 0; i < names.size(); ++i) {
         const VolumeInformation known =
             i < information.size() ? information[i] : VolumeInformation{};
-        m_disksArray.push_back(driveRow(names[i], services().volumes.pathOf(names[i]), known));
+        m_disksArray.push_back(driveRow(names[i], m_volumes.pathOf(names[i]), known));
     }
     m_ejecting.keepOnly({names.begin(), names.end()});
     sortTable();
@@ -181,7 +184,7 @@ void KORVENDriveViewController::showLateFigures(const std::string &name,
 void KORVENDriveViewController::endEjecting(const std::string &path)
 {
     for (const std::string &name : m_ejecting.names()) {
-        if (services().volumes.pathOf(name) == path) {
+        if (m_volumes.pathOf(name) == path) {
             m_ejecting.remove(name);
         }
     }
@@ -220,18 +223,17 @@ void KORVENDriveViewController::refreshClicked()
 
 void KORVENDriveViewController::lookForDiskUtility()
 {
-    services().applications.askWhetherInstalled(
-        diskUtility, [guard = QPointer(this)](bool isInstalled) {
-            if (guard && guard->view() != nullptr) {
-                guard->m_launchButton.setVisible(isInstalled);
-                emit guard->diskUtilityLookedFor(isInstalled);
-            }
-        });
+    m_applications.askWhetherInstalled(diskUtility, [guard = QPointer(this)](bool isInstalled) {
+        if (guard && guard->view() != nullptr) {
+            guard->m_launchButton.setVisible(isInstalled);
+            emit guard->diskUtilityLookedFor(isInstalled);
+        }
+    });
 }
 
 void KORVENDriveViewController::launchClicked()
 {
-    services().applications.launchApplication(diskUtility);
+    m_applications.launchApplication(diskUtility);
 }
 
 void KORVENDriveViewController::sortClicked()
@@ -287,6 +289,7 @@ QWidget *KORVENDriveViewController::viewForTableColumn(int row)
 
 void KORVENDriveViewController::fillCell(KORVENDriveCellView &cell, const KORVENDriveObject &row)
 {
+    cell.setServices(m_volumes, m_fileManager);
     cell.setIsRemoveable(row.isRemoveable());
     cell.setIsUnmountable(row.isUnmountable());
     cell.setDiskType(row.diskType());

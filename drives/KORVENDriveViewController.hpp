@@ -17,10 +17,13 @@ class QLabel;
 
 namespace tessaly {
 
+class ApplicationLauncher;
+class FileManager;
 class KORVENButton;
 class KORVENDriveCellView;
 struct VolumeFigures;
 struct VolumeInformation;
+class VolumeService;
 
 /// The screen that lists the mounted volumes, one row each, with how full they are. The list is
 /// rebuilt, in the order that the user chose, whenever volumes were mounted or unmounted and when
@@ -36,13 +39,11 @@ class KORVENDriveViewController final : public QObject, public TableScreen, publ
 public:
     /// Is told of mounts, and of volumes that stay, from now on. `nibName`: of the interface file
     /// with the screen's view.
-    explicit KORVENDriveViewController(
-        const QString &nibName = QStringLiteral("KORVENDriveViewController"));
+    KORVENDriveViewController(VolumeService &volumes, ApplicationLauncher &applications,
+                              FileManager &fileManager,
+                              const QString &nibName = QStringLiteral("KORVENDriveViewController"));
     ~KORVENDriveViewController() override;
-    KORVENDriveViewController(const KORVENDriveViewController &) = delete;
-    KORVENDriveViewController &operator=(const KORVENDriveViewController &) = delete;
-    KORVENDriveViewController(KORVENDriveViewController &&) = delete;
-    KORVENDriveViewController &operator=(KORVENDriveViewController &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENDriveViewController)
 
     /// Asks for the volumes that there are now, and lists them once all have answered.
     void runScanDrives();
@@ -105,6 +106,9 @@ private:
     void activateRow(int row) override;
     void showMenu(int row, const QPoint &place) override;
 
+    VolumeService &m_volumes;
+    ApplicationLauncher &m_applications;
+    FileManager &m_fileManager;
     std::unique_ptr<KORVENDriveCellView> m_sampleCell; ///< never shown; says how high rows are
     // Outlets: the view owns them.
     KORVENButton &m_sortButton;

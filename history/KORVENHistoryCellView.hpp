@@ -29,10 +29,7 @@ public:
     /// A cell without anything in it.
     explicit KORVENHistoryCellView(QWidget *parent = nullptr);
     ~KORVENHistoryCellView() override;
-    KORVENHistoryCellView(const KORVENHistoryCellView &) = delete;
-    KORVENHistoryCellView &operator=(const KORVENHistoryCellView &) = delete;
-    KORVENHistoryCellView(KORVENHistoryCellView &&) = delete;
-    KORVENHistoryCellView &operator=(KORVENHistoryCellView &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENHistoryCellView)
 
     /// The cell out of an interface file; nullptr when there is no such file, or no such cell in
     /// it. The cell asks nothing of its owner.

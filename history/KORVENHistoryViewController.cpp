@@ -41,22 +41,14 @@ QString totalText(const KORVENHistoryItem &record)
     return QString::fromStdString(record.scanTotal().value_or(std::string()));
 }
 
-QString dateText(const KORVENHistoryItem &record)
-{
-    if (!record.scanDate()) {
-        return {};
-    }
-    const DateTexts &dates = services().dates;
-    return QString::fromStdString(
-        dates.text(record.scanDate()->systemTime(), DateStyle::medium, DateStyle::shortest));
-}
-
 } // namespace
 
-KORVENHistoryViewController::KORVENHistoryViewController(const QString &nibName)
+KORVENHistoryViewController::KORVENHistoryViewController(const DateTexts &dates,
+                                                         DocumentsFolder &documents,
+                                                         const QString &nibName)
     : TableScreen(*this, nibName,
                   cellsOf<KORVENHistoryCellView>(cellIdentifier, cellIdentifier, this)),
-      m_refreshButton(find<KORVENButton>("refreshButton")),
+      m_dates(dates), m_documents(documents), m_refreshButton(find<KORVENButton>("refreshButton")),
       m_sortButton(find<KORVENButton>("sortButton")),
       m_deleteButton(find<KORVENButton>("deleteButton")), m_countLabel(find<QLabel>("countLabel")),
       m_problemLabel(find<QLabel>("problemLabel"))
@@ -117,7 +109,7 @@ void KORVENHistoryViewController::loadHistory()
     if (m_problem.isEmpty()) {
         m_watch.stop();
     } else {
-        m_watch.start(KORVENHistoryStore::archivePath());
+        m_watch.start(KORVENHistoryStore::archivePath(m_documents));
     }
     std::reverse(records.begin(), records.end()); // of two of one date the later one comes first
     sortNewestFirst(records);
@@ -371,6 +363,14 @@ void KORVENHistoryViewController::fillCell(KORVENHistoryCellView &cell,
     cell.scanTotal()->setText(totalText(record));
     cell.scanDate()->setText(dateText(record));
     cell.deleteButton()->setEnabled(!m_removal.isRunning());
+}
+
+QString KORVENHistoryViewController::dateText(const KORVENHistoryItem &record) const
+{
+    const auto date = record.scanDate();
+    return date ? QString::fromStdString(
+                      m_dates.text(date->systemTime(), DateStyle::medium, DateStyle::shortest))
+                : QString();
 }
 
 QString KORVENHistoryViewController::searchText(int row) const

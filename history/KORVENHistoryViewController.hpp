@@ -20,6 +20,8 @@ class QLabel;
 
 namespace tessaly {
 
+class DateTexts;
+class DocumentsFolder;
 class KORVENButton;
 class KORVENHistoryCellView;
 
@@ -39,13 +41,11 @@ class KORVENHistoryViewController : public QObject, public TableScreen {
     Q_OBJECT
 
 public:
-    explicit KORVENHistoryViewController(
+    KORVENHistoryViewController(
+        const DateTexts &dates, DocumentsFolder &documents,
         const QString &nibName = QStringLiteral("KORVENHistoryViewController"));
     ~KORVENHistoryViewController() override;
-    KORVENHistoryViewController(const KORVENHistoryViewController &) = delete;
-    KORVENHistoryViewController &operator=(const KORVENHistoryViewController &) = delete;
-    KORVENHistoryViewController(KORVENHistoryViewController &&) = delete;
-    KORVENHistoryViewController &operator=(KORVENHistoryViewController &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENHistoryViewController)
 
     /// Takes the rows from the store, and shows them newest first, whatever the order was.
     void loadHistory();
@@ -98,6 +98,7 @@ private:
     void updateButtons();
     void deleteSelected();
 
+    [[nodiscard]] QString dateText(const KORVENHistoryItem &record) const;
     [[nodiscard]] Record recordAt(int row) const; ///< nullptr beyond the rows
     void fillCell(KORVENHistoryCellView &cell, const KORVENHistoryItem &record);
 
@@ -106,6 +107,8 @@ private:
     [[nodiscard]] bool canActivateRow(int /*row*/) const override { return true; }
     void activateRow(int row) override;
 
+    const DateTexts &m_dates;
+    DocumentsFolder &m_documents;
     // Outlets: the view owns them.
     KORVENButton &m_refreshButton;
     KORVENButton &m_sortButton;

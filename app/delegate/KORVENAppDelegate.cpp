@@ -1,6 +1,7 @@
 #include "app/delegate/KORVENAppDelegate.hpp"
 
 #include "app/delegate/MainWindow.hpp"
+#include "app/delegate/SettingsKeys.hpp"
 #include "platform/SettingsStore.hpp"
 #include "platform/SystemRelease.hpp"
 
@@ -66,12 +67,12 @@ void KORVENAppDelegate::readPreferences()
         std::int32_t defaultValue;
     };
     const Preference preferences[] = {
-        {"hiddenItemPreference", m_hiddenItem, 0},
-        {"largeFilePreference", m_largeFile, 4},
-        {"showNotificationPreference", m_showNotification, 1},
-        {"notificationSoundPreference", m_notificationSound, 1},
-        {"diskGraphColorPreference", m_diskGraph, 1},
-        {"folderGraphColorPreference", m_folderGraph, 1},
+        {settingsKey::hiddenItem, m_hiddenItem, 0},
+        {settingsKey::largeFile, m_largeFile, 4},
+        {settingsKey::showNotification, m_showNotification, 1},
+        {settingsKey::notificationSound, m_notificationSound, 1},
+        {settingsKey::diskGraphColor, m_diskGraph, 1},
+        {settingsKey::folderGraphColor, m_folderGraph, 1},
     };
     SettingsStore &settings = m_services.settings;
     for (const Preference &preference : preferences) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/delegate/HistoryListener.hpp"
 #include "platform/Notifier.hpp"
 #include "platform/Services.hpp"
 
@@ -27,15 +26,12 @@ enum class ScanScreen { folder, home };
 /// Lifetime: one for the whole run of the program, made before any screen.
 /// Threads:  properties and notifications: any thread. The preferences are written on the main
 ///           thread only. historyStoreUpdated(): any. The rest: the main thread.
-class KORVENAppDelegate final : public HistoryListener {
+class KORVENAppDelegate final {
 public:
     /// Reads the preferences (see readPreferences()), then the system's release.
     explicit KORVENAppDelegate(const Services &services);
-    ~KORVENAppDelegate() override;
-    KORVENAppDelegate(const KORVENAppDelegate &) = delete;
-    KORVENAppDelegate &operator=(const KORVENAppDelegate &) = delete;
-    KORVENAppDelegate(KORVENAppDelegate &&) = delete;
-    KORVENAppDelegate &operator=(KORVENAppDelegate &&) = delete;
+    ~KORVENAppDelegate();
+    Q_DISABLE_COPY_MOVE(KORVENAppDelegate)
 
     /// The one that was made last. Requires: one lives.
     [[nodiscard]] static KORVENAppDelegate &sharedDelegate() noexcept;
@@ -106,8 +102,10 @@ public:
     }
 
     // Relays to the window controller; without one they lead nowhere.
-    void historyStoreUpdated() override;
-    void reloadHistoryDelete(const std::optional<std::string> &scanKey) override;
+    /// A record was added to the history.
+    void historyStoreUpdated();
+    /// The record with this key, or one without a key, was removed from the history.
+    void reloadHistoryDelete(const std::optional<std::string> &scanKey);
     void loadHistoryItem(const std::string &scanKey);
     void scanClicked();
 

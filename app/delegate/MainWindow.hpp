@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <optional>
 #include <string>
 
@@ -13,10 +15,7 @@ class MainWindow {
 public:
     MainWindow() = default;
     virtual ~MainWindow() = default;
-    MainWindow(const MainWindow &) = delete;
-    MainWindow &operator=(const MainWindow &) = delete;
-    MainWindow(MainWindow &&) = delete;
-    MainWindow &operator=(MainWindow &&) = delete;
+    Q_DISABLE_COPY_MOVE(MainWindow)
 
     /// The program has been launched, on a release whose windows need help with their layout.
     virtual void windowLoaded() = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 class QWidget;
 
 namespace tessaly {
@@ -16,10 +18,7 @@ class Screen {
 public:
     Screen() = default;
     virtual ~Screen() = default;
-    Screen(const Screen &) = delete;
-    Screen &operator=(const Screen &) = delete;
-    Screen(Screen &&) = delete;
-    Screen &operator=(Screen &&) = delete;
+    Q_DISABLE_COPY_MOVE(Screen)
 
     /// The page's widget, destroyed with the screen. The window that shows it may own it and
     /// destroy it earlier: nullptr from then on.

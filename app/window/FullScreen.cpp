@@ -2,7 +2,7 @@
 
 #include "app/controls/frame/KORVENWindow.hpp"
 #include "app/controls/frame/WindowPlacement.hpp"
-#include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/delegate/SettingsKeys.hpp"
 #include "app/window/FullScreenGeometry.hpp"
 #include "platform/SettingsStore.hpp"
 
@@ -15,14 +15,11 @@
 #include <QVariantAnimation>
 
 #include <span>
-#include <string_view>
 #include <utility>
 
 namespace tessaly {
 
 namespace {
-
-constexpr std::string_view frameKey = "frameForNonFullScreenMode";
 
 int millisecondsOf(double seconds)
 {
@@ -31,7 +28,8 @@ int millisecondsOf(double seconds)
 
 } // namespace
 
-FullScreen::FullScreen(KORVENWindow &window, Motion motion) : m_window(&window), m_motion(motion)
+FullScreen::FullScreen(KORVENWindow &window, SettingsStore &settings, Motion motion)
+    : m_window(&window), m_settings(settings), m_motion(motion)
 {
     window.installEventFilter(this);
 }
@@ -147,7 +145,7 @@ void FullScreen::setFrameForNonFullScreenMode(const QRectF &frame)
 std::vector<std::string>
 FullScreen::restorableStateKeyPaths(std::vector<std::string> superclassPaths)
 {
-    superclassPaths.emplace_back(frameKey);
+    superclassPaths.emplace_back(settingsKey::frameForNonFullScreenMode);
     return superclassPaths;
 }
 
@@ -162,15 +160,16 @@ void FullScreen::rememberPlacement(const QRect &frame)
 
 void FullScreen::invalidateRestorableState() const
 {
-    services().settings.setData(
-        frameKey, std::as_bytes(std::span(m_placementBefore.constData(),
-                                          static_cast<std::size_t>(m_placementBefore.size()))));
-    services().settings.flush(); // so that it is there after a kill
+    m_settings.setData(
+        settingsKey::frameForNonFullScreenMode,
+        std::as_bytes(std::span(m_placementBefore.constData(),
+                                static_cast<std::size_t>(m_placementBefore.size()))));
+    m_settings.flush(); // so that it is there after a kill
 }
 
 void FullScreen::restoreState()
 {
-    const auto stored = services().settings.data(frameKey);
+    const auto stored = m_settings.data(settingsKey::frameForNonFullScreenMode);
     if (!stored) {
         return;
     }
@@ -180,7 +179,7 @@ void FullScreen::restoreState()
         m_window->restorePlacement(bytes);
         setFrameForNonFullScreenMode(placement->frame);
     }
-    services().settings.remove(frameKey);
+    m_settings.remove(settingsKey::frameForNonFullScreenMode);
 }
 
 void FullScreen::animate(const QRectF &start, const QRectF &centre, double secondsToCentre,
@@ -240,8 +239,8 @@ void FullScreen::returnToWindow()
     m_window->setConstrainingToScreenSuspended(false);
     m_state = State::windowed;
     updateMargin();
-    services().settings.remove(frameKey);
-    services().settings.flush(); // a kill from here on leaves the window where it is then
+    m_settings.remove(settingsKey::frameForNonFullScreenMode);
+    m_settings.flush(); // a kill from here on leaves the window where it is then
 }
 
 void FullScreen::setFrame(const QRect &frame)

@@ -19,6 +19,7 @@ class QSequentialAnimationGroup;
 namespace tessaly {
 
 class KORVENWindow;
+class SettingsStore;
 
 /// Takes the main window into full screen and out of it, by animations of its own, and leaves a
 /// margin around what the window shows there.
@@ -58,8 +59,8 @@ public:
     /// How long the longer half of each animation takes when the user asks.
     static constexpr double usualDuration = 0.24;
 
-    /// Requires: `window` outlives this, and is in no full screen yet.
-    FullScreen(KORVENWindow &window, Motion motion);
+    /// Requires: both outlive this, and the window is not in full screen yet.
+    FullScreen(KORVENWindow &window, SettingsStore &settings, Motion motion);
     ~FullScreen() override = default;
     Q_DISABLE_COPY_MOVE(FullScreen)
 
@@ -124,6 +125,7 @@ private:
     void updateMargin();
 
     KORVENWindow *m_window;
+    SettingsStore &m_settings;
     const Motion m_motion;
     QPointer<QAction> m_fullscreenMenuItem;
     QSequentialAnimationGroup *m_animation = nullptr; ///< while one runs

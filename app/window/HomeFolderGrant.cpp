@@ -1,6 +1,6 @@
 #include "app/window/HomeFolderGrant.hpp"
 
-#include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/delegate/SettingsKeys.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/FolderBookmarks.hpp"
 #include "platform/FolderChooser.hpp"
@@ -18,22 +18,22 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::string_view grantKey = "homeFolder";
 /// No bookmark can be made of it: it has no scheme.
-constexpr std::string_view noFolder = "/Temp";
+constexpr auto noFolder = "/Temp";
 
 } // namespace
 
-HomeFolderGrant::HomeFolderGrant(QWidget &window, std::function<void()> changed)
-    : m_window(window), m_changed(std::move(changed))
+HomeFolderGrant::HomeFolderGrant(QWidget &window, const Services &services,
+                                 std::function<void()> changed)
+    : m_window(window), m_services(services), m_changed(std::move(changed))
 {
 }
 
 void HomeFolderGrant::customHomeFolder()
 {
-    services().folderChooser.chooseFolder(
+    m_services.folderChooser.chooseFolder(
         m_window,
-        {services().account.homeFolder(),
+        {m_services.account.homeFolder(),
          QCoreApplication::translate("HomeFolderGrant", "Save").toStdString()},
         [this](const std::optional<std::string> &folder) {
             if (folder) {
@@ -47,13 +47,13 @@ void HomeFolderGrant::removeHomeFolder()
     store(noFolder);
 }
 
-void HomeFolderGrant::store(std::string_view url) const
+void HomeFolderGrant::store(const std::string &url) const
 {
-    SettingsStore &settings = services().settings;
-    if (const auto bookmark = services().bookmarks.makeBookmark(url)) {
-        settings.setData(grantKey, *bookmark);
+    SettingsStore &settings = m_services.settings;
+    if (const auto bookmark = m_services.bookmarks.makeBookmark(url)) {
+        settings.setData(settingsKey::homeFolder, *bookmark);
     } else {
-        settings.remove(grantKey);
+        settings.remove(settingsKey::homeFolder);
     }
     settings.flush();
     m_changed();

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/Services.hpp"
+
 #include <functional>
-#include <string_view>
+#include <string>
 
 class QWidget;
 
@@ -15,7 +17,7 @@ class HomeFolderGrant {
 public:
     /// Asks on `window`, and calls `changed` after each change, which takes effect only when the
     /// program starts anew. Has to live for as long as the window takes input.
-    HomeFolderGrant(QWidget &window, std::function<void()> changed);
+    HomeFolderGrant(QWidget &window, const Services &services, std::function<void()> changed);
 
     /// Asks for a folder and keeps the bookmark of the chosen one; without a bookmark of it, none
     /// is kept any more. Nothing happens when the user cancels.
@@ -24,9 +26,10 @@ public:
     void removeHomeFolder();
 
 private:
-    void store(std::string_view url) const;
+    void store(const std::string &url) const;
 
     QWidget &m_window;
+    const Services m_services;
     std::function<void()> m_changed;
 };
 

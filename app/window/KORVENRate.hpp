@@ -1,15 +1,18 @@
 #pragma once
 
-#include "app/window/RateAlert.hpp"
+#include "app/window/RateMessageBox.hpp"
 
 #include <QCoreApplication>
 #include <QString>
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <string>
 
 namespace tessaly {
+
+class SettingsStore;
+class UrlOpener;
 
 /// Counts how often this version of the program has been started and, from the fourth time on, asks
 /// the user to rate it in the store: until they agree, or, once they have put it off, at the third
@@ -23,11 +26,14 @@ class KORVENRate {
     Q_DECLARE_TR_FUNCTIONS(tessaly::KORVENRate)
 
 public:
+    using Ask = std::function<int(const RateMessageBox::Request &request)>;
+
     /// Counts this start of the program: make one for each. The settings last by the next flush,
     /// whoever makes it.
     ///
-    /// `appId`: the program's identifier in the store, decimal digits. `alert` asks the user.
-    KORVENRate(std::string appId, std::unique_ptr<RateAlert> alert);
+    /// `appId`: the program's identifier in the store, decimal digits. `ask`: asks the user and
+    /// returns a RateMessageBox::ReturnCode.
+    KORVENRate(std::string appId, SettingsStore &settings, UrlOpener &urls, Ask ask);
 
     /// Whether it is time to ask the user.
     [[nodiscard]] bool isDue() const noexcept;
@@ -45,8 +51,10 @@ public:
 private:
     QString m_appName;
     std::string m_appId;
+    SettingsStore &m_settings;
+    UrlOpener &m_urls;
+    Ask m_ask;
     std::int32_t m_runCount = 0;
-    std::unique_ptr<RateAlert> m_alert;
 };
 
 } // namespace tessaly

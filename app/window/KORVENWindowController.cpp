@@ -5,6 +5,7 @@
 #include "app/controls/frame/KORVENWindow.hpp"
 #include "app/controls/tables/CellTableView.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/delegate/SettingsKeys.hpp"
 #include "app/window/DeferredPrompt.hpp"
 #include "app/window/FullScreen.hpp"
 #include "app/window/HomeFolderGrant.hpp"
@@ -46,8 +47,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(windowLog, "tessaly.window")
 
-constexpr std::string_view placementKey = "windowPlacement";
-
 /// How long the content waits for the empty window, which is not painted while it is out of sight.
 constexpr std::chrono::milliseconds paintTimeout{250};
 
@@ -59,30 +58,18 @@ KORVENWindow::Surface surfaceOfDesktop()
                : KORVENWindow::Surface::opaque;
 }
 
-void launch(std::string_view application)
-{
-    services().applications.launchApplication(application);
-}
-
-void open(std::string_view url)
-{
-    services().urls.openUrl(url);
-}
-
 } // namespace
 
-KORVENWindowController::KORVENWindowController(std::function<void()> terminate)
-    : m_terminate(std::move(terminate)),
+KORVENWindowController::KORVENWindowController(const Services &services,
+                                               std::function<void()> terminate)
+    : m_services(services), m_terminate(std::move(terminate)),
       m_mainWindow(std::make_unique<KORVENWindow>(surfaceOfDesktop())),
-      m_fullScreen(std::make_unique<FullScreen>(
-          *m_mainWindow, KORVENWindow::canBePlaced() ? FullScreen::Motion::byProgram
-                                                     : FullScreen::Motion::byDesktop)),
+      m_fullScreen(std::make_unique<FullScreen>(*m_mainWindow, services.settings,
+                                                KORVENWindow::canBePlaced()
+                                                    ? FullScreen::Motion::byProgram
+                                                    : FullScreen::Motion::byDesktop)),
       m_homeFolderGrant(
-          std::make_unique<HomeFolderGrant>(*m_mainWindow, [this] { restartAlert(); }))
-{
-}
-
-KORVENWindowController::KORVENWindowController() : KORVENWindowController(&QCoreApplication::quit)
+          std::make_unique<HomeFolderGrant>(*m_mainWindow, services, [this] { restartAlert(); }))
 {
 }
 
@@ -163,8 +150,11 @@ void KORVENWindowController::awakeFromNib()
             &FullScreen::toggleFullScreen);
     restoreWindow();
     m_mainWindow->installEventFilter(this);
-    m_rateAndReview = std::make_unique<KORVENRate>(storeIdentifier(),
-                                                   std::make_unique<RateMessageBox>(*m_mainWindow));
+    m_rateAndReview = std::make_unique<KORVENRate>(
+        storeIdentifier(), m_services.settings, m_services.urls,
+        [box = RateMessageBox(*m_mainWindow)](const RateMessageBox::Request &request) {
+            return box.runModal(request);
+        });
     askToRate();
 }
 
@@ -187,16 +177,17 @@ void KORVENWindowController::askToRate()
     if (isSetByVendor(page)) {
         ask(true);
     } else {
-        services().urls.canOpenUrl(page, ask);
+        m_services.urls.canOpenUrl(page, ask);
     }
 }
 
 void KORVENWindowController::makeScreens()
 {
-    m_dvc = std::make_unique<KORVENDriveViewController>();
-    m_hvc = std::make_unique<KORVENHomeViewController>(services());
-    m_avc = std::make_unique<KORVENScanViewController>(services());
-    m_lvc = std::make_unique<KORVENHistoryViewController>();
+    m_dvc = std::make_unique<KORVENDriveViewController>(m_services.volumes, m_services.applications,
+                                                        m_services.fileManager);
+    m_hvc = std::make_unique<KORVENHomeViewController>(m_services);
+    m_avc = std::make_unique<KORVENScanViewController>(m_services);
+    m_lvc = std::make_unique<KORVENHistoryViewController>(m_services.dates, m_services.documents);
     m_dvc->awakeFromNib();
     m_hvc->awakeFromNib();
     m_avc->awakeFromNib();
@@ -307,7 +298,7 @@ void KORVENWindowController::restartAlert()
 void KORVENWindowController::showPreferenceSheet()
 {
     if (m_preferenceSheet == nullptr) {
-        m_preferenceSheet = new PreferenceSheet(*m_mainWindow);
+        m_preferenceSheet = new PreferenceSheet(*m_mainWindow, m_services.settings);
         awakeFromNib();
         connect(m_preferenceSheet, &PreferenceSheet::resultRowsChanged, this,
                 &KORVENWindowController::refreshTables);
@@ -342,52 +333,52 @@ void KORVENWindowController::removeHomeFolder()
 
 void KORVENWindowController::openDiskUtility()
 {
-    launch("Disk Utility.app");
+    m_services.applications.launchApplication("Disk Utility.app");
 }
 
 void KORVENWindowController::openFinder()
 {
-    launch("Finder.app");
+    m_services.applications.launchApplication("Finder.app");
 }
 
 void KORVENWindowController::openSystemPreferences()
 {
-    launch("System Preferences.app");
+    m_services.applications.launchApplication("System Preferences.app");
 }
 
 void KORVENWindowController::openInAppStore()
 {
-    open(storePage(storeIdentifier()));
+    m_services.urls.openUrl(storePage(storeIdentifier()));
 }
 
 void KORVENWindowController::openWebHelp()
 {
-    open(vendorHelpPage());
+    m_services.urls.openUrl(vendorHelpPage());
 }
 
 void KORVENWindowController::openUrlWebsite()
 {
-    open(vendorWebsite());
+    m_services.urls.openUrl(vendorWebsite());
 }
 
 void KORVENWindowController::openUrlFacebook()
 {
-    open(vendorFacebookPage());
+    m_services.urls.openUrl(vendorFacebookPage());
 }
 
 void KORVENWindowController::openUrlTwitter()
 {
-    open(vendorTwitterPage());
+    m_services.urls.openUrl(vendorTwitterPage());
 }
 
 void KORVENWindowController::supportClicked()
 {
-    open(vendorSupportPage());
+    m_services.urls.openUrl(vendorSupportPage());
 }
 
 void KORVENWindowController::googleClicked()
 {
-    open(vendorGooglePage());
+    m_services.urls.openUrl(vendorGooglePage());
 }
 
 void KORVENWindowController::showAbout()
@@ -452,7 +443,7 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
 void KORVENWindowController::startLoading()
 {
     qCDebug(windowLog, "content painted");
-    services().settings.flush(); // what the start has counted is there after a crash
+    m_services.settings.flush(); // what the start has counted is there after a crash
     m_hvc->startLoading();
     m_avc->startLoading();
 }
@@ -462,7 +453,7 @@ void KORVENWindowController::restoreWindow()
     if (std::exchange(m_hasPlace, true)) {
         return;
     }
-    const auto stored = services().settings.data(placementKey);
+    const auto stored = m_services.settings.data(settingsKey::windowPlacement);
     if (stored) {
         m_mainWindow->restorePlacement(QByteArray(reinterpret_cast<const char *>(stored->data()),
                                                   static_cast<qsizetype>(stored->size())));
@@ -473,8 +464,8 @@ void KORVENWindowController::restoreWindow()
 void KORVENWindowController::storeWindow()
 {
     const QByteArray placement = m_mainWindow->placement();
-    SettingsStore &settings = services().settings;
-    settings.setData(placementKey,
+    SettingsStore &settings = m_services.settings;
+    settings.setData(settingsKey::windowPlacement,
                      std::as_bytes(std::span(placement.constData(),
                                              static_cast<std::size_t>(placement.size()))));
     settings.flush();

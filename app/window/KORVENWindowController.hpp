@@ -1,7 +1,9 @@
 #pragma once
 
 #include "app/delegate/MainWindow.hpp"
+#include "platform/Services.hpp"
 
+#include <QCoreApplication>
 #include <QObject>
 
 #include <functional>
@@ -44,15 +46,12 @@ public:
     /// The pages in their order.
     enum Page { drivesPage, homePage, scanPage, historyPage, pageCount };
 
-    /// `terminate` ends the program, and may return before it has.
-    explicit KORVENWindowController(std::function<void()> terminate);
-    /// Ends the program by ending its event loop.
-    KORVENWindowController();
+    /// `terminate` ends the program, and may return before it has. Without one, the program's event
+    /// loop is ended.
+    explicit KORVENWindowController(const Services &services,
+                                    std::function<void()> terminate = &QCoreApplication::quit);
     ~KORVENWindowController() override;
-    KORVENWindowController(const KORVENWindowController &) = delete;
-    KORVENWindowController &operator=(const KORVENWindowController &) = delete;
-    KORVENWindowController(KORVENWindowController &&) = delete;
-    KORVENWindowController &operator=(KORVENWindowController &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENWindowController)
 
     /// Shows the window where it was the last time, without content at first, so that there is
     /// something to be seen while the desktop's fonts and the screens are read. `painted` is called
@@ -136,6 +135,7 @@ private:
     void restoreWindow();
     void storeWindow();
 
+    const Services m_services;
     bool m_firstRunFlag = true;
     bool m_hasPlace = false;
     bool m_contentHasBeenPainted = false;

@@ -5,6 +5,7 @@
 #include "app/controls/interface/InterfaceFile.hpp"
 #include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/delegate/SettingsKeys.hpp"
 #include "platform/SettingsStore.hpp"
 
 #include <QButtonGroup>
@@ -38,13 +39,6 @@ KORVENAppDelegate &delegate()
     return KORVENAppDelegate::sharedDelegate();
 }
 
-void store(std::string_view key, std::int32_t value)
-{
-    SettingsStore &settings = services().settings;
-    settings.setInteger(key, value);
-    settings.flush();
-}
-
 /// A value without a row of its own leaves the row that is chosen.
 void choose(const QButtonGroup &matrix, std::int32_t row)
 {
@@ -71,9 +65,9 @@ void colorCheck(QCheckBox &check)
 
 } // namespace
 
-PreferenceSheet::PreferenceSheet(KORVENWindow &window)
-    : WindowSheet(window, loadPanel()), m_hiddenItemMatrix(matrix("hiddenItemMatrix")),
-      m_largeFileMatrix(matrix("largeFileMatrix")),
+PreferenceSheet::PreferenceSheet(KORVENWindow &window, SettingsStore &settings)
+    : WindowSheet(window, loadPanel()), m_settings(settings),
+      m_hiddenItemMatrix(matrix("hiddenItemMatrix")), m_largeFileMatrix(matrix("largeFileMatrix")),
       m_showNotification(check("showNotificationCheck")),
       m_notificationSound(check("notificationSoundCheck")), m_diskGraph(check("diskGraphCheck")),
       m_folderGraph(check("folderGraphCheck"))
@@ -173,50 +167,53 @@ void PreferenceSheet::disableNotifications()
     m_notificationSound->setEnabled(false);
 }
 
+void PreferenceSheet::keep(std::string_view key, void (KORVENAppDelegate::*set)(std::int32_t),
+                           std::int32_t value)
+{
+    (delegate().*set)(value);
+    m_settings.setInteger(key, value);
+    m_settings.flush();
+}
+
 void PreferenceSheet::hiddenItemMatrixChanged()
 {
-    const int row = m_hiddenItemMatrix->checkedId();
-    delegate().setHiddenItemPreference(row);
-    store("hiddenItemPreference", row);
+    keep(settingsKey::hiddenItem, &KORVENAppDelegate::setHiddenItemPreference,
+         m_hiddenItemMatrix->checkedId());
     Q_EMIT resultRowsChanged();
 }
 
 void PreferenceSheet::largeFileMatrixChanged()
 {
-    const int row = m_largeFileMatrix->checkedId();
-    delegate().setLargeFilePreference(row);
-    store("largeFilePreference", row);
+    keep(settingsKey::largeFile, &KORVENAppDelegate::setLargeFilePreference,
+         m_largeFileMatrix->checkedId());
     Q_EMIT resultRowsChanged();
 }
 
 void PreferenceSheet::showNotificationChecked()
 {
-    const int value = m_showNotification->isChecked() ? 1 : 0;
-    m_notificationSound->setEnabled(value != 0);
-    delegate().setShowNotificationPreference(value);
-    store("showNotificationPreference", value);
+    const bool isOn = m_showNotification->isChecked();
+    m_notificationSound->setEnabled(isOn);
+    keep(settingsKey::showNotification, &KORVENAppDelegate::setShowNotificationPreference,
+         isOn ? 1 : 0);
 }
 
 void PreferenceSheet::notificationSoundChecked()
 {
-    const int value = m_notificationSound->isChecked() ? 1 : 0;
-    delegate().setNotificationSoundPreference(value);
-    store("notificationSoundPreference", value);
+    keep(settingsKey::notificationSound, &KORVENAppDelegate::setNotificationSoundPreference,
+         m_notificationSound->isChecked() ? 1 : 0);
 }
 
 void PreferenceSheet::diskGraphColorChecked()
 {
-    const int value = m_diskGraph->isChecked() ? 1 : 0;
-    delegate().setDiskGraphColorPreference(value);
-    store("diskGraphColorPreference", value);
+    keep(settingsKey::diskGraphColor, &KORVENAppDelegate::setDiskGraphColorPreference,
+         m_diskGraph->isChecked() ? 1 : 0);
     Q_EMIT driveRowsChanged();
 }
 
 void PreferenceSheet::folderGraphColorChecked()
 {
-    const int value = m_folderGraph->isChecked() ? 1 : 0;
-    delegate().setFolderGraphColorPreference(value);
-    store("folderGraphColorPreference", value);
+    keep(settingsKey::folderGraphColor, &KORVENAppDelegate::setFolderGraphColorPreference,
+         m_folderGraph->isChecked() ? 1 : 0);
     Q_EMIT resultRowsChanged();
 }
 

@@ -10,7 +10,9 @@ class QCheckBox;
 
 namespace tessaly {
 
+class KORVENAppDelegate;
 class KORVENWindow;
+class SettingsStore;
 
 /// The sheet with the preferences. Each change is the delegate's and in the settings at once; there
 /// is nothing to cancel.
@@ -21,7 +23,7 @@ class PreferenceSheet final : public WindowSheet {
 
 public:
     /// Loads the sheet on a window that has its content.
-    explicit PreferenceSheet(KORVENWindow &window);
+    PreferenceSheet(KORVENWindow &window, SettingsStore &settings);
 
     /// Shows the preferences as they are now.
     void showPreferenceSheet();
@@ -58,12 +60,16 @@ Q_SIGNALS:
     void closeClicked();
 
 private:
+    /// Makes a value the delegate's, and keeps it in the settings.
+    void keep(std::string_view key, void (KORVENAppDelegate::*set)(std::int32_t),
+              std::int32_t value);
     [[nodiscard]] QButtonGroup *matrix(const char *name);
     [[nodiscard]] QCheckBox *check(const char *name);
     void wire();
     void wireState(const QButtonGroup &group, void (PreferenceSheet::*changed)());
     void wireState(const QCheckBox &box, void (PreferenceSheet::*changed)());
 
+    SettingsStore &m_settings;
     QButtonGroup *m_hiddenItemMatrix;
     QButtonGroup *m_largeFileMatrix;
     QCheckBox *m_showNotification;

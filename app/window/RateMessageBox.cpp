@@ -37,7 +37,7 @@ private:
 /// A dialog that looks like the sheets of the main window.
 class Prompt final : public QDialog {
 public:
-    Prompt(const RateAlert::Request &request, QWidget *window)
+    Prompt(const RateMessageBox::Request &request, QWidget *window)
         : QDialog(window, Qt::Dialog | Qt::FramelessWindowHint)
     {
         setWindowTitle(request.messageText);
@@ -53,7 +53,7 @@ public:
             panel->buttons().first()->setFocus();
         }
         connect(panel, &AlertPanel::pressed, this,
-                [this](int button) { done(RateAlert::firstButton + button); });
+                [this](int button) { done(RateMessageBox::firstButton + button); });
     }
 
 protected:
@@ -68,9 +68,7 @@ protected:
 
 } // namespace
 
-RateMessageBox::RateMessageBox(QWidget &window) : m_window(&window) {}
-
-int RateMessageBox::runModal(const Request &request)
+int RateMessageBox::runModal(const Request &request) const
 {
     // Not on the stack: the window may be destroyed, and the prompt with it, while it waits.
     const QPointer<Prompt> prompt = new Prompt(request, m_window);

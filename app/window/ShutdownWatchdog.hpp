@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -23,10 +25,7 @@ public:
     ShutdownWatchdog(std::chrono::milliseconds timeout, int exitStatus,
                      std::function<void()> release);
     ~ShutdownWatchdog();
-    ShutdownWatchdog(const ShutdownWatchdog &) = delete;
-    ShutdownWatchdog &operator=(const ShutdownWatchdog &) = delete;
-    ShutdownWatchdog(ShutdownWatchdog &&) = delete;
-    ShutdownWatchdog &operator=(ShutdownWatchdog &&) = delete;
+    Q_DISABLE_COPY_MOVE(ShutdownWatchdog)
 
 private:
     std::mutex m_lock;

@@ -31,10 +31,7 @@ public:
 
     Sidebar(std::vector<Row> rows, TypeSelect shouldTypeSelect, QWidget *parent = nullptr);
     ~Sidebar() override;
-    Sidebar(const Sidebar &) = delete;
-    Sidebar &operator=(const Sidebar &) = delete;
-    Sidebar(Sidebar &&) = delete;
-    Sidebar &operator=(Sidebar &&) = delete;
+    Q_DISABLE_COPY_MOVE(Sidebar)
 
     [[nodiscard]] CellTableView &outlineTable() const noexcept { return *m_outlineTable; }
     [[nodiscard]] int selectedRow() const;

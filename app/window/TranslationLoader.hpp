@@ -27,10 +27,7 @@ public:
     /// The languages that the user has chosen for texts, the favourite first.
     TranslationLoader();
     ~TranslationLoader() = default;
-    TranslationLoader(const TranslationLoader &) = delete;
-    TranslationLoader &operator=(const TranslationLoader &) = delete;
-    TranslationLoader(TranslationLoader &&) = delete;
-    TranslationLoader &operator=(TranslationLoader &&) = delete;
+    Q_DISABLE_COPY_MOVE(TranslationLoader)
 
     /// The language that is in use: "de", or "en" for the texts as they stand in the source.
     [[nodiscard]] const QString &language() const noexcept { return m_language; }

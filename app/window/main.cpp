@@ -146,10 +146,11 @@ int main(int argumentCount, char **arguments)
     prepareWidgets(qtSessionBus, QtSessionBus::usualAccessibilityTimeout);
 
     LinuxServices desktop;
-    KORVENAppDelegate delegate(desktop.with(documents));
+    const Services services = desktop.with(documents);
+    KORVENAppDelegate delegate(services);
     archive::AtomicFile::removeLeftovers(documents.path());
 
-    auto controller = std::make_unique<KORVENWindowController>();
+    auto controller = std::make_unique<KORVENWindowController>(services);
     delegate.setWindowController(controller.get());
     std::optional<GlobalMenu> globalMenu;
     controller->showWindow([&] {

@@ -34,10 +34,7 @@ public:
     HistoryFileWatch(QObject *parent, std::chrono::milliseconds interval, FileReader readFile);
     /// Leaves a read that hangs behind.
     ~HistoryFileWatch() override;
-    HistoryFileWatch(const HistoryFileWatch &) = delete;
-    HistoryFileWatch &operator=(const HistoryFileWatch &) = delete;
-    HistoryFileWatch(HistoryFileWatch &&) = delete;
-    HistoryFileWatch &operator=(HistoryFileWatch &&) = delete;
+    Q_DISABLE_COPY_MOVE(HistoryFileWatch)
 
     /// Watches the file at `path`, until stop(). Does nothing while it watches.
     void start(const std::string &path);

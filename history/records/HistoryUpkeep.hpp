@@ -2,6 +2,8 @@
 
 #include "history/records/HistoryFile.hpp"
 
+#include <QtGlobal>
+
 #include <functional>
 #include <stop_token>
 #include <string>
@@ -31,10 +33,7 @@ public:
     /// Stops and waits for that, which takes a moment: a scan that is being read, which may be
     /// large or hang, is left behind on a thread of its own. The next start goes on.
     ~HistoryUpkeep() = default;
-    HistoryUpkeep(const HistoryUpkeep &) = delete;
-    HistoryUpkeep &operator=(const HistoryUpkeep &) = delete;
-    HistoryUpkeep(HistoryUpkeep &&) = delete;
-    HistoryUpkeep &operator=(HistoryUpkeep &&) = delete;
+    Q_DISABLE_COPY_MOVE(HistoryUpkeep)
 
     /// Starts the thread. Does nothing when it is called again.
     /// Requires: `store` outlives this, and its history file was read.

@@ -1,6 +1,5 @@
 #include "history/records/KORVENHistoryStore.hpp"
 
-#include "app/delegate/HistoryListener.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
 #include "engine/tree/PrintableText.hpp"
@@ -27,9 +26,8 @@ constexpr std::string_view historyFileName = "scanHistory.archive";
 // No ".archive", so that no record's key names it.
 constexpr std::string_view removalsFileName = "scanHistory.removals";
 
-std::string inDocuments(std::string_view name)
+std::string inFolder(std::string path, std::string_view name)
 {
-    std::string path = services().documents.path();
     path += '/';
     path += name;
     return path;
@@ -58,14 +56,15 @@ KORVENHistoryStore &KORVENHistoryStore::sharedStore()
 }
 
 KORVENHistoryStore::KORVENHistoryStore()
-    : m_listener(KORVENAppDelegate::sharedDelegate()), m_calls(archive::FileCalls::system()),
+    : m_delegate(KORVENAppDelegate::sharedDelegate()), m_calls(archive::FileCalls::system()),
       m_removals({}, m_calls)
 {
     throw NamedException("Singleton", "Use +[KORVENHistoryStore sharedStore]");
 }
 
-KORVENHistoryStore::KORVENHistoryStore(HistoryListener &listener, archive::FileCalls &calls)
-    : m_listener(listener), m_calls(calls), m_removals(inDocuments(removalsFileName), calls)
+KORVENHistoryStore::KORVENHistoryStore(KORVENAppDelegate &delegate, archive::FileCalls &calls)
+    : m_delegate(delegate), m_folder(delegate.services().documents.path()), m_calls(calls),
+      m_removals(inFolder(m_folder, removalsFileName), calls)
 {
     load();
 }
@@ -73,7 +72,7 @@ KORVENHistoryStore::KORVENHistoryStore(HistoryListener &listener, archive::FileC
 void KORVENHistoryStore::load()
 {
     // Now, since a scan of this run has its file a moment before it has its record.
-    m_keysAtStart = scanKeysIn(services().documents.path());
+    m_keysAtStart = scanKeysIn(m_folder);
     if (const auto loaded = m_removals.load(); !loaded) {
         logError("It is not known which scans were being deleted", loaded.error());
     }
@@ -130,7 +129,7 @@ void KORVENHistoryStore::adopt(HistoryRecords records)
 void KORVENHistoryStore::tellOfAdoption()
 {
     if (m_hasAdopted.exchange(false)) {
-        m_listener.historyStoreUpdated();
+        m_delegate.historyStoreUpdated();
     }
 }
 
@@ -168,7 +167,7 @@ void KORVENHistoryStore::addItem(Record record)
         const std::scoped_lock lock(m_listLock);
         m_privateItems.push_back(std::move(record));
     }
-    m_listener.historyStoreUpdated();
+    m_delegate.historyStoreUpdated();
 }
 
 void KORVENHistoryStore::addItems(HistoryRecords records)
@@ -178,7 +177,7 @@ void KORVENHistoryStore::addItems(HistoryRecords records)
         m_privateItems.insert(m_privateItems.end(), std::make_move_iterator(records.begin()),
                               std::make_move_iterator(records.end()));
     }
-    m_listener.historyStoreUpdated();
+    m_delegate.historyStoreUpdated();
 }
 
 void KORVENHistoryStore::removeItem(const Record &record)
@@ -194,7 +193,7 @@ void KORVENHistoryStore::removeItem(const Record &record)
         std::erase(m_privateItems, removed);
     }
     saveChanges();
-    m_listener.reloadHistoryDelete(removed->scanKey());
+    m_delegate.reloadHistoryDelete(removed->scanKey());
 }
 
 void KORVENHistoryStore::removeItemWithKey(std::string_view scanKey)
@@ -248,7 +247,7 @@ void KORVENHistoryStore::takeOut(const HistoryRecords &records)
 void KORVENHistoryStore::finishRemoval(const KORVENHistoryItem &record)
 {
     deleteScanFile(record);
-    m_listener.reloadHistoryDelete(record.scanKey());
+    m_delegate.reloadHistoryDelete(record.scanKey());
 }
 
 void KORVENHistoryStore::endRemoval()
@@ -307,12 +306,12 @@ std::vector<std::string> KORVENHistoryStore::takeKeysWithoutRecord()
 
 std::string KORVENHistoryStore::itemArchivePath() const
 {
-    return archivePath();
+    return inFolder(m_folder, historyFileName);
 }
 
-std::string KORVENHistoryStore::archivePath()
+std::string KORVENHistoryStore::archivePath(DocumentsFolder &documents)
 {
-    return inDocuments(historyFileName);
+    return inFolder(documents.path(), historyFileName);
 }
 
 bool KORVENHistoryStore::saveChanges()

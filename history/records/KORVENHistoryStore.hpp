@@ -3,6 +3,8 @@
 #include "history/records/HistoryFile.hpp"
 #include "history/records/PendingRemovals.hpp"
 
+#include <QtGlobal>
+
 #include <atomic>
 #include <memory>
 #include <mutex>
@@ -13,7 +15,8 @@
 
 namespace tessaly {
 
-class HistoryListener;
+class DocumentsFolder;
+class KORVENAppDelegate;
 
 /// The scan history: the one list of records, kept in memory and mirrored in the history file. It
 /// also deletes a scan's file along with its record, but neither the home screen's file nor the
@@ -25,7 +28,7 @@ class HistoryListener;
 /// lists when the store is made is in no list any more; HistoryUpkeep deletes it.
 ///
 /// Threads: any. A lock guards the list, and another one the files, so that of two saves the later
-///          one has the later list. The listener is told on the calling thread, without a lock.
+///          one has the later list. The delegate is told on the calling thread, without a lock.
 /// Errors:  ignored, but for a line in the log: a file that cannot be deleted stays behind, a save
 ///          that fails leaves the file as it was. A history file that is not understood is an
 ///          exception out of sharedStore(), and stays as it is.
@@ -46,10 +49,7 @@ public:
     /// Raises the NamedException "Singleton".
     [[noreturn]] KORVENHistoryStore();
     ~KORVENHistoryStore() = default;
-    KORVENHistoryStore(const KORVENHistoryStore &) = delete;
-    KORVENHistoryStore &operator=(const KORVENHistoryStore &) = delete;
-    KORVENHistoryStore(KORVENHistoryStore &&) = delete;
-    KORVENHistoryStore &operator=(KORVENHistoryStore &&) = delete;
+    Q_DISABLE_COPY_MOVE(KORVENHistoryStore)
 
     /// The records as of now, in the order in which they were added.
     [[nodiscard]] HistoryRecords allItems() const;
@@ -58,16 +58,16 @@ public:
     [[nodiscard]] std::optional<std::string> problem() const;
     /// Tries once more to read a history file that could not be read. When that succeeds, or there
     /// is none any more, its records come before those of this run, these are saved, and the
-    /// listener is told. Whether the history file is known now.
+    /// delegate is told. Whether the history file is known now.
     bool readAgain();
 
-    /// Appends a record and tells the listener. It is not saved yet: call saveChanges().
+    /// Appends a record and tells the delegate. It is not saved yet: call saveChanges().
     void addItem(Record record);
-    /// Appends records and tells the listener once. They are not saved yet either.
+    /// Appends records and tells the delegate once. They are not saved yet either.
     void addItems(HistoryRecords records);
 
     /// Deletes the record's file, takes out every occurrence of this very record, saves, and tells
-    /// the listener.
+    /// the delegate.
     void removeItem(const Record &record);
     /// Removes the first record with this key; without one, does nothing.
     void removeItemWithKey(std::string_view scanKey);
@@ -84,7 +84,7 @@ public:
     bool noteRemovals(const HistoryRecords &records);
     /// Takes these very records out of the list and saves once. Their files stay.
     void takeOut(const HistoryRecords &records);
-    /// Deletes the file of a record that was taken out, and tells the listener that it is removed.
+    /// Deletes the file of a record that was taken out, and tells the delegate that it is removed.
     void finishRemoval(const KORVENHistoryItem &record);
     /// Forgets what was noted, but for the scans whose files are still there.
     void endRemoval();
@@ -103,7 +103,7 @@ public:
     /// The history file's path.
     [[nodiscard]] std::string itemArchivePath() const;
     /// The same without a store. Requires: the application delegate lives.
-    [[nodiscard]] static std::string archivePath();
+    [[nodiscard]] static std::string archivePath(DocumentsFolder &documents);
 
     /// Writes all records to the history file. Whether that succeeded.
     bool saveChanges();
@@ -118,7 +118,7 @@ public:
 private:
     friend struct OwnHistoryStore; // gives each test a store of its own
 
-    explicit KORVENHistoryStore(HistoryListener &listener,
+    explicit KORVENHistoryStore(KORVENAppDelegate &delegate,
                                 archive::FileCalls &calls = archive::FileCalls::system());
     void load();
     [[nodiscard]] bool tryToRead();
@@ -126,7 +126,8 @@ private:
     bool save();
     void tellOfAdoption();
 
-    HistoryListener &m_listener;
+    KORVENAppDelegate &m_delegate;
+    const std::string m_folder; ///< with the history file and the files of the scans
     archive::FileCalls &m_calls;
 
     std::mutex m_saving;       ///< guards the files, and what is known of them
@@ -134,7 +135,7 @@ private:
     bool m_isSaved = true;     ///< the file lists no record that was taken out
     PendingRemovals m_removals;
     std::vector<std::string> m_keysAtStart; ///< of the scans that had a file
-    std::atomic<bool> m_hasAdopted = false; ///< and the listener is to be told of it
+    std::atomic<bool> m_hasAdopted = false; ///< and the delegate is to be told of it
 
     mutable std::mutex m_listLock;
     HistoryRecords m_privateItems;

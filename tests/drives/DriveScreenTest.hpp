@@ -63,7 +63,8 @@ protected:
     /// Makes the screen and shows it in a window; it has asked, and has no answer yet.
     void openScreenUnanswered()
     {
-        m_screen = std::make_unique<KORVENDriveViewController>();
+        m_screen = std::make_unique<KORVENDriveViewController>(
+            m_services.volumes, m_services.applications, m_services.fileManager);
         m_screen->findChild<PressGuard *>()->setClock([this] { return m_now; });
         m_screen->awakeFromNib();
         m_window.resize(840, 666);

@@ -390,6 +390,7 @@ TEST_F(KORVENDriveCellViewTest, isLoadedFromItsInterfaceFileAlone)
 TEST_F(KORVENDriveCellViewTest, aBareCellHasNothingInIt)
 {
     KORVENDriveCellView bare;
+    bare.setServices(m_services.volumes, m_services.fileManager);
     bare.setDiskType(2);
     bare.showEjectControl(true);
     bare.ejectDrive();

@@ -50,7 +50,8 @@ protected:
 TEST_F(KORVENDriveViewControllerTest, asksWhenItStartsAndSaysSo)
 {
     addVolume("Data", 10, 5);
-    const KORVENDriveViewController unawoken;
+    const KORVENDriveViewController unawoken(m_services.volumes, m_services.applications,
+                                             m_services.fileManager);
     EXPECT_TRUE(unawoken.firstRunFlag());
     EXPECT_TRUE(volumes().questions.empty());
 

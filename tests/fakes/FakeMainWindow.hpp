@@ -2,6 +2,7 @@
 
 #include "app/delegate/MainWindow.hpp"
 
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -17,10 +18,18 @@ public:
         return m_log;
     }
 
+    /// Called on the thread of each message about the history.
+    std::function<void()> onHistoryMessage = [] {};
+
     void windowLoaded() override { record("windowLoaded"); }
-    void historyStoreUpdated() override { record("historyStoreUpdated"); }
+    void historyStoreUpdated() override
+    {
+        onHistoryMessage();
+        record("historyStoreUpdated");
+    }
     void reloadHistoryDelete(const std::optional<std::string> &scanKey) override
     {
+        onHistoryMessage();
         record("reloadHistoryDelete " + scanKey.value_or("(none)"));
     }
     void loadHistoryItem(const std::string &scanKey) override

@@ -77,7 +77,7 @@ TEST_F(HistoryLocksTest, whoIsToldMayUseTheStoreFromAnyThread)
     m_folder.folder("scanHistory.archive");
     const auto store = openStore();
     int messageCount = 0;
-    m_listener.onMessage = [&] {
+    m_window.onHistoryMessage = [&] {
         ++messageCount;
         // On another thread, since one may not try to take a lock that it holds.
         std::thread([&] {
@@ -114,7 +114,7 @@ TEST_F(HistoryLocksTest, whoIsToldOfAHistoryThatIsReadAgainMayUseTheStore)
     const auto store = openStore();
     ASSERT_EQ(rmdir(m_historyFile.c_str()), 0);
     bool isTold = false;
-    m_listener.onMessage = [&] {
+    m_window.onHistoryMessage = [&] {
         isTold = true;
         std::thread([&] {
             const std::unique_lock files(OwnHistoryStore::filesLock(*store), std::try_to_lock);

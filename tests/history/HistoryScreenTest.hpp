@@ -103,7 +103,8 @@ protected:
     /// Makes the screen and shows it in a window.
     void openScreen()
     {
-        m_screen = std::make_unique<KORVENHistoryViewController>();
+        m_screen =
+            std::make_unique<KORVENHistoryViewController>(m_services.dates, m_services.documents);
         m_screen->findChild<PressGuard *>()->setClock([this] { return m_now; });
         m_mainWindow.screen = m_screen.get();
         m_screen->awakeFromNib();

@@ -21,28 +21,6 @@
 
 namespace tessaly {
 
-/// Runs something at each message, and passes the messages on.
-class SpyingListener final : public HistoryListener {
-public:
-    explicit SpyingListener(HistoryListener &next) : m_next(next) {}
-
-    std::function<void()> onMessage = [] {};
-
-    void historyStoreUpdated() override
-    {
-        onMessage();
-        m_next.historyStoreUpdated();
-    }
-    void reloadHistoryDelete(const std::optional<std::string> &scanKey) override
-    {
-        onMessage();
-        m_next.reloadHistoryDelete(scanKey);
-    }
-
-private:
-    HistoryListener &m_next;
-};
-
 /// Stores in a folder of their own, whose file calls can be made to fail.
 class HistoryStoreTest : public testing::Test {
 protected:
@@ -54,7 +32,7 @@ protected:
 
     std::unique_ptr<KORVENHistoryStore> openStore()
     {
-        return OwnHistoryStore::open(m_listener, m_calls);
+        return OwnHistoryStore::open(m_delegate, m_calls);
     }
 
     /// A record with this key, whose scan has a file.
@@ -100,7 +78,6 @@ protected:
     FakeServices m_services{m_folder.path()};
     FakeMainWindow m_window;
     KORVENAppDelegate m_delegate{m_services.all()};
-    SpyingListener m_listener{m_delegate};
     FailingFileCalls m_calls;
 };
 

@@ -551,7 +551,7 @@ TEST_F(KORVENHistoryViewControllerTest, thereIsNoRowBeyondTheEnd)
 TEST_F(KORVENHistoryViewControllerTest, rowsAreBareBeforeCellsAreRegistered)
 {
     record("A", "/a", 0);
-    KORVENHistoryViewController screen;
+    KORVENHistoryViewController screen(m_services.dates, m_services.documents);
     EXPECT_TRUE(screen.firstRunFlag());
     EXPECT_EQ(screen.viewForTableColumn(0), nullptr);
     screen.loadHistory();

@@ -12,9 +12,9 @@ namespace tessaly {
 /// tests of what happens while a lock is held that lock.
 struct OwnHistoryStore {
     [[nodiscard]] static std::unique_ptr<KORVENHistoryStore>
-    open(HistoryListener &listener, archive::FileCalls &calls = archive::FileCalls::system())
+    open(KORVENAppDelegate &delegate, archive::FileCalls &calls = archive::FileCalls::system())
     {
-        return std::unique_ptr<KORVENHistoryStore>(new KORVENHistoryStore(listener, calls));
+        return std::unique_ptr<KORVENHistoryStore>(new KORVENHistoryStore(delegate, calls));
     }
     [[nodiscard]] static std::mutex &listLock(KORVENHistoryStore &store)
     {

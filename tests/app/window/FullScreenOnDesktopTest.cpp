@@ -35,7 +35,7 @@ protected:
         }
         m_window.emplace(KORVENWindow::Surface::opaque);
         m_window->setGeometry(before);
-        m_fullScreen.emplace(*m_window, FullScreen::Motion::byProgram);
+        m_fullScreen.emplace(*m_window, m_services.settings, FullScreen::Motion::byProgram);
         m_window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&*m_window, desktopTimeoutMs));
         for (int i = 0; i < 20 && !QTest::qWaitForWindowActive(&*m_window, 2'000); ++i) {

@@ -46,7 +46,7 @@ protected:
         m_window.setGeometry(before);
         m_window.show();
         m_window.activateWindow();
-        m_fullScreen.emplace(m_window, motion);
+        m_fullScreen.emplace(m_window, m_services.settings, motion);
         m_fullScreen->setFullscreenMenuItem(&m_item);
     }
 
@@ -390,7 +390,7 @@ TEST_F(FullScreenTest, namesWhatIsKept)
 /// The next start of the program.
 class NextStart {
 public:
-    NextStart() : fullScreen(window, Motion::byProgram)
+    explicit NextStart(SettingsStore &settings) : fullScreen(window, settings, Motion::byProgram)
     {
         window.setMinimumSize(50, 50);
         window.setGeometry(10, 20, 500, 400);
@@ -406,7 +406,7 @@ TEST_F(FullScreenTest, aProgramThatEndedInFullScreenComesBackInItsWindow)
 {
     enter();
     m_window.close();
-    NextStart next;
+    NextStart next(m_services.settings);
     EXPECT_FALSE(next.window.isFullScreen());
     EXPECT_EQ(next.window.geometry(), before);
     EXPECT_EQ(next.fullScreen.frameForNonFullScreenMode(), QRectF(before));
@@ -422,7 +422,7 @@ TEST_F(FullScreenTest, aProgramThatEndedInFullScreenComesBackMaximised)
     ASSERT_TRUE(QTest::qWaitFor([this] { return m_window.geometry() == screenFrame; }));
     enter();
     m_window.close();
-    NextStart next;
+    NextStart next(m_services.settings);
     EXPECT_TRUE(next.window.isMaximized());
     next.window.showNormal();
     EXPECT_TRUE(QTest::qWaitFor([&] { return next.window.geometry() == before; }));
@@ -430,14 +430,14 @@ TEST_F(FullScreenTest, aProgramThatEndedInFullScreenComesBackMaximised)
 
 TEST_F(FullScreenTest, aProgramThatEndedInItsWindowStaysWhereItIsPut)
 {
-    const NextStart next;
+    const NextStart next(m_services.settings);
     EXPECT_EQ(next.window.geometry(), QRect(10, 20, 500, 400));
 }
 
 TEST_F(FullScreenTest, aKeptFrameThatIsNoneIsDropped)
 {
     m_services.settings.setData(frameKey, std::vector(20, std::byte{0x41}));
-    const NextStart next;
+    const NextStart next(m_services.settings);
     EXPECT_EQ(next.window.geometry(), QRect(10, 20, 500, 400));
     EXPECT_FALSE(m_services.settings.hasKey(frameKey));
 }

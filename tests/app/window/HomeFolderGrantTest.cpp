@@ -88,7 +88,7 @@ TEST_F(HomeFolderGrantTest, removingTakesTheGrantAwayAndEndsTheProgram)
 TEST_F(HomeFolderGrantTest, isStoredBeforeAnybodyIsTold)
 {
     Names log;
-    HomeFolderGrant grant(window(), [&] { log = m_services.settings.log(); });
+    HomeFolderGrant grant(window(), m_services.all(), [&] { log = m_services.settings.log(); });
     m_services.settings.clearLog();
     grant.removeHomeFolder();
     EXPECT_EQ(log, (Names{"remove homeFolder", "flush"}));

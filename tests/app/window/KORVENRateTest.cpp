@@ -22,31 +22,17 @@ using Log = std::vector<std::string>;
 const std::string version{programVersion()};
 constexpr int never = -1;
 
-/// Answers as the test says, and keeps what was asked.
-class FakeRateAlert final : public RateAlert {
-public:
-    FakeRateAlert(std::vector<Request> &asked, const int &answer) : m_asked(asked), m_answer(answer)
-    {
-    }
-
-    [[nodiscard]] int runModal(const Request &request) override
-    {
-        m_asked.push_back(request);
-        return m_answer;
-    }
-
-private:
-    std::vector<Request> &m_asked;
-    const int &m_answer;
-};
-
 class KORVENRateTest : public testing::Test {
 protected:
     KORVENRateTest() { m_settings.clearLog(); }
 
     [[nodiscard]] KORVENRate makeRate()
     {
-        return KORVENRate("123456789", std::make_unique<FakeRateAlert>(m_asked, m_answer));
+        return KORVENRate("123456789", m_settings, m_services.urls,
+                          [this](const RateMessageBox::Request &request) {
+                              m_asked.push_back(request);
+                              return m_answer;
+                          });
     }
 
     /// One start of the program; whether it asked.
@@ -85,8 +71,8 @@ protected:
     FakeServices m_services;
     FakeSettingsStore &m_settings = m_services.settings;
     KORVENAppDelegate m_delegate{m_services.all()};
-    std::vector<RateAlert::Request> m_asked;
-    int m_answer = RateAlert::noAnswer;
+    std::vector<RateMessageBox::Request> m_asked;
+    int m_answer = RateMessageBox::noAnswer;
     int m_count = 0; ///< of the last start
 };
 

@@ -67,7 +67,7 @@ TEST_F(RateMessageBoxTest, quittingTheProgramIsNoAnswer)
         QEvent event(QEvent::Quit);
         QCoreApplication::sendEvent(QCoreApplication::instance(), &event);
     };
-    EXPECT_EQ(ask(quit), RateAlert::noAnswer);
+    EXPECT_EQ(ask(quit), RateMessageBox::noAnswer);
 }
 
 TEST_F(RateMessageBoxTest, isInformationForTheWholeProgram)

@@ -1,7 +1,6 @@
 // The main window where there are several screens. They are those of the whole program.
 
 #include "app/controls/frame/KORVENWindow.hpp"
-#include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/FullScreen.hpp"
 #include "tests/TestFonts.hpp"
 #include "tests/fakes/FakeServices.hpp"
@@ -46,12 +45,11 @@ TEST(FullScreenOnSeveralScreens, isOnTheFirstOneWhereverTheWindowIs)
     ASSERT_EQ(screens[1]->geometry(), secondScreen);
 
     FakeServices services;
-    const KORVENAppDelegate delegate(services.all());
     KORVENWindow window(KORVENWindow::Surface::opaque);
     window.setGeometry(100, 100, 800, 500);
     window.show();
     ASSERT_EQ(window.screen(), screens[1]);
-    FullScreen fullScreen(window, FullScreen::Motion::byProgram);
+    FullScreen fullScreen(window, services.settings, FullScreen::Motion::byProgram);
     fullScreen.toggleFullScreen();
     const auto *animation = fullScreen.findChild<QSequentialAnimationGroup *>();
     ASSERT_NE(animation, nullptr);

@@ -12,7 +12,8 @@ protected:
     void makeController()
     {
         m_delegate = std::make_unique<KORVENAppDelegate>(m_services.all());
-        m_controller = std::make_unique<KORVENWindowController>([this] { ++m_terminationCount; });
+        m_controller = std::make_unique<KORVENWindowController>(m_services.all(),
+                                                                [this] { ++m_terminationCount; });
         m_delegate->setWindowController(m_controller.get());
     }
     void start()

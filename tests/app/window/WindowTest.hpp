@@ -52,7 +52,8 @@ protected:
     {
         m_delegate = std::make_unique<KORVENAppDelegate>(m_services.all());
         m_delegate->setHiddenItemPreference(4);
-        m_controller = std::make_unique<KORVENWindowController>([this] { ++m_terminationCount; });
+        m_controller = std::make_unique<KORVENWindowController>(m_services.all(),
+                                                                [this] { ++m_terminationCount; });
         m_delegate->setWindowController(m_controller.get());
         m_controller->awakeFromNib();
     }

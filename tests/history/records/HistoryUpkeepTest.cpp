@@ -223,7 +223,7 @@ TEST_F(HistoryUpkeepTest, runsOnAThreadThatEndsWithIt)
     writeScan(firstKey, "/a", 1, 0);
     const auto store = openStore();
     std::thread::id toldOn;
-    m_listener.onMessage = [&] { toldOn = std::this_thread::get_id(); };
+    m_window.onHistoryMessage = [&] { toldOn = std::this_thread::get_id(); };
     {
         HistoryUpkeep upkeep;
         upkeep.start(*store);

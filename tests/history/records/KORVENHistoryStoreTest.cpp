@@ -81,7 +81,7 @@ TEST_F(KORVENHistoryStoreTest, aRecordIsRemovedInFourStepsInTheirOrder)
         EXPECT_EQ(hasFile("A.archive"), isFirst) << "the scan's file goes first";
         EXPECT_EQ(keysOf(store->allItems()), isFirst ? (Keys{"A", "B"}) : Keys{"B"});
     };
-    m_listener.onMessage = [&] {
+    m_window.onHistoryMessage = [&] {
         EXPECT_FALSE(hasFile("A.archive"));
         EXPECT_EQ(keysOf(store->allItems()), Keys{"B"});
         EXPECT_EQ(savedKeys(), Keys{"B"}) << "the message comes last";
@@ -217,8 +217,8 @@ TEST_F(KORVENHistoryStoreTest, aDamagedKeyDeletesNothingElsewhere)
     m_folder.folder("documents");
     m_folder.file("victim.archive");
     FakeServices services(m_folder.path("documents"));
-    const KORVENAppDelegate delegate(services.all());
-    const auto store = openStore();
+    KORVENAppDelegate delegate(services.all());
+    const auto store = OwnHistoryStore::open(delegate, m_calls);
     for (const std::string &key : {std::string("../victim"), m_folder.path("victim"),
                                    std::string("scanhome"), std::string("scanHistory")}) {
         const auto damaged = std::make_shared<KORVENHistoryItem>("a", "b");
@@ -472,17 +472,10 @@ TEST_F(KORVENHistoryStoreTest, aHistoryThatIsReadAgainAndHasNothingNewIsNotWritt
     EXPECT_EQ(m_calls.log().size(), 0U);
 }
 
-/// Does nothing, so that it orders no threads.
-class SilentListener final : public HistoryListener {
-public:
-    void historyStoreUpdated() override {}
-    void reloadHistoryDelete(const std::optional<std::string> & /*scanKey*/) override {}
-};
-
 TEST_F(KORVENHistoryStoreTest, isWrittenAndReadByManyThreadsAtOnce)
 {
-    SilentListener listener;
-    const auto store = OwnHistoryStore::open(listener); // with the system's own calls, likewise
+    m_delegate.setWindowController(nullptr); // a window with a lock would order the threads
+    const auto store = OwnHistoryStore::open(m_delegate); // with the system's own calls, likewise
     constexpr int perThread = 50;
     std::vector<std::thread> threads;
     for (const char *name : {"x", "y"}) {
