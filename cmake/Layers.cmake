@@ -60,7 +60,7 @@ set(TESSALY_MAY_USE_screens
 set(TESSALY_MAY_USE_drives
     tree theme text platform resources delegate controls screen)
 set(TESSALY_MAY_USE_window
-    theme frame platform resources delegate controls history screens drives)
+    theme frame platform resources delegate controls screen history screens drives)
 
 # tessaly_library(<layer> [CLASSES <path>...] [SOURCES <.cpp>...] [HEADERS <.hpp>...]
 #                 [USES <layer>...] [LINKS <target of another project>...])

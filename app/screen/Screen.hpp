@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QtGlobal>
-
 class QWidget;
 
 namespace tessaly {
@@ -18,7 +16,10 @@ class Screen {
 public:
     Screen() = default;
     virtual ~Screen() = default;
-    Q_DISABLE_COPY_MOVE(Screen)
+    Screen(const Screen &) = delete;
+    Screen &operator=(const Screen &) = delete;
+    Screen(Screen &&) = delete;
+    Screen &operator=(Screen &&) = delete;
 
     /// The page's widget, destroyed with the screen. The window that shows it may own it and
     /// destroy it earlier: nullptr from then on.

@@ -11,11 +11,12 @@ using namespace Qt::StringLiterals;
 
 namespace tessaly {
 
-ApplicationMenu::ApplicationMenu(StateReader readState, std::vector<Item> leftOut, QWidget *parent)
+ApplicationMenu::ApplicationMenu(StateReader readState, const QStringList &pageTitles,
+                                 std::vector<Item> leftOut, QWidget *parent)
     : QMenu(parent), m_readState(std::move(readState)), m_leftOut(std::move(leftOut))
 {
     setAccessibleName(tr("Menu"));
-    addScreenItems();
+    addScreenItems(pageTitles);
     addSeparator();
     addWindowItems();
     addSeparator();
@@ -26,24 +27,29 @@ ApplicationMenu::ApplicationMenu(StateReader readState, std::vector<Item> leftOu
     connect(this, &QMenu::aboutToShow, this, &ApplicationMenu::update);
 }
 
-QAction *ApplicationMenu::add(QMenu &menu, Item item, const QString &title, const QKeySequence &key)
+QAction *ApplicationMenu::add(QMenu &menu, const QString &title, const QKeySequence &key)
 {
-    auto *action = new QAction(title, &menu);
-    if (std::ranges::find(m_leftOut, item) == m_leftOut.end()) {
-        menu.addAction(action);
-    } else {
-        action->setEnabled(false);
-    }
+    QAction *action = menu.addAction(title);
     action->setShortcut(key);
     // Shown, and no more: see handleKey().
     action->setShortcutContext(Qt::WidgetShortcut);
     // Not to be moved away, where a desktop has a menu of its own for such.
     action->setMenuRole(QAction::NoRole);
+    return action;
+}
+
+QAction *ApplicationMenu::add(QMenu &menu, Item item, const QString &title, const QKeySequence &key)
+{
+    QAction *action = add(menu, title, key);
+    if (std::ranges::find(m_leftOut, item) != m_leftOut.end()) {
+        menu.removeAction(action);
+        action->setEnabled(false);
+    }
     m_actions.at(static_cast<std::size_t>(item)) = action;
     return action;
 }
 
-void ApplicationMenu::addScreenItems()
+void ApplicationMenu::addScreenItems(const QStringList &pageTitles)
 {
     add(*this, Item::scanFolder, tr("Scan &Folder…"), Qt::CTRL | Qt::Key_O);
     add(*this, Item::scanHome, tr("Scan &Home"), Qt::CTRL | Qt::SHIFT | Qt::Key_H);
@@ -52,10 +58,10 @@ void ApplicationMenu::addScreenItems()
     add(*this, Item::back, tr("&Back"), Qt::ALT | Qt::Key_Left);
     add(*this, Item::sort, tr("Change &Sort Order"), Qt::CTRL | Qt::SHIFT | Qt::Key_S);
     QMenu &screens = *addMenu(tr("&Go To"));
-    add(screens, Item::goToDrives, tr("&Drives"), Qt::CTRL | Qt::Key_1);
-    add(screens, Item::goToHome, tr("&Home Folder"), Qt::CTRL | Qt::Key_2);
-    add(screens, Item::goToScan, tr("&Folder Scan"), Qt::CTRL | Qt::Key_3);
-    add(screens, Item::goToHistory, tr("H&istory"), Qt::CTRL | Qt::Key_4);
+    for (const QString &title : pageTitles) {
+        const auto number = static_cast<Qt::Key>(Qt::Key_1 + m_pageActions.size());
+        m_pageActions << add(screens, title, Qt::CTRL | number);
+    }
     addSeparator();
     add(*this, Item::quickLook, tr("Quick &Look"), Qt::CTRL | Qt::Key_Y);
     add(*this, Item::showInFileManager, tr("Show in File &Manager"),
@@ -106,14 +112,13 @@ void ApplicationMenu::update()
              {Item::quickLook, state.canQuickLook},
              {Item::showInFileManager, state.hasSelectedRow},
              {Item::showInfo, state.hasSelectedRow},
-             {Item::goToDrives, true},
-             {Item::goToHome, true},
-             {Item::goToScan, true},
-             {Item::goToHistory, true},
              {Item::chooseHomeFolder, true},
              {Item::removeHomeFolder, true},
              {Item::preferences, true}}) {
         action(item).setEnabled(isFree && isEnabled);
+    }
+    for (QAction *action : m_pageActions) {
+        action->setEnabled(isFree);
     }
 }
 
@@ -121,7 +126,7 @@ bool ApplicationMenu::handleKey(const QKeyEvent &event)
 {
     const QKeySequence key(QKeyCombination(event.modifiers() & ~Qt::KeypadModifier,
                                            static_cast<Qt::Key>(event.key())));
-    for (QAction *action : m_actions) {
+    for (QAction *action : m_pageActions + QList<QAction *>(m_actions.begin(), m_actions.end())) {
         if (!action->shortcut().isEmpty() && action->shortcut() == key) {
             update();
             const bool isEnabled = action->isEnabled();

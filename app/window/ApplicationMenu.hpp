@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QMenu>
+#include <QStringList>
 
 #include <array>
 #include <functional>
@@ -32,10 +34,6 @@ public:
         quickLook,
         showInFileManager,
         showInfo,
-        goToDrives,
-        goToHome,
-        goToScan,
-        goToHistory,
         chooseHomeFolder,
         removeHomeFolder,
         preferences,
@@ -68,14 +66,18 @@ public:
     };
     using StateReader = std::function<State()>;
 
+    /// `pageTitles`: of the pages that the user can go to, with their mnemonics.
     /// `leftOut`: what the menu does not offer. Their actions exist, but cannot be used.
-    explicit ApplicationMenu(StateReader readState, std::vector<Item> leftOut = {},
-                             QWidget *parent = nullptr);
+    ApplicationMenu(StateReader readState, const QStringList &pageTitles,
+                    std::vector<Item> leftOut = {}, QWidget *parent = nullptr);
 
     [[nodiscard]] QAction &action(Item item) const
     {
         return *m_actions.at(static_cast<std::size_t>(item));
     }
+
+    /// Goes to a page. Its key is Ctrl and the page's number, from 1.
+    [[nodiscard]] QAction &pageAction(int page) const { return *m_pageActions.at(page); }
 
     /// Brings the actions up to the state as it is now.
     void update();
@@ -84,14 +86,16 @@ public:
     bool handleKey(const QKeyEvent &event);
 
 private:
+    QAction *add(QMenu &menu, const QString &title, const QKeySequence &key);
     QAction *add(QMenu &menu, Item item, const QString &title, const QKeySequence &key = {});
-    void addScreenItems();
+    void addScreenItems(const QStringList &pageTitles);
     void addWindowItems();
     void addHelpItems();
 
     StateReader m_readState;
     std::vector<Item> m_leftOut;
     std::array<QAction *, static_cast<std::size_t>(Item::count)> m_actions{};
+    QList<QAction *> m_pageActions;
 };
 
 } // namespace tessaly

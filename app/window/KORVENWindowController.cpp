@@ -73,19 +73,7 @@ KORVENWindowController::KORVENWindowController(const Services &services,
 {
 }
 
-KORVENWindowController::~KORVENWindowController()
-{
-    m_rateMoment.reset();
-    m_rateAndReview.reset();
-    m_spokenPages.reset();
-    m_menuCommands.reset();
-    // The screens' views go with them, while the window is still there. The history's screen is the
-    // last one: the workers of the others may have something to tell it up to their end.
-    m_dvc.reset();
-    m_hvc.reset();
-    m_avc.reset();
-    m_lvc.reset();
-}
+KORVENWindowController::~KORVENWindowController() = default;
 
 void KORVENWindowController::showWindow(std::function<void()> painted)
 {
@@ -114,36 +102,16 @@ void KORVENWindowController::awakeFromNib()
         return;
     }
     m_firstRunFlag = false;
-    m_sidebar = new Sidebar({{u"DriveCell"_s, tr("Drives")},
-                             {u"FolderCell"_s, tr("Home Folder")},
-                             {u"ScanCell"_s, tr("Folder Scan")},
-                             {u"HistoryCell"_s, tr("History")}},
-                            [this](const QKeyEvent &event, const QString &typed) {
-                                return shouldTypeSelectForEvent(event, typed);
-                            });
-    m_tabView = new PageView;
-    m_splitView = new SplitView;
-    m_splitView->addWidget(m_sidebar);
-    m_splitView->addWidget(m_tabView);
-    m_splitView->setPosition(Sidebar::usualWidth);
-    auto *content = new QWidget;
-    auto *layout = new QVBoxLayout(content);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_splitView);
-    m_mainWindow->setContentWidget(content);
-    m_mainWindow->setWindowTitle(u"Tessaly"_s);
-    m_mainWindow->titleView()->setShowsName(true);
-
-    makeScreens();
+    makeContent();
     connect(m_sidebar, &Sidebar::selectionChanged, m_tabView, &QStackedWidget::setCurrentIndex);
     selectPage(drivesPage);
-    m_spokenPages = std::make_unique<SpokenPages>(*m_tabView);
+    m_spokenPages = std::make_unique<SpokenPages>(*m_tabView, *m_pages);
     m_menuCommands = std::make_unique<MenuCommands>(*this);
     m_mainWindow->setApplicationMenu(&applicationMenu());
     m_quitKey = std::make_unique<QuitKey>(
         *m_mainWindow, applicationMenu().action(ApplicationMenu::Item::quit).shortcut(),
         [this] { m_terminate(); });
-    content->show(); // what is not shown gets no focus
+    m_splitView->parentWidget()->show(); // what is not shown gets no focus
     m_sidebar->outlineTable().setFocus();
     m_fullScreen->setFullscreenMenuItem(&fullscreenMenuItem());
     connect(&fullscreenMenuItem(), &QAction::triggered, m_fullScreen.get(),
@@ -156,6 +124,31 @@ void KORVENWindowController::awakeFromNib()
             return box.runModal(request);
         });
     askToRate();
+}
+
+void KORVENWindowController::makeContent()
+{
+    m_pages = std::make_unique<Pages>(m_services);
+    m_tabView = new PageView;
+    std::vector<Sidebar::Row> rows;
+    for (const Pages::Page &page : m_pages->all()) {
+        m_tabView->addWidget(page.screen->view());
+        rows.push_back({page.cellIdentifier, page.title()});
+    }
+    m_sidebar = new Sidebar(std::move(rows), [this](const QKeyEvent &event, const QString &typed) {
+        return shouldTypeSelectForEvent(event, typed);
+    });
+    m_splitView = new SplitView;
+    m_splitView->addWidget(m_sidebar);
+    m_splitView->addWidget(m_tabView);
+    m_splitView->setPosition(Sidebar::usualWidth);
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_splitView);
+    m_mainWindow->setContentWidget(content);
+    m_mainWindow->setWindowTitle(u"Tessaly"_s);
+    m_mainWindow->titleView()->setShowsName(true);
 }
 
 /// Asks the user to rate the program, once nothing else is in front of the window. Not where the
@@ -181,22 +174,6 @@ void KORVENWindowController::askToRate()
     }
 }
 
-void KORVENWindowController::makeScreens()
-{
-    m_dvc = std::make_unique<KORVENDriveViewController>(m_services.volumes, m_services.applications,
-                                                        m_services.fileManager);
-    m_hvc = std::make_unique<KORVENHomeViewController>(m_services);
-    m_avc = std::make_unique<KORVENScanViewController>(m_services);
-    m_lvc = std::make_unique<KORVENHistoryViewController>(m_services.dates, m_services.documents);
-    m_dvc->awakeFromNib();
-    m_hvc->awakeFromNib();
-    m_avc->awakeFromNib();
-    m_lvc->awakeFromNib();
-    for (QWidget *view : {m_dvc->view(), m_hvc->view(), m_avc->view(), m_lvc->view()}) {
-        m_tabView->addWidget(view);
-    }
-}
-
 ApplicationMenu &KORVENWindowController::applicationMenu() const
 {
     return m_menuCommands->menu();
@@ -205,6 +182,11 @@ ApplicationMenu &KORVENWindowController::applicationMenu() const
 QAction &KORVENWindowController::fullscreenMenuItem() const
 {
     return applicationMenu().action(ApplicationMenu::Item::fullScreen);
+}
+
+Screen &KORVENWindowController::shownScreen() const
+{
+    return m_pages->screen(selectedPage());
 }
 
 int KORVENWindowController::selectedPage() const
@@ -232,49 +214,49 @@ void KORVENWindowController::windowDidResize()
 
 void KORVENWindowController::historyStoreUpdated()
 {
-    m_lvc->reloadHistory();
+    lvc().reloadHistory();
 }
 
 void KORVENWindowController::reloadHistoryDelete(const std::optional<std::string> &scanKey)
 {
-    m_lvc->reloadHistoryDelete(scanKey);
+    lvc().reloadHistoryDelete(scanKey);
 }
 
 void KORVENWindowController::loadHistoryItem(const std::string &scanKey)
 {
-    if (m_avc->isScanRunningNow()) {
+    if (avc().isScanRunningNow()) {
         scanRunningAlert();
         return;
     }
-    m_avc->loadHistoryItem(scanKey);
+    avc().loadHistoryItem(scanKey);
     selectPage(scanPage);
 }
 
 void KORVENWindowController::scanClicked()
 {
-    if (m_avc->isScanRunningNow()) {
+    if (avc().isScanRunningNow()) {
         scanRunningAlert();
         return;
     }
     selectPage(scanPage);
-    m_avc->scanButtonPressed();
+    avc().scanButtonPressed();
 }
 
 void KORVENWindowController::scanHomeClicked()
 {
     selectPage(homePage);
-    m_hvc->scanButtonPressed();
+    hvc().scanButtonPressed();
 }
 
 void KORVENWindowController::refreshTables()
 {
-    m_hvc->refreshTable();
-    m_avc->refreshTable();
+    hvc().refreshTable();
+    avc().refreshTable();
 }
 
 void KORVENWindowController::refreshTable()
 {
-    m_dvc->refreshTable();
+    dvc().refreshTable();
 }
 
 void KORVENWindowController::scanRunningAlert()
@@ -401,7 +383,7 @@ bool KORVENWindowController::keyDown(const QKeyEvent &event)
 
 bool KORVENWindowController::shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed)
 {
-    return m_avc->shouldTypeSelectForEvent(event, typed);
+    return avc().shouldTypeSelectForEvent(event, typed);
 }
 
 bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
@@ -444,8 +426,9 @@ void KORVENWindowController::startLoading()
 {
     qCDebug(windowLog, "content painted");
     m_services.settings.flush(); // what the start has counted is there after a crash
-    m_hvc->startLoading();
-    m_avc->startLoading();
+    for (const Pages::Page &page : m_pages->all()) {
+        page.screen->startLoading();
+    }
 }
 
 void KORVENWindowController::restoreWindow()

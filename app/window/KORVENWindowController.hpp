@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/delegate/MainWindow.hpp"
+#include "app/window/Pages.hpp"
 #include "platform/Services.hpp"
 
 #include <QCoreApplication>
@@ -19,11 +20,7 @@ namespace tessaly {
 class ApplicationMenu;
 class FullScreen;
 class HomeFolderGrant;
-class KORVENDriveViewController;
-class KORVENHistoryViewController;
-class KORVENHomeViewController;
 class KORVENRate;
-class KORVENScanViewController;
 class KORVENWindow;
 class MenuCommands;
 class PreferenceSheet;
@@ -44,7 +41,7 @@ class KORVENWindowController final : public QObject, public MainWindow {
 
 public:
     /// The pages in their order.
-    enum Page { drivesPage, homePage, scanPage, historyPage, pageCount };
+    enum Page { drivesPage, homePage, scanPage, historyPage };
 
     /// `terminate` ends the program, and may return before it has. Without one, the program's event
     /// loop is ended.
@@ -62,12 +59,13 @@ public:
     /// loaded, fits that to the system's release.
     void awakeFromNib();
 
-    // What the window is made of. The screens are there from the first awakeFromNib() on.
+    // What the window is made of. The pages are there from the first awakeFromNib() on.
     [[nodiscard]] KORVENWindow &mainWindow() const noexcept { return *m_mainWindow; }
-    [[nodiscard]] KORVENDriveViewController &dvc() const noexcept { return *m_dvc; }
-    [[nodiscard]] KORVENHomeViewController &hvc() const noexcept { return *m_hvc; }
-    [[nodiscard]] KORVENScanViewController &avc() const noexcept { return *m_avc; }
-    [[nodiscard]] KORVENHistoryViewController &lvc() const noexcept { return *m_lvc; }
+    [[nodiscard]] KORVENDriveViewController &dvc() const noexcept { return m_pages->drives(); }
+    [[nodiscard]] KORVENHomeViewController &hvc() const noexcept { return m_pages->home(); }
+    [[nodiscard]] KORVENScanViewController &avc() const noexcept { return m_pages->scan(); }
+    [[nodiscard]] KORVENHistoryViewController &lvc() const noexcept { return m_pages->history(); }
+    [[nodiscard]] const Pages &pages() const noexcept { return *m_pages; }
     [[nodiscard]] SplitView &splitView() const noexcept { return *m_splitView; }
     [[nodiscard]] Sidebar &sidebar() const noexcept { return *m_sidebar; }
     [[nodiscard]] QStackedWidget &tabView() const noexcept { return *m_tabView; }
@@ -78,6 +76,7 @@ public:
 
     [[nodiscard]] int selectedPage() const;
     void selectPage(int page);
+    [[nodiscard]] Screen &shownScreen() const;
 
     void windowLoaded() override;
     void historyStoreUpdated() override;
@@ -127,7 +126,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void makeScreens();
+    void makeContent();
     void askToRate();
     void windowDidResize();
     void emptyWindowPainted();
@@ -141,8 +140,11 @@ private:
     bool m_contentHasBeenPainted = false;
     std::function<void()> m_emptyWindowPainted;
     std::function<void()> m_terminate;
+    // In the order in which they are made; destroyed in the reverse one.
     std::unique_ptr<KORVENWindow> m_mainWindow;
     std::unique_ptr<FullScreen> m_fullScreen;
+    std::unique_ptr<HomeFolderGrant> m_homeFolderGrant;
+    std::unique_ptr<Pages> m_pages; ///< their views are destroyed with them, before the window
     std::unique_ptr<KORVENRate> m_rateAndReview;
     std::unique_ptr<DeferredPrompt> m_rateMoment; ///< when the user may be asked
     // The window owns these.
@@ -154,11 +156,6 @@ private:
     std::unique_ptr<MenuCommands> m_menuCommands;
     std::unique_ptr<QuitKey> m_quitKey;
     std::unique_ptr<SpokenPages> m_spokenPages;
-    std::unique_ptr<HomeFolderGrant> m_homeFolderGrant;
-    std::unique_ptr<KORVENDriveViewController> m_dvc;
-    std::unique_ptr<KORVENHomeViewController> m_hvc;
-    std::unique_ptr<KORVENScanViewController> m_avc;
-    std::unique_ptr<KORVENHistoryViewController> m_lvc;
 };
 
 } // namespace tessaly

@@ -4,16 +4,16 @@
 #include "app/controls/frame/KORVENWindow.hpp"
 #include "app/controls/tables/RowActions.hpp"
 #include "app/window/KORVENWindowController.hpp"
+#include "app/window/Pages.hpp"
 #include "app/window/VendorUrls.hpp"
 #include "drives/KORVENDriveViewController.hpp"
-#include "history/KORVENHistoryViewController.hpp"
 #include "screens/KORVENHomeViewController.hpp"
 #include "screens/KORVENScanViewController.hpp"
 
 #include <QAction>
 
-#include <array>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,10 +44,20 @@ std::vector<Item> unsetLinks()
     return unset;
 }
 
+QStringList titlesOf(const Pages &pages)
+{
+    QStringList titles;
+    for (const Pages::Page &page : pages.all()) {
+        titles << page.menuTitle;
+    }
+    return titles;
+}
+
 } // namespace
 
 MenuCommands::MenuCommands(KORVENWindowController &controller)
-    : m_controller(controller), m_menu([this] { return state(); }, unsetLinks())
+    : m_controller(controller),
+      m_menu([this] { return state(); }, titlesOf(controller.pages()), unsetLinks())
 {
     connectWindowItems();
     connectScreenItems();
@@ -87,15 +97,13 @@ void MenuCommands::connectScreenItems()
 {
     connect(&m_menu.action(Item::refreshDrives), &QAction::triggered, this,
             &MenuCommands::refreshDrives);
-    connect(&m_menu.action(Item::back), &QAction::triggered, this, &MenuCommands::goBack);
-    connect(&m_menu.action(Item::sort), &QAction::triggered, this, &MenuCommands::sort);
-    for (const auto &[item, page] : std::initializer_list<std::pair<Item, int>>{
-             {Item::goToDrives, Controller::drivesPage},
-             {Item::goToHome, Controller::homePage},
-             {Item::goToScan, Controller::scanPage},
-             {Item::goToHistory, Controller::historyPage}}) {
-        connect(&m_menu.action(item), &QAction::triggered, this,
-                [this, page = page] { m_controller.selectPage(page); });
+    connect(&m_menu.action(Item::back), &QAction::triggered, this,
+            [this] { m_controller.shownScreen().goBack(); });
+    connect(&m_menu.action(Item::sort), &QAction::triggered, this,
+            [this] { m_controller.shownScreen().sortClicked(); });
+    for (int page = 0; page < std::ssize(m_controller.pages().all()); ++page) {
+        connect(&m_menu.pageAction(page), &QAction::triggered, this,
+                [this, page] { m_controller.selectPage(page); });
     }
     using Act = void (RowActions::*)();
     for (const auto &[item, act] : std::initializer_list<std::pair<Item, Act>>{
@@ -109,38 +117,15 @@ void MenuCommands::connectScreenItems()
 
 ApplicationMenu::State MenuCommands::state() const
 {
-    const ResultViewController *results = shownResults();
-    const RowActions *rows = shownRows();
+    Screen &shown = m_controller.shownScreen();
+    const RowActions *rows = shown.rowActions();
     return {.isBlocked = WindowSheet::openOn(m_controller.mainWindow()) != nullptr,
             .isFolderScanRunning = m_controller.avc().isScanRunningNow(),
             .isHomeScanRunning = m_controller.hvc().isScanRunningNow(),
-            .canGoBack = results != nullptr && results->canGoBack(),
-            .canSort = results == nullptr || !results->isScanRunningNow(),
+            .canGoBack = shown.canGoBack(),
+            .canSort = shown.canSort(),
             .hasSelectedRow = rows != nullptr && rows->hasSelectedRow(),
             .canQuickLook = rows != nullptr && rows->canShowQuickLook()};
-}
-
-ResultViewController *MenuCommands::shownResults() const
-{
-    switch (m_controller.selectedPage()) {
-    case Controller::homePage:
-        return &m_controller.hvc();
-    case Controller::scanPage:
-        return &m_controller.avc();
-    default:
-        return nullptr;
-    }
-}
-
-RowActions *MenuCommands::shownRows() const
-{
-    if (ResultViewController *results = shownResults()) {
-        return results->rowActions();
-    }
-    const std::array<QObject *, Controller::pageCount> screens{
-        &m_controller.dvc(), &m_controller.hvc(), &m_controller.avc(), &m_controller.lvc()};
-    return dynamic_cast<RowActions *>(
-        screens.at(static_cast<std::size_t>(m_controller.selectedPage())));
 }
 
 void MenuCommands::refreshDrives()
@@ -149,27 +134,9 @@ void MenuCommands::refreshDrives()
     m_controller.dvc().refreshClicked();
 }
 
-void MenuCommands::goBack()
-{
-    if (ResultViewController *results = shownResults()) {
-        results->drillUpOneLevel();
-    }
-}
-
-void MenuCommands::sort()
-{
-    if (ResultViewController *results = shownResults()) {
-        results->sortClicked();
-    } else if (m_controller.selectedPage() == Controller::drivesPage) {
-        m_controller.dvc().sortClicked();
-    } else {
-        m_controller.lvc().sortClicked();
-    }
-}
-
 void MenuCommands::actOnSelectedRow(void (RowActions::*act)())
 {
-    if (RowActions *rows = shownRows()) {
+    if (RowActions *rows = m_controller.shownScreen().rowActions()) {
         (rows->*act)();
     }
 }

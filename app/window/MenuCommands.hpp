@@ -7,7 +7,6 @@
 namespace tessaly {
 
 class KORVENWindowController;
-class ResultViewController;
 class RowActions;
 
 /// Joins the program's menu with the main window: what its items do, and which can be used now.
@@ -19,8 +18,8 @@ class MenuCommands final : public QObject {
     Q_OBJECT
 
 public:
-    /// Has to go before the controller and its screens do. Requires: the drives screen has not been
-    /// answered yet whether there is a disk utility.
+    /// Has to be destroyed before the controller and its screens. Requires: the drives screen has
+    /// not been answered yet whether there is a disk utility.
     explicit MenuCommands(KORVENWindowController &controller);
 
     [[nodiscard]] ApplicationMenu &menu() noexcept { return m_menu; }
@@ -29,14 +28,7 @@ private:
     void connectWindowItems();
     void connectScreenItems();
     [[nodiscard]] ApplicationMenu::State state() const;
-    /// The screen of the page that is shown, if it is one that scans.
-    [[nodiscard]] ResultViewController *shownResults() const;
-    /// The screen of the page that is shown, if its rows can be acted upon.
-    [[nodiscard]] RowActions *shownRows() const;
-
     void refreshDrives();
-    void goBack();
-    void sort();
     void actOnSelectedRow(void (RowActions::*act)());
 
     KORVENWindowController &m_controller;

@@ -1,16 +1,17 @@
 #include "app/window/SpokenPages.hpp"
 
 #include "app/controls/tables/CellTableView.hpp"
+#include "app/window/Pages.hpp"
 
 #include <QAbstractItemModel>
 #include <QStackedWidget>
 
 namespace tessaly {
 
-SpokenPages::SpokenPages(QStackedWidget &pages) : m_pages(&pages)
+SpokenPages::SpokenPages(QStackedWidget &view, const Pages &pages) : m_view(&view), m_pages(pages)
 {
     // Queued: what opens a page has more to do with it first, such as loading its rows.
-    connect(m_pages, &QStackedWidget::currentChanged, this, &SpokenPages::pageOpened,
+    connect(m_view, &QStackedWidget::currentChanged, this, &SpokenPages::pageOpened,
             Qt::QueuedConnection);
     pageOpened();
 }
@@ -18,8 +19,7 @@ SpokenPages::SpokenPages(QStackedWidget &pages) : m_pages(&pages)
 void SpokenPages::pageOpened()
 {
     disconnect(m_rowsCame);
-    const QWidget *page = m_pages->currentWidget();
-    auto *table = page != nullptr ? page->findChild<CellTableView *>() : nullptr;
+    CellTableView *table = m_pages.screen(m_view->currentIndex()).rowsTable();
     if (table == nullptr) {
         return;
     }

@@ -8,6 +8,7 @@ class QStackedWidget;
 namespace tessaly {
 
 class CellTableView;
+class Pages;
 
 /// Has screen readers speak the rows of a page when it opens: at once, or when the first rows come.
 ///
@@ -16,14 +17,15 @@ class SpokenPages final : public QObject {
     Q_OBJECT
 
 public:
-    /// Begins with the page that is shown now. `pages` must outlive this.
-    explicit SpokenPages(QStackedWidget &pages);
+    /// Begins with the page of `view` that is shown now. Both must outlive this.
+    SpokenPages(QStackedWidget &view, const Pages &pages);
 
 private:
     void pageOpened();
     void speak(CellTableView &table);
 
-    QStackedWidget *m_pages;
+    QStackedWidget *m_view;
+    const Pages &m_pages;
     QMetaObject::Connection m_rowsCame; ///< while rows are waited for
 };
 

@@ -526,22 +526,6 @@
         <translation>&amp;Gehe zu</translation>
     </message>
     <message>
-        <source>&amp;Drives</source>
-        <translation>&amp;Laufwerke</translation>
-    </message>
-    <message>
-        <source>&amp;Home Folder</source>
-        <translation>&amp;Persönlicher Ordner</translation>
-    </message>
-    <message>
-        <source>&amp;Folder Scan</source>
-        <translation>&amp;Ordner-Scan</translation>
-    </message>
-    <message>
-        <source>H&amp;istory</source>
-        <translation>&amp;Verlauf</translation>
-    </message>
-    <message>
         <source>Quick &amp;Look</source>
         <translation>&amp;Vorschau</translation>
     </message>
@@ -1157,22 +1141,6 @@ Bitte wählen Sie Ihren persönlichen Ordner noch einmal aus.</translation>
 <context>
     <name>tessaly::KORVENWindowController</name>
     <message>
-        <source>Drives</source>
-        <translation>Laufwerke</translation>
-    </message>
-    <message>
-        <source>Home Folder</source>
-        <translation>Persönlicher Ordner</translation>
-    </message>
-    <message>
-        <source>Folder Scan</source>
-        <translation>Ordner-Scan</translation>
-    </message>
-    <message>
-        <source>History</source>
-        <translation>Verlauf</translation>
-    </message>
-    <message>
         <source>Tessaly Message</source>
         <translation>Mitteilung von Tessaly</translation>
     </message>
@@ -1239,6 +1207,25 @@ Lizenziert unter der Apache License 2.0.</translation>
     <message>
         <source>Copy</source>
         <translation>Kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>tessaly::Pages</name>
+    <message>
+        <source>&amp;Drives</source>
+        <translation>&amp;Laufwerke</translation>
+    </message>
+    <message>
+        <source>&amp;Home Folder</source>
+        <translation>&amp;Persönlicher Ordner</translation>
+    </message>
+    <message>
+        <source>&amp;Folder Scan</source>
+        <translation>&amp;Ordner-Scan</translation>
+    </message>
+    <message>
+        <source>H&amp;istory</source>
+        <translation>&amp;Verlauf</translation>
     </message>
 </context>
 <context>

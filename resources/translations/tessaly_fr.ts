@@ -526,22 +526,6 @@
         <translation>A&amp;ller à</translation>
     </message>
     <message>
-        <source>&amp;Drives</source>
-        <translation>&amp;Disques</translation>
-    </message>
-    <message>
-        <source>&amp;Home Folder</source>
-        <translation>Dossier &amp;personnel</translation>
-    </message>
-    <message>
-        <source>&amp;Folder Scan</source>
-        <translation>&amp;Analyse de dossier</translation>
-    </message>
-    <message>
-        <source>H&amp;istory</source>
-        <translation>&amp;Historique</translation>
-    </message>
-    <message>
         <source>Quick &amp;Look</source>
         <translation>Aperç&amp;u rapide</translation>
     </message>
@@ -1157,22 +1141,6 @@ Veuillez choisir à nouveau votre dossier personnel.</translation>
 <context>
     <name>tessaly::KORVENWindowController</name>
     <message>
-        <source>Drives</source>
-        <translation>Disques</translation>
-    </message>
-    <message>
-        <source>Home Folder</source>
-        <translation>Dossier personnel</translation>
-    </message>
-    <message>
-        <source>Folder Scan</source>
-        <translation>Analyse de dossier</translation>
-    </message>
-    <message>
-        <source>History</source>
-        <translation>Historique</translation>
-    </message>
-    <message>
         <source>Tessaly Message</source>
         <translation>Message de Tessaly</translation>
     </message>
@@ -1239,6 +1207,25 @@ Sous licence Apache License 2.0.</translation>
     <message>
         <source>Copy</source>
         <translation>Copier</translation>
+    </message>
+</context>
+<context>
+    <name>tessaly::Pages</name>
+    <message>
+        <source>&amp;Drives</source>
+        <translation>&amp;Disques</translation>
+    </message>
+    <message>
+        <source>&amp;Home Folder</source>
+        <translation>Dossier &amp;personnel</translation>
+    </message>
+    <message>
+        <source>&amp;Folder Scan</source>
+        <translation>&amp;Analyse de dossier</translation>
+    </message>
+    <message>
+        <source>H&amp;istory</source>
+        <translation>&amp;Historique</translation>
     </message>
 </context>
 <context>

@@ -29,9 +29,10 @@ protected:
         return enabled;
     }
     /// Types the item's key wherever the keyboard is.
-    void typeKey(Item item) const
+    void typeKey(Item item) const { typeKeyOf(action(item)); }
+    void typeKeyOf(const QAction &action) const
     {
-        const QKeyCombination key = action(item).shortcut()[0];
+        const QKeyCombination key = action.shortcut()[0];
         QTest::keyClick(&outlineTable(), key.key(), key.keyboardModifiers());
     }
     void showTree()
@@ -48,11 +49,23 @@ protected:
 
 TEST_F(ApplicationMenuTest, hasTitlesKeysAndMnemonicsThatDiffer)
 {
-    const ApplicationMenu full([] { return ApplicationMenu::State(); }); // nothing is left out
-    QSet<QString> keys;
+    QStringList pageTitles;
+    for (const Pages::Page &page : m_controller->pages().all()) {
+        pageTitles << page.menuTitle;
+    }
+    // Nothing is left out.
+    const ApplicationMenu full([] { return ApplicationMenu::State(); }, pageTitles);
+    QList<const QAction *> actions;
     for (int i = 0; i < static_cast<int>(Item::count); ++i) {
-        const QAction &item = full.action(static_cast<Item>(i));
-        EXPECT_FALSE(item.text().isEmpty()) << i;
+        actions << &full.action(static_cast<Item>(i));
+    }
+    for (int page = 0; page < pageTitles.size(); ++page) {
+        actions << &full.pageAction(page);
+    }
+    QSet<QString> keys;
+    for (const QAction *action : actions) {
+        const QAction &item = *action;
+        EXPECT_FALSE(item.text().isEmpty());
         const QString key = item.shortcut().toString();
         EXPECT_FALSE(keys.contains(key)) << qPrintable(key);
         if (!key.isEmpty()) {
@@ -272,10 +285,22 @@ TEST_F(ApplicationMenuTest, rowItemsReachARowThatIsOutOfSight)
 
 TEST_F(ApplicationMenuTest, goesToTheScreens)
 {
-    const Item items[] = {Item::goToDrives, Item::goToHome, Item::goToScan, Item::goToHistory};
     for (const int page : {3, 2, 1, 0}) {
-        typeKey(items[page]);
+        typeKeyOf(menu().pageAction(page));
         EXPECT_EQ(m_controller->selectedPage(), page);
+    }
+}
+
+TEST_F(ApplicationMenuTest, namesThePagesAsTheSidebarDoesAndNumbersThem)
+{
+    const QStringList titles{u"&Drives"_s, u"&Home Folder"_s, u"&Folder Scan"_s, u"H&istory"_s};
+    ASSERT_EQ(outlineTable().model()->rowCount(), titles.size());
+    for (int page = 0; page < titles.size(); ++page) {
+        const QAction &action = menu().pageAction(page);
+        EXPECT_EQ(action.text(), titles[page]);
+        EXPECT_EQ(action.shortcut(), QKeySequence(u"Ctrl+"_s + QString::number(page + 1)));
+        EXPECT_EQ(outlineTable().model()->index(page, 0).data(Qt::AccessibleTextRole).toString(),
+                  QString(titles[page]).remove(u'&'));
     }
 }
 
@@ -284,10 +309,11 @@ TEST_F(ApplicationMenuTest, opensAndIsBlockedByThePreferences)
     typeKey(Item::preferences);
     ASSERT_NE(m_controller->preferenceSheet(), nullptr);
     ASSERT_TRUE(m_controller->preferenceSheet()->isVisible());
-    for (const Item item : {Item::scanFolder, Item::scanHome, Item::refreshDrives, Item::sort,
-                            Item::goToHistory, Item::preferences}) {
+    for (const Item item :
+         {Item::scanFolder, Item::scanHome, Item::refreshDrives, Item::sort, Item::preferences}) {
         EXPECT_FALSE(isEnabled(item)) << static_cast<int>(item);
     }
+    EXPECT_FALSE(menu().pageAction(Controller::historyPage).isEnabled());
     EXPECT_TRUE(isEnabled(Item::quit));
     EXPECT_TRUE(isEnabled(Item::about));
     m_controller->closePreferenceSheet();

@@ -387,7 +387,7 @@ TEST_F(KORVENWindowControllerTest, eachRowOfTheSidebarHasItsOwnCell)
 {
     openWindow();
     QStringList titles;
-    for (int row = 0; row < Controller::pageCount; ++row) {
+    for (int row = 0; row < outlineTable().model()->rowCount(); ++row) {
         const QWidget *cell = outlineTable().cellForRow(row);
         ASSERT_NE(cell, nullptr);
         titles << cell->findChild<NameLabel *>()->text();
