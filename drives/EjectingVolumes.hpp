@@ -11,8 +11,8 @@
 
 namespace tessaly {
 
-/// The volumes that were asked to go, until they are listed no more or are known to stay. What does
-/// not become known counts as done after a while.
+/// The volumes that are being ejected or unmounted, until they are no longer listed or the eject
+/// was refused. Without either, a volume counts as done after a timeout.
 ///
 /// Threads: the main thread.
 class EjectingVolumes final : public QObject {
@@ -21,17 +21,17 @@ class EjectingVolumes final : public QObject {
 public:
     explicit EjectingVolumes(std::chrono::milliseconds timeout = std::chrono::seconds(8));
 
-    /// From now on, anew if it was so already.
+    /// Adds a volume. The timeout starts again for one that is there already.
     void add(const std::string &name);
-    /// It stays.
+    /// The eject was refused.
     void remove(const std::string &name);
     [[nodiscard]] std::vector<std::string> names() const;
     [[nodiscard]] bool contains(const std::string &name) const { return m_names.contains(name); }
-    /// Forgets those that are not among the names. Sends nothing.
+    /// Removes all others. Does not emit changed().
     void keepOnly(const std::set<std::string> &names);
 
 Q_SIGNALS:
-    /// Volumes came, or went because they stay or by time; not those that keepOnly() forgets.
+    /// A volume was added, refused or timed out.
     void changed();
 
 private:

@@ -32,7 +32,7 @@ struct KORVENDriveCellView::Target {
     FileManager &fileManager;
     QString labelDescription; ///< of the label that shows the name, for the log
 
-    /// Whether the volume was asked to go.
+    /// Returns whether an eject or unmount was started.
     [[nodiscard]] bool eject() const
     {
         const std::string path = volumes.pathOf(nameOfText(name));
@@ -134,7 +134,7 @@ void KORVENDriveCellView::showFiguresOld(bool areOld)
     }
 }
 
-/// Leaves out the label beside the eject button where bar and figures need its room.
+/// Hides the label beside the eject button where bar and figures need the space.
 void KORVENDriveCellView::fitEjectLabel(int cellWidth) const
 {
     const int labelWidth = m_ejectLabel->minimumWidth();

@@ -26,7 +26,7 @@ class VolumeService;
 /// Names: driveName holds the text of a volume's name (see NameText.hpp), which all actions make
 ///        their path of; nothing else is known of the volume here.
 /// Outlets: null in a cell that was not loaded from an interface file.
-/// Errors:  what comes of an action is not told. A volume that went is told by the system.
+/// Errors:  actions report no outcome. The system announces a volume that was unmounted.
 class KORVENDriveCellView : public QWidget {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ public:
     Q_DISABLE_COPY_MOVE(KORVENDriveCellView)
 
     /// The cell out of an interface file; nullptr when there is no such file, or no such cell in
-    /// it. The owner, whoever it is, is not told anything by the cell itself.
+    /// it. The owner is not used.
     [[nodiscard]] static std::unique_ptr<KORVENDriveCellView>
     tableCellViewWithNibNamed(const QString &name, const QObject *owner);
 
@@ -69,8 +69,8 @@ public:
     /// Shows the figures as those that the volume had when it last answered, or as current.
     void showFiguresOld(bool areOld);
 
-    /// Shows the eject control of a volume that can go, by the flags: ready, or busy while the
-    /// volume is on its way. Shows none for any other volume.
+    /// Shows the eject control of a volume that is removable or unmountable: enabled, or disabled
+    /// while it is being ejected. Hides it for any other volume.
     void showEjectControl(bool isEjecting);
 
     /// Ejects a removable volume, unmounts one that is unmountable only, leaves any other alone.
@@ -82,14 +82,14 @@ public:
     /// Shows a window with what is known about the volume.
     void showInfo();
 
-    /// The height that a row of that width takes, at any size of the fonts.
+    /// The height that the cell needs at that width, with the fonts as they are.
     [[nodiscard]] int heightForWidth(int width) const override;
 
     /// Opens the row's menu. It acts on the row that the cell shows now, whatever it shows later.
     QMenu *popUpMenu(const QPoint &place);
 
 Q_SIGNALS:
-    /// The volume with this name, as bytes, was asked to go.
+    /// An eject or unmount of the volume with this name, as bytes, has been started.
     void ejectRequested(const std::string &name);
     /// The row's menu is about to open.
     void menuRequested();
@@ -120,7 +120,7 @@ private:
     IconView *m_driveImage = nullptr;
     KORVENButton *m_ejectButton = nullptr;
     QLabel *m_ejectLabel = nullptr;
-    int m_ejectLabelWidth = 0; ///< what either of its texts takes
+    int m_ejectLabelWidth = 0; ///< fits either of its texts
 };
 
 } // namespace tessaly

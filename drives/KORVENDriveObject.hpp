@@ -22,7 +22,7 @@ public:
     using Value =
         std::variant<std::monostate, std::string_view, std::uint64_t, double, std::int32_t>;
 
-    /// The kinds of file system that are told apart, by the type's name.
+    /// The kinds of file system, by the type's name.
     enum DiskType : std::int32_t { hfsType = 0, afpfsType = 1, msdosType = 2, otherType = 3 };
 
     /// Of neither a removable nor an unmountable volume, of the kind 0.
@@ -46,7 +46,7 @@ public:
     [[nodiscard]] double diskUsed() const noexcept { return m_diskUsed; }
     void setDiskUsed(double byteCount) noexcept { m_diskUsed = byteCount; }
 
-    // Not made anew when a figure is set.
+    // Not updated when a figure is set.
     [[nodiscard]] const std::string &diskTotalAsString() const noexcept { return m_totalText; }
     void setDiskTotalAsString(std::string text) { m_totalText = std::move(text); }
     [[nodiscard]] const std::string &diskFreeAsString() const noexcept { return m_freeText; }

@@ -152,7 +152,7 @@ void KORVENDriveViewController::showDrives(const std::vector<std::string> &names
                                            const std::vector<VolumeInformation> &information)
 {
     const std::string selected = selectedName();
-    table().clearSelection(); // it is about the rows that go
+    table().clearSelection(); // row numbers of the old list
     m_disksArray.clear();
     for (std::size_t i = 0; i < names.size(); ++i) {
         const VolumeInformation known =

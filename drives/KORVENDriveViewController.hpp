@@ -37,8 +37,8 @@ class KORVENDriveViewController final : public QObject, public TableScreen, publ
     Q_OBJECT
 
 public:
-    /// Is told of mounts, and of volumes that stay, from now on. `nibName`: of the interface file
-    /// with the screen's view.
+    /// Listens to mounts and refused ejects from now on. The services outlive this and every
+    /// unmounting (see waitForUnmounts()). `nibName`: the interface file with the screen's view.
     KORVENDriveViewController(VolumeService &volumes, ApplicationLauncher &applications,
                               FileManager &fileManager,
                               const QString &nibName = QStringLiteral("KORVENDriveViewController"));
@@ -68,7 +68,7 @@ public:
     void showInFinder() override;
     void showInfo() override;
 
-    // The state, for whoever wants to look.
+    // The state.
     [[nodiscard]] const std::vector<KORVENDriveObject> &disksArray() const noexcept
     {
         return m_disksArray;
@@ -88,9 +88,9 @@ private:
                     const std::vector<VolumeInformation> &information);
     void showLateFigures(const std::string &name, const std::optional<VolumeFigures> &figures);
     void showCountOrEmptyState();
-    /// A volume that was asked to go stays.
+    /// The eject of a volume was refused.
     void endEjecting(const std::string &path);
-    /// Offers the disk utility if the desktop has one, and tells of it.
+    /// Shows the launch button if the desktop has a disk utility, and emits diskUtilityLookedFor().
     void lookForDiskUtility();
     /// Selects the row whose cell has sent the signal.
     void selectRowOfSender();

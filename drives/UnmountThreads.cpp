@@ -16,10 +16,10 @@ namespace {
 struct Running {
     std::mutex mutex;
     std::condition_variable hasEnded;
-    int count = 0;
+    int count = 0; ///< guarded by mutex
 };
 
-/// Each thread holds it too, for one may be there when the process ends.
+/// Shared with the threads, one of which may outlive the static objects of the process.
 const std::shared_ptr<Running> &running()
 {
     static const auto instance = std::make_shared<Running>();
@@ -41,7 +41,7 @@ void startUnmount(std::function<void()> unmount)
     try {
         std::thread([all = running(), unmount = std::move(unmount)]() mutable {
             unmount();
-            unmount = nullptr; // what it holds goes before it counts as ended
+            unmount = nullptr; // destroy what it captured before it counts as ended
             addToCount(*all, -1);
         }).detach();
     } catch (const std::system_error &error) {

@@ -7,16 +7,15 @@
 
 namespace tessaly {
 
-/// What the drives screen has to say.
+/// The log of the drives screen.
 Q_DECLARE_LOGGING_CATEGORY(drivesLog)
 
-/// Runs an unmounting on a thread of its own and returns at once. Nobody waits for it, neither a
-/// screen nor its window. Does nothing but say so in the log when there is no thread to be had.
-/// Threads: any.
+/// Runs an unmount on a thread of its own and returns at once. Neither the screen nor the window
+/// waits for it. When no thread can be started, it logs that and does nothing. Threads: any.
 void startUnmount(std::function<void()> unmount);
 
-/// Waits until all unmountings that were started have ended, but no longer than this. Whether they
-/// have; if not, what they use must stay for as long as the process does. Threads: any.
+/// Waits until all unmounts that were started have ended, but no longer than the timeout. Returns
+/// whether they have; if not, what they use must live until the process ends. Threads: any.
 [[nodiscard]] bool waitForUnmounts(std::chrono::milliseconds timeout);
 
 } // namespace tessaly

@@ -32,7 +32,7 @@ public:
     Q_DISABLE_COPY_MOVE(KORVENHistoryCellView)
 
     /// The cell out of an interface file; nullptr when there is no such file, or no such cell in
-    /// it. The cell asks nothing of its owner.
+    /// it. The owner is not used.
     [[nodiscard]] static std::unique_ptr<KORVENHistoryCellView>
     tableCellViewWithNibNamed(const QString &name, const KORVENHistoryViewController *owner);
 
@@ -49,7 +49,7 @@ public:
 
     /// Asks the application delegate to show the scan.
     void imageClicked();
-    /// Deletes the scan, without asking back. Nothing happens when the history cannot be read.
+    /// Deletes the scan without confirmation. Does nothing when the history cannot be read.
     void deleteClicked();
 
 private:

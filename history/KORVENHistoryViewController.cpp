@@ -228,7 +228,7 @@ void KORVENHistoryViewController::deleteAllClicked()
     try {
         m_removal.start(KORVENHistoryStore::sharedStore().allItems());
     } catch (const NamedException &) {
-        loadHistory(); // and says what is wrong
+        loadHistory(); // which shows the problem
     }
     if (m_removal.isRunning() && m_deleteButton.hasFocus()) {
         table().setFocus();
@@ -250,7 +250,7 @@ void KORVENHistoryViewController::deleteSelected()
 
 void KORVENHistoryViewController::reloadTable()
 {
-    delete m_departure; // it shows what is no longer so
+    delete m_departure; // it shows the old rows
     const int rowBefore = table().selectedRow();
     table().reloadData();
     selectAgain(rowBefore);
@@ -258,7 +258,7 @@ void KORVENHistoryViewController::reloadTable()
     updateButtons();
 }
 
-/// Selects the record that was selected before a reload, or what has come to its place.
+/// Selects the record that was selected before a reload, or the one now in its row.
 void KORVENHistoryViewController::selectAgain(int rowBefore)
 {
     const int rowCount = numberOfRowsInTableView();
@@ -301,7 +301,7 @@ void KORVENHistoryViewController::showRowsOrEmptyState()
     const bool hadFocus = table().hasFocus();
     showEmptyPage();
     if (hadFocus) {
-        m_refreshButton.setFocus(); // what there is to do next
+        m_refreshButton.setFocus(); // the likely next step
     }
 }
 

@@ -25,8 +25,8 @@ class DocumentsFolder;
 class KORVENButton;
 class KORVENHistoryCellView;
 
-/// The history screen: the recorded scans, newest first or by path, each to be opened again or
-/// deleted; and what there is to say when there are none, or when the history cannot be read.
+/// The history screen: lists the recorded scans, newest first or by path. Each can be opened again
+/// or deleted. When there are none, or the history cannot be read, the screen says so.
 ///
 /// The rows are a copy of the store's list, sorted and pruned here without touching the store.
 ///
@@ -49,11 +49,11 @@ public:
 
     /// Takes the rows from the store, and shows them newest first, whatever the order was.
     void loadHistory();
-    /// Has loadHistory() called soon, once for all requests until then. Threads: any; waits for
-    /// nothing.
+    /// Schedules loadHistory() on the main thread, once for all requests until then. Threads: any;
+    /// does not block.
     void reloadHistory();
-    /// Takes the first row with this key out of historyArray() at once, and has the table show that
-    /// soon. The order stays, and the store is not asked. Threads: any; waits for nothing.
+    /// Removes the first row with this key from historyArray() at once, and schedules
+    /// loadHistoryDelete(). Neither sorts nor asks the store. Threads: any; does not block.
     void reloadHistoryDelete(const std::optional<std::string> &scanKey);
     /// Shows the rows as they are now.
     void loadHistoryDelete();
@@ -63,8 +63,8 @@ public:
     void scanClicked();
     /// Turns to the other order.
     void sortClicked() override;
-    /// Deletes all scans, without asking back (see ScansRemoval). When there are many this goes on
-    /// while the event loop runs, and the buttons have to wait for it.
+    /// Deletes all scans without confirmation (see ScansRemoval). With many scans this continues in
+    /// the event loop, and the buttons are disabled meanwhile.
     void deleteAllClicked();
 
     /// Sorts the rows by the order that is set, and shows them from the first one on.
@@ -73,7 +73,7 @@ public:
     [[nodiscard]] int numberOfRowsInTableView() const override;
     [[nodiscard]] QWidget *viewForTableColumn(int row) override;
 
-    // The state, for whoever wants to look.
+    // The state.
     /// The rows in the order of the table, as of now. Threads: any.
     [[nodiscard]] HistoryRecords historyArray() const;
     /// By date, newest first; else by path.
@@ -82,7 +82,7 @@ public:
 private:
     using Record = HistoryRecords::value_type;
 
-    /// What has left historyArray() and is still in the table.
+    /// The rows that were removed from historyArray() and are still in the table.
     struct Departed {
         int count = 0;
         int row = 0; ///< of the last one
@@ -115,11 +115,11 @@ private:
     KORVENButton &m_deleteButton;
     QLabel &m_countLabel;
     QLabel &m_problemLabel;
-    QPointer<QWidget> m_departure; ///< while a row is seen to leave
+    QPointer<QWidget> m_departure; ///< the animation of a removed row, while it runs
 
-    mutable std::mutex m_rowsLock; ///< guards m_historyArray and m_departed
-    HistoryRecords m_historyArray;
-    Departed m_departed;
+    mutable std::mutex m_rowsLock;
+    HistoryRecords m_historyArray; ///< guarded by m_rowsLock
+    Departed m_departed;           ///< guarded by m_rowsLock
     std::atomic<bool> m_isLoadScheduled = false;
     std::atomic<bool> m_isDeleteScheduled = false;
 

@@ -14,14 +14,14 @@ namespace tessaly {
 
 class MainWindow;
 
-/// The screens that scan. A notification takes the place of the same screen's last one.
+/// The screens that scan. A notification replaces the last one of the same screen.
 enum class ScanScreen { folder, home };
 
 /// The application's delegate: the one settings object, the way to the desktop's services, and the
 /// relay between the history and the main window.
 ///
-/// Everyone reaches it as sharedDelegate() and reads the preferences at the moment of use; nobody
-/// keeps a copy. Whoever changes a preference sets the property and the stored value together.
+/// The preferences are read through sharedDelegate() at the moment of use, never cached. Code that
+/// changes a preference sets the property and the stored value together.
 ///
 /// Lifetime: one for the whole run of the program, made before any screen.
 /// Threads:  properties and notifications: any thread. The preferences are written on the main
@@ -38,8 +38,8 @@ public:
 
     [[nodiscard]] const Services &services() const noexcept { return m_services; }
 
-    /// Nothing before the window has been made and after it has gone. Whoever sets it keeps it
-    /// alive until no worker is left that may add to the history.
+    /// nullptr before the window is created and after it is destroyed. The owner keeps it alive
+    /// until no worker is left that may add to the history.
     [[nodiscard]] MainWindow *windowController() const noexcept { return m_windowController; }
     void setWindowController(MainWindow *windowController) noexcept
     {
@@ -81,21 +81,22 @@ public:
     [[nodiscard]] std::int32_t folderGraphColorPreference() const noexcept { return m_folderGraph; }
     void setFolderGraphColorPreference(std::int32_t on) noexcept { m_folderGraph = on; }
 
-    /// To be called when the event loop begins.
+    /// Called when the event loop begins.
     void applicationDidFinishLaunching();
-    /// To be called when it has ended. There is nothing to do: everything is stored as it changes.
+    /// Required interface: called when the event loop has ended. Does nothing: everything is stored
+    /// as it changes.
     void applicationWillTerminate();
     [[nodiscard]] static bool applicationShouldTerminateAfterLastWindowClosed() noexcept
     {
         return true;
     }
 
-    /// Tells the user how a scan has ended, if they want to be told.
+    /// Notifies the user of how a scan has ended, if the preferences say so.
     void showCompletedNotification(const QString &message, ScanScreen screen = ScanScreen::folder);
     void showCanceledNotification(const QString &message, ScanScreen screen = ScanScreen::folder);
     void showNotification(const QString &title, const QString &message);
 
-    /// Also while one of our windows is in front.
+    /// Required interface: notifications are shown even while one of our windows is in front.
     [[nodiscard]] static bool shouldPresentNotification(const Notification & /*posted*/) noexcept
     {
         return true;
@@ -109,11 +110,11 @@ public:
     void loadHistoryItem(const std::string &scanKey);
     void scanClicked();
 
-    /// A place for a developer's own output; says nothing.
+    /// Required interface: a hook for a developer's own output, which prints nothing.
     void dumpHistoryStore();
 
 private:
-    /// `notification` says everything but whether there is a sound.
+    /// `notification` is complete but for its sound.
     void post(Notification notification, Notification::Sound sound);
 
     const Services m_services;

@@ -19,9 +19,9 @@ public:
 
     /// The program has been launched, on a release whose windows need help with their layout.
     virtual void windowLoaded() = 0;
-    /// Shows the history anew.
+    /// Reloads the history screen.
     virtual void historyStoreUpdated() = 0;
-    /// Takes the record with this key off the screen.
+    /// Removes the record with this key from the history screen.
     virtual void reloadHistoryDelete(const std::optional<std::string> &scanKey) = 0;
     /// Shows the recorded scan with this key.
     virtual void loadHistoryItem(const std::string &scanKey) = 0;

@@ -31,9 +31,9 @@ QAction *ApplicationMenu::add(QMenu &menu, const QString &title, const QKeySeque
 {
     QAction *action = menu.addAction(title);
     action->setShortcut(key);
-    // Shown, and no more: see handleKey().
+    // The menu shows the key and no more: see handleKey().
     action->setShortcutContext(Qt::WidgetShortcut);
-    // Not to be moved away, where a desktop has a menu of its own for such.
+    // Some desktops move actions like "Quit" into a menu of their own.
     action->setMenuRole(QAction::NoRole);
     return action;
 }

@@ -14,11 +14,11 @@ namespace tessaly {
 
 /// The program's menu, which the button in the title bar opens.
 ///
-/// It knows the actions, their titles and keys; who makes it connects them, and says which of them
-/// can be used: each time that the menu is about to show and each time that a key is pressed.
+/// It holds the actions, their titles and keys. MenuCommands connects them, and is asked which of
+/// them are enabled each time the menu is about to show and each time a key is pressed.
 ///
 /// Keys: the actions' keys are no shortcuts of the window, which would collide with those of the
-///       screens' own buttons. The window hands on what its focus widget has no use for
+///       screens' own buttons. The window passes on the keys that its focus widget ignores
 ///       (handleKey()).
 /// Threads: the main thread.
 class ApplicationMenu final : public QMenu {
@@ -53,7 +53,7 @@ public:
         count
     };
 
-    /// What of what the window shows can be acted upon.
+    /// What decides which items are enabled.
     struct State {
         /// Nothing below can be used while a sheet is in front of it.
         bool isBlocked = false;
@@ -79,10 +79,10 @@ public:
     /// Goes to a page. Its key is Ctrl and the page's number, from 1.
     [[nodiscard]] QAction &pageAction(int page) const { return *m_pageActions.at(page); }
 
-    /// Brings the actions up to the state as it is now.
+    /// Enables and disables the actions by the current state.
     void update();
 
-    /// Triggers the action that has this key and can be used now. Whether there is one.
+    /// Triggers the enabled action with this key. Returns whether there is one.
     bool handleKey(const QKeyEvent &event);
 
 private:

@@ -10,14 +10,14 @@ namespace tessaly {
 /// What the program understands when it is started from a terminal: --help and --version. Neither
 /// needs a display.
 ///
-/// Qt takes options of its own ("-platform", "-style"), which pass.
+/// Options that Qt handles itself ("-platform", "-style") are not refused.
 ///
 /// Threads: the main thread, before and while there is a QApplication.
 class CommandLine final {
     Q_DECLARE_TR_FUNCTIONS(tessaly::CommandLine)
 
 public:
-    /// What is told, and how the program then ends.
+    /// The text to print, and the exit status after it.
     struct Answer {
         int status = 0;
         QString text; ///< whole lines; for standard output, or standard error after a failure

@@ -54,7 +54,7 @@ void DeferredPrompt::watch(QWidget &widget)
 bool DeferredPrompt::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_watched && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
-        lookSoon(); // it is still on its way
+        lookSoon(); // the widget has the new state only after the event
     }
     return false;
 }

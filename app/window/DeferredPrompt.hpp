@@ -9,14 +9,14 @@ class QWidget;
 
 namespace tessaly {
 
-/// Waits for the moment when a window is there and nothing is open in front of it: neither a
-/// dialog, an alert nor a menu. For what may interrupt the user, but not then.
+/// Waits until a window is visible and nothing is open in front of it: no dialog, alert or menu.
+/// For prompts that must not interrupt the user there.
 class DeferredPrompt : public QObject {
     Q_OBJECT
 
 public:
-    /// Calls `then` once, by the event loop and never at once. Not at all when the window or this
-    /// goes before.
+    /// Calls `then` once, from the event loop and never within the constructor. Does not call it
+    /// when the window or this is destroyed first.
     DeferredPrompt(QWidget &window, std::function<void()> then);
 
 protected:
@@ -28,7 +28,7 @@ private:
     void watch(QWidget &widget);
 
     QPointer<QWidget> m_window;
-    QPointer<QWidget> m_watched; ///< what has to be shown, or to be hidden
+    QPointer<QWidget> m_watched; ///< what has to be shown, or hidden, first
     std::function<void()> m_then;
 };
 

@@ -101,7 +101,8 @@ void FullScreen::startCustomAnimationToEnterFullScreenWithDuration(double durati
     }
     if (m_wasMaximized) {
         // A maximised window cannot be resized; so it becomes a free one that looks the same. The
-        // desktop is about to give it another frame, and is told of ours only when ours changes.
+        // window manager is about to restore another frame, and Qt asks it for ours only when that
+        // differs from the last one: hence two frames.
         m_window->setWindowState(m_window->windowState() & ~Qt::WindowMaximized);
         setFrame(frame.adjusted(0, 0, 0, -1));
         setFrame(frame);
@@ -263,7 +264,7 @@ bool FullScreen::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::Hide:
         if (!event->spontaneous()) {
-            stopAnimation(); // its end would have no window to show
+            stopAnimation(); // its end would show a hidden window
         }
         break;
     case QEvent::Show:
@@ -290,7 +291,7 @@ bool FullScreen::handleKey(const QKeyEvent &key)
     return leaves;
 }
 
-/// Somebody else may have taken the window into full screen or out of it.
+/// The window manager, or the window's zoom, may have changed the state.
 void FullScreen::followWindow()
 {
     const bool isFullScreen = m_window->isFullScreen();

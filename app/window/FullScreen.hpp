@@ -26,7 +26,7 @@ class SettingsStore;
 ///
 /// The window grows in the middle of the first screen to the size that it shows in full screen.
 /// Then it covers the screen, and everything that the desktop has there, with a margin around the
-/// same contents in the same place. Leaving goes the same way back. Where programs cannot place
+/// same contents in the same place. Leaving does the same in reverse. Where programs cannot place
 /// their windows, the desktop does both by itself; the margin is the same. Escape leaves full
 /// screen, unless a widget of the window or a shortcut uses that key. When the desktop takes the
 /// window there or back, or the window's own zoom does, this follows.
@@ -66,8 +66,8 @@ public:
 
     [[nodiscard]] State state() const noexcept { return m_state; }
 
-    /// The menu item whose title says where its action leads to; none at first. Whoever owns it
-    /// connects it to toggleFullScreen().
+    /// The menu item whose title names what a click will do; none at first. Its owner connects it
+    /// to toggleFullScreen().
     void setFullscreenMenuItem(QAction *item);
 
     /// Enters full screen, or leaves it; nothing while the window is on its way.
@@ -77,20 +77,21 @@ public:
     /// of the program, after the window has been placed otherwise.
     void restoreState();
 
-    /// What the window's contents take of the size that is proposed.
+    /// The size of the window's contents on a screen of the proposed size.
     [[nodiscard]] static QSizeF willUseFullScreenContentSize(QSizeF proposedSize);
+    /// Required interface: showing a window in full screen does all of this by itself.
     [[nodiscard]] static unsigned willUseFullScreenPresentationOptions() noexcept;
 
     /// Full screen is about to begin, and to end.
     void willEnterFull();
     void willExitFull();
 
-    /// The windows that take part in the animations: that one alone.
+    /// Required interface: the windows that take part in the animations, which is that one alone.
     [[nodiscard]] static QList<KORVENWindow *>
     customWindowsToEnterFullScreenForWindow(KORVENWindow *window);
     [[nodiscard]] static QList<KORVENWindow *>
     customWindowsToExitFullScreenForWindow(KORVENWindow *window);
-    /// There is nothing to do.
+    /// Required interface: nothing has to be undone.
     void windowDidFailToEnterFullScreen() {}
     void windowDidFailToExitFullScreen() {}
 
@@ -104,7 +105,7 @@ public:
     [[nodiscard]] QRectF frameForNonFullScreenMode() const;
     void setFrameForNonFullScreenMode(const QRectF &frame);
 
-    /// The names of what is kept until the next start: the superclass's, and ours.
+    /// Required interface: the names of the state that is kept until the next start.
     [[nodiscard]] static std::vector<std::string>
     restorableStateKeyPaths(std::vector<std::string> superclassPaths = {});
 

@@ -6,17 +6,17 @@
 
 namespace tessaly {
 
-/// Where the window goes on its way into full screen and out of it.
+/// The frames of the window while it enters full screen and leaves it.
 ///
 /// All lengths are device independent pixels, in doubles; halves are kept but where it says
-/// otherwise. y goes down here. The formulas are the same whichever way it goes: a margin is the
+/// otherwise. y goes down here. The formulas hold for either direction of y: a margin is the
 /// same at both ends, and a centre frame is measured from the origin of the coordinates, which is
 /// the top left corner of the first screen.
 struct FullScreenGeometry {
     /// Room that is left free on each side of the screen.
     static constexpr double margin = 60.0;
 
-    /// What the window takes of the size that is proposed: the margin less on each side.
+    /// The proposed size without the margin on each side.
     [[nodiscard]] static QSizeF contentSize(QSizeF proposed);
 
     /// The window's frame in full screen on this screen: the content size in the middle, its

@@ -9,20 +9,20 @@ class QWidget;
 
 namespace tessaly {
 
-/// Lets the user grant the program their home folder, or take that back. The grant is a bookmark in
-/// the settings, which the home screen reads when the program starts.
+/// Lets the user grant the program access to their home folder, or revoke it. The grant is a
+/// bookmark in the settings, which the home screen reads when the program starts.
 ///
 /// Threads: the main thread.
 class HomeFolderGrant {
 public:
-    /// Asks on `window`, and calls `changed` after each change, which takes effect only when the
-    /// program starts anew. Has to live for as long as the window takes input.
+    /// Asks on `window`, and calls `changed` after each change, which takes effect at the next
+    /// start of the program. Must outlive the window's input, since the chooser answers later.
     HomeFolderGrant(QWidget &window, const Services &services, std::function<void()> changed);
 
-    /// Asks for a folder and keeps the bookmark of the chosen one; without a bookmark of it, none
-    /// is kept any more. Nothing happens when the user cancels.
+    /// Asks for a folder and stores a bookmark of it. If none can be made, the stored one is
+    /// removed. Does nothing when the user cancels.
     void customHomeFolder();
-    /// Takes the grant back.
+    /// Removes the grant.
     void removeHomeFolder();
 
 private:

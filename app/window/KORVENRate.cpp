@@ -62,7 +62,7 @@ void KORVENRate::rateAndReviewAlert()
     case RateMessageBox::secondButton:
         setRunCount(0);
         break;
-    case RateMessageBox::thirdButton: // never to be asked again
+    case RateMessageBox::thirdButton: // "never": the prompt has no such button today
         setRunCount(0);
         setRunCount(answeredCount);
         break;

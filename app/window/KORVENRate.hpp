@@ -14,9 +14,9 @@ namespace tessaly {
 class SettingsStore;
 class UrlOpener;
 
-/// Counts how often this version of the program has been started and, from the fourth time on, asks
-/// the user to rate it in the store: until they agree, or, once they have put it off, at the third
-/// start after that.
+/// Counts the starts of this version of the program and, from the fourth one on, asks the user to
+/// rate it in the store: at each start until they agree. When they put it off, the count begins
+/// again, and the third start after that asks.
 ///
 /// The count is kept in the settings. It is 0 at a version's first start and goes up to 8; 9 means
 /// that the user is not asked again before the version changes.
@@ -28,8 +28,8 @@ class KORVENRate {
 public:
     using Ask = std::function<int(const RateMessageBox::Request &request)>;
 
-    /// Counts this start of the program: make one for each. The settings last by the next flush,
-    /// whoever makes it.
+    /// Counts this start of the program: make one per start. The count reaches the disk with the
+    /// next flush of the settings.
     ///
     /// `appId`: the program's identifier in the store, decimal digits. `ask`: asks the user and
     /// returns a RateMessageBox::ReturnCode.

@@ -47,12 +47,12 @@ namespace {
 
 Q_LOGGING_CATEGORY(windowLog, "tessaly.window")
 
-/// How long the content waits for the empty window, which is not painted while it is out of sight.
+/// Timeout for the first paint of the empty window: a window that is out of sight is not painted.
 constexpr std::chrono::milliseconds paintTimeout{250};
 
 KORVENWindow::Surface surfaceOfDesktop()
 {
-    // A Wayland compositor composes by its nature; on X11 there may be none.
+    // Wayland always composites; on X11 there may be no compositor.
     return QGuiApplication::platformName().startsWith(u"wayland"_s)
                ? KORVENWindow::Surface::composited
                : KORVENWindow::Surface::opaque;
@@ -78,7 +78,7 @@ KORVENWindowController::~KORVENWindowController() = default;
 void KORVENWindowController::showWindow(std::function<void()> painted)
 {
     m_emptyWindowPainted = std::move(painted);
-    m_mainWindow->titleView()->setShowsName(false); // it takes the fonts
+    m_mainWindow->titleView()->setShowsName(false); // drawing it would load the fonts
     m_mainWindow->installEventFilter(this);
     restoreWindow();
     m_mainWindow->show();
@@ -151,8 +151,8 @@ void KORVENWindowController::makeContent()
     m_mainWindow->titleView()->setShowsName(true);
 }
 
-/// Asks the user to rate the program, once nothing else is in front of the window. Not where the
-/// answer would lead nowhere: no vendor has set a store, and there is no software centre.
+/// Asks the user to rate the program, once nothing else is in front of the window. Does not ask
+/// when there is nowhere to rate it: the vendor has set no store, and there is no software centre.
 void KORVENWindowController::askToRate()
 {
     const auto ask = [controller = QPointer(this)](bool canOpen) {
@@ -411,7 +411,7 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::KeyPress: {
         if (m_firstRunFlag) {
-            break; // there is nothing yet that a key would be for
+            break; // no content yet
         }
         const auto &key = static_cast<const QKeyEvent &>(*event);
         return keyDown(key) || applicationMenu().handleKey(key);

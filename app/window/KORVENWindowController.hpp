@@ -34,7 +34,7 @@ class SpokenPages;
 /// the sheet with the preferences. The row of the sidebar that is selected and the page that is
 /// shown have the same number.
 ///
-/// Ownership: owns the window and the screens. When it goes, scans are cancelled and waited for.
+/// Ownership: owns the window and the screens. Its destructor cancels scans and waits for them.
 /// Threads:   the main thread, but for historyStoreUpdated().
 class KORVENWindowController final : public QObject, public MainWindow {
     Q_OBJECT
@@ -50,9 +50,9 @@ public:
     ~KORVENWindowController() override;
     Q_DISABLE_COPY_MOVE(KORVENWindowController)
 
-    /// Shows the window where it was the last time, without content at first, so that there is
-    /// something to be seen while the desktop's fonts and the screens are read. `painted` is called
-    /// once it has been painted, or could not be soon, and has to call awakeFromNib().
+    /// Shows the window where it was the last time. It is empty at first, so that the user sees it
+    /// while the fonts and the screens are loaded. Calls `painted`, which has to call
+    /// awakeFromNib(), once the window has been painted or after a timeout.
     void showWindow(std::function<void()> painted);
 
     /// The first time builds the window's content; later, when the preference sheet has been
@@ -86,14 +86,14 @@ public:
     /// Shows the home screen and scans what it scans.
     void scanHomeClicked();
 
-    /// Makes the rows of the scan screens anew, after a preference that they go by has changed.
+    /// Rebuilds the rows of the scan screens after a preference that they depend on has changed.
     void refreshTables();
     /// The same for the drives.
     void refreshTable();
 
-    /// Tells the user that a scan is running, and that this has to wait.
+    /// Tells the user to wait until the running scan has ended.
     void scanRunningAlert();
-    /// Tells the user that the program ends now, and ends it when they have read it.
+    /// Tells the user that the program ends, and ends it when they close the alert.
     void restartAlert();
 
     void showPreferenceSheet();
@@ -116,11 +116,11 @@ public:
 
     void showAbout();
 
-    /// Called for a key that nothing in the window has a use for: Return closes the preference
-    /// sheet. Whether the key has done something.
+    /// Handles a key that no widget of the window has accepted: Return closes the preference sheet.
+    /// Returns whether the key was used.
     bool keyDown(const QKeyEvent &event);
-    /// Called for each key that is typed in the sidebar: the space bar shows the preview panel or
-    /// closes it. Whether the key may select a row, which is always so.
+    /// Handles each key that is typed in the sidebar: the space bar shows or closes the preview
+    /// panel. Returns whether the key may select a row, which is always true.
     bool shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -9,7 +9,7 @@ namespace tessaly {
 class KORVENWindowController;
 class RowActions;
 
-/// Joins the program's menu with the main window: what its items do, and which can be used now.
+/// Connects the program's menu to the main window: what its items do, and which are enabled.
 /// "Enter Full Screen" is connected elsewhere. "Disk Utility" is there when the drives screen
 /// has found one.
 ///

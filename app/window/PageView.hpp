@@ -4,9 +4,9 @@
 
 namespace tessaly {
 
-/// The pages of a window, one of which is shown. It takes the size that it is given: only the page
-/// that is shown is asked for the least of it. Qt asks all of them, and how high each would be at
-/// which width, for which all texts of the program are laid out before the first is seen.
+/// The pages of a window, one of which is shown. Its minimum size is that of the page that is
+/// shown. QStackedWidget asks every page for its size and its height for each width, which would
+/// lay out all texts of the program before the first page is seen.
 class PageView final : public QStackedWidget {
     Q_OBJECT
 

@@ -39,7 +39,7 @@ KORVENAppDelegate &delegate()
     return KORVENAppDelegate::sharedDelegate();
 }
 
-/// A value without a row of its own leaves the row that is chosen.
+/// A stored value outside the rows leaves the choice as it is.
 void choose(const QButtonGroup &matrix, std::int32_t row)
 {
     if (QAbstractButton *button = matrix.button(row)) {

@@ -14,8 +14,8 @@ class KORVENAppDelegate;
 class KORVENWindow;
 class SettingsStore;
 
-/// The sheet with the preferences. Each change is the delegate's and in the settings at once; there
-/// is nothing to cancel.
+/// The sheet with the preferences. Each change is set in the delegate and stored in the settings at
+/// once; there is no cancel.
 ///
 /// Threads: the main thread.
 class PreferenceSheet final : public WindowSheet {
@@ -28,7 +28,7 @@ public:
     /// Shows the preferences as they are now.
     void showPreferenceSheet();
 
-    /// Takes the choice of notifications away, for a system that has none.
+    /// Disables the choices about notifications, for a system that has none.
     void disableNotifications();
 
     // The outlets. Rows of the groups are the identifiers of their buttons, from 0 to 4.
@@ -42,7 +42,7 @@ public:
     [[nodiscard]] QCheckBox &diskGraphCheck() const noexcept { return *m_diskGraph; }
     [[nodiscard]] QCheckBox &folderGraphCheck() const noexcept { return *m_folderGraph; }
 
-    // What the controls do: each takes over what its control shows.
+    // Actions of the controls: each stores the state of its control.
     void hiddenItemMatrixChanged();
     void largeFileMatrixChanged();
     void showNotificationChecked();
@@ -51,16 +51,16 @@ public:
     void folderGraphColorChecked();
 
 Q_SIGNALS:
-    /// A preference that the rows of the scan screens go by has changed.
+    /// A preference that the rows of the scan screens depend on has changed.
     void resultRowsChanged();
-    /// One that the rows of the drives go by.
+    /// The same for the rows of the drives.
     void driveRowsChanged();
     void customHomeFolderClicked();
     void removeHomeFolderClicked();
     void closeClicked();
 
 private:
-    /// Makes a value the delegate's, and keeps it in the settings.
+    /// Sets a preference in the delegate and stores it.
     void keep(std::string_view key, void (KORVENAppDelegate::*set)(std::int32_t),
               std::int32_t value);
     [[nodiscard]] QButtonGroup *matrix(const char *name);
@@ -76,7 +76,7 @@ private:
     QCheckBox *m_notificationSound;
     QCheckBox *m_diskGraph;
     QCheckBox *m_folderGraph;
-    bool m_isShowingPreferences = false; ///< the controls are following the preferences
+    bool m_isShowingPreferences = false; ///< the controls are being set, not used
 };
 
 } // namespace tessaly

@@ -19,7 +19,7 @@ bool QuitKey::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::KeyPress || watched == &m_mainWindow) {
         return false;
     }
-    // A key that the widget with the focus has no use for goes up to its window in the end.
+    // Qt passes a key that the focus widget ignores to its parents, and to the window last.
     const auto *widget = qobject_cast<const QWidget *>(watched);
     const auto &key = static_cast<const QKeyEvent &>(*event);
     if (widget == nullptr || !widget->isWindow() || key.isAutoRepeat() ||

@@ -14,8 +14,8 @@ namespace tessaly {
 
 namespace {
 
-/// Knows whether the program was told to quit while this lived. That closes dialogs as if the user
-/// had.
+/// Records whether the program was asked to quit while this exists. Quitting closes dialogs as if
+/// the user had, and must not count as an answer.
 class QuitWatch final : public QObject {
 public:
     QuitWatch() { QCoreApplication::instance()->installEventFilter(this); }

@@ -19,11 +19,10 @@ class Sidebar final : public QWidget, private CellTableSource {
 public:
     static constexpr int usualWidth = 240;
 
-    /// Asked for each key that is typed: whether it may select a row by typing.
+    /// Decides for each key that is typed whether it may select a row.
     using TypeSelect = std::function<bool(const QKeyEvent &event, const QString &typed)>;
 
-    /// A row of the sidebar: the interface file of its cell, and its title for typing and for
-    /// somebody who cannot see it.
+    /// A row: the interface file of its cell, and its title for type-ahead and screen readers.
     struct Row {
         QString cellIdentifier;
         QString title;

@@ -9,7 +9,7 @@ namespace tessaly {
 
 namespace {
 
-/// The line, of which there is nothing to seize.
+/// The line, which cannot be dragged.
 class Divider final : public QSplitterHandle {
 public:
     explicit Divider(QSplitter *parent) : QSplitterHandle(Qt::Horizontal, parent) { unsetCursor(); }

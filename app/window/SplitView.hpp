@@ -12,8 +12,7 @@ class SplitView final : public QSplitter {
 public:
     explicit SplitView(QWidget *parent = nullptr);
 
-    /// Whether the subview takes part in what a new width of the window adds or takes away: all but
-    /// the first do.
+    /// Whether the subview resizes with the window: all do but the first.
     [[nodiscard]] bool shouldAdjustSizeOfSubview(const QWidget &subview) const;
 
     /// Puts the line between the views where the first one gets this width.

@@ -10,7 +10,7 @@ namespace tessaly {
 
 SpokenPages::SpokenPages(QStackedWidget &view, const Pages &pages) : m_view(&view), m_pages(pages)
 {
-    // Queued: what opens a page has more to do with it first, such as loading its rows.
+    // Queued: the code that opens a page may load its rows next.
     connect(m_view, &QStackedWidget::currentChanged, this, &SpokenPages::pageOpened,
             Qt::QueuedConnection);
     pageOpened();
@@ -23,7 +23,7 @@ void SpokenPages::pageOpened()
     if (table == nullptr) {
         return;
     }
-    // Queued: a table is brought into sight after it got its rows.
+    // Queued: a screen fills its table first and shows it afterwards.
     m_rowsCame = connect(
         table->model(), &QAbstractItemModel::modelReset, this, [this, table] { speak(*table); },
         Qt::QueuedConnection);

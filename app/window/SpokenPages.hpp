@@ -10,7 +10,7 @@ namespace tessaly {
 class CellTableView;
 class Pages;
 
-/// Has screen readers speak the rows of a page when it opens: at once, or when the first rows come.
+/// Makes screen readers speak the rows of a page when it opens, or as soon as it has rows.
 ///
 /// Threads: the main thread.
 class SpokenPages final : public QObject {
@@ -26,7 +26,7 @@ private:
 
     QStackedWidget *m_view;
     const Pages &m_pages;
-    QMetaObject::Connection m_rowsCame; ///< while rows are waited for
+    QMetaObject::Connection m_rowsCame; ///< while the open page has no rows
 };
 
 } // namespace tessaly

@@ -50,11 +50,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// For the accessibility bus, when a second start has to say that there is another one.
+/// For the accessibility bus, when a second start has to report that the program runs already.
 constexpr std::chrono::seconds accessibilityTimeoutOfComplaint{2};
-/// For volumes that are still being unmounted when the window has closed.
+/// For unmounts that are still running when the window has closed.
 constexpr std::chrono::seconds unmountTimeout{2};
-/// For all of the end: long enough for a completed scan to be written to a slow disk.
+/// For the whole shutdown: long enough to write a completed scan to a slow disk.
 constexpr std::chrono::seconds endTimeout{30};
 
 /// What the program asks of the desktop. Members are destroyed before those that they use.
@@ -79,7 +79,7 @@ struct LinuxServices {
     }
 };
 
-/// By which the desktop knows the program.
+/// The names under which the desktop knows the program.
 void nameApplication()
 {
     QApplication::setApplicationName(u"tessaly"_s);
@@ -88,8 +88,9 @@ void nameApplication()
     QApplication::setDesktopFileName(QString::fromLatin1(programId));
 }
 
-/// Of a start that has waited for the bus already. A bus that is known to be silent is not waited
-/// for once more. All of a second start takes as long as Timeouts::claim, with its complaint.
+/// Timeouts for a start that has already waited for the bus. A bus that did not answer is not
+/// waited for again. A second start, with its message, takes no longer than Timeouts::claim in
+/// total.
 SingleInstance::Timeouts timeoutsAfter(const QtSessionBus &bus, Clock::duration waited)
 {
     SingleInstance::Timeouts timeouts;
@@ -101,7 +102,7 @@ SingleInstance::Timeouts timeoutsAfter(const QtSessionBus &bus, Clock::duration 
     return timeouts;
 }
 
-/// What comes before the first widget.
+/// Has to happen before the first widget is created.
 void prepareWidgets(const QtSessionBus &bus, std::chrono::milliseconds accessibilityTimeout)
 {
     applyTheme();
@@ -174,7 +175,7 @@ int main(int argumentCount, char **arguments)
     desktop.settings.flush();
     if (!waitForUnmounts(unmountTimeout)) {
         instance.release();
-        std::_Exit(status); // their threads use the services, which must not go
+        std::_Exit(status); // their threads use the services, which must not be destroyed
     }
     return status;
 }

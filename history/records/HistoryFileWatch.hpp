@@ -55,7 +55,7 @@ private:
     const std::shared_ptr<Link> m_link; ///< with the thread that reads
     std::string m_path;
     bool m_isReading = false;
-    bool m_isReadWanted = false; ///< once more, when the one that runs has ended
+    bool m_isReadWanted = false; ///< again, when the running one has ended
     QFileSystemWatcher m_watcher;
     QTimer m_timer;
 };

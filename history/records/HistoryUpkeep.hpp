@@ -30,8 +30,8 @@ public:
 
     HistoryUpkeep();
     explicit HistoryUpkeep(RecordReader readRecord);
-    /// Stops and waits for that, which takes a moment: a scan that is being read, which may be
-    /// large or hang, is left behind on a thread of its own. The next start goes on.
+    /// Stops the thread and joins it, which takes a moment: reading a scan, which may be large or
+    /// hang, is abandoned on a thread of its own. The next start of the program continues.
     ~HistoryUpkeep() = default;
     Q_DISABLE_COPY_MOVE(HistoryUpkeep)
 

@@ -48,7 +48,7 @@ bool isMissing(const std::string &path)
 
 KORVENHistoryStore &KORVENHistoryStore::sharedStore()
 {
-    // Never destroyed: threads may still hold on to it while the process ends.
+    // Never destroyed: threads may still use it while the process ends.
     static KORVENHistoryStore &store = []() -> KORVENHistoryStore & {
         return *new KORVENHistoryStore(KORVENAppDelegate::sharedDelegate());
     }();

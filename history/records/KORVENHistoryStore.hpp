@@ -56,7 +56,7 @@ public:
 
     /// Why the history file could not be read; nothing once it could. Until then nothing is saved.
     [[nodiscard]] std::optional<std::string> problem() const;
-    /// Tries once more to read a history file that could not be read. When that succeeds, or there
+    /// Tries again to read a history file that could not be read. When that succeeds, or there
     /// is none any more, its records come before those of this run, these are saved, and the
     /// delegate is told. Whether the history file is known now.
     bool readAgain();

@@ -63,7 +63,7 @@ void ScansRemoval::removeSlice()
 void ScansRemoval::removeNext()
 {
     KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
-    // Out of the list first: what is told of the removal may ask whether this is running.
+    // Out of the list first: the delegate, told of the removal, may ask whether this is running.
     const auto record = std::exchange(m_records[m_next++], nullptr);
     if (m_isTakenOut) {
         store.finishRemoval(*record);
