@@ -3,6 +3,7 @@
 #include "tests/drives/DriveScreenTest.hpp"
 
 #include <QAbstractButton>
+#include <QAbstractItemModelTester>
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -68,6 +69,20 @@ TEST_F(KORVENDriveViewControllerTest, asksWhenItStartsAndSaysSo)
     answer();
     EXPECT_TRUE(table().isVisible());
     EXPECT_EQ(label("countLabel"), u"1 volume"_s);
+}
+
+TEST_F(KORVENDriveViewControllerTest, itsRowsAreAModelThatChangesByTheRules)
+{
+    addVolume("a", 10, 5);
+    openScreenUnanswered();
+    const QAbstractItemModelTester tester(table().model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    answer();
+    addVolume("b", 10, 1);
+    refresh();
+    m_screen->sortClicked();
+    removeVolume("a");
+    EXPECT_EQ(table().model()->rowCount(), 1);
 }
 
 TEST_F(KORVENDriveViewControllerTest, isSetUpOnce)

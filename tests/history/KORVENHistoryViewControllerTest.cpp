@@ -3,6 +3,7 @@
 #include "app/controls/tables/RowRemovalAnimation.hpp"
 #include "tests/history/HistoryScreenTest.hpp"
 
+#include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <QStackedWidget>
 
@@ -45,6 +46,20 @@ TEST_F(KORVENHistoryViewControllerTest, listsTheScansNewestFirst)
     EXPECT_FALSE(m_screen->firstRunFlag());
     EXPECT_EQ(button("sortButton").text(), u"Sort by name"_s);
     EXPECT_EQ(label("countLabel"), u"3 scans kept"_s);
+}
+
+TEST_F(KORVENHistoryViewControllerTest, itsRowsAreAModelThatChangesByTheRules)
+{
+    openThree();
+    const QAbstractItemModelTester tester(table().model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    m_screen->sortClicked();
+    clickDelete(1);
+    showRows(2);
+    record("new", "/new", 99);
+    showRows(3);
+    press("deleteButton");
+    showRows(0);
 }
 
 TEST_F(KORVENHistoryViewControllerTest, aRowShowsPathTotalDateAndHowToOpenIt)

@@ -10,6 +10,7 @@
 #include "tests/app/window/WindowTest.hpp"
 
 #include <QAbstractButton>
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -393,6 +394,14 @@ TEST_F(KORVENWindowControllerTest, eachRowOfTheSidebarHasItsOwnCell)
         titles << cell->findChild<NameLabel *>()->text();
     }
     EXPECT_EQ(titles, (QStringList{u"Drives"_s, u"Home Folder"_s, u"Folder Scan"_s, u"History"_s}));
+}
+
+TEST_F(KORVENWindowControllerTest, theSidebarIsAModelByTheRules)
+{
+    openWindow();
+    const QAbstractItemModelTester tester(outlineTable().model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_EQ(outlineTable().model()->rowCount(), 4);
 }
 
 TEST_F(KORVENWindowControllerTest, aPageIsSpokenWhenItOpensOrItsRowsCome)
