@@ -10,6 +10,8 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <functional>
+#include <memory>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -34,10 +36,10 @@ void mountAt(const std::string &path, const char *type, const char *options = nu
         << type << " at " << path << ": " << errno;
 }
 
-/// The side of an automount that would do the mounting: it counts who asked, and lets them wait.
+/// The server of automounts: it counts the requests, and lets the processes wait that make them.
 ///
-/// The kernel lets this object's own helper process group through; every other process that
-/// touches a place is one that asks.
+/// The kernel lets this object's own helper process group through; every other process that accesses
+/// a place makes a request.
 class Automounter {
 public:
     Automounter()
@@ -47,7 +49,7 @@ public:
         EXPECT_EQ(pipe(ready.data()), 0);
         m_helper = fork();
         if (m_helper == 0) {
-            prctl(PR_SET_PDEATHSIG, SIGKILL); // not to be left behind
+            prctl(PR_SET_PDEATHSIG, SIGKILL); // ends with this process
             setpgid(0, 0);
             EXPECT_EQ(write(ready[1], "", 1), 1);
             for (;;) {
@@ -80,7 +82,7 @@ public:
         return mount("tessaly-test", path.c_str(), "autofs", 0, options.c_str()) == 0;
     }
 
-    /// Does something as the one that serves, who is let through.
+    /// Runs something as the server, which makes no requests.
     template <typename Body>
     void asServer(Body body) const
     {
@@ -95,7 +97,7 @@ public:
         EXPECT_EQ(status, 0);
     }
 
-    /// Whether anybody has asked for a mount since this was called last.
+    /// Whether there was a request since the last call.
     bool wasAsked(int timeoutMs = 0) const
     {
         pollfd waiting = {m_pipe[0], POLLIN, 0};
@@ -106,7 +108,7 @@ public:
         return read(m_pipe[0], request.data(), request.size()) > 0;
     }
 
-    /// Whether opening the path asks. The process that opens it is ended after that.
+    /// Whether opening the path makes a request. The process that opens it is ended after that.
     bool isAskedByOpening(const std::string &path) const
     {
         const pid_t opener = fork();
@@ -190,39 +192,102 @@ TEST_F(LUMThreadedScannerMounts, listKernelFileSystemsAsEmptyFoldersWhereverThey
     });
 }
 
-TEST_F(LUMThreadedScannerMounts, scanFileSystemsThatHoldFiles)
+/// Something mounted in a folder, and what a scan of the folder finds.
+struct MountedTree {
+    std::string name;
+    bool needsAutomounts;
+    Lines folders; ///< made before anything is mounted
+    std::function<void(const TemporaryFolder &, const Automounter *)> mountAll;
+    Lines expected;
+    bool isFoundWithoutMountList;
+};
+
+class LUMThreadedScannerMountedTrees : public LUMThreadedScannerMounts,
+                                       public testing::WithParamInterface<MountedTree> {};
+
+TEST_P(LUMThreadedScannerMountedTrees, areScannedAsTheyAre)
 {
+    const MountedTree &mounted = GetParam();
+    if (mounted.needsAutomounts && !kernelHas("autofs")) {
+        GTEST_SKIP() << "this kernel has no automount file system";
+    }
     const TemporaryFolder folder;
-    folder.folder("disk");
-    folder.folder("kernel");
+    for (const std::string &path : mounted.folders) {
+        folder.folder(path);
+    }
 
     runWithPrivateMounts([&] {
-        mountAt(folder.path("disk"), "tmpfs");
-        folder.file("disk/a", 5);
-        mountAt(folder.path("kernel"), "proc");
-        mountAt(folder.path("kernel"), "tmpfs"); // covers the other
-        folder.file("kernel/b", 6);
+        const auto automounter =
+            mounted.needsAutomounts ? std::make_unique<Automounter>() : nullptr;
+        mounted.mountAll(folder, automounter.get());
 
-        const Lines expected{"disk/", "disk/a 5", "kernel/", "kernel/b 6"};
-        EXPECT_EQ(scannedLines(folder.path()), expected);
-        EXPECT_EQ(scannedLines(folder.path(), withoutMountList), expected);
+        EXPECT_EQ(scannedLines(folder.path()), mounted.expected);
+        if (mounted.isFoundWithoutMountList) {
+            EXPECT_EQ(scannedLines(folder.path(), withoutMountList), mounted.expected);
+        }
+        EXPECT_FALSE(automounter && automounter->wasAsked());
     });
 }
 
-TEST_F(LUMThreadedScannerMounts, judgeACoveredFileSystemByWhatCoversIt)
-{
-    const TemporaryFolder folder;
-    folder.folder("covered");
+INSTANTIATE_TEST_SUITE_P(
+    Mounts, LUMThreadedScannerMountedTrees,
+    testing::Values(
+        MountedTree{"fileSystemsThatHoldFiles",
+                    false,
+                    {"disk", "kernel"},
+                    [](const TemporaryFolder &folder, const Automounter * /*none*/) {
+                        mountAt(folder.path("disk"), "tmpfs");
+                        folder.file("disk/a", 5);
+                        mountAt(folder.path("kernel"), "proc");
+                        mountAt(folder.path("kernel"), "tmpfs"); // covers the other
+                        folder.file("kernel/b", 6);
+                    },
+                    {"disk/", "disk/a 5", "kernel/", "kernel/b 6"},
+                    true},
+        MountedTree{"aFileSystemByWhatCoversIt",
+                    false,
+                    {"covered"},
+                    [](const TemporaryFolder &folder, const Automounter * /*none*/) {
+                        mountAt(folder.path("covered"), "tmpfs");
+                        folder.file("covered/a", 5);
+                        mountAt(folder.path("covered"), "proc");
+                    },
+                    {"covered/"},
+                    true},
+        MountedTree{"whatIsMountedOverAnAutomountPoint",
+                    true,
+                    {"s", "s/place"},
+                    [](const TemporaryFolder &folder, const Automounter *automounter) {
+                        ASSERT_TRUE(automounter->serve(folder.path("s/place"), "direct"));
+                        automounter->asServer([&] {
+                            mountAt(folder.path("s/place"), "tmpfs");
+                            folder.file("s/place/a", 5);
+                        });
+                    },
+                    {"s/", "s/place/", "s/place/a 5"},
+                    true},
+        MountedTree{"whatIsMountedBelowAnAutomountPoint",
+                    true,
+                    {"s", "s/homes"},
+                    [](const TemporaryFolder &folder, const Automounter *automounter) {
+                        ASSERT_TRUE(automounter->serve(folder.path("s/homes"), "indirect"));
+                        automounter->asServer([&] {
+                            folder.folder("s/homes/away");
+                            folder.folder("s/homes/here");
+                            mountAt(folder.path("s/homes/here"), "tmpfs");
+                            folder.folder("s/homes/here/in");
+                            folder.file("s/homes/here/in/a", 5);
+                        });
+                        EXPECT_EQ(scannedLines(folder.path("s/homes")),
+                                  (Lines{"here/", "here/in/", "here/in/a 5"}));
+                        EXPECT_FALSE(automounter->wasAsked());
+                        EXPECT_TRUE(automounter->isAskedByOpening(folder.path("s/homes/away")));
+                    },
+                    {"s/", "s/homes/", "s/homes/here/", "s/homes/here/in/", "s/homes/here/in/a 5"},
+                    false}),
+    [](const auto &mounted) { return mounted.param.name; });
 
-    runWithPrivateMounts([&] {
-        mountAt(folder.path("covered"), "tmpfs");
-        folder.file("covered/a", 5);
-        mountAt(folder.path("covered"), "proc");
-        EXPECT_EQ(scannedLines(folder.path()), Lines{"covered/"});
-    });
-}
-
-TEST_F(LUMThreadedScannerMounts, neverMakeAPlaceMountItself)
+TEST_F(LUMThreadedScannerMounts, neverTriggerAnAutomount)
 {
     needAutomounts();
     if (IsSkipped()) {
@@ -259,61 +324,6 @@ TEST_F(LUMThreadedScannerMounts, neverMakeAPlaceMountItself)
 
         EXPECT_FALSE(automounter.wasAsked());
         EXPECT_TRUE(automounter.isAskedByOpening(folder.path("place")));
-    });
-}
-
-TEST_F(LUMThreadedScannerMounts, scanWhatIsAlreadyMountedOverAPlaceThatMountsItself)
-{
-    needAutomounts();
-    if (IsSkipped()) {
-        return;
-    }
-    const TemporaryFolder folder;
-    folder.folder("s");
-    folder.folder("s/place");
-
-    runWithPrivateMounts([&] {
-        const Automounter automounter;
-        ASSERT_TRUE(automounter.serve(folder.path("s/place"), "direct"));
-        automounter.asServer([&] {
-            mountAt(folder.path("s/place"), "tmpfs");
-            folder.file("s/place/a", 5);
-        });
-
-        const Lines expected{"s/", "s/place/", "s/place/a 5"};
-        EXPECT_EQ(scannedLines(folder.path()), expected);
-        EXPECT_EQ(scannedLines(folder.path(), withoutMountList), expected);
-        EXPECT_FALSE(automounter.wasAsked());
-    });
-}
-
-TEST_F(LUMThreadedScannerMounts, scanWhatIsMountedBelowAFolderOfPlacesThatMountThemselves)
-{
-    needAutomounts();
-    if (IsSkipped()) {
-        return;
-    }
-    const TemporaryFolder folder;
-    folder.folder("s");
-    folder.folder("s/homes");
-
-    runWithPrivateMounts([&] {
-        const Automounter automounter;
-        ASSERT_TRUE(automounter.serve(folder.path("s/homes"), "indirect"));
-        automounter.asServer([&] {
-            folder.folder("s/homes/away");
-            folder.folder("s/homes/here");
-            mountAt(folder.path("s/homes/here"), "tmpfs");
-            folder.folder("s/homes/here/in");
-            folder.file("s/homes/here/in/a", 5);
-        });
-
-        EXPECT_EQ(scannedLines(folder.path()), (Lines{"s/", "s/homes/", "s/homes/here/",
-                                                      "s/homes/here/in/", "s/homes/here/in/a 5"}));
-        EXPECT_EQ(scannedLines(folder.path("s/homes")),
-                  (Lines{"here/", "here/in/", "here/in/a 5"}));
-        EXPECT_FALSE(automounter.wasAsked());
-        EXPECT_TRUE(automounter.isAskedByOpening(folder.path("s/homes/away")));
     });
 }
 

@@ -21,7 +21,7 @@ std::string line(const std::string &mountPoint, const std::string &type = "ext4"
 
 } // namespace
 
-TEST(MountPointTree, mustAskEverywhereWhenNothingIsKnown)
+TEST(MountPointTree, mustCheckEverywhereWhenNothingIsKnown)
 {
     const MountPointTree mounts;
 
@@ -30,7 +30,7 @@ TEST(MountPointTree, mustAskEverywhereWhenNothingIsKnown)
     EXPECT_EQ(mounts.top(), nullptr);
 }
 
-TEST(MountPointTree, mustAskOnlyOnTheWayToMountPoints)
+TEST(MountPointTree, mustCheckOnlyOnTheWayToMountPoints)
 {
     const auto mounts = mountsFrom(
         line("/") + line("/home") + line("/home/me/a/b") + line("/home/mean"), "/home/me");
@@ -75,13 +75,13 @@ TEST(MountPointTree, readEscapedNames)
     EXPECT_NE(MountPointTree::inside(mounts.top(), "\\04"), nullptr);
 }
 
-TEST(MountPointTree, knowWhetherAnythingMountsItself)
+TEST(MountPointTree, knowWhetherThereAreAutomounts)
 {
     EXPECT_TRUE(mountsFrom(line("/net", "autofs"), "/usr").mayAutomount());
     EXPECT_FALSE(mountsFrom(line("/autofs", "ext4"), "/usr").mayAutomount());
 }
 
-TEST(MountPointTree, takeBrokenLinesAsTheyAre)
+TEST(MountPointTree, acceptMalformedLines)
 {
     for (const std::string text : {"", "\n\n", "36", "36 35 98:0 / ", "36 35 98:0 / /s/a", " - ",
                                    "- - - - - - autofs", "a b c d /s/a e - "}) {

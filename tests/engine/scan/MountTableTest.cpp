@@ -70,7 +70,7 @@ TEST(MountTable, findsOptionsByTheirNames)
     EXPECT_EQ(Mount().option("rw"), std::nullopt);
 }
 
-TEST(MountTable, takesBrokenLinesAsTheyAre)
+TEST(MountTable, acceptsMalformedLines)
 {
     const std::string whole = line(36, 35, "/mnt/a");
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -118,7 +118,7 @@ TEST(MountTable, leadsNowhereWithoutARoot)
     EXPECT_EQ(idOf(MountTable(), "/"), 0);
 }
 
-TEST(MountTable, comesToAnEndInAListThatGoesRoundInCircles)
+TEST(MountTable, endsInAListWithACycle)
 {
     const auto table = MountTable::fromText(line(1, 1, "/") + line(2, 3, "/a") + line(3, 2, "/a") +
                                             line(4, 1, "/a") + line(4, 4, "/a"));
