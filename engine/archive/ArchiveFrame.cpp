@@ -6,6 +6,7 @@ namespace {
 
 constexpr std::uint64_t firstString = ArchiveFrame::versionKey;
 
+// In the order of ArchiveFrame::Object.
 constexpr std::array<std::string_view, ArchiveFrame::objectCount - firstString> strings{
     "$version", "$archiver",  "$top",     "$objects",   "NSKeyedArchiver", "root",
     "$class",   "$classname", "$classes", "NS.objects", "NS.string"};
@@ -23,7 +24,7 @@ ArchiveFrame::Offsets ArchiveFrame::write(BinaryPlistWriter &plist, std::uint64_
         plist.reference(object);
     }
     offsets[archiveVersion] = plist.position();
-    plist.integer(100000);
+    plist.integer(100000); // the only version that readers accept
     offsets[roots] = plist.position();
     plist.dictionary(1);
     plist.reference(rootKey);

@@ -9,7 +9,7 @@
 namespace tessaly::archive {
 
 /// What every keyed archive has around its objects (see KeyedArchiveReader for the format), and the
-/// keys that most of them have inside. These take the first numbers of the property list.
+/// keys that most archives use. Their objects have the first numbers of the property list.
 class ArchiveFrame {
 public:
     enum Object : std::uint64_t {

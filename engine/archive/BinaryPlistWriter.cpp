@@ -17,6 +17,7 @@ BinaryPlistWriter::BinaryPlistWriter(ByteSink &sink, unsigned referenceWidth)
 
 void BinaryPlistWriter::name(std::string_view name)
 {
+    // UTF-8 is no encoding of this format, so one accent makes the whole name UTF-16.
     if (tree::isAscii(name)) {
         counted(0x50, name.size());
         copy(std::as_bytes(std::span(name)));
@@ -31,6 +32,7 @@ void BinaryPlistWriter::name(std::string_view name)
 
 void BinaryPlistWriter::integer(std::uint64_t number)
 {
+    // Readers take integers of 1, 2 and 4 bytes as unsigned, but those of 8 bytes as signed.
     if ((number >> 63U) != 0) {
         bigEndian(0x14, 1);
         bigEndian(0, 8);
@@ -53,6 +55,7 @@ void BinaryPlistWriter::signedInteger(std::int64_t number)
 
 void BinaryPlistWriter::finish(std::span<const std::uint64_t> offsets, std::uint64_t topObject)
 {
+    // The table's own place is above all offsets in it, and has to fit into their width, too.
     const std::uint64_t tableOffset = position();
     const unsigned width = widthFor(tableOffset);
     for (const std::uint64_t each : offsets) {
@@ -88,6 +91,8 @@ void BinaryPlistWriter::copy(std::span<const std::byte> bytes)
 
 void BinaryPlistWriter::flush()
 {
+    // An exception, since every number written may end here: checking a result after each would be
+    // most of the code, and of the time.
     const auto written = m_sink.write(std::span(m_buffer.get(), m_used));
     if (!written) {
         throw ArchiveFailure(written.error());

@@ -8,7 +8,7 @@
 
 namespace tessaly::archive {
 
-/// Where an archive's bytes go, in order: a file, or memory in tests.
+/// Takes an archive's bytes in order: a file, or memory in tests.
 class ByteSink {
 public:
     ByteSink() = default;

@@ -54,7 +54,7 @@ KeyedArchiveReader::KeyedArchiveReader(std::span<const std::byte> file)
     if (!root) {
         fail(Kind::damaged, "\"$top\" has no root", roots);
     }
-    m_root = uid(*root, "the root");
+    m_root = uid(*root, "the root"); // whether there is such an object is checked when it is read
 }
 
 KeyedArchiveReader::Object KeyedArchiveReader::inlineObject(Reference value) const
@@ -81,7 +81,7 @@ KeyedArchiveReader::Fields::Positions KeyedArchiveReader::positions(const Object
     positions.fill(Fields::missing);
     for (std::uint32_t i = 0; i < instance.count; ++i) {
         const std::size_t index = keyIndex(m_plist.key(instance, i), keys);
-        if (index != keys.none() && positions[index] == Fields::missing) {
+        if (index != keys.none() && positions[index] == Fields::missing) { // the first one counts
             positions[index] = i;
         }
     }
@@ -257,6 +257,7 @@ std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view
         const Fields wrapper = fields(object, m_wrapperKeys);
         if (wrapperClass(wrapper) == dateClass && wrapper[timeKey]) {
             object = resolved(*wrapper[timeKey]);
+            // Some writers store whole seconds as an integer.
             if (object.type == Type::integer) {
                 const BinaryPlistReader::Integer seconds = m_plist.integer(object);
                 return seconds.negative
@@ -279,6 +280,7 @@ std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view
 std::optional<KeyedArchiveReader::Reference> KeyedArchiveReader::find(const Object &dictionary,
                                                                       std::string_view key) const
 {
+    // By name and not by NameMatcher: only for the few dictionaries around the instances.
     spend(dictionary.count);
     for (std::uint64_t i = 0; i < dictionary.count; ++i) {
         if (m_plist.isString(m_plist.object(m_plist.key(dictionary, i)), key)) {

@@ -182,6 +182,7 @@ KeyedArchiveWriter::classNamed(std::string_view name,
     for (const std::string_view superclass : superclasses) {
         chain.push_back(nameOf(superclass));
     }
+    // A linear search: an archive has a handful of classes.
     const auto known =
         std::find_if(m_classes.begin(), m_classes.end(), [&](const StoredClass &other) {
             return other.chain.front() == chain.front();
@@ -225,6 +226,7 @@ void KeyedArchiveWriter::array(Uid place, std::span<const Uid> elements)
 
 KeyedArchiveWriter::Uid KeyedArchiveWriter::string(std::string_view name)
 {
+    // A plain "$null" would be read as no string at all.
     if (name == ArchiveFrame::nullMarker) {
         const Uid place = add(NullText{});
         addClassOnce(stringClass);
@@ -237,6 +239,7 @@ KeyedArchiveWriter::Uid KeyedArchiveWriter::string(std::string_view name)
 
 KeyedArchiveWriter::Uid KeyedArchiveWriter::date(double secondsSince2001)
 {
+    // Readers refuse an archive with such a date, so one bad date would cost all records.
     if (!std::isfinite(secondsSince2001)) {
         return Uid::null;
     }
@@ -272,6 +275,7 @@ void KeyedArchiveWriter::fill(Uid place, Object object)
 
 void KeyedArchiveWriter::addClassOnce(Class instanceClass)
 {
+    // After the instance: readers do not care, but archives of other writers have this order.
     if (classOf(instanceClass).place == Uid::null) {
         classOf(instanceClass).place = add(ClassRecord{instanceClass});
         ++m_innerCount;

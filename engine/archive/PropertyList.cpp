@@ -19,7 +19,7 @@ ArchiveFailure tooDeep()
     return {Kind::unsupported, "the values nest too deep"};
 }
 
-/// Makes the values of a file.
+/// Reads the values of a file. Recursive: maxPlistDepth keeps the stack small.
 class Loader {
 public:
     explicit Loader(std::span<const std::byte> file)
@@ -38,8 +38,9 @@ private:
     using Reference = BinaryPlistReader::Reference;
     using Type = BinaryPlistReader::Type;
 
-    // Enough for any file that shares no containers: a reference takes a byte or more, and two
-    // bytes of UTF-16 become three at the most.
+    // Enough for any file that shares no containers: a reference takes at least a byte, and two
+    // bytes of UTF-16 become at most three of UTF-8. A file of a kilobyte in which each array holds
+    // the next one twice would otherwise need all memory there is.
     static constexpr std::uint64_t freeBytes = std::uint64_t{1} << 20U;
     static constexpr std::uint64_t bytesForEach = 64;
     static_assert(sizeof(PlistValue) <= bytesForEach);
@@ -103,7 +104,7 @@ private:
     PlistArray array(Reference reference, const Object &object)
     {
         enter(reference, object);
-        spend(sizeof(PlistValue) * object.count);
+        spend(sizeof(PlistValue) * object.count); // before reserve(): the count may be a lie
         PlistArray elements;
         elements.reserve(static_cast<std::size_t>(object.count));
         for (std::uint64_t i = 0; i < object.count; ++i) {
@@ -123,6 +124,8 @@ private:
             if (!key.isString()) {
                 fail("a key is not a string", key);
             }
+            // The first of equal keys counts, as for other readers. The value of a later one is not
+            // even read, so it may be damaged.
             const auto [pair, isNew] = pairs.try_emplace(text(key));
             if (isNew) {
                 pair->second = value(m_plist.value(object, i));
@@ -185,7 +188,8 @@ std::uint64_t objectCount(const PlistValue &value, std::size_t depth = 1)
     return count;
 }
 
-/// Writes the values, each after what it holds: the top object comes last.
+/// Writes the values, each after its contents, whose numbers it needs: the top object comes last.
+/// Nothing is shared: settings are small, and equal values may come to differ.
 class Storer {
 public:
     Storer(std::uint64_t count, ByteSink &sink) : m_plist(sink, BinaryPlistWriter::widthFor(count))
@@ -285,6 +289,7 @@ private:
 
 bool operator==(const PlistValue &a, const PlistValue &b)
 {
+    // By the bits: a setting that is NaN must not count as changed at every comparison.
     const auto *real = a.as<double>();
     const auto *other = b.as<double>();
     if (real != nullptr && other != nullptr) {

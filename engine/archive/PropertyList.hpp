@@ -103,15 +103,15 @@ private:
     Content m_content;
 };
 
-/// As many containers may stand inside one another in a file, the outermost one included.
+/// How deep containers may nest in a file, the outermost one included.
 inline constexpr std::size_t maxPlistDepth = 64;
 
 /// The value that a binary property list holds. Of a key that stands twice in a dictionary the
 /// first one counts.
 ///
-/// The file is taken as hostile: containers that hold themselves, that nest too deep or that are
-/// referred to so often that the value would be far larger than the file (64 times its size and
-/// 1 MiB) are refused, and so are keys that are no strings.
+/// The file may be hostile. Refused are containers that hold themselves, that nest too deep or that
+/// are referred to so often that the value would be far larger than the file (64 times its size and
+/// 1 MiB), and keys that are not strings.
 [[nodiscard]] Result<PlistValue, ArchiveError> readPropertyList(std::span<const std::byte> file);
 
 /// Writes a value as a binary property list, from which readPropertyList() makes an equal value.

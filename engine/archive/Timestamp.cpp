@@ -28,6 +28,8 @@ sys_seconds Timestamp::systemTime() const noexcept
     const auto edge = [](sys_seconds time) {
         return static_cast<double>((time - reference).count());
     };
+    // Clamped before the conversion, which is undefined for what does not fit. A year of five
+    // digits would also break the text's columns.
     const double seconds = std::clamp(std::floor(secondsSince2001), edge(earliest), edge(latest));
     return reference + std::chrono::seconds(static_cast<long long>(seconds));
 }

@@ -7,7 +7,7 @@
 
 namespace tessaly {
 
-/// A fresh folder for a test, removed with everything in it when this goes, however deep that lies.
+/// A new folder for a test. The destructor removes it with everything in it, of any depth.
 ///
 /// Paths given to the members are relative to the folder. A member that fails throws
 /// std::system_error, which fails the test.

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <ostream>
 #include <thread>
 #include <vector>
 
@@ -95,6 +96,8 @@ struct ForeignSignal {
     sighandler_t previousHandler;
     void (*provoke)();
     std::function<bool(int)> isExpectedEnd;
+
+    friend void PrintTo(const ForeignSignal &signal, std::ostream *out) { *out << signal.name; }
 };
 
 class MappedFileSignalDeathTest : public MappedFileDeathTest,

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <ostream>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -38,8 +39,8 @@ void mountAt(const std::string &path, const char *type, const char *options = nu
 
 /// The server of automounts: it counts the requests, and lets the processes wait that make them.
 ///
-/// The kernel lets this object's own helper process group through; every other process that accesses
-/// a place makes a request.
+/// The kernel lets this object's own helper process group through; every other process that
+/// accesses a place makes a request.
 class Automounter {
 public:
     Automounter()
@@ -200,6 +201,8 @@ struct MountedTree {
     std::function<void(const TemporaryFolder &, const Automounter *)> mountAll;
     Lines expected;
     bool isFoundWithoutMountList;
+
+    friend void PrintTo(const MountedTree &tree, std::ostream *out) { *out << tree.name; }
 };
 
 class LUMThreadedScannerMountedTrees : public LUMThreadedScannerMounts,

@@ -19,7 +19,7 @@ struct CommaDecimals final : std::numpunct<char> {
     std::string do_grouping() const override { return "\3"; }
 };
 
-/// Sets the locale of the C library back when it goes.
+/// Restores the locale of the C library when it is destroyed.
 class LocaleGuard {
 public:
     LocaleGuard() : m_before(std::setlocale(LC_ALL, nullptr)) {}
