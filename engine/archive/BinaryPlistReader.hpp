@@ -69,7 +69,6 @@ public:
 
     [[nodiscard]] Reference topObject() const noexcept { return m_topObject; }
     [[nodiscard]] std::uint64_t objectCount() const noexcept { return m_objectCount; }
-    [[nodiscard]] std::uint64_t fileSize() const noexcept { return m_fileSize; }
 
     [[nodiscard]] Object object(Reference reference) const
     {

@@ -69,6 +69,7 @@ public:
     /// the thread count. Always returns 0. This is what the scan's threads run.
     static std::int32_t scanFolderR(WorkItem &&workItem);
 
+    /// Required interface: whether any walk is running. waitUntilFinished() does not burn a core.
     [[nodiscard]] bool scanInProgress() const noexcept { return scanThreadCount() > 0; }
 
     /// Required interface: the number of running walks, 1 for the root's and 1 for each

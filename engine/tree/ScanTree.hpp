@@ -12,8 +12,8 @@ namespace tessaly::tree {
 
 /// A whole scan tree: the one owner of a root folder and of everything below it.
 ///
-/// Ownership: held by std::shared_ptr. shareNode() makes a handle to any node that keeps the whole
-///            tree alive, so a screen can hold the level that it shows and nothing else.
+/// Ownership: held by std::shared_ptr. An aliasing std::shared_ptr to a node keeps the whole tree
+///            alive.
 /// Threads:   leaseArena() may be called from any thread; the rest follows the nodes' own rule (one
 ///            writer a node, any number of readers once the tree is finished).
 class ScanTree {
@@ -48,12 +48,5 @@ private:
     std::vector<NodeArena *> m_free; ///< guarded by m_mutex; has room for all, for returnArena()
     LUMFileContainer *m_root;
 };
-
-/// A handle to a node that keeps the tree it belongs to alive.
-template <typename Node>
-[[nodiscard]] std::shared_ptr<Node> shareNode(std::shared_ptr<const ScanTree> tree, Node &node)
-{
-    return std::shared_ptr<Node>(std::move(tree), &node);
-}
 
 } // namespace tessaly::tree
