@@ -130,6 +130,7 @@ void KORVENQuicklookController::listFiles(std::string_view path,
                                           const std::vector<std::string> &shownNames)
 {
     m_qlArray.clear();
+    // A name from a damaged scan file may hold a NUL, at which the system would cut the path.
     if (m_savedPath.find('\0') != std::string::npos) {
         return;
     }
@@ -168,6 +169,8 @@ void KORVENQuicklookController::quickLookItems(std::string_view path,
     }
     panel.setCurrentPreviewItemIndex(0);
     panel.reloadData();
+    // The scan may be old. Without this, another file would be shown in the place of one that is
+    // gone.
     if (const auto url = fileUrl(path); url && isGoneFrom(m_savedPath, std::string(path))) {
         panel.showUnlistedItem(*url);
     }

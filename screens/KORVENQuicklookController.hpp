@@ -45,8 +45,8 @@ public:
     void quickLookItem(std::string_view path, std::string_view scanKey,
                        const std::vector<std::string> &shownNames = {});
     void quickLookItem(std::string_view path, const std::vector<std::string> &shownNames = {});
-    /// Makes the list anew and shows the panel, with the file at this path first. When the path is
-    /// none of the list's (a folder, a hidden file, another spelling), the list begins with the
+    /// Rebuilds the list and shows the panel, with the file at this path first. When the path is
+    /// not in the list (a folder, a hidden file, another spelling), the list begins with the
     /// folder's first file.
     void quickLookItems(std::string_view path, const std::vector<std::string> &shownNames = {});
 
@@ -56,7 +56,7 @@ public:
     void endPreviewPanelControl(PreviewPanel &panel) override;
     [[nodiscard]] std::size_t numberOfPreviewItemsInPreviewPanel() const override;
     [[nodiscard]] std::string previewItemAtIndex(std::size_t index) const override;
-    /// True for a key that goes down: the panel keeps the keyboard to itself.
+    /// True for a key press: the panel keeps the keyboard to itself.
     bool handleEvent(PreviewPanelEvent event) override;
     [[nodiscard]] PreviewPanelFrame
     sourceFrameOnScreenForPreviewItem(std::size_t index) const override;

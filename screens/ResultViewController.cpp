@@ -41,6 +41,7 @@ ResultViewController::ResultViewController(const Services &services, Setup setup
     wireButtons();
     connect(&m_model, &ResultModel::levelChanged, this, &ResultViewController::showLevel);
     connect(&m_model, &ResultModel::orderChanged, this, &ResultViewController::showOrder);
+    // Before the pages change, so that the table has its rows when it comes into sight.
     m_rowsView = std::make_unique<RowsView>(find<CellTableView>("tableView"), m_model, *this,
                                             setup.cellIdentifier, std::move(setup.trashImage));
     connect(&m_model, &ResultModel::rowsChanged, this, &ResultViewController::showRowsOrEmptyPage);
@@ -50,7 +51,7 @@ ResultViewController::~ResultViewController()
 {
     stopWorkers();
     m_rowsView.reset();
-    closeView(); // its labels have texts of the model's until then
+    closeView();
 }
 
 void ResultViewController::wireButtons()
@@ -127,7 +128,7 @@ void ResultViewController::startScan(const std::string &folder,
 ScanWork::Step ResultViewController::scanCancelled()
 {
     notifyCanceled();
-    m_model.setLocked(true);
+    m_model.setLocked(true); // until the main thread has taken the rows away
     return [this] { cancelledScanResults(); };
 }
 
@@ -254,7 +255,7 @@ void ResultViewController::showLevel()
     m_header.showBackButton(m_model.isBelowTop());
     folderNameField()->setText(textOfName(m_model.path().value_or(std::string())));
     showTotal(buildString(m_model.total()));
-    if (m_model.hasTree()) { // else the page goes on to say why there is none
+    if (m_model.hasTree()) { // else the page keeps saying why there is none
         sayWhyThereAreNoRows();
     }
 }

@@ -63,7 +63,7 @@ private:
     FolderBookmarks &m_bookmarks;
     std::mutex m_scanLock;
     std::shared_ptr<RunningScan> m_scan;    ///< that can be cancelled; guarded by m_scanLock
-    std::atomic<bool> m_isStopping = false; ///< nobody is to be told any more
+    std::atomic<bool> m_isStopping = false; ///< set by stop(): nobody is to be told any more
     std::thread m_loader;
     std::thread m_worker;
 };

@@ -74,6 +74,7 @@ bool ResultModel::drillDown(std::string_view name)
     if (m_isLocked) {
         return false;
     }
+    // Rows that came back after a cancelled scan have no path above them.
     m_path = m_path ? m_paths.below(*m_path, name) : std::string(name);
     m_folder = m_folder != nullptr ? folderNamed(*m_folder, name) : nullptr;
     refresh();
@@ -99,6 +100,7 @@ bool ResultModel::drillUp()
 
 bool ResultModel::isBelowTop() const noexcept
 {
+    // Only drillDown() to a name that no folder has leaves a path without a folder.
     return m_path && (m_folder == nullptr || m_folder->parentContainer() != nullptr);
 }
 

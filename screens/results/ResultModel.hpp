@@ -24,7 +24,7 @@ struct ResultItem {
     friend bool operator==(const ResultItem &, const ResultItem &) = default;
 };
 
-/// What all views of one result show: a scan tree, one level of it, the rows of that level in an
+/// What all views of one result display: a scan tree, one level of it, the rows of that level in an
 /// order, and the selected item. Views do not know each other: what the user does in one of them
 /// reaches the others as a change of the model.
 ///
@@ -42,7 +42,7 @@ class ResultModel final : public QObject {
 public:
     /// How a screen spells the paths of levels.
     struct PathRules {
-        /// The path of a child, by the folder's path and the child's name.
+        /// The path of a child, from the folder's path and the child's name.
         std::function<std::string(const std::string &folder, std::string_view name)> below;
         /// The path of the folder above.
         std::function<std::string(const std::string &folder)> above;

@@ -33,7 +33,7 @@ public:
     QString emptyText;
     /// What to say beside the rows; empty: nothing.
     QString notice;
-    /// The screen takes the tree but goes on to look as if it still scanned: rows, fields and
+    /// The screen takes the tree but keeps looking as if it still scanned: rows, fields and
     /// buttons stay as they are, for good.
     bool keepsScanningLook = false;
 
