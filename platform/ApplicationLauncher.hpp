@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <functional>
 #include <string_view>
 
@@ -9,15 +11,8 @@ namespace tessaly {
 ///
 /// Threads: the main thread. Returns at once.
 /// Errors:  none reach the caller; they go to the log.
-class ApplicationLauncher {
+class ApplicationLauncher : public Interface {
 public:
-    ApplicationLauncher() = default;
-    virtual ~ApplicationLauncher() = default;
-    ApplicationLauncher(const ApplicationLauncher &) = delete;
-    ApplicationLauncher &operator=(const ApplicationLauncher &) = delete;
-    ApplicationLauncher(ApplicationLauncher &&) = delete;
-    ApplicationLauncher &operator=(ApplicationLauncher &&) = delete;
-
     /// Starts the desktop's counterpart of "Disk Utility.app", "Finder.app" (the file manager) or
     /// "System Preferences.app" (the settings). Any other name, and one whose counterpart is not
     /// installed, starts nothing.

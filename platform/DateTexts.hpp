@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <chrono>
 #include <string>
 
@@ -12,16 +14,9 @@ enum class DateStyle { none = 0, shortest = 1, medium = 2, longer = 3, full = 4 
 /// Dates and times as the user's language and country write them.
 ///
 /// Threads: any.
-class DateTexts {
+class DateTexts : public Interface {
 public:
     using Time = std::chrono::sys_seconds;
-
-    DateTexts() = default;
-    virtual ~DateTexts() = default;
-    DateTexts(const DateTexts &) = delete;
-    DateTexts &operator=(const DateTexts &) = delete;
-    DateTexts(DateTexts &&) = delete;
-    DateTexts &operator=(DateTexts &&) = delete;
 
     /// The time in the user's time zone, in UTF-8: the date in one style, then the time of day in
     /// the other. DateStyle::none leaves that part out.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <string>
 
 namespace tessaly {
@@ -8,15 +10,8 @@ namespace tessaly {
 /// the user can look into it.
 ///
 /// Threads: any.
-class DocumentsFolder {
+class DocumentsFolder : public Interface {
 public:
-    DocumentsFolder() = default;
-    virtual ~DocumentsFolder() = default;
-    DocumentsFolder(const DocumentsFolder &) = delete;
-    DocumentsFolder &operator=(const DocumentsFolder &) = delete;
-    DocumentsFolder(DocumentsFolder &&) = delete;
-    DocumentsFolder &operator=(DocumentsFolder &&) = delete;
-
     /// The folder's absolute path, as bytes and without a slash at its end. The folder is made when
     /// it is missing; when that fails (the reason goes to the log), the path is answered all the
     /// same, and writing there will fail.

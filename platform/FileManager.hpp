@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <string_view>
 
 namespace tessaly {
@@ -13,15 +15,8 @@ namespace tessaly {
 /// Errors:  none reach the caller; they go to the log. Nothing is shown for what is no such path.
 ///          For an item that no longer exists, or cannot be looked at, a window of our own says so.
 ///          Without a file manager something else is shown, as told below.
-class FileManager {
+class FileManager : public Interface {
 public:
-    FileManager() = default;
-    virtual ~FileManager() = default;
-    FileManager(const FileManager &) = delete;
-    FileManager &operator=(const FileManager &) = delete;
-    FileManager(FileManager &&) = delete;
-    FileManager &operator=(FileManager &&) = delete;
-
     /// Shows a window of the item's folder with this one item selected; of "/" the folder itself.
     /// Without a file manager, the folder is opened by whatever opens folders.
     virtual void reveal(std::string_view path) = 0;

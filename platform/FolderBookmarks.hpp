@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -14,16 +16,9 @@ namespace tessaly {
 /// URLs:    "file:" URLs whose path is percent-encoded byte by byte (see FileUrl.hpp).
 /// Threads: any.
 /// Errors:  none reach the caller but as "nothing".
-class FolderBookmarks {
+class FolderBookmarks : public Interface {
 public:
     using Data = std::vector<std::byte>;
-
-    FolderBookmarks() = default;
-    virtual ~FolderBookmarks() = default;
-    FolderBookmarks(const FolderBookmarks &) = delete;
-    FolderBookmarks &operator=(const FolderBookmarks &) = delete;
-    FolderBookmarks(FolderBookmarks &&) = delete;
-    FolderBookmarks &operator=(FolderBookmarks &&) = delete;
 
     /// Data by which resolve() finds the folder again, in this process or a later one. Nothing when
     /// the URL has no scheme or names no folder that is there.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,7 +13,7 @@ namespace tessaly {
 /// Asks the user for a folder.
 ///
 /// Threads: the main thread, which runs its event loop meanwhile.
-class FolderChooser {
+class FolderChooser : public Interface {
 public:
     struct Request {
         /// Where the user starts: an absolute path, as bytes. When that is no folder, the nearest
@@ -22,13 +24,6 @@ public:
     };
     /// The path of the chosen folder, absolute and as bytes; nothing when the user cancelled.
     using Answer = std::function<void(std::optional<std::string>)>;
-
-    FolderChooser() = default;
-    virtual ~FolderChooser() = default;
-    FolderChooser(const FolderChooser &) = delete;
-    FolderChooser &operator=(const FolderChooser &) = delete;
-    FolderChooser(FolderChooser &&) = delete;
-    FolderChooser &operator=(FolderChooser &&) = delete;
 
     /// Shows a dialog on a window, which takes no other input until the dialog is closed, and
     /// returns at once. One existing folder can be chosen.

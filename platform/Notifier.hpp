@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <string>
 
 namespace tessaly {
@@ -21,15 +23,8 @@ struct Notification {
 /// Threads: post() may be called from any thread and returns at once. Notifications are shown in
 ///          the order in which they were posted.
 /// Errors:  none reach the caller: a desktop without a notification service shows nothing.
-class Notifier {
+class Notifier : public Interface {
 public:
-    Notifier() = default;
-    virtual ~Notifier() = default;
-    Notifier(const Notifier &) = delete;
-    Notifier &operator=(const Notifier &) = delete;
-    Notifier(Notifier &&) = delete;
-    Notifier &operator=(Notifier &&) = delete;
-
     virtual void post(const Notification &notification) = 0;
 };
 

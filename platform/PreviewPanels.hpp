@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <cstddef>
 #include <string>
 
@@ -8,15 +10,8 @@ namespace tessaly {
 /// What the panel pages through.
 ///
 /// Threads: the main thread.
-class PreviewPanelDataSource {
+class PreviewPanelDataSource : public Interface {
 public:
-    PreviewPanelDataSource() = default;
-    virtual ~PreviewPanelDataSource() = default;
-    PreviewPanelDataSource(const PreviewPanelDataSource &) = delete;
-    PreviewPanelDataSource &operator=(const PreviewPanelDataSource &) = delete;
-    PreviewPanelDataSource(PreviewPanelDataSource &&) = delete;
-    PreviewPanelDataSource &operator=(PreviewPanelDataSource &&) = delete;
-
     [[nodiscard]] virtual std::size_t numberOfPreviewItemsInPreviewPanel() const = 0;
     /// The item's "file:" URL (see FileUrl.hpp); empty when there is no such item.
     [[nodiscard]] virtual std::string previewItemAtIndex(std::size_t index) const = 0;
@@ -44,15 +39,8 @@ struct PreviewPanelFrame {
 /// Whoever has a say in what the panel does.
 ///
 /// Threads: the main thread.
-class PreviewPanelDelegate {
+class PreviewPanelDelegate : public Interface {
 public:
-    PreviewPanelDelegate() = default;
-    virtual ~PreviewPanelDelegate() = default;
-    PreviewPanelDelegate(const PreviewPanelDelegate &) = delete;
-    PreviewPanelDelegate &operator=(const PreviewPanelDelegate &) = delete;
-    PreviewPanelDelegate(PreviewPanelDelegate &&) = delete;
-    PreviewPanelDelegate &operator=(PreviewPanelDelegate &&) = delete;
-
     /// Asked about an event that the panel has no use for: whether it goes no further.
     virtual bool handleEvent(PreviewPanelEvent event) = 0;
     /// Where the item lies on the screen, for the panel to grow from; nowhere: it just appears.
@@ -63,15 +51,8 @@ public:
 /// The window that shows previews of files, floating above the program's own.
 ///
 /// Threads: the main thread.
-class PreviewPanel {
+class PreviewPanel : public Interface {
 public:
-    PreviewPanel() = default;
-    virtual ~PreviewPanel() = default;
-    PreviewPanel(const PreviewPanel &) = delete;
-    PreviewPanel &operator=(const PreviewPanel &) = delete;
-    PreviewPanel(PreviewPanel &&) = delete;
-    PreviewPanel &operator=(PreviewPanel &&) = delete;
-
     [[nodiscard]] virtual bool isVisible() const = 0;
     /// Shows the panel in front of all windows and gives it the keyboard. A panel that was closed
     /// first asks its controller to take control.
@@ -102,15 +83,8 @@ public:
 /// Whoever feeds the panel while it is open.
 ///
 /// Threads: the main thread.
-class PreviewPanelController {
+class PreviewPanelController : public Interface {
 public:
-    PreviewPanelController() = default;
-    virtual ~PreviewPanelController() = default;
-    PreviewPanelController(const PreviewPanelController &) = delete;
-    PreviewPanelController &operator=(const PreviewPanelController &) = delete;
-    PreviewPanelController(PreviewPanelController &&) = delete;
-    PreviewPanelController &operator=(PreviewPanelController &&) = delete;
-
     /// Whether beginPreviewPanelControl() is to be called, when the panel opens.
     [[nodiscard]] virtual bool acceptsPreviewPanelControl(PreviewPanel &panel) = 0;
     virtual void beginPreviewPanelControl(PreviewPanel &panel) = 0;
@@ -121,15 +95,8 @@ public:
 /// The way to the one preview panel, which is made when it is first asked for.
 ///
 /// Threads: the main thread.
-class PreviewPanels {
+class PreviewPanels : public Interface {
 public:
-    PreviewPanels() = default;
-    virtual ~PreviewPanels() = default;
-    PreviewPanels(const PreviewPanels &) = delete;
-    PreviewPanels &operator=(const PreviewPanels &) = delete;
-    PreviewPanels(PreviewPanels &&) = delete;
-    PreviewPanels &operator=(PreviewPanels &&) = delete;
-
     /// Whether the panel has been made; asking does not make it.
     [[nodiscard]] virtual bool sharedPreviewPanelExists() const = 0;
     [[nodiscard]] virtual PreviewPanel &sharedPreviewPanel() = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -23,16 +25,9 @@ namespace tessaly {
 /// Threads:        any.
 /// Errors:         flush() answers false when the changes could not be stored; they stay pending
 ///                 and are tried again by the next one. The reason goes to the log.
-class SettingsStore {
+class SettingsStore : public Interface {
 public:
     using Data = std::vector<std::byte>;
-
-    SettingsStore() = default;
-    virtual ~SettingsStore() = default;
-    SettingsStore(const SettingsStore &) = delete;
-    SettingsStore &operator=(const SettingsStore &) = delete;
-    SettingsStore(SettingsStore &&) = delete;
-    SettingsStore &operator=(SettingsStore &&) = delete;
 
     /// Whether there is a value of any type.
     [[nodiscard]] virtual bool hasKey(std::string_view key) const = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <functional>
 #include <string_view>
 
@@ -9,15 +11,8 @@ namespace tessaly {
 ///
 /// Threads: the main thread. Returns at once.
 /// Errors:  none reach the caller; they go to the log.
-class UrlOpener {
+class UrlOpener : public Interface {
 public:
-    UrlOpener() = default;
-    virtual ~UrlOpener() = default;
-    UrlOpener(const UrlOpener &) = delete;
-    UrlOpener &operator=(const UrlOpener &) = delete;
-    UrlOpener(UrlOpener &&) = delete;
-    UrlOpener &operator=(UrlOpener &&) = delete;
-
     /// Opens the address: "https:" in the browser, "macappstore:" as the page of the same program
     /// in the desktop's software centre. What is no address is not opened.
     virtual void openUrl(std::string_view url) = 0;

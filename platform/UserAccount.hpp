@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <string>
 
 namespace tessaly {
@@ -7,15 +9,8 @@ namespace tessaly {
 /// Who the program runs for. Texts are bytes.
 ///
 /// Threads: any. Errors: none; what the system does not tell is empty.
-class UserAccount {
+class UserAccount : public Interface {
 public:
-    UserAccount() = default;
-    virtual ~UserAccount() = default;
-    UserAccount(const UserAccount &) = delete;
-    UserAccount &operator=(const UserAccount &) = delete;
-    UserAccount(UserAccount &&) = delete;
-    UserAccount &operator=(UserAccount &&) = delete;
-
     /// The user's login name.
     [[nodiscard]] virtual std::string loginName() const = 0;
     /// The home folder of this process, without a slash at its end unless it is "/".

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -32,15 +34,8 @@ struct VolumeInformation {
 };
 
 /// Walks the entries that stand for volumes, one by one, as they were when it was made.
-class VolumeEnumerator {
+class VolumeEnumerator : public Interface {
 public:
-    VolumeEnumerator() = default;
-    virtual ~VolumeEnumerator() = default;
-    VolumeEnumerator(const VolumeEnumerator &) = delete;
-    VolumeEnumerator &operator=(const VolumeEnumerator &) = delete;
-    VolumeEnumerator(VolumeEnumerator &&) = delete;
-    VolumeEnumerator &operator=(VolumeEnumerator &&) = delete;
-
     /// The next entry's name, as bytes: "name", or "parent/child" for what lies within an entry
     /// whose contents were not skipped. "/" is the root file system. Nothing after the last. Looks
     /// into folders only then, and only where that takes no waiting for others.
@@ -53,20 +48,13 @@ public:
 ///
 /// Threads: the main thread, but for unmount().
 /// Errors:  none reach the caller; they go to the log.
-class VolumeService {
+class VolumeService : public Interface {
 public:
     /// Takes one answer for each path that was asked for, in their order.
     using Answer = std::function<void(std::vector<VolumeInformation>)>;
     /// Takes the figures of one path, by its number in the question.
     using LateFigures =
         std::function<void(std::size_t index, const std::optional<VolumeFigures> &figures)>;
-
-    VolumeService() = default;
-    virtual ~VolumeService() = default;
-    VolumeService(const VolumeService &) = delete;
-    VolumeService &operator=(const VolumeService &) = delete;
-    VolumeService(VolumeService &&) = delete;
-    VolumeService &operator=(VolumeService &&) = delete;
 
     /// The entries as they are now. Does not wait for any file system.
     [[nodiscard]] virtual std::unique_ptr<VolumeEnumerator> enumerator() = 0;
