@@ -9,7 +9,7 @@
 # them.
 
 set(TESSALY_LAYERS
-    tree scan archive theme text frame platform platform_linux resources delegate controls screen
+    tree scan archive theme text frame platform background platform_linux resources delegate controls screen
     preview_protocol preview_decoder preview results records history screens drives window)
 
 set(TESSALY_FOLDER_tree              engine/tree)
@@ -19,6 +19,7 @@ set(TESSALY_FOLDER_theme             app/controls/theme)
 set(TESSALY_FOLDER_text              app/controls/text)
 set(TESSALY_FOLDER_frame             app/controls/frame)
 set(TESSALY_FOLDER_platform          platform)
+set(TESSALY_FOLDER_background        platform/background)
 set(TESSALY_FOLDER_platform_linux    platform/linux)
 set(TESSALY_FOLDER_resources         resources)
 set(TESSALY_FOLDER_delegate          app/delegate)
@@ -41,7 +42,8 @@ set(TESSALY_MAY_USE_theme)
 set(TESSALY_MAY_USE_text              tree)
 set(TESSALY_MAY_USE_frame             theme)
 set(TESSALY_MAY_USE_platform)
-set(TESSALY_MAY_USE_platform_linux    tree scan archive theme text platform)
+set(TESSALY_MAY_USE_background)
+set(TESSALY_MAY_USE_platform_linux    tree scan archive theme text platform background)
 set(TESSALY_MAY_USE_resources)
 set(TESSALY_MAY_USE_delegate          platform)
 set(TESSALY_MAY_USE_controls          tree theme text frame resources)
@@ -49,7 +51,7 @@ set(TESSALY_MAY_USE_screen            theme delegate controls)
 set(TESSALY_MAY_USE_preview_protocol  scan)
 set(TESSALY_MAY_USE_preview_decoder   scan preview_protocol)
 set(TESSALY_MAY_USE_preview
-    tree scan archive theme text frame platform preview_protocol)
+    tree scan archive theme text frame platform background preview_protocol)
 set(TESSALY_MAY_USE_results
     tree archive theme text platform resources delegate controls screen)
 set(TESSALY_MAY_USE_records           tree scan archive platform delegate)

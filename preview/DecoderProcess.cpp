@@ -1,5 +1,7 @@
 #include "preview/DecoderProcess.hpp"
 
+#include "platform/background/ChildProgram.hpp"
+
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -12,7 +14,6 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,9 +22,6 @@ namespace tessaly {
 namespace {
 
 Q_LOGGING_CATEGORY(previewLog, "tessaly.preview")
-
-/// Where the child program expects its socket.
-constexpr int socketNumber = 3;
 
 /// What the child program needs to know of the environment. The rest might lead it to a display, a
 /// bus or a theme.
@@ -58,45 +56,6 @@ std::vector<std::string> environmentOfChild()
     variables.emplace_back("QT_QPA_PLATFORM=offscreen");
     variables.emplace_back("QT_NO_GLIB=1"); // a simpler event loop does
     return variables;
-}
-
-/// Starts the program with this socket; an error number when that cannot be.
-int spawn(const std::string &programPath, std::vector<std::string> environment, int socket,
-          pid_t &process)
-{
-    posix_spawn_file_actions_t actions;
-    posix_spawnattr_t attributes;
-    if (const int error = posix_spawn_file_actions_init(&actions)) {
-        return error;
-    }
-    if (const int error = posix_spawnattr_init(&attributes)) {
-        posix_spawn_file_actions_destroy(&actions);
-        return error;
-    }
-    // A group of its own: Ctrl+C in a terminal is for the program alone, which ends it then.
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
-                                              POSIX_SPAWN_SETSIGDEF);
-    sigset_t signalSet;
-    sigemptyset(&signalSet);
-    posix_spawnattr_setsigmask(&attributes, &signalSet);
-    sigaddset(&signalSet, SIGCHLD);
-    sigaddset(&signalSet, SIGPIPE);
-    posix_spawnattr_setsigdefault(&attributes, &signalSet);
-    posix_spawn_file_actions_adddup2(&actions, socket, socketNumber);
-    posix_spawn_file_actions_addclosefrom_np(&actions, socketNumber + 1);
-    std::string name = "preview-decoder";
-    std::array<char *, 2> arguments{name.data(), nullptr};
-    std::vector<char *> variables;
-    variables.reserve(environment.size() + 1);
-    for (std::string &variable : environment) {
-        variables.push_back(variable.data());
-    }
-    variables.push_back(nullptr);
-    const int error = posix_spawn(&process, programPath.c_str(), &actions, &attributes,
-                                  arguments.data(), variables.data());
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    return error;
 }
 
 } // namespace
@@ -137,10 +96,16 @@ bool DecoderProcess::isStarted()
     if (!ours.isOpen()) {
         return false;
     }
-    // Not the number that it is to get: it would be closed again there when the program is loaded.
-    const scan::FileDescriptor handedOver(
-        fcntl(theirs.number(), F_DUPFD_CLOEXEC, socketNumber + 1));
-    if (const int error = spawn(m_programPath, m_environment, handedOver.number(), m_process)) {
+    // Out of the way of the numbers that descriptors get in the child.
+    const scan::FileDescriptor channel(
+        fcntl(theirs.number(), F_DUPFD_CLOEXEC, ChildProgram::channelNumber + 1));
+    // Ctrl+C in a terminal is for this program alone, which then ends its decoders.
+    const ChildProgram program{.words = {m_programPath},
+                               .errors = STDERR_FILENO,
+                               .channel = channel.number(),
+                               .environment = m_environment,
+                               .hasOwnGroup = true};
+    if (const int error = program.start(m_process)) {
         m_process = -1;
         if (!std::exchange(m_hasLogged, true)) {
             qCCritical(previewLog, "There are no previews of images and documents: %s: %s",

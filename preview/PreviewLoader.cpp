@@ -2,7 +2,6 @@
 
 #include "preview/DecoderProcess.hpp"
 #include "preview/DecoderSession.hpp"
-#include "preview/ReplyBox.hpp"
 
 #include <utility>
 #include <variant>
@@ -15,7 +14,7 @@ PreviewLoader::PreviewLoader(QObject *parent)
 }
 
 PreviewLoader::PreviewLoader(std::shared_ptr<DecoderProcess> decoders, QObject *parent)
-    : QObject(parent), m_replies(std::make_shared<ReplyBox>(this)), m_decoders(std::move(decoders))
+    : QObject(parent), m_decoders(std::move(decoders))
 {
     // So that it is ready by the time the window is.
     m_threads.post(PreviewThreads::Lane::pages, {}, [started = m_decoders] { started->start(); });
@@ -24,15 +23,14 @@ PreviewLoader::PreviewLoader(std::shared_ptr<DecoderProcess> decoders, QObject *
 PreviewLoader::~PreviewLoader()
 {
     m_stop.request_stop();
-    m_replies->close();
 }
 
 void PreviewLoader::post(PreviewThreads::Lane lane, std::function<std::function<void()>()> job)
 {
-    // Answers may use `this`: they run on the main thread, and not once the box is closed.
-    m_threads.post(lane, m_stop, [replies = m_replies, stop = m_stop, job = std::move(job)] {
+    // Answers may use `this`: they run on the main thread, and not once m_work is destroyed.
+    m_threads.post(lane, m_stop, [post = m_work.poster(), stop = m_stop, job = std::move(job)] {
         std::function<void()> answer = job();
-        replies->post([stop, answer = std::move(answer)] {
+        post([stop, answer = std::move(answer)] {
             if (!stop.stop_requested()) {
                 answer();
             }

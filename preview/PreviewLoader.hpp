@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/background/BackgroundWork.hpp"
 #include "preview/FilePreview.hpp"
 #include "preview/PreviewContent.hpp"
 #include "preview/PreviewThreads.hpp"
@@ -17,7 +18,6 @@ namespace tessaly {
 
 class DecoderProcess;
 class DecoderSession;
-class ReplyBox;
 
 /// Reads one preview at a time, off the main thread; the one before is cancelled.
 ///
@@ -58,7 +58,6 @@ private:
     /// Runs `job` on a thread, and what it returns on the main thread, unless cancelled meanwhile.
     void post(PreviewThreads::Lane lane, std::function<std::function<void()>()> job);
 
-    std::shared_ptr<ReplyBox> m_replies;
     std::shared_ptr<DecoderProcess> m_decoders;
     std::stop_source m_stop;
     PreviewInfo m_info;                        ///< of the file that was loaded last
@@ -66,6 +65,7 @@ private:
     QSize m_frameSize;
     bool m_hasDrawnPage = false;
     PreviewThreads m_threads;
+    BackgroundWork m_work; ///< destroyed first: no answer of a thread is called after that
 };
 
 } // namespace tessaly

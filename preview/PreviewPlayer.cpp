@@ -2,7 +2,6 @@
 
 #include "preview/MatroskaDuration.hpp"
 #include "preview/PreviewFile.hpp"
-#include "preview/ReplyBox.hpp"
 
 #include <QAudioDevice>
 #include <QAudioOutput>
@@ -26,8 +25,8 @@ struct PreviewPlayer::Frames {
 /// Lives on the player's thread.
 class PreviewPlayer::Core : public QObject {
 public:
-    Core(PreviewPlayer &owner, std::shared_ptr<ReplyBox> replies, std::shared_ptr<Frames> frames)
-        : m_owner(owner), m_replies(std::move(replies)), m_frames(std::move(frames))
+    Core(PreviewPlayer &owner, BackgroundWork::Poster post, std::shared_ptr<Frames> frames)
+        : m_owner(owner), m_post(std::move(post)), m_frames(std::move(frames))
     {
     }
 
@@ -127,7 +126,7 @@ private:
     template <typename Reply>
     void reply(Reply reply)
     {
-        m_replies->post([&owner = m_owner, number = m_number, reply = std::move(reply)] {
+        m_post([&owner = m_owner, number = m_number, reply = std::move(reply)] {
             if (number == owner.m_number) {
                 reply(owner);
             }
@@ -141,7 +140,7 @@ private:
         if (std::exchange(m_frames->isPosted, true)) {
             return;
         }
-        m_replies->post([&owner = m_owner, frames = m_frames, number = m_number] {
+        m_post([&owner = m_owner, frames = m_frames, number = m_number] {
             QVideoFrame latest;
             {
                 const std::scoped_lock taking(frames->mutex);
@@ -154,8 +153,8 @@ private:
         });
     }
 
-    PreviewPlayer &m_owner; ///< for the main thread alone, while the box is open
-    std::shared_ptr<ReplyBox> m_replies;
+    PreviewPlayer &m_owner;        ///< for the main thread alone, where it is there
+    BackgroundWork::Poster m_post; ///< to the main thread
     std::shared_ptr<Frames> m_frames;
     std::uint64_t m_number = 0;
     bool m_hasBegun = false;
@@ -167,14 +166,12 @@ private:
 };
 
 PreviewPlayer::PreviewPlayer(QObject *parent)
-    : QObject(parent), m_replies(std::make_shared<ReplyBox>(this)),
-      m_frames(std::make_shared<Frames>())
+    : QObject(parent), m_frames(std::make_shared<Frames>())
 {
 }
 
 PreviewPlayer::~PreviewPlayer()
 {
-    m_replies->close();
     if (m_thread == nullptr) {
         return;
     }
@@ -189,7 +186,7 @@ PreviewPlayer::~PreviewPlayer()
 void PreviewPlayer::start()
 {
     m_thread = new QThread;
-    m_core = new Core(*this, m_replies, m_frames);
+    m_core = new Core(*this, m_work.poster(), m_frames);
     m_core->moveToThread(m_thread);
     m_thread->start();
 }

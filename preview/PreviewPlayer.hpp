@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/background/BackgroundWork.hpp"
+
 #include <QObject>
 #include <QVideoFrame>
 
@@ -11,7 +13,6 @@ class QThread;
 namespace tessaly {
 
 class PreviewFile;
-class ReplyBox;
 
 /// Plays one sound or video at a time. All that may block on a file runs on a thread of its own,
 /// which the first open() starts. Without an audio device videos play silently, and sounds not at
@@ -57,11 +58,11 @@ private:
     template <typename Job>
     void post(Job job);
 
-    std::shared_ptr<ReplyBox> m_replies;
     std::shared_ptr<Frames> m_frames;
     QThread *m_thread = nullptr;
     Core *m_core = nullptr; ///< lives on the thread
     std::uint64_t m_number = 0;
+    BackgroundWork m_work; ///< destroyed first: no reply of the thread is called after that
 };
 
 } // namespace tessaly

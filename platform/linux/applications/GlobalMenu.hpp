@@ -25,10 +25,7 @@ public:
     /// `title` stands in the menu bar. The window is on the screen. Window and menu may go first.
     GlobalMenu(QWidget &window, QMenu &menu, QString title, std::string busAddress);
     ~GlobalMenu() override;
-    GlobalMenu(const GlobalMenu &) = delete;
-    GlobalMenu &operator=(const GlobalMenu &) = delete;
-    GlobalMenu(GlobalMenu &&) = delete;
-    GlobalMenu &operator=(GlobalMenu &&) = delete;
+    Q_DISABLE_COPY_MOVE(GlobalMenu)
 
 private:
     void askForMenuBar();

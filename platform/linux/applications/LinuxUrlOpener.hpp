@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/UrlOpener.hpp"
-#include "platform/linux/process/BackgroundWork.hpp"
+#include "platform/background/BackgroundWork.hpp"
 
 #include <functional>
 #include <optional>

@@ -36,10 +36,7 @@ public:
     /// A member of a QObject gives that as its parent, so that they move between threads together.
     BusLink(std::string addresses, const QString &purpose, QObject *parent = nullptr);
     ~BusLink() override;
-    BusLink(const BusLink &) = delete;
-    BusLink &operator=(const BusLink &) = delete;
-    BusLink(BusLink &&) = delete;
-    BusLink &operator=(BusLink &&) = delete;
+    Q_DISABLE_COPY_MOVE(BusLink)
 
     /// Connects, or connects again. `answered` is called once: at once when nobody takes
     /// connections, else when the bus has answered or `timeout` is over. Never, when this is

@@ -29,10 +29,7 @@ public:
     /// error.
     FileManagerCaller(std::string busAddress, std::chrono::milliseconds timeout);
     ~FileManagerCaller() override;
-    FileManagerCaller(const FileManagerCaller &) = delete;
-    FileManagerCaller &operator=(const FileManagerCaller &) = delete;
-    FileManagerCaller(FileManagerCaller &&) = delete;
-    FileManagerCaller &operator=(FileManagerCaller &&) = delete;
+    Q_DISABLE_COPY_MOVE(FileManagerCaller)
 
     /// `failed` is called on this thread when there is no file manager, or it answers an error.
     void call(Method method, const QString &url, const std::function<void()> &failed);

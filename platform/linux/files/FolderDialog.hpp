@@ -34,10 +34,7 @@ public:
     /// `probe`: the program that looks at folders, see ProbeProcess.
     FolderDialog(QWidget &window, const FolderChooser::Request &request, const std::string &probe);
     ~FolderDialog() override;
-    FolderDialog(const FolderDialog &) = delete;
-    FolderDialog &operator=(const FolderDialog &) = delete;
-    FolderDialog(FolderDialog &&) = delete;
-    FolderDialog &operator=(FolderDialog &&) = delete;
+    Q_DISABLE_COPY_MOVE(FolderDialog)
 
     /// The folder whose folders are listed, or are to be.
     [[nodiscard]] const std::string &currentFolder() const noexcept { return m_folder; }

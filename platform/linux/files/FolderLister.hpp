@@ -22,10 +22,7 @@ public:
     /// `program`: see ProbeProcess.
     explicit FolderLister(std::string program, QObject *parent = nullptr);
     ~FolderLister() override;
-    FolderLister(const FolderLister &) = delete;
-    FolderLister &operator=(const FolderLister &) = delete;
-    FolderLister(FolderLister &&) = delete;
-    FolderLister &operator=(FolderLister &&) = delete;
+    Q_DISABLE_COPY_MOVE(FolderLister)
 
     /// Looks at the path from now on, and at none before.
     void list(const std::string &path);

@@ -8,7 +8,6 @@
 #include "platform/linux/files/ItemInformation.hpp"
 
 #include <QDesktopServices>
-#include <QMetaObject>
 #include <QUrl>
 
 #include <cerrno>
@@ -39,18 +38,12 @@ int errorOfLookingFor(const std::string &path)
 
 LinuxFileManager::LinuxFileManager(const DateTexts &dates, Opener opener,
                                    std::chrono::milliseconds timeout)
-    : m_dates(dates), m_opener(std::move(opener)),
-      m_caller(new FileManagerCaller(sessionBusAddress(), timeout))
+    : m_dates(dates), m_opener(std::move(opener)), m_caller(sessionBusAddress(), timeout)
 {
-    m_caller->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_caller, &QObject::deleteLater);
-    m_thread.start();
 }
 
 LinuxFileManager::~LinuxFileManager()
 {
-    m_thread.quit();
-    m_thread.wait(); // not for long: nothing that the caller does waits for somebody else
     for (const auto &[path, window] : m_windows) {
         delete window.data();
     }
@@ -103,12 +96,10 @@ void LinuxFileManager::show(std::string_view path, Method method,
 void LinuxFileManager::callFileManager(const std::string &url, Method method,
                                        std::function<void()> fallback)
 {
-    QMetaObject::invokeMethod(
-        m_caller,
-        [caller = m_caller, method, url, fallback = std::move(fallback), post = m_work.poster()] {
-            caller->call(method, QString::fromStdString(url), [fallback, post] { post(fallback); });
-        },
-        Qt::QueuedConnection);
+    m_caller.post([method, url, fallback = std::move(fallback),
+                   post = m_work.poster()](FileManagerCaller &caller) {
+        caller.call(method, QString::fromStdString(url), [fallback, post] { post(fallback); });
+    });
 }
 
 void LinuxFileManager::openFolder(const std::string &path)

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "platform/FileManager.hpp"
+#include "platform/background/BackgroundWork.hpp"
+#include "platform/background/ServiceThread.hpp"
 #include "platform/linux/files/FileManagerCaller.hpp"
-#include "platform/linux/process/BackgroundWork.hpp"
 
 #include <QPointer>
-#include <QThread>
 
 #include <chrono>
 #include <functional>
@@ -36,10 +36,7 @@ public:
     explicit LinuxFileManager(const DateTexts &dates, Opener opener = openWithDefaultApplication,
                               std::chrono::milliseconds timeout = defaultTimeout);
     ~LinuxFileManager() override;
-    LinuxFileManager(const LinuxFileManager &) = delete;
-    LinuxFileManager &operator=(const LinuxFileManager &) = delete;
-    LinuxFileManager(LinuxFileManager &&) = delete;
-    LinuxFileManager &operator=(LinuxFileManager &&) = delete;
+    Q_DISABLE_COPY_MOVE(LinuxFileManager)
 
     void reveal(std::string_view path) override;
     void showInformation(std::string_view path) override;
@@ -60,9 +57,8 @@ private:
     const DateTexts &m_dates;
     Opener m_opener;
     std::map<std::string, QPointer<InformationWindow>> m_windows; ///< by path; some are closed
-    QThread m_thread;
-    FileManagerCaller *m_caller; ///< lives in the thread, and goes with it
-    BackgroundWork m_work;       ///< ends first, and with it what it would call here
+    ServiceThread<FileManagerCaller> m_caller;
+    BackgroundWork m_work; ///< destroyed first: nothing calls this object after that
 };
 
 } // namespace tessaly

@@ -2,6 +2,8 @@
 
 #include "platform/PreviewPanels.hpp"
 
+#include <QtGlobal>
+
 #include <memory>
 #include <string>
 
@@ -20,10 +22,7 @@ public:
     /// `modulePath` is absolute. The settings keep the panel's size, and outlive this.
     LoadedPreviewPanels(std::string modulePath, SettingsStore &settings);
     ~LoadedPreviewPanels() override;
-    LoadedPreviewPanels(const LoadedPreviewPanels &) = delete;
-    LoadedPreviewPanels &operator=(const LoadedPreviewPanels &) = delete;
-    LoadedPreviewPanels(LoadedPreviewPanels &&) = delete;
-    LoadedPreviewPanels &operator=(LoadedPreviewPanels &&) = delete;
+    Q_DISABLE_COPY_MOVE(LoadedPreviewPanels)
 
     /// Where the module of the program that is running lies, by where the program does.
     [[nodiscard]] static std::string modulePathOfProgram();

@@ -20,10 +20,7 @@ public:
     /// `probe`: the program that looks at folders, see ProbeProcess; empty for the installed one.
     explicit QtFolderChooser(std::string probe = {});
     ~QtFolderChooser() override;
-    QtFolderChooser(const QtFolderChooser &) = delete;
-    QtFolderChooser &operator=(const QtFolderChooser &) = delete;
-    QtFolderChooser(QtFolderChooser &&) = delete;
-    QtFolderChooser &operator=(QtFolderChooser &&) = delete;
+    Q_DISABLE_COPY_MOVE(QtFolderChooser)
 
     void chooseFolder(QWidget &window, const Request &request, Answer answer) override;
 

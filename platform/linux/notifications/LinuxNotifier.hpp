@@ -1,8 +1,7 @@
 #pragma once
 
 #include "platform/Notifier.hpp"
-
-#include <QThread>
+#include "platform/background/ServiceThread.hpp"
 
 namespace tessaly {
 
@@ -21,16 +20,12 @@ class LinuxNotifier final : public Notifier {
 public:
     LinuxNotifier();
     ~LinuxNotifier() override;
-    LinuxNotifier(const LinuxNotifier &) = delete;
-    LinuxNotifier &operator=(const LinuxNotifier &) = delete;
-    LinuxNotifier(LinuxNotifier &&) = delete;
-    LinuxNotifier &operator=(LinuxNotifier &&) = delete;
+    Q_DISABLE_COPY_MOVE(LinuxNotifier)
 
     void post(const Notification &notification) override;
 
 private:
-    QThread m_thread;
-    NotificationSender *m_sender; ///< lives in the thread, and goes with it
+    ServiceThread<NotificationSender> m_sender;
 };
 
 } // namespace tessaly

@@ -28,10 +28,7 @@ class NotificationSender final : public QObject {
 public:
     explicit NotificationSender(std::string busAddress);
     ~NotificationSender() override;
-    NotificationSender(const NotificationSender &) = delete;
-    NotificationSender &operator=(const NotificationSender &) = delete;
-    NotificationSender(NotificationSender &&) = delete;
-    NotificationSender &operator=(NotificationSender &&) = delete;
+    Q_DISABLE_COPY_MOVE(NotificationSender)
 
     void post(const Notification &notification);
 

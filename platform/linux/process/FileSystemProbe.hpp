@@ -2,6 +2,8 @@
 
 #include "platform/VolumeService.hpp"
 
+#include <QtGlobal>
+
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -19,10 +21,7 @@ public:
     /// `program`: see ProbeProcess.
     explicit FileSystemProbe(std::string program);
     ~FileSystemProbe();
-    FileSystemProbe(const FileSystemProbe &) = delete;
-    FileSystemProbe &operator=(const FileSystemProbe &) = delete;
-    FileSystemProbe(FileSystemProbe &&) = delete;
-    FileSystemProbe &operator=(FileSystemProbe &&) = delete;
+    Q_DISABLE_COPY_MOVE(FileSystemProbe)
 
     /// What is known after a question: nothing inside when the space cannot be read; nothing at all
     /// when the question was stopped.

@@ -1,7 +1,7 @@
 #include "platform/linux/process/ProbeProcess.hpp"
 
 #include "engine/archive/FileCalls.hpp"
-#include "platform/linux/process/StartedChild.hpp"
+#include "platform/background/ChildProgram.hpp"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -74,7 +74,10 @@ ProbeProcess::ProbeProcess(const std::string &program, const char *question,
     m_answer = scan::FileDescriptor(ends[0]);
     const scan::FileDescriptor childsEnd(ends[1]);
     if (error == 0) {
-        error = startChild({program, question, path}, childsEnd.number(), STDERR_FILENO, m_process);
+        error = ChildProgram{.words = {program, question, path},
+                             .output = childsEnd.number(),
+                             .errors = STDERR_FILENO}
+                    .start(m_process);
     }
     if (error != 0) {
         m_process = -1;

@@ -2,6 +2,8 @@
 
 #include "engine/scan/FileDescriptor.hpp"
 
+#include <QtGlobal>
+
 #include <chrono>
 #include <mutex>
 #include <string>
@@ -31,10 +33,7 @@ public:
     ProbeProcess(const std::string &program, const char *question, const std::string &path);
     /// Kills the child. Does not wait for its end.
     ~ProbeProcess();
-    ProbeProcess(const ProbeProcess &) = delete;
-    ProbeProcess &operator=(const ProbeProcess &) = delete;
-    ProbeProcess(ProbeProcess &&) = delete;
-    ProbeProcess &operator=(ProbeProcess &&) = delete;
+    Q_DISABLE_COPY_MOVE(ProbeProcess)
 
     /// The answer can be read here, as far as it has come; it ends when the child does.
     [[nodiscard]] int answer() const noexcept { return m_answer.number(); }

@@ -18,10 +18,7 @@ class TerminationSignals {
 public:
     TerminationSignals();
     ~TerminationSignals();
-    TerminationSignals(const TerminationSignals &) = delete;
-    TerminationSignals &operator=(const TerminationSignals &) = delete;
-    TerminationSignals(TerminationSignals &&) = delete;
-    TerminationSignals &operator=(TerminationSignals &&) = delete;
+    Q_DISABLE_COPY_MOVE(TerminationSignals)
 
 private:
     scan::FileDescriptor m_reading;

@@ -5,6 +5,8 @@
 #include "platform/SettingsStore.hpp"
 #include "platform/linux/storage/SettingsFile.hpp"
 
+#include <QtGlobal>
+
 #include <chrono>
 #include <cstdint>
 #include <map>
@@ -46,10 +48,7 @@ public:
                                 archive::FileCalls &calls = archive::FileCalls::system(),
                                 std::chrono::milliseconds timeout = defaultTimeout);
     ~LinuxSettingsStore() override;
-    LinuxSettingsStore(const LinuxSettingsStore &) = delete;
-    LinuxSettingsStore &operator=(const LinuxSettingsStore &) = delete;
-    LinuxSettingsStore(LinuxSettingsStore &&) = delete;
-    LinuxSettingsStore &operator=(LinuxSettingsStore &&) = delete;
+    Q_DISABLE_COPY_MOVE(LinuxSettingsStore)
 
     [[nodiscard]] bool hasKey(std::string_view key) const override;
     [[nodiscard]] std::int64_t integer(std::string_view key) const override;

@@ -11,8 +11,6 @@
 #include "platform/linux/volumes/VolumeSpace.hpp"
 #include "platform/linux/volumes/VolumeTypes.hpp"
 
-#include <QMetaObject>
-
 #include <future>
 #include <utility>
 
@@ -128,25 +126,19 @@ LinuxVolumeService::LinuxVolumeService(const VolumeSources &sources,
     : m_sources(sources), m_timeout(timeout),
       m_probe(std::make_shared<FileSystemProbe>(
           sources.probe.empty() ? ProbeProcess::programOfInstallation() : sources.probe)),
-      m_list(sources), m_figures(figures ? std::move(figures) : systemFigures(m_probe))
+      m_list(sources), m_figures(figures ? std::move(figures) : systemFigures(m_probe)),
+      m_client(
+          sources.bus, [this, post = m_work.poster()] { post([this] { checkSoon(); }); }, timeout)
 {
     m_merge.setSingleShot(true);
     m_merge.setInterval(mergeTime);
     QObject::connect(&m_merge, &QTimer::timeout, &m_merge,
                      [this] { askUDisks([this] { tellIfChanged(); }); });
-    m_client = new UDisksClient(
-        m_sources.bus, [this, post = m_work.poster()] { post([this] { checkSoon(); }); },
-        m_timeout);
-    m_client->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_client, &QObject::deleteLater);
-    m_thread.start();
 }
 
 LinuxVolumeService::~LinuxVolumeService()
 {
     m_probe->stopAll();
-    m_thread.quit();
-    m_thread.wait(); // not for long: nothing that the client does waits for somebody else
 }
 
 std::unique_ptr<VolumeEnumerator> LinuxVolumeService::enumerator()
@@ -229,21 +221,20 @@ void LinuxVolumeService::unmountAndEject(std::string_view path)
             });
         }
     };
-    const auto ask = [client = m_client, request = *request, report] {
+    m_client.post([request = *request, report](UDisksClient &client) {
         // Not on the main thread: ending the questions may take a moment.
         const auto finish = [request, report, quiet = request.silence()](const Outcome &outcome) {
             BackgroundWork::start(
                 [request, report, quiet, outcome] { report(request.finish(outcome)); });
         };
         if (request.isForUDisks) {
-            client->unmount(request.volume.mountPoint, request.volume.device,
-                            request.isMountedOnce ? AfterUnmount::eject : AfterUnmount::nothing,
-                            finish);
+            client.unmount(request.volume.mountPoint, request.volume.device,
+                           request.isMountedOnce ? AfterUnmount::eject : AfterUnmount::nothing,
+                           finish);
         } else {
             finish({});
         }
-    };
-    QMetaObject::invokeMethod(m_client, ask, Qt::QueuedConnection);
+    });
 }
 
 void LinuxVolumeService::unmount(std::string_view path)
@@ -260,13 +251,11 @@ void LinuxVolumeService::unmount(std::string_view path)
     if (request->isForUDisks) {
         auto promise = std::make_shared<std::promise<Outcome>>();
         std::future<Outcome> outcomeToCome = promise->get_future();
-        QMetaObject::invokeMethod(
-            m_client,
-            [client = m_client, volume = request->volume, promise = std::move(promise)] {
-                client->unmount(volume.mountPoint, volume.device, AfterUnmount::nothing,
-                                [promise](const Outcome &its) { promise->set_value(its); });
-            },
-            Qt::QueuedConnection);
+        m_client.post(
+            [volume = request->volume, promise = std::move(promise)](UDisksClient &client) {
+                client.unmount(volume.mountPoint, volume.device, AfterUnmount::nothing,
+                               [promise](const Outcome &its) { promise->set_value(its); });
+            });
         // From here on nothing of this object is used: it may be destroyed meanwhile.
         try {
             outcome = outcomeToCome.get();
@@ -338,8 +327,7 @@ void LinuxVolumeService::askUDisks(std::function<void()> then)
             }
         });
     };
-    QMetaObject::invokeMethod(
-        m_client, [client = m_client, take] { client->readVolumes(take); }, Qt::QueuedConnection);
+    m_client.post([take](UDisksClient &client) { client.readVolumes(take); });
 }
 
 const UDisksVolumes *LinuxVolumeService::udisks() const

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "platform/VolumeService.hpp"
-#include "platform/linux/process/BackgroundWork.hpp"
+#include "platform/background/BackgroundWork.hpp"
+#include "platform/background/ServiceThread.hpp"
 #include "platform/linux/process/FileSystemProbe.hpp"
 #include "platform/linux/volumes/MountWatch.hpp"
 #include "platform/linux/volumes/UDisksClient.hpp"
@@ -11,7 +12,6 @@
 #include "platform/linux/volumes/VolumeSources.hpp"
 
 #include <QObject>
-#include <QThread>
 #include <QTimer>
 
 #include <chrono>
@@ -53,10 +53,7 @@ public:
                                 VolumeFiguresReader::Source figures = {},
                                 std::chrono::milliseconds timeout = usualTimeout);
     ~LinuxVolumeService() override;
-    LinuxVolumeService(const LinuxVolumeService &) = delete;
-    LinuxVolumeService &operator=(const LinuxVolumeService &) = delete;
-    LinuxVolumeService(LinuxVolumeService &&) = delete;
-    LinuxVolumeService &operator=(LinuxVolumeService &&) = delete;
+    Q_DISABLE_COPY_MOVE(LinuxVolumeService)
 
     [[nodiscard]] std::unique_ptr<VolumeEnumerator> enumerator() override;
     [[nodiscard]] std::string pathOf(std::string_view name) const override;
@@ -96,9 +93,8 @@ private:
     QTimer m_merge; ///< runs while changes that come close together are gathered
     QObject m_timers;
     VolumeFiguresReader m_figures;
-    QThread m_thread;
-    UDisksClient *m_client; ///< lives in the thread, and goes with it
-    BackgroundWork m_work;  ///< ends first, and with it what it would call here
+    BackgroundWork m_work; ///< before m_client, which posts by it
+    ServiceThread<UDisksClient> m_client;
 };
 
 } // namespace tessaly

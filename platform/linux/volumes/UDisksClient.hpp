@@ -47,10 +47,7 @@ public:
     UDisksClient(std::string busAddress, std::function<void()> changed,
                  std::chrono::milliseconds timeout);
     ~UDisksClient() override;
-    UDisksClient(const UDisksClient &) = delete;
-    UDisksClient &operator=(const UDisksClient &) = delete;
-    UDisksClient(UDisksClient &&) = delete;
-    UDisksClient &operator=(UDisksClient &&) = delete;
+    Q_DISABLE_COPY_MOVE(UDisksClient)
 
     using VolumesAnswer = std::function<void(const std::optional<UDisksVolumes> &)>;
     using OutcomeAnswer = std::function<void(const Outcome &)>;

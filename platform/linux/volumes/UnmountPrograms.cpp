@@ -2,7 +2,7 @@
 
 #include "engine/archive/FileCalls.hpp"
 #include "engine/scan/FileDescriptor.hpp"
-#include "platform/linux/process/StartedChild.hpp"
+#include "platform/background/ChildProgram.hpp"
 
 #include <algorithm>
 #include <array>
@@ -55,7 +55,7 @@ std::optional<std::string> runFirst(const std::vector<Words> &commands)
     int error = ENOENT;
     for (const Words &command : commands) {
         if (error == ENOENT) {
-            error = startChild(command, -1, otherEnd.number(), process);
+            error = ChildProgram{.words = command, .errors = otherEnd.number()}.start(process);
         }
     }
     otherEnd.close();

@@ -4,11 +4,11 @@
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/window/GuardedApplication.hpp"
 #include "app/window/ShutdownWatchdog.hpp"
+#include "platform/background/ChildProgram.hpp"
 #include "platform/linux/files/QtFolderChooser.hpp"
 #include "platform/linux/process/CrashLog.hpp"
 #include "platform/linux/process/ProgramLog.hpp"
 #include "platform/linux/process/SingleInstance.hpp"
-#include "platform/linux/process/StartedChild.hpp"
 #include "platform/linux/process/TerminationSignals.hpp"
 #include "platform/linux/storage/LinuxSettingsStore.hpp"
 #include "tests/fakes/FakeServices.hpp"
@@ -245,7 +245,9 @@ int startChildLater(const std::string &variable)
     qputenv("PATH", "/nowhere");
     constexpr int reportNumber = 3;
     pid_t process = 0;
-    const int error = startChild({"printenv", variable}, reportNumber, STDERR_FILENO, process);
+    const ChildProgram program{
+        .words = {"printenv", variable}, .output = reportNumber, .errors = STDERR_FILENO};
+    const int error = program.start(process);
     if (error != 0) {
         return error;
     }

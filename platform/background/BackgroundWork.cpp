@@ -1,4 +1,4 @@
-#include "platform/linux/process/BackgroundWork.hpp"
+#include "platform/background/BackgroundWork.hpp"
 
 #include <QMetaObject>
 #include <QObject>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <functional>
 #include <memory>
 
@@ -20,10 +22,7 @@ public:
 
     BackgroundWork();
     ~BackgroundWork();
-    BackgroundWork(const BackgroundWork &) = delete;
-    BackgroundWork &operator=(const BackgroundWork &) = delete;
-    BackgroundWork(BackgroundWork &&) = delete;
-    BackgroundWork &operator=(BackgroundWork &&) = delete;
+    Q_DISABLE_COPY_MOVE(BackgroundWork)
 
     [[nodiscard]] Poster poster() const;
 

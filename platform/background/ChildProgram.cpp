@@ -1,7 +1,8 @@
-#include "platform/linux/process/StartedChild.hpp"
+#include "platform/background/ChildProgram.hpp"
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <optional>
 #include <sstream>
 #include <string_view>
@@ -14,7 +15,7 @@ namespace tessaly {
 
 namespace {
 
-using Strings = std::vector<std::string>;
+using Strings = ChildProgram::Strings;
 
 Strings currentEnvironment()
 {
@@ -30,6 +31,12 @@ std::optional<Strings> &keptEnvironment()
 {
     static auto *const variables = new std::optional<Strings>;
     return *variables;
+}
+
+Strings environmentOfChildren()
+{
+    const auto &kept = keptEnvironment();
+    return kept ? *kept : currentEnvironment();
 }
 
 /// The files that a program may be, in the order of PATH. posix_spawnp() would read the PATH of
@@ -52,7 +59,7 @@ Strings filesOf(const std::string &program, const Strings &environment)
     return files;
 }
 
-/// As the functions of exec() take them. Valid as long as the strings.
+/// The strings as exec() takes them. Valid as long as they are.
 std::vector<char *> pointersTo(Strings &strings)
 {
     std::vector<char *> pointers;
@@ -71,21 +78,42 @@ void keepEnvironmentForChildren()
     keptEnvironment() = currentEnvironment();
 }
 
-int startChild(std::vector<std::string> words, int output, int complaints, pid_t &process)
+int ChildProgram::start(pid_t &process) const
 {
-    Strings environment = keptEnvironment() ? *keptEnvironment() : currentEnvironment();
-    const std::vector<char *> variables = pointersTo(environment);
-    const std::vector<char *> arguments = pointersTo(words);
-    posix_spawn_file_actions_t actions = {};
+    Strings variables = environment ? *environment : environmentOfChildren();
+    Strings copiedWords = words;
+    const std::vector<char *> variablePointers = pointersTo(variables);
+    const std::vector<char *> wordPointers = pointersTo(copiedWords);
+
+    posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
     posix_spawn_file_actions_adddup2(&actions, output < 0 ? STDIN_FILENO : output, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, complaints < 0 ? STDIN_FILENO : complaints,
-                                     STDERR_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, errors < 0 ? STDIN_FILENO : errors, STDERR_FILENO);
+    if (channel >= 0) {
+        posix_spawn_file_actions_adddup2(&actions, channel, channelNumber);
+    }
+    // Ours are closed there by their flags; a library may have opened some without.
+    posix_spawn_file_actions_addclosefrom_np(&actions,
+                                             channel < 0 ? channelNumber : channelNumber + 1);
+
+    // What is ignored here stays ignored in a child: SIGPIPE, since the log may have no reader.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t signalSet;
+    sigemptyset(&signalSet);
+    posix_spawnattr_setsigmask(&attributes, &signalSet);
+    sigaddset(&signalSet, SIGCHLD);
+    sigaddset(&signalSet, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &signalSet);
+    posix_spawnattr_setflags(&attributes,
+                             static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                (hasOwnGroup ? POSIX_SPAWN_SETPGROUP : 0)));
+
     int error = ENOENT;
-    for (const std::string &file : filesOf(words.front(), environment)) {
-        const int problem = posix_spawn(&process, file.c_str(), &actions, nullptr, arguments.data(),
-                                        variables.data());
+    for (const std::string &file : filesOf(words.front(), variables)) {
+        const int problem = posix_spawn(&process, file.c_str(), &actions, &attributes,
+                                        wordPointers.data(), variablePointers.data());
         if (problem == ENOENT || problem == ENOTDIR) {
             continue;
         }
@@ -94,6 +122,7 @@ int startChild(std::vector<std::string> words, int output, int complaints, pid_t
             break;
         }
     }
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     return error;
 }
