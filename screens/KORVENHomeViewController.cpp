@@ -13,6 +13,7 @@
 #include "platform/FolderBookmarks.hpp"
 #include "platform/FolderChooser.hpp"
 #include "platform/SettingsStore.hpp"
+#include "platform/StoredBookmark.hpp"
 #include "platform/UserAccount.hpp"
 #include "resources/Artwork.hpp"
 #include "screens/KORVENQuicklookController.hpp"
@@ -55,16 +56,6 @@ QString homeTrashImage(const KORVENFolderObject &row)
 {
     return static_cast<std::int64_t>(row.folderSizeAsNumber()) > 0 ? u"trash_full.png"_s
                                                                    : u"trash.png"_s;
-}
-
-void keepBookmark(const std::string &url, SettingsStore &settings, FolderBookmarks &bookmarks)
-{
-    if (const auto bookmark = bookmarks.makeBookmark(url)) {
-        settings.setData(homeFolderKey, *bookmark);
-    } else {
-        settings.remove(homeFolderKey);
-    }
-    settings.flush();
 }
 
 } // namespace
@@ -143,7 +134,7 @@ void KORVENHomeViewController::folderWasChosen(const std::string &folder)
         setupAlert();
         return;
     }
-    keepBookmark(*url, services().settings, services().bookmarks);
+    storeBookmark(*url, homeFolderKey, services().bookmarks, services().settings);
     m_homeFolder = url;
     showResultsPage();
     checkSetupMode();

@@ -9,9 +9,8 @@
 #include "history/records/KORVENHistoryStore.hpp"
 #include "platform/DocumentsFolder.hpp"
 #include "platform/FileUrl.hpp"
-#include "platform/FolderBookmarks.hpp"
 #include "platform/FolderChooser.hpp"
-#include "platform/SettingsStore.hpp"
+#include "platform/StoredBookmark.hpp"
 #include "screens/KORVENQuicklookController.hpp"
 
 #include <QDir>
@@ -135,16 +134,8 @@ ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
 std::optional<std::string> KORVENScanViewController::record(const tree::ScanTree &tree,
                                                             const KORVENHistoryItem &item) const
 {
-    SettingsStore &settings = services().settings;
-    const auto url = fileUrl(item.scanPath().value());
-    const auto bookmark = url ? services().bookmarks.makeBookmark(*url) : std::nullopt;
-    if (bookmark) {
-        settings.setData(*item.scanKey(), *bookmark);
-    } else {
-        settings.remove(*item.scanKey());
-    }
-    settings.flush();
-
+    storeBookmark(fileUrl(item.scanPath().value()).value_or(std::string()), *item.scanKey(),
+                  services().bookmarks, services().settings);
     try {
         KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
         const auto written = archive::writeScanFile(tree.root(), item.scanFilePath().value());

@@ -2,9 +2,8 @@
 
 #include "app/delegate/SettingsKeys.hpp"
 #include "platform/FileUrl.hpp"
-#include "platform/FolderBookmarks.hpp"
 #include "platform/FolderChooser.hpp"
-#include "platform/SettingsStore.hpp"
+#include "platform/StoredBookmark.hpp"
 #include "platform/UserAccount.hpp"
 
 #include <QCoreApplication>
@@ -49,13 +48,7 @@ void HomeFolderGrant::removeHomeFolder()
 
 void HomeFolderGrant::store(const std::string &url) const
 {
-    SettingsStore &settings = m_services.settings;
-    if (const auto bookmark = m_services.bookmarks.makeBookmark(url)) {
-        settings.setData(settingsKey::homeFolder, *bookmark);
-    } else {
-        settings.remove(settingsKey::homeFolder);
-    }
-    settings.flush();
+    storeBookmark(url, settingsKey::homeFolder, m_services.bookmarks, m_services.settings);
     m_changed();
 }
 
