@@ -1,7 +1,6 @@
 #include "platform/linux/applications/GlobalMenu.hpp"
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QLoggingCategory>
 #include <QMenuBar>
 
@@ -36,16 +35,12 @@ GlobalMenu::~GlobalMenu() = default;
 
 void GlobalMenu::askForMenuBar()
 {
-    const QDBusMessage question =
-        BusLink::callOfBus("NameHasOwner", {QString::fromLatin1(registrar)});
-    auto *answered = new QDBusPendingCallWatcher(m_link.bus().asyncCall(question), this);
-    connect(answered, &QDBusPendingCallWatcher::finished, this, [this, answered] {
-        answered->deleteLater();
-        const QDBusPendingReply<bool> hasOwner = *answered;
-        if (hasOwner.isValid() && hasOwner.value()) {
-            show();
-        }
-    });
+    m_link.call(BusLink::callOfBus("NameHasOwner", {QLatin1String(registrar)}),
+                [this](const QDBusReply<bool> &hasOwner) {
+                    if (hasOwner.isValid() && hasOwner.value()) {
+                        show();
+                    }
+                });
 }
 
 void GlobalMenu::show()

@@ -2,6 +2,7 @@
 
 #include <QDBusError>
 #include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 
 #include <atomic>
 #include <utility>
@@ -10,13 +11,13 @@ namespace tessaly {
 
 namespace {
 
-constexpr auto busName = "org.freedesktop.DBus";
-constexpr auto busPath = "/org/freedesktop/DBus";
+const QString busName = QStringLiteral("org.freedesktop.DBus");
+const QString busPath = QStringLiteral("/org/freedesktop/DBus");
 
-const QString nobody = QStringLiteral("nobody takes connections there");
-const QString silence = QStringLiteral("the bus does not answer");
+const QString noListener = QStringLiteral("nobody takes connections there");
+const QString noAnswer = QStringLiteral("the bus does not answer");
 
-/// Connections have names of their own in the process.
+/// Qt keeps connections by name, for the whole process: each needs a name of its own.
 QString newConnectionName(const QString &purpose)
 {
     static std::atomic<int> count = 0;
@@ -30,7 +31,7 @@ BusLink::BusLink(std::string addresses, const QString &purpose, QObject *parent)
       m_bus(QString()), m_timeout(this)
 {
     m_timeout.setSingleShot(true);
-    connect(&m_timeout, &QTimer::timeout, this, [this] { finish(silence); });
+    connect(&m_timeout, &QTimer::timeout, this, [this] { finish(noAnswer); });
 }
 
 BusLink::~BusLink()
@@ -42,9 +43,11 @@ void BusLink::open(Answered answered, std::optional<std::chrono::milliseconds> t
 {
     m_probeAnswered.reset();
     m_answered = std::move(answered);
+    // A socket of our own asks first: it can be watched by the event loop, while libdbus blocks as
+    // soon as it connects. Once the probe has its answer, the bus is known to serve connections.
     m_probe = std::make_unique<BusProbe>(m_addresses);
     if (!m_probe->isConnected()) {
-        finish(nobody);
+        finish(noListener);
         return;
     }
     if (timeout) {
@@ -60,29 +63,30 @@ QString BusLink::openWithin(std::chrono::milliseconds timeout)
 {
     const BusProbe probe(m_addresses);
     if (!probe.isConnected()) {
-        return nobody;
+        return noListener;
     }
-    return probe.waitForAnswer(timeout) ? connectTo(probe.address()) : silence;
+    return probe.waitForAnswer(timeout) ? connectTo(probe.address()) : noAnswer;
 }
 
 void BusLink::finish(const QString &problem)
 {
     m_timeout.stop();
     if (m_probeAnswered) {
+        // This may run inside the notifier's own signal, which a plain delete would not survive.
         m_probeAnswered->setEnabled(false);
-        m_probeAnswered.release()->deleteLater(); // it may be the one that calls
+        m_probeAnswered.release()->deleteLater();
     }
     m_probe.reset();
-    // It may well open this again.
+    // Taken out before it is called: it may open this link again.
     std::exchange(m_answered, nullptr)(problem);
 }
 
 QString BusLink::connectTo(const std::string &address)
 {
-    // Under its name a connection stays the same, be it one that failed or one that was lost.
+    // Qt returns the connection that it has by this name, even one that failed or was lost.
     close();
-    // As to a peer: what Qt calls a connection to a bus waits until the bus has said hello. So we
-    // say hello ourselves. The bus does what it is told in turn; nothing depends on its answer.
+    // As to a peer: connectToBus() would wait for the bus to answer "Hello", without a timeout. We
+    // send "Hello" ourselves; a bus handles messages in order, so nothing depends on the reply.
     m_bus = QDBusConnection::connectToPeer(QString::fromStdString(address), m_name);
     if (!m_bus.isConnected()) {
         return m_bus.lastError().message();
@@ -93,15 +97,31 @@ QString BusLink::connectTo(const std::string &address)
 
 void BusLink::close()
 {
+    // Our handle first: Qt closes a connection when the last handle of it is gone.
     m_bus = QDBusConnection(QString());
     QDBusConnection::disconnectFromPeer(m_name);
+}
+
+void BusLink::call(const QDBusMessage &message, Replied replied, int timeoutMs)
+{
+    // A child, so that no reply arrives here once this is destroyed.
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, timeoutMs), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [watcher, replied = std::move(replied)] {
+                watcher->deleteLater();
+                replied(watcher->reply());
+            });
+}
+
+void BusLink::addMatch(const char *rule)
+{
+    m_bus.asyncCall(callOfBus("AddMatch", {QLatin1String(rule)}));
 }
 
 QDBusMessage BusLink::callOfBus(const char *method, const QVariantList &arguments)
 {
     QDBusMessage call =
-        QDBusMessage::createMethodCall(QLatin1String(busName), QLatin1String(busPath),
-                                       QLatin1String(busName), QLatin1String(method));
+        QDBusMessage::createMethodCall(busName, busPath, busName, QLatin1String(method));
     call.setArguments(arguments);
     return call;
 }

@@ -2,8 +2,6 @@
 
 #include <QDBusError>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QStringList>
 
 #include <utility>
@@ -15,8 +13,8 @@ Q_LOGGING_CATEGORY(fileManagerLog, "tessaly.filemanager", QtInfoMsg)
 namespace {
 
 // The service's bus name is also that of its interface.
-constexpr auto service = "org.freedesktop.FileManager1";
-constexpr auto servicePath = "/org/freedesktop/FileManager1";
+const QString service = QStringLiteral("org.freedesktop.FileManager1");
+const QString servicePath = QStringLiteral("/org/freedesktop/FileManager1");
 
 QString methodName(FileManagerCaller::Method method)
 {
@@ -69,20 +67,16 @@ void FileManagerCaller::finishLooking(const QString &problem)
 void FileManagerCaller::send(const Call &call)
 {
     QDBusMessage message =
-        QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(servicePath),
-                                       QLatin1String(service), methodName(call.method));
+        QDBusMessage::createMethodCall(service, servicePath, service, methodName(call.method));
     const QString noStartupId;
     message << QStringList{call.url} << noStartupId;
-    auto *answered = new QDBusPendingCallWatcher(
-        m_link.bus().asyncCall(message, static_cast<int>(m_timeout.count())), this);
-    connect(answered, &QDBusPendingCallWatcher::finished, this, [answered, failed = call.failed] {
-        answered->deleteLater();
-        const QDBusPendingReply<> answer = *answered;
-        if (answer.isError()) {
-            qCInfo(fileManagerLog) << "no file manager:" << answer.error().message();
+    const auto replied = [failed = call.failed](const QDBusMessage &reply) {
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            qCInfo(fileManagerLog) << "no file manager:" << reply.errorMessage();
             failed();
         }
-    });
+    };
+    m_link.call(message, replied, static_cast<int>(m_timeout.count()));
 }
 
 } // namespace tessaly

@@ -16,11 +16,11 @@ namespace tessaly {
 /// What becomes of calls to the file manager.
 Q_DECLARE_LOGGING_CATEGORY(fileManagerLog)
 
-/// LinuxFileManager's side in its thread: calls the desktop's file manager on the session bus.
-/// Calls do not wait for one another. A bus that is missing is looked for again with each.
+/// The part of LinuxFileManager that calls the desktop's file manager on the session bus. Calls do
+/// not wait for one another. A bus that is missing is looked for again with each call.
 ///
-/// Threads: one, with an event loop. It never waits for the bus.
-/// Errors:  go to the log "tessaly.filemanager" and to whoever called.
+/// Threads: one, with an event loop. It never blocks on the bus.
+/// Errors:  go to the log "tessaly.filemanager" and to `failed`.
 class FileManagerCaller final : public QObject {
 public:
     enum class Method { showFolders, showItems, showItemProperties };
@@ -46,7 +46,7 @@ private:
 
     std::chrono::milliseconds m_timeout;
     BusLink m_link;
-    std::vector<Call> m_waiting; ///< for the look for a bus, which goes on while there are any
+    std::vector<Call> m_waiting; ///< to be sent once the bus is open; it is opened for the first
 };
 
 } // namespace tessaly

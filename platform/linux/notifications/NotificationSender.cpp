@@ -4,8 +4,7 @@
 
 #include <QDBusError>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QLoggingCategory>
 #include <QStringList>
 #include <QVariantMap>
@@ -20,13 +19,10 @@ namespace {
 constexpr auto applicationName = "Tessaly";
 
 // The service's bus name is also that of its interface.
-constexpr auto service = "org.freedesktop.Notifications";
-constexpr auto servicePath = "/org/freedesktop/Notifications";
+const QString service = QStringLiteral("org.freedesktop.Notifications");
+const QString servicePath = QStringLiteral("/org/freedesktop/Notifications");
 
-constexpr auto bus = "org.freedesktop.DBus";
-constexpr auto busPath = "/org/freedesktop/DBus";
-
-// What the bus is to pass on to us.
+// The rules for the signals that the bus passes on to us.
 constexpr auto closedSignals =
     "type='signal',interface='org.freedesktop.Notifications',member='NotificationClosed'";
 constexpr auto ownerSignals = "type='signal',sender='org.freedesktop.DBus',"
@@ -36,11 +32,11 @@ constexpr auto ownerSignals = "type='signal',sender='org.freedesktop.DBus',"
 constexpr auto messageSound = "message-new-instant";
 constexpr auto completeSound = "complete";
 
-constexpr int timeoutOfService = -1;
+constexpr int timeoutOfService = -1; // the service decides how long it is shown
 
 Q_LOGGING_CATEGORY(notifierLog, "tessaly.notifier", QtInfoMsg)
 
-/// The bus carries valid UTF-8 without NUL only.
+/// Strings of D-Bus are valid UTF-8 and contain no NUL.
 QString textForBus(const std::string &text)
 {
     return QString::fromStdString(text).remove(QChar(u'\0'));
@@ -68,8 +64,7 @@ QVariantMap hintsFor(Notification::Sound sound)
 
 QDBusMessage callOfService(const char *method)
 {
-    return QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(servicePath),
-                                          QLatin1String(service), QLatin1String(method));
+    return QDBusMessage::createMethodCall(service, servicePath, service, QLatin1String(method));
 }
 
 } // namespace
@@ -100,7 +95,7 @@ void NotificationSender::forgetService()
     m_hasMarkup.reset();
 }
 
-/// Goes on with sendFirst() when there is a bus that takes connections. It may take long to say so.
+/// Opens the bus, which may take long to answer, and then continues with sendFirst().
 void NotificationSender::lookForBus()
 {
     m_link.open([this](const QString &problem) {
@@ -117,16 +112,16 @@ void NotificationSender::listenToBus()
 {
     forgetService();
     QDBusConnection &connection = m_link.bus();
-    connection.connect(QString(), QLatin1String(servicePath), QLatin1String(service),
-                       QStringLiteral("NotificationClosed"), this, SLOT(forgetNotification(uint)));
-    connection.connect(QString(), QLatin1String(busPath), QLatin1String(bus),
-                       QStringLiteral("NameOwnerChanged"), this, SLOT(forgetService()));
-    // The bus does these in turn, before what comes after; nothing depends on its answers.
-    connection.asyncCall(BusLink::callOfBus("AddMatch", {QLatin1String(closedSignals)}));
-    connection.asyncCall(BusLink::callOfBus("AddMatch", {QLatin1String(ownerSignals)}));
+    connection.connect(QString(), servicePath, service, QStringLiteral("NotificationClosed"), this,
+                       SLOT(forgetNotification(uint)));
+    connection.connect(QString(), QStringLiteral("/org/freedesktop/DBus"),
+                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
+                       this, SLOT(forgetService()));
+    // A bus handles messages in order, so no signal of what is sent after these is missed.
+    m_link.addMatch(closedSignals);
+    m_link.addMatch(ownerSignals);
 }
 
-/// There is no bus for any of them.
 void NotificationSender::dropWaiting(const QString &reason)
 {
     m_waiting.clear();
@@ -159,31 +154,22 @@ void NotificationSender::sendFirst()
 
 void NotificationSender::askForMarkup()
 {
-    auto *call =
-        new QDBusPendingCallWatcher(m_link.bus().asyncCall(callOfService("GetCapabilities")), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
-        call->deleteLater();
-        const QDBusPendingReply<QStringList> answer = *call;
+    m_link.call(callOfService("GetCapabilities"), [this](const QDBusReply<QStringList> &answer) {
         if (answer.isValid()) {
             m_hasMarkup = answer.value().contains(QLatin1String("body-markup"));
         }
-        notify(); // also without an answer: the service may know no more than this
+        notify(); // also after an error: some services implement "Notify" and nothing else
     });
 }
 
 void NotificationSender::notify()
 {
-    auto *call =
-        new QDBusPendingCallWatcher(m_link.bus().asyncCall(notifyMessage(m_waiting.front())), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
-        call->deleteLater();
-        finishNotify(*call);
-    });
+    m_link.call(notifyMessage(m_waiting.front()),
+                [this](const QDBusReply<uint> &answer) { finishNotify(answer); });
 }
 
-void NotificationSender::finishNotify(const QDBusPendingCallWatcher &call)
+void NotificationSender::finishNotify(const QDBusReply<uint> &answer)
 {
-    const QDBusPendingReply<uint> answer = call;
     if (answer.isValid()) {
         const std::string &origin = m_waiting.front().origin;
         if (!origin.empty()) {
@@ -192,7 +178,8 @@ void NotificationSender::finishNotify(const QDBusPendingCallWatcher &call)
     } else {
         qCDebug(notifierLog) << "notification not shown:" << answer.error().message();
         if (!m_link.isOpen() && !m_isSecondTry) {
-            // The bus was lost before this one, or with it; there may be a new one by now.
+            // The bus was lost before or during the call. It may have been restarted by now, so
+            // this notification is tried once more on a new connection.
             m_isSecondTry = true;
             sendNext();
             return;

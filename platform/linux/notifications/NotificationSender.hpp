@@ -13,14 +13,15 @@
 #include <string>
 
 class QDBusMessage;
-class QDBusPendingCallWatcher;
+template <typename Value>
+class QDBusReply;
 
 namespace tessaly {
 
-/// LinuxNotifier's side in its thread: hands notifications to the notification service, one after
-/// the other. Each waits for the answer to the one before, which says what it has to replace.
+/// The part of LinuxNotifier that hands notifications to the notification service, one after the
+/// other. Each is sent after the reply to the one before, whose id it may have to replace.
 ///
-/// Threads: one, with an event loop. It never waits for the bus.
+/// Threads: one, with an event loop. It never blocks on the bus.
 /// Errors:  go to the log "tessaly.notifier", which is off unless asked for.
 class NotificationSender final : public QObject {
     Q_OBJECT
@@ -35,7 +36,7 @@ public:
 private slots:
     /// A notification that is no longer shown is not to be replaced: the next one is news.
     void forgetNotification(unsigned id);
-    /// Another service, or none: it has other abilities and counts from 1 again.
+    /// The service was replaced or has ended: another one may support less, and its ids start at 1.
     void forgetService();
 
 private:
@@ -46,7 +47,7 @@ private:
     void sendFirst();
     void askForMarkup();
     void notify();
-    void finishNotify(const QDBusPendingCallWatcher &call);
+    void finishNotify(const QDBusReply<uint> &answer);
     [[nodiscard]] QDBusMessage notifyMessage(const Notification &notification) const;
 
     BusLink m_link;

@@ -2,8 +2,6 @@
 
 #include <QDBusArgument>
 #include <QDBusError>
-#include <QDBusPendingCall>
-#include <QDBusPendingCallWatcher>
 
 #include <limits>
 #include <utility>
@@ -14,13 +12,16 @@ Q_LOGGING_CATEGORY(volumesLog, "tessaly.platform.volumes", QtInfoMsg)
 
 namespace {
 
-constexpr auto service = "org.freedesktop.UDisks2";
-constexpr auto servicePath = "/org/freedesktop/UDisks2";
-constexpr auto jobsPath = "/org/freedesktop/UDisks2/jobs/"; // it has one while it does something
-constexpr auto objectManager = "org.freedesktop.DBus.ObjectManager";
-constexpr auto properties = "org.freedesktop.DBus.Properties";
+const QString service = QStringLiteral("org.freedesktop.UDisks2");
+const QString servicePath = QStringLiteral("/org/freedesktop/UDisks2");
+const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
 
-// What the bus is to pass on to us.
+/// UDisks2 adds a job here for everything that it does, and removes it afterwards. Each would make
+/// us read all volumes again, though nothing about them has changed yet.
+const QString jobsPath = QStringLiteral("/org/freedesktop/UDisks2/jobs/");
+
+// The rules for the signals that the bus passes on to us. With the sender's name in them, no other
+// program can make us read the volumes again and again.
 constexpr auto objectSignals =
     "type='signal',sender='org.freedesktop.UDisks2',path='/org/freedesktop/UDisks2',"
     "interface='org.freedesktop.DBus.ObjectManager'";
@@ -30,13 +31,9 @@ constexpr auto propertySignals =
 constexpr auto ownerSignals = "type='signal',sender='org.freedesktop.DBus',"
                               "member='NameOwnerChanged',arg0='org.freedesktop.UDisks2'";
 
-/// For calls that end when they are done: libdbus sets no limit then.
-constexpr int noTimeout = std::numeric_limits<int>::max();
-
-QDBusMessage callOf(const QString &path, const QString &interface, const QString &method)
-{
-    return QDBusMessage::createMethodCall(QLatin1String(service), path, interface, method);
-}
+/// libdbus takes this for "no timeout". Unmounting takes as long as writing back what is not on the
+/// disk yet, which for a slow stick may be minutes.
+constexpr int noTimeoutMs = std::numeric_limits<int>::max();
 
 } // namespace
 
@@ -57,12 +54,13 @@ void UDisksClient::withBus(std::function<void(const QString &problem)> ready)
     }
     m_waitingForBus.push_back(std::move(ready));
     if (m_waitingForBus.size() > 1) {
-        return; // it is being opened already
+        return; // the first one has the bus opened for all
     }
     const auto opened = [this](const QString &problem) {
         if (problem.isEmpty()) {
-            listenOn(m_link.bus());
+            listen();
         }
+        // Taken out before: what is called may come here again.
         for (const auto &waiting : std::exchange(m_waitingForBus, {})) {
             waiting(problem);
         }
@@ -70,17 +68,20 @@ void UDisksClient::withBus(std::function<void(const QString &problem)> ready)
     m_link.open(opened, m_timeout);
 }
 
-void UDisksClient::listenOn(QDBusConnection &bus)
+void UDisksClient::listen()
 {
     for (const char *rule : {objectSignals, propertySignals, ownerSignals}) {
-        bus.asyncCall(BusLink::callOfBus("AddMatch", {QLatin1String(rule)}));
+        m_link.addMatch(rule);
     }
-    const QString interface = QLatin1String(objectManager);
-    bus.connect(QString(), QLatin1String(servicePath), interface, QStringLiteral("InterfacesAdded"),
-                this, SLOT(takeObjectsSignal(QDBusMessage)));
-    bus.connect(QString(), QLatin1String(servicePath), interface,
-                QStringLiteral("InterfacesRemoved"), this, SLOT(takeObjectsSignal(QDBusMessage)));
-    bus.connect(QString(), QString(), QLatin1String(properties),
+    // Without the sender's name: on a connection that Qt takes for one to a peer, it would compare
+    // that with the unique name (":1.5") in the signal. The rules above have left out all others.
+    // Slots take the whole message, since Qt cannot unpack the nested maps of these signals.
+    QDBusConnection &bus = m_link.bus();
+    for (const char *member : {"InterfacesAdded", "InterfacesRemoved"}) {
+        bus.connect(QString(), servicePath, objectManager, QLatin1String(member), this,
+                    SLOT(takeObjectsSignal(QDBusMessage)));
+    }
+    bus.connect(QString(), QString(), QStringLiteral("org.freedesktop.DBus.Properties"),
                 QStringLiteral("PropertiesChanged"), this,
                 SLOT(takePropertiesSignal(QDBusMessage)));
     bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus"),
@@ -102,12 +103,11 @@ void UDisksClient::readVolumes(const VolumesAnswer &answer)
 
 void UDisksClient::askForObjects(const VolumesAnswer &answer)
 {
-    const QDBusMessage call = callOf(QLatin1String(servicePath), QLatin1String(objectManager),
-                                     QStringLiteral("GetManagedObjects"));
-    auto *answered = new QDBusPendingCallWatcher(m_link.bus().asyncCall(call), this);
-    connect(answered, &QDBusPendingCallWatcher::finished, this, [answered, answer] {
-        answered->deleteLater();
-        const QDBusMessage reply = answered->reply();
+    // One call for everything, and the bus starts UDisks2 for it where it does not run yet.
+    const QDBusMessage question = QDBusMessage::createMethodCall(
+        service, servicePath, objectManager, QStringLiteral("GetManagedObjects"));
+    m_link.call(question, [answer](const QDBusMessage &reply) {
+        // Checked here, since qdbus_cast() does not check the signature of what it unpacks.
         if (reply.type() == QDBusMessage::ReplyMessage &&
             reply.signature() == QLatin1String("a{oa{sa{sv}}}")) {
             answer(UDisksVolumes(
@@ -128,6 +128,7 @@ void UDisksClient::unmount(const std::string &mountPoint, std::uint64_t device,
             answer({Result::unknown, {}});
             return;
         }
+        // In this order: a device that is still unlocked keeps its drive from ejecting.
         std::vector<Step> steps = {{volume->path,
                                     QStringLiteral("org.freedesktop.UDisks2.Filesystem"),
                                     QStringLiteral("Unmount")}};
@@ -152,46 +153,46 @@ void UDisksClient::doSteps(const std::vector<Step> &steps, std::size_t first,
         return;
     }
     const Step &step = steps[first];
-    if (!m_link.isOpen()) { // nobody would answer
+    if (!m_link.isOpen()) { // on a lost connection a call may never be answered
         answer({Result::failed, step.method.toStdString() + ": the bus is gone"});
         return;
     }
-    QDBusMessage call = callOf(step.path, step.interface, step.method);
-    call << QVariantMap();
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(service, step.path, step.interface, step.method);
+    call << QVariantMap();                         // no options
     call.setInteractiveAuthorizationAllowed(true); // the user may be asked for a password
-    auto *answered = new QDBusPendingCallWatcher(m_link.bus().asyncCall(call, noTimeout), this);
-    connect(answered, &QDBusPendingCallWatcher::finished, this, [=, this] {
-        answered->deleteLater();
-        const QDBusMessage reply = answered->reply();
+    const auto replied = [=, this](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ReplyMessage) {
             doSteps(steps, first + 1, answer);
         } else {
-            const QString problem = step.method + QLatin1String(": ") + reply.errorMessage();
+            const QString problem =
+                steps[first].method + QLatin1String(": ") + reply.errorMessage();
             answer({Result::failed, problem.toStdString()});
         }
-    });
+    };
+    m_link.call(call, replied, noTimeoutMs);
 }
 
 void UDisksClient::takeObjectsSignal(const QDBusMessage &signal)
 {
     const QString path = signal.arguments().value(0).value<QDBusObjectPath>().path();
-    if (!path.startsWith(QLatin1String(jobsPath))) {
+    if (!path.startsWith(jobsPath)) {
         m_changed();
     }
 }
 
 void UDisksClient::takePropertiesSignal(const QDBusMessage &signal)
 {
-    if (!signal.path().startsWith(QLatin1String(jobsPath))) {
+    if (!signal.path().startsWith(jobsPath)) {
         m_changed();
     }
 }
 
-/// A service that has gone may come back; it would be started only to be asked.
 void UDisksClient::takeOwnerSignal(const QDBusMessage &signal)
 {
-    const bool isThere = !signal.arguments().value(2).toString().isEmpty();
-    if (isThere) {
+    // Only when it comes: reading the volumes after its end would have the bus start it again.
+    const QString newOwner = signal.arguments().value(2).toString();
+    if (!newOwner.isEmpty()) {
         m_changed();
     }
 }

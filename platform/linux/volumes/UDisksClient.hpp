@@ -21,11 +21,12 @@ namespace tessaly {
 /// What becomes of questions about volumes.
 Q_DECLARE_LOGGING_CATEGORY(volumesLog)
 
-/// LinuxVolumeService's side in its thread: asks UDisks2, the service for disks on the system bus,
-/// which the bus starts when it is called.
+/// The part of LinuxVolumeService that talks to UDisks2, the service for disks on the system bus.
+/// The bus starts it when it is called.
 ///
-/// Threads: one, with an event loop; it may be made on another one. It never waits for the bus.
-/// Answers: all come on this thread, some at once. What is unanswered when this goes is dropped.
+/// Threads: one, with an event loop; it may be made on another one. It never blocks on the bus.
+/// Answers: all come on this thread, some before the call returns. Those that have not come when
+///          this is destroyed are dropped.
 class UDisksClient final : public QObject {
     Q_OBJECT
 
@@ -73,18 +74,18 @@ private:
         QString method;
     };
 
-    /// Calls `ready` once there is a connection to the bus, or it turns out that there is none to
-    /// be had: then with the reason.
+    /// Calls `ready` once the bus is open, or with the reason why it cannot be opened.
     void withBus(std::function<void(const QString &problem)> ready);
-    void listenOn(QDBusConnection &bus);
+    void listen();
     void askForObjects(const VolumesAnswer &answer);
-    /// Does one step after the other, from the first that is not done.
+    /// Does one step after the other, beginning with number `first`, up to one that fails.
     void doSteps(const std::vector<Step> &steps, std::size_t first, const OutcomeAnswer &answer);
 
     std::function<void()> m_changed;
     std::chrono::milliseconds m_timeout;
     BusLink m_link;
-    std::vector<std::function<void(const QString &problem)>> m_waitingForBus;
+    std::vector<std::function<void(const QString &problem)>>
+        m_waitingForBus; ///< to be called once it is open
 };
 
 } // namespace tessaly
