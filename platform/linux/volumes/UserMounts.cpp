@@ -4,39 +4,32 @@
 #include "platform/linux/volumes/VolumeSources.hpp"
 #include "platform/linux/volumes/VolumeTypes.hpp"
 
-#include <fstream>
-#include <sstream>
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+
+#include <mntent.h>
 
 namespace tessaly {
 
 namespace {
 
-bool isForUsers(const std::string &options)
-{
-    std::istringstream list(options);
-    for (std::string option; std::getline(list, option, ',');) {
-        if (option == "user" || option == "users") {
-            return true;
-        }
-    }
-    return false;
-}
+constexpr std::size_t maxLineBytes = 8192; // more than two paths and the options take
 
 } // namespace
 
 UserMounts::UserMounts(const VolumeSources &sources)
     : m_user(sources.user), m_userName(sources.userName)
 {
-    std::ifstream fstab(sources.fstab);
-    for (std::string line; std::getline(fstab, line);) {
-        std::istringstream fields(line);
-        std::string device;
-        std::string mountPoint;
-        std::string type;
-        std::string options;
-        if (fields >> device >> mountPoint >> type >> options && device.front() != '#' &&
-            isForUsers(options)) {
-            m_mountPoints.insert(tree::cleanPath(scan::MountTable::unescaped(mountPoint)));
+    // The C library's reader: it passes over comments and takes the escapes ("\040") apart.
+    const std::unique_ptr<FILE, int (*)(FILE *)> fstab(setmntent(sources.fstab.c_str(), "re"),
+                                                       endmntent);
+    std::array<char, maxLineBytes> line{};
+    mntent entry{};
+    while (fstab && getmntent_r(fstab.get(), &entry, line.data(), line.size()) != nullptr) {
+        if (hasmntopt(&entry, "user") != nullptr || hasmntopt(&entry, "users") != nullptr) {
+            m_mountPoints.insert(tree::cleanPath(entry.mnt_dir));
         }
     }
 }
