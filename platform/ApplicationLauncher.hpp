@@ -13,8 +13,8 @@ namespace tessaly {
 /// Errors:  none reach the caller; they go to the log.
 class ApplicationLauncher : public Interface {
 public:
-    /// Starts the desktop's counterpart of "Disk Utility.app", "Finder.app" (the file manager) or
-    /// "System Preferences.app" (the settings). Any other name, and one whose counterpart is not
+    /// Starts the desktop's program for "Disk Utility.app", "Finder.app" (the file manager) or
+    /// "System Preferences.app" (the settings). Any other name, and one for which no program is
     /// installed, starts nothing.
     virtual void launchApplication(std::string_view name) = 0;
 

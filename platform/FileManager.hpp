@@ -10,7 +10,7 @@ namespace tessaly {
 ///
 /// Paths are absolute and bytes; a slash too many, in the middle or at the end, does no harm.
 ///
-/// Threads: the main thread. The calls return at once, and never wait for a file system or for
+/// Threads: the main thread. The calls return at once, and never block on a file system or on
 ///          another program.
 /// Errors:  none reach the caller; they go to the log. Nothing is shown for what is no such path.
 ///          For an item that no longer exists, or cannot be looked at, a window of our own says so.

@@ -9,7 +9,7 @@ class SettingsStore;
 /// asked for, since what it takes to draw documents and play videos is a lot for those who do not.
 /// The program and the module are built together and are of one version.
 
-/// Makes the way to the panel; the caller deletes it before the program's last window object goes.
+/// Makes the way to the panel; the caller deletes it before the QApplication is destroyed.
 /// The settings outlive it.
 using MakePreviewPanels = PreviewPanels *(*)(SettingsStore &settings);
 

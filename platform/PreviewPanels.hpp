@@ -36,12 +36,12 @@ struct PreviewPanelFrame {
     bool operator==(const PreviewPanelFrame &) const = default;
 };
 
-/// Whoever has a say in what the panel does.
+/// Handles what the panel leaves to its user: events that it has no use for, and where items lie.
 ///
 /// Threads: the main thread.
 class PreviewPanelDelegate : public Interface {
 public:
-    /// Asked about an event that the panel has no use for: whether it goes no further.
+    /// Offered an event that the panel does not use. True when it was handled.
     virtual bool handleEvent(PreviewPanelEvent event) = 0;
     /// Where the item lies on the screen, for the panel to grow from; nowhere: it just appears.
     [[nodiscard]] virtual PreviewPanelFrame
@@ -63,7 +63,7 @@ public:
     /// time.
     virtual void orderOut() = 0;
 
-    // Both are the caller's, who clears them (nullptr) before they go.
+    // The panel owns neither: the caller sets nullptr before it destroys them.
     [[nodiscard]] virtual PreviewPanelDelegate *delegate() const = 0;
     virtual void setDelegate(PreviewPanelDelegate *delegate) = 0;
     [[nodiscard]] virtual PreviewPanelDataSource *dataSource() const = 0;
@@ -72,7 +72,7 @@ public:
     /// Which item is shown. One that is not there shows nothing.
     [[nodiscard]] virtual std::size_t currentPreviewItemIndex() const = 0;
     virtual void setCurrentPreviewItemIndex(std::size_t index) = 0;
-    /// Asks the data source again and shows the current item anew.
+    /// Asks the data source again and reloads the current item.
     virtual void reloadData() = 0;
     /// Shows an item, by its "file:" URL, that is none of the data source's, until another item is
     /// to be shown: paging leads to the data source's first one or its last, reloadData() to the
@@ -80,7 +80,7 @@ public:
     virtual void showUnlistedItem(const std::string &url) = 0;
 };
 
-/// Whoever feeds the panel while it is open.
+/// Sets the panel's data source and delegate while it is open.
 ///
 /// Threads: the main thread.
 class PreviewPanelController : public Interface {
@@ -101,9 +101,9 @@ public:
     [[nodiscard]] virtual bool sharedPreviewPanelExists() const = 0;
     [[nodiscard]] virtual PreviewPanel &sharedPreviewPanel() = 0;
 
-    /// Whom the panel asks to take control when it opens; nullptr: nobody. A controller that is
-    /// replaced while it has control is told that this has ended; its successor is asked the next
-    /// time. The controller is the caller's, who clears it before it goes.
+    /// The controller that the panel asks to take control when it opens; nullptr for none. One that
+    /// is replaced while it has control is told that this has ended; the new one is asked when the
+    /// panel opens next. Not owned: the caller sets nullptr before it destroys the controller.
     [[nodiscard]] virtual PreviewPanelController *controller() const = 0;
     virtual void setController(PreviewPanelController *controller) = 0;
 };

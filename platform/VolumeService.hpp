@@ -37,8 +37,8 @@ struct VolumeInformation {
 class VolumeEnumerator : public Interface {
 public:
     /// The next entry's name, as bytes: "name", or "parent/child" for what lies within an entry
-    /// whose contents were not skipped. "/" is the root file system. Nothing after the last. Looks
-    /// into folders only then, and only where that takes no waiting for others.
+    /// whose contents were not skipped. "/" is the root file system. Nothing after the last. Reads
+    /// folders only then, and only on local disks.
     [[nodiscard]] virtual std::optional<std::string> next() = 0;
     /// Leaves out what lies within the entry that next() gave last.
     virtual void skipDescendants() = 0;
@@ -82,14 +82,14 @@ public:
     /// the main thread.
     virtual void unmount(std::string_view path) = 0;
 
-    /// Has this called on the main thread when it is known that a volume stays that was asked to
-    /// go, with the path as it was asked for; never before that request has returned. Replaces the
-    /// listener before.
+    /// Calls this on the main thread when it is known that a volume stays that was asked to
+    /// be unmounted, with the path as it was asked for; never before that request has returned.
+    /// Replaces the previous listener.
     virtual void setRefusalListener(std::function<void(const std::string &path)> refused) = 0;
 
-    /// Has this called on the main thread after volumes were mounted or unmounted, or when one has
-    /// another name or other flags by now; changes that come close together are one. Replaces
-    /// whoever was told before; nothing ends it.
+    /// Calls this on the main thread after volumes were mounted or unmounted, or when one has got
+    /// another name or other flags; changes that come close together are one. Replaces the previous
+    /// listener.
     virtual void setChangeListener(std::function<void()> changed) = 0;
 };
 

@@ -12,7 +12,7 @@ namespace tessaly {
 
 struct BackgroundWork::Receiver {
     std::mutex mutex;
-    std::unique_ptr<QObject> object; ///< lives in the thread to come back to; gone with its owner
+    std::unique_ptr<QObject> object; //< guarded by mutex; lives in the owner's thread; null later
 };
 
 BackgroundWork::BackgroundWork() : m_receiver(std::make_shared<Receiver>())
@@ -22,7 +22,9 @@ BackgroundWork::BackgroundWork() : m_receiver(std::make_shared<Receiver>())
 
 BackgroundWork::~BackgroundWork()
 {
-    std::unique_ptr<QObject> object; // outlives the lock: what it drops may post
+    // Destroyed after the lock is released: the functions that are dropped with it own posters,
+    // and destroying their captures may call one.
+    std::unique_ptr<QObject> object;
     const std::scoped_lock lock(m_receiver->mutex);
     object.swap(m_receiver->object);
 }

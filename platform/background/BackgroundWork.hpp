@@ -9,15 +9,19 @@ class QObject;
 
 namespace tessaly {
 
-/// Work off the thread that wants it, and the way back for what comes of it. For calls that may
-/// never end, such as looking at a file on a server that is gone: nobody waits for them, neither
-/// this class nor the end of the process.
+/// Runs functions on threads of their own, and brings their results back to the thread of an object.
+/// For calls that may never return, such as looking at a file on a server that is gone: neither this
+/// class nor the end of the process waits for them.
 ///
-/// Threads: made and ended by one thread with an event loop.
+/// An object that starts such work has a BackgroundWork as its last member, so that no result comes
+/// back to an object that is destroyed.
+///
+/// Threads: made and destroyed by one thread with an event loop.
 class BackgroundWork {
 public:
-    /// Has a function called on the thread that the BackgroundWork lives in, by its event loop.
-    /// Drops the function once that is gone. May be copied, used on any thread, and outlive it.
+    /// Calls a function later, by the event loop of the thread that the BackgroundWork lives in.
+    /// Drops the function when that is destroyed before. May be copied, used on any thread, and
+    /// outlive the BackgroundWork.
     using Poster = std::function<void(std::function<void()>)>;
 
     BackgroundWork();
@@ -26,12 +30,11 @@ public:
 
     [[nodiscard]] Poster poster() const;
 
-    /// Runs a function on a thread of its own; on this one when there is no thread to be had. As
-    /// the process may end in the midst of it, it must not use what ends with the process; that
-    /// leaves the system's calls and posters.
+    /// Runs a function on a thread of its own; on this one when no thread can be started. The
+    /// process may end while it runs, so it uses no static objects: system calls and posters only.
     static void start(const std::function<void()> &work);
 
-    /// The same; false when there is no thread to be had, and nothing was run.
+    /// The same; false when no thread can be started, and the function was not run.
     [[nodiscard]] static bool tryStart(const std::function<void()> &work);
 
 private:

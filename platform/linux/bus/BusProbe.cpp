@@ -19,8 +19,8 @@ using namespace std::string_view_literals;
 
 constexpr auto transport = "unix:"sv;
 
-/// Asks which ways of saying who one is the bus knows. Before it stands the byte with which every
-/// conversation begins.
+/// "AUTH" without a mechanism: the bus answers with the SASL mechanisms that it offers. The NUL byte
+/// before it is required at the start of a connection.
 constexpr auto question = "\0AUTH\r\n"sv;
 
 /// Takes the first part off a list.
@@ -31,7 +31,7 @@ std::string_view takePart(std::string_view &list, char separator)
     return part;
 }
 
-/// With "%XX" as the bytes that they stand for; nothing when they are none.
+/// With "%XX" replaced by the bytes; nothing when the digits are not hexadecimal.
 std::optional<std::string> unescapedValue(std::string_view value)
 {
     constexpr std::size_t digitCount = 2;
@@ -57,8 +57,8 @@ std::optional<std::string> unescapedValue(std::string_view value)
     return answer;
 }
 
-/// The name of the socket as the system takes it, an abstract one with a NUL before it; empty when
-/// the address names none.
+/// The socket's name as sockaddr_un has it: that of an abstract socket begins with a NUL. Empty when
+/// the address names no socket.
 std::string socketName(std::string_view address)
 {
     if (!address.starts_with(transport)) {
@@ -79,8 +79,8 @@ std::string socketName(std::string_view address)
     return {};
 }
 
-/// A connection to the socket; none when there is no place for one at once. `isQueueFull` becomes
-/// true when that was the reason.
+/// A connection to the socket; none when that would block or is refused. `isQueueFull` becomes true
+/// when the listener's queue was full.
 scan::FileDescriptor connectionTo(const std::string &name, bool &isQueueFull)
 {
     sockaddr_un address = {};

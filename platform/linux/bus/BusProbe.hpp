@@ -8,20 +8,20 @@
 
 namespace tessaly {
 
-/// Asks whether somebody takes connections at a D-Bus address, without ever waiting for it.
+/// Finds out whether a bus serves connections at a D-Bus address, without blocking.
 ///
-/// A D-Bus library that connects waits for a place in the queue of the bus. One that has stopped
-/// keeps its places for ever, and takes no connection from its queue. Once it has answered here it
-/// does take them.
+/// libdbus blocks in connect() when the queue of the socket is full, and in the handshake when the
+/// bus does not answer. A bus that was stopped does both for as long as it is stopped. This connects
+/// without blocking and begins the handshake; once there is an answer, the bus does serve.
 ///
-/// Of a list of addresses the first one counts at which there is a place. Only sockets of this
-/// machine do ("unix:path=…", "unix:abstract=…"): looking for others means to wait for the network
-/// or to start programs.
+/// Of a list of addresses the first is used that accepts the connection. Only local sockets are
+/// tried ("unix:path=…", "unix:abstract=…"): others need the network or start programs, which may
+/// block.
 ///
 /// Threads: one at a time.
 class BusProbe {
 public:
-    /// Connects and sends a question, if there is somewhere to connect to.
+    /// Connects to the first address that accepts, and begins the handshake there.
     explicit BusProbe(std::string_view addresses);
 
     [[nodiscard]] bool isConnected() const noexcept { return m_socket.isOpen(); }
@@ -29,11 +29,11 @@ public:
     /// Whether one of the addresses tried has a listener whose queue of connections is full.
     [[nodiscard]] bool isQueueFull() const noexcept { return m_isQueueFull; }
 
-    /// Waits for the answer, at most for `timeout`. False without one, and when not connected. A
-    /// bus that closes the connection has answered.
+    /// Blocks until there is an answer, for `timeout` at most. False without one, and when not
+    /// connected. A bus that closes the connection has answered.
     [[nodiscard]] bool waitForAnswer(std::chrono::milliseconds timeout) const;
 
-    /// The one address to which it is connected; empty when it is not.
+    /// The address that accepted the connection; empty without one.
     [[nodiscard]] const std::string &address() const noexcept { return m_address; }
 
     /// Becomes readable when the bus has answered or is gone; −1 when it is not connected.

@@ -48,7 +48,7 @@ QtSessionBus::State stateAfter(std::chrono::milliseconds timeout)
         if (!probe.isQueueFull()) {
             return State::missing;
         }
-        // So is the queue of a bus that is stopped, and, for a moment, of one that is busy.
+        // A full queue: the bus is stopped, or just busy. So it is tried again until the deadline.
         if (Clock::now() >= deadline) {
             return State::silent;
         }
@@ -56,8 +56,8 @@ QtSessionBus::State stateAfter(std::chrono::milliseconds timeout)
     }
 }
 
-/// Has Qt make its connection to the session bus where there is none. Qt and libdbus keep the
-/// outcome, so the variable can be restored for the programs that this one starts.
+/// Has Qt connect to a session bus that is not there. Qt and libdbus keep that failed connection for
+/// the life of the process, so the variable can be restored for the programs that this one starts.
 void keepSessionBusFromQt()
 {
     const bool wasSet = qEnvironmentVariableIsSet(sessionVariable);
@@ -77,11 +77,11 @@ QDBusMessage callOf(const char *service, const char *path, const char *interface
     QDBusMessage call =
         QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
                                        QLatin1String(interface), QLatin1String(method));
-    call.setAutoStartService(false); // one that does not run yet cannot be stuck
+    call.setAutoStartService(false); // a service that does not run yet cannot hang
     return call;
 }
 
-/// Waits for the answer, which may be an error. False without one.
+/// Blocks until the reply or the call's timeout. An error is an answer, too.
 bool isAnswered(QDBusPendingCall &call)
 {
     call.waitForFinished();
@@ -90,8 +90,8 @@ bool isAnswered(QDBusPendingCall &call)
            error != QDBusError::TimedOut;
 }
 
-/// The accessibility bus, and the service on it where programs register. Why Qt should not connect
-/// to it; empty when it may.
+/// Asks the accessibility bus and the registry on it. Returns why Qt should not connect to it; empty
+/// when it may.
 QString problemOfAccessibility(Clock::time_point deadline)
 {
     std::string address = qgetenv(accessibilityVariable).toStdString();
@@ -142,7 +142,7 @@ void QtSessionBus::connectAccessibility(std::chrono::milliseconds timeout) const
             keepSessionBusFromQt();
         }
     }
-    // Makes the bridge right after the answers, so that a bus that stops later does not matter.
+    // Creates the bridge now, right after the answers: it would block on a bus that stops later.
     (void)QAccessible::isActive();
 }
 

@@ -22,7 +22,7 @@ public:
     enum class State : std::uint8_t { answers, missing, silent };
 
     static constexpr std::chrono::milliseconds usualTimeout = std::chrono::seconds(2);
-    /// Longer: the service may be starting at the same login, and a screen reader may need it.
+    /// Longer, since the service may just be starting after the login, and screen readers need it.
     static constexpr std::chrono::milliseconds usualAccessibilityTimeout = std::chrono::seconds(5);
 
     /// Asks the session bus.

@@ -29,18 +29,19 @@ constexpr std::array fatalSignals = {
     FatalSignal{SIGFPE, "SIGFPE (arithmetic error)"},
 };
 
-/// What the handlers say, made while memory can still be had. Never freed: a signal may come late.
+/// The lines that the handlers write, made in advance since a handler must not allocate memory.
+/// Never freed: a signal may arrive while static objects are being destroyed.
 struct Texts {
     std::string begin;
     std::array<std::string, fatalSignals.size()> lines;
 };
 const Texts *texts = nullptr;
 
-/// Enough for the handler of a thread whose own stack is full.
+/// A stack overflow raises SIGSEGV on a stack without room for a handler.
 constexpr std::size_t handlerStackSize = std::size_t{64} << 10U;
 alignas(16) std::array<char, handlerStackSize> handlerStack;
 
-/// Only what may be done in the midst of anything.
+/// A signal handler: only async-signal-safe calls.
 void sayAndDie(int number, siginfo_t *info, void * /*context*/)
 {
     for (std::size_t i = 0; i < fatalSignals.size(); ++i) {
@@ -48,13 +49,14 @@ void sayAndDie(int number, siginfo_t *info, void * /*context*/)
             writeToStandardError(texts->lines.at(i));
         }
     }
-    // By now the signal has its default action again. What the processor raised comes again when
-    // this returns to the same place; what a process sent would not.
+    // SA_RESETHAND has restored the default action. A fault of the processor is raised again when
+    // this returns to the same instruction; a signal that a process sent (si_code <= 0) is not.
     if (info->si_code <= 0) {
         raise(number);
     }
 }
 
+/// Whether there is a handler already, such as a sanitizer's, which says more.
 bool isWatched(int number)
 {
     struct sigaction before = {};
@@ -74,6 +76,7 @@ void watch(int number)
     sigaction(number, &action, nullptr);
 }
 
+/// For this thread, the main one; others die of an overflow without a line.
 void giveHandlersAStack()
 {
     stack_t stack = {};
@@ -109,7 +112,7 @@ std::string currentException()
 [[noreturn]] void sayAndAbort() noexcept
 {
     writeToStandardError(texts->begin + "uncaught exception: " + currentException() + '\n');
-    std::signal(SIGABRT, SIG_DFL); // all is said
+    std::signal(SIGABRT, SIG_DFL); // one line is enough
     std::abort();
 }
 

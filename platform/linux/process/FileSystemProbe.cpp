@@ -14,7 +14,7 @@ namespace tessaly {
 
 namespace {
 
-/// A killed process is gone within microseconds, unless the kernel keeps it for much longer.
+/// A killed process is gone within microseconds, or the kernel keeps it for much longer.
 constexpr std::chrono::milliseconds endTimeout(200);
 
 /// The number at the front of a text, which it is taken off; nothing when there is none.
@@ -46,7 +46,7 @@ std::optional<VolumeFigures> figuresIn(std::string_view answer)
 struct FileSystemProbe::State {
     using Process = std::shared_ptr<ProbeProcess>;
 
-    /// Asks at a path; nullptr where nobody is to ask.
+    /// Asks at a path; nullptr where that is silenced.
     [[nodiscard]] Process start(const std::string &program, const std::string &path)
     {
         const std::scoped_lock lock(mutex);
@@ -65,8 +65,8 @@ struct FileSystemProbe::State {
     }
 
     std::mutex mutex;
-    std::multimap<std::string, Process> running; ///< by path
-    std::multiset<std::string> silenced;         ///< paths
+    std::multimap<std::string, Process> running; //< by path; guarded by mutex
+    std::multiset<std::string> silenced;         //< paths; guarded by mutex
 };
 
 FileSystemProbe::FileSystemProbe(std::string program)

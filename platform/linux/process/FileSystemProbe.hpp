@@ -23,23 +23,22 @@ public:
     ~FileSystemProbe();
     Q_DISABLE_COPY_MOVE(FileSystemProbe)
 
-    /// What is known after a question: nothing inside when the space cannot be read; nothing at all
-    /// when the question was stopped.
+    /// No figures when the space cannot be read; nothing when the question was stopped.
     using Reading = std::optional<std::optional<VolumeFigures>>;
 
-    /// As long as it lives nobody asks at a path. May be destroyed on any thread, also after the
+    /// While one exists, nothing asks at its path. May be destroyed on any thread, and after the
     /// probe.
     using Quiet = std::shared_ptr<void>;
 
-    /// Asks for the space of the file system that holds the path, and waits for the answer.
+    /// Asks for the space of the file system that holds the path. Blocks until it answers.
     [[nodiscard]] Reading spaceAt(const std::string &path);
 
-    /// Whether the file system answers within the time, be it with an error.
+    /// Whether the file system answers within the time; an error is an answer, too.
     [[nodiscard]] bool answersWithin(std::chrono::milliseconds timeout,
                                      const std::string &path) const;
 
-    /// Kills the children that ask for the space at the path, and waits a moment for them to end;
-    /// keeps others from asking.
+    /// Kills the children that ask for the space at the path, blocks for a moment until they have
+    /// ended, and lets no others ask.
     [[nodiscard]] Quiet silence(const std::string &path);
 
     /// Kills all children.

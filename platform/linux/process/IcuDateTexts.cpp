@@ -54,12 +54,12 @@ std::string icuLocale(std::string_view name)
     const std::string_view place = name.substr(0, std::min(name.find('.'), modifierAt));
 
     // Names may also be paths, or anything at all: ICU is asked for none but plain short ones.
-    constexpr std::size_t longest = 64;
+    constexpr std::size_t maxLength = 64;
     const bool isPlain = std::all_of(place.begin(), place.end(), [](char letter) {
         return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
                (letter >= '0' && letter <= '9') || letter == '_' || letter == '-';
     });
-    if (!isPlain || place.empty() || place.size() > longest) {
+    if (!isPlain || place.empty() || place.size() > maxLength) {
         return plainLocale;
     }
 
@@ -104,7 +104,7 @@ std::string IcuDateTexts::text(Time time, DateStyle date, DateStyle hours) const
     if (date == DateStyle::none && hours == DateStyle::none) {
         return {};
     }
-    // A formatter of its own for each call: they are not made for several threads.
+    // A new formatter for each call, since one must not be used by several threads.
     const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
         icuStyle(date), icuStyle(hours), icu::Locale::createFromName(m_locale.c_str())));
     if (format == nullptr) {

@@ -4,11 +4,11 @@
 
 namespace tessaly {
 
-/// Linux needs none of the adaptations that the program makes to old releases, so the release here
-/// is 0.0 whatever kernel runs: no number of a kernel is ever taken for that of such a release.
+/// The program adapts to old releases of other systems, which must not happen on Linux. So the
+/// release is 0.0, whichever kernel runs: none of its numbers is mistaken for such a release.
 class LinuxSystemRelease final : public SystemRelease {
 public:
-    [[nodiscard]] Version version() const override;
+    [[nodiscard]] Version version() const override { return {0, 0}; }
 };
 
 } // namespace tessaly

@@ -25,7 +25,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(probeLog, "tessaly.platform.probe", QtInfoMsg)
 
-/// Children that were killed and had not ended by then.
+/// Children that were killed. Each new one reaps those that have ended by then, so that no thread
+/// ever blocks in waitpid() for one that the kernel keeps.
 class KilledChildren {
 public:
     /// Never destroyed: threads may be at work when the process ends.
@@ -45,7 +46,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::vector<pid_t> m_processes;
+    std::vector<pid_t> m_processes; //< guarded by m_mutex
 };
 
 bool waitFor(int descriptor, std::chrono::milliseconds timeout)
@@ -66,6 +67,7 @@ std::string ProbeProcess::programOfInstallation()
 ProbeProcess::ProbeProcess(const std::string &program, const char *question,
                            const std::string &path)
 {
+    // A socket and no pipe: stop() can shut it down under a thread that is reading.
     std::array<int, 2> ends = {-1, -1};
     int error = 0;
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
@@ -118,10 +120,11 @@ void ProbeProcess::stop(std::chrono::milliseconds timeout)
     m_isStopped = true;
     if (m_process > 0) {
         kill(m_process, SIGKILL);
+        // A descriptor of the process can be waited for with a timeout, unlike waitpid().
         const scan::FileDescriptor end(static_cast<int>(syscall(SYS_pidfd_open, m_process, 0)));
         (void)waitFor(end.number(), end.isOpen() ? timeout : std::chrono::milliseconds(0));
     }
-    // The child's end of the socket may stay open, so this one has to wake up who reads.
+    // A child that the kernel keeps has its end of the socket open, so the reader is woken here.
     shutdown(m_answer.number(), SHUT_RDWR);
 }
 

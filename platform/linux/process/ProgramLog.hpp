@@ -10,15 +10,15 @@ namespace tessaly {
 /// show in the file manager ("tessaly.screens" and "tessaly.drives"); the variable QT_LOGGING_RULES
 /// asks for more ("tessaly.*=true"). Where standard error leads to the journal, the lines go there.
 ///
-/// Nobody reading standard error any more is no reason for the program to end: the signal SIGPIPE
-/// is ignored from here on.
+/// SIGPIPE is ignored from install() on, so that the program does not end when nothing reads its
+/// standard error any more.
 class ProgramLog {
 public:
-    /// From here on messages of Qt's logging go this way.
+    /// Writes the messages of Qt's logging in this way from now on.
     static void install();
 
-    /// A message as its line, without the end. What would break the line or drive a terminal
-    /// becomes "?".
+    /// A message as its line, without the line end. Control characters, which would break the line
+    /// or drive a terminal, become "?".
     [[nodiscard]] static QByteArray lineOf(const char *category, const QString &text);
 };
 

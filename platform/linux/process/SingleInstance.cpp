@@ -56,7 +56,7 @@ SingleInstance::Outcome SingleInstance::claim()
         qCInfo(instanceLog) << "no session bus:" << problem;
         return m_outcome = lockFolder(noWait);
     }
-    // Before the name: who finds the name may call at once.
+    // Before the name: once the name has an owner, a second start may call the object at once.
     m_link.bus().registerObject(QLatin1String(programObjectPath), &m_object,
                                 QDBusConnection::ExportAllSlots);
     bool isLockAwaited = false;
@@ -70,7 +70,8 @@ SingleInstance::Outcome SingleInstance::claim()
                 return m_outcome = Outcome::shown;
             }
         }
-        // The other one has just ended, and may still hold the lock; or it does not answer.
+        // The owner does not answer, or has just ended. Then the name is free the next time, while
+        // the lock may be held for some moments yet.
         isLockAwaited = true;
         std::this_thread::sleep_for(timeBetweenTries);
     } while (timeLeft() > noWait);
@@ -135,14 +136,14 @@ SingleInstance::Name SingleInstance::askForName()
     return code == isOwnerNow || code == isOwnerAlready ? Name::owned : Name::taken;
 }
 
-/// Whether the instance that has the name has answered.
+/// Whether the owner of the name has answered.
 bool SingleInstance::askToShow()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
         QLatin1String(programId), QLatin1String(programObjectPath),
         QLatin1String(applicationInterface), QStringLiteral("Activate"));
     call << m_platformData;
-    call.setAutoStartService(false); // should it have ended, this one is the first
+    call.setAutoStartService(false); // the bus would start a third one if the owner has ended
     QDBusPendingCall answer = m_link.bus().asyncCall(call, static_cast<int>(timeLeft().count()));
     answer.waitForFinished();
     return !answer.isError();
@@ -161,7 +162,7 @@ SingleInstance::Outcome SingleInstance::lockFolder(std::chrono::milliseconds tim
         return Outcome::refused;
     case InstanceLock::State::impossible:
         qCWarning(instanceLog, "the documents folder cannot be locked");
-        break;
+        break; // some network file systems have no locks; a program that never starts is worse
     case InstanceLock::State::taken:
         break;
     }
@@ -180,7 +181,7 @@ void SingleInstance::activate(const QByteArray &token)
     }
     qputenv(activationTokenVariable, token);
     m_activated();
-    qunsetenv(activationTokenVariable); // Qt may have no use for it; nobody else is to have it
+    qunsetenv(activationTokenVariable); // Qt may not have used it; children must not inherit it
 }
 
 } // namespace tessaly

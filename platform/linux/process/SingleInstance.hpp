@@ -24,8 +24,8 @@ namespace tessaly {
 ///
 /// Requires: a QCoreApplication; the event loop, to be asked by others.
 /// Threads:  the main thread.
-/// Errors:   go to the log "tessaly.instance". A bus and an instance that do not answer are waited
-///           for as long as Timeouts says.
+/// Errors:   go to the log "tessaly.instance". Timeouts limits how long claim() blocks on a bus or
+///           an instance that does not answer.
 class SingleInstance {
 public:
     enum class Outcome : std::uint8_t {
@@ -50,8 +50,8 @@ public:
     SingleInstance(const std::string &documentsFolder, QVariantMap platformData, Timeouts timeouts,
                    Now now = Clock::now);
 
-    /// Finds out which instance this is. A process that gets anything but `first` ends with the
-    /// status of endSecondStart(), without having written anything.
+    /// Finds out which instance this is. A process that is not the first ends with the status of
+    /// endSecondStart(), before it has written anything.
     [[nodiscard]] Outcome claim();
 
     /// The exit status of an instance that is not the first: 0 when the first one shows itself.
@@ -63,14 +63,14 @@ public:
     /// desktop has given that start, if anything, for Qt to bring the window to the front with.
     void setActivated(std::function<void()> activated) { m_activated = std::move(activated); }
 
-    /// Lets another start be the first from now on: unlocks the folder, then gives up the name. For
-    /// a process that can neither go on nor end, since a thread of it is stuck in the kernel.
+    /// Lets another start be the first from now on: unlocks the folder, then releases the name. For
+    /// a process that cannot end, since a thread of it is stuck in the kernel.
     ///
-    /// Threads: any, once the event loop has ended. Waits for the bus as long as Timeouts::bus.
+    /// Threads: any, once the event loop has ended. Blocks on the bus for Timeouts::bus at most.
     void release();
 
-    /// Shows a text in a window of its own, until the user closes it or the program is to end. Not
-    /// while an event loop runs already.
+    /// Shows a text in a window of its own until the user closes it or the program has to end. Runs
+    /// an event loop, so none may be running.
     static void showComplaint(const QString &text);
 
 private:
@@ -89,7 +89,7 @@ private:
     Clock::time_point m_deadline; ///< of claim()
     ApplicationObject m_object;
     BusLink m_link;
-    InstanceLock m_lock; ///< destroyed before m_link: who gets the name then gets the lock too
+    InstanceLock m_lock; ///< destroyed before m_link: the next owner of the name can take it
     std::function<void()> m_activated;
     Outcome m_outcome = Outcome::refused;
 };

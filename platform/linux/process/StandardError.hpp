@@ -4,8 +4,7 @@
 
 namespace tessaly {
 
-/// Writes all of the text to standard error, as far as somebody takes it. May be called by the
-/// handler of a signal, and leaves errno alone.
+/// Writes the text to standard error, up to the first error. Async-signal-safe; keeps errno.
 void writeToStandardError(std::string_view text) noexcept;
 
 } // namespace tessaly

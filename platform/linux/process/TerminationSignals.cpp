@@ -16,10 +16,10 @@ namespace {
 
 constexpr std::array terminationSignals = {SIGTERM, SIGINT, SIGHUP};
 
-/// Where the handler writes. Handlers are plain functions.
+/// Where the handler writes. A handler is a plain function and knows no object.
 std::atomic<int> writingEnd = -1;
 
-/// Only what may be done in the midst of anything.
+/// A signal handler: only async-signal-safe calls. The write wakes up the event loop.
 void wakeUp(int /*number*/)
 {
     const int error = errno;
@@ -46,11 +46,13 @@ TerminationSignals::TerminationSignals()
     });
     for (const int number : terminationSignals) {
         struct sigaction action = {};
+        // nohup starts programs with SIGHUP ignored, shells background jobs with SIGINT.
         if (sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) {
             continue;
         }
         action = {};
         action.sa_handler = wakeUp;
+        // Reset: the same signal again ends the program, should its event loop not get there.
         action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
         sigemptyset(&action.sa_mask);
         sigaction(number, &action, nullptr);

@@ -12,7 +12,8 @@ namespace tessaly {
 /// closed and its event loop ends, as if the user had quit. The same signal a second time ends it
 /// at once. A signal that was ignored when the program started stays ignored.
 ///
-/// Requires: a QCoreApplication. One at a time; when it goes, the signals have their usual effect.
+/// Requires: a QCoreApplication. One at a time; once it is destroyed, the signals have their usual
+///           effect.
 /// Threads:  the main thread.
 class TerminationSignals {
 public:

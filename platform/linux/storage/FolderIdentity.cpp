@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::string_view typeProperty = "fileSystem";
 
-/// File systems that make up the numbers of their files while they are mounted.
-bool numbersFilesAnew(std::uint32_t fileSystemType) noexcept
+/// Whether a file system of the type makes up the numbers of its files at each mount.
+bool renumbersFiles(std::uint32_t fileSystemType) noexcept
 {
     switch (fileSystemType) {
     case MSDOS_SUPER_MAGIC:
@@ -80,7 +80,7 @@ FolderIdentity folderIdentity(const struct statx &folder, const struct statfs &f
         std::memcpy(&number, &fileSystem.f_fsid, sizeof number);
         identity.emplace("volume", std::to_string(number));
     }
-    if (!numbersFilesAnew(type)) {
+    if (!renumbersFiles(type)) {
         identity.emplace("inode", std::to_string(folder.stx_ino));
         if (!handle.empty()) {
             identity.emplace("handle", handle);

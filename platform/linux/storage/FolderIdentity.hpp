@@ -16,7 +16,8 @@ namespace tessaly {
 /// - "fileSystem": the type of the file system. Always there.
 /// - "volume": which file system it is, where that lies on the disk itself (ext2 to ext4).
 /// - "inode" and "handle": not on FAT, FUSE, network shares and the like, which number their files
-///   anew each time. The handle tells the users of a number apart, where the file system can.
+///   differently at each mount. The handle tells a folder from a later one with the same number,
+///   where the file system has handles.
 /// - "birth": when it was made, where that is kept and does not depend on the time zone.
 ///
 /// The number of the device is none of them: it depends on the order in which drives are found. On

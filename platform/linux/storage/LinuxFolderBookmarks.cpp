@@ -20,6 +20,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(bookmarksLog, "tessaly.bookmarks")
 
+// The keys of the stored property list: never to be changed, or old bookmarks would not resolve.
 constexpr const char *versionKey = "version";
 constexpr const char *pathKey = "path";
 constexpr const char *identityKey = "identity";
@@ -42,6 +43,7 @@ struct Bookmark {
     FolderIdentity identity;
 };
 
+/// Data and no text, since paths need not be valid UTF-8.
 archive::PlistData dataOf(std::string_view bytes)
 {
     const auto data = std::as_bytes(std::span(bytes));

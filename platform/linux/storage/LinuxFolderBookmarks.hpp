@@ -12,11 +12,11 @@ namespace tessaly {
 ///
 /// A bookmark resolves as long as the same folder lies at the same path: after a restart and after
 /// its drive was plugged in again too, but not after it was moved, nor when something else has its
-/// name now. A path that goes over a symbolic link stays as it was given; what the link leads to
+/// name now. A path that leads over a symbolic link stays as it was given; what the link leads to
 /// must be the same folder. Paths of 4096 bytes and more, which the system does not take, make no
 /// bookmarks.
 ///
-/// No folder is shut on this system, so access is only counted, and tried.
+/// Access needs no grant on this system, so it is only counted, and tried.
 ///
 /// Data: a binary property list: {"version": 1, "path": data, "identity": {name: data, …}}.
 class LinuxFolderBookmarks final : public FolderBookmarks {
@@ -35,7 +35,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::map<std::string, int, std::less<>> m_accesses; ///< none is 0
+    std::map<std::string, int, std::less<>> m_accesses; //< above 0; guarded by m_mutex
 };
 
 } // namespace tessaly

@@ -22,8 +22,8 @@ namespace tessaly {
 /// Several processes may use the file at once. flush() holds a lock while it reads what the file
 /// holds now, makes this process's changes to it, no others, and replaces the file as a whole; what
 /// came of it is what this process sees from then on. Values of types that are not ours stay as
-/// they are. The lock is tried for 5 seconds; when its holder was stopped and keeps it longer,
-/// flush() fails, and tries only once each time from then on until it gets the lock.
+/// they are. The lock is tried for 5 seconds. When its holder was stopped and keeps it longer,
+/// flush() fails; from then on it tries only once each time, until it gets the lock.
 ///
 /// - Without pending changes flush() only reads the file, and succeeds whatever it finds.
 /// - A file that holds no settings is set aside under another name, with a warning in the log; it
@@ -33,9 +33,9 @@ namespace tessaly {
 /// - What fails again and again for the same reason is logged once.
 /// - Whether a default is needed is decided while the lock is held, by what the file holds then.
 ///
-/// The last changes are flushed when the store goes.
+/// The destructor flushes the last changes.
 ///
-/// Threads: any. Only flush() waits for the disk; reading and changing values never waits for it.
+/// Threads: any. Only flush() blocks on the disk; reading and changing values never does.
 class LinuxSettingsStore final : public SettingsStore {
 public:
     static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(5);
@@ -85,14 +85,14 @@ private:
     store(const Changes &changes);
     [[nodiscard]] archive::Result<SettingsFile::Content, archive::ArchiveError> readOrSetAside();
 
-    std::mutex m_fileMutex; ///< held by whoever uses m_file; taken before m_mutex
-    SettingsFile m_file;
-    std::string m_lastWarning; ///< empty when the last use of the file succeeded
+    std::mutex m_fileMutex;    ///< taken before m_mutex
+    SettingsFile m_file;       //< guarded by m_fileMutex
+    std::string m_lastWarning; //< guarded by m_fileMutex; empty after a success
 
-    mutable std::mutex m_mutex; ///< of what follows; never held while the disk is used
-    archive::PlistDictionary m_stored;
-    Changes m_changes;
-    std::uint64_t m_changeCount = 0;
+    mutable std::mutex m_mutex;        ///< never held while the disk is used
+    archive::PlistDictionary m_stored; //< guarded by m_mutex
+    Changes m_changes;                 //< guarded by m_mutex
+    std::uint64_t m_changeCount = 0;   //< guarded by m_mutex
 };
 
 } // namespace tessaly

@@ -13,7 +13,7 @@ public:
     /// Empty when the password database does not know the user.
     [[nodiscard]] std::string loginName() const override;
     /// $HOME, or what the password database says when that is unset, empty or relative; empty when
-    /// nobody knows. The home folder "/" keeps its slash.
+    /// that does not know the user. The home folder "/" keeps its slash.
     [[nodiscard]] std::string homeFolder() const override;
     /// "/home".
     [[nodiscard]] std::string usersFolder() const override;

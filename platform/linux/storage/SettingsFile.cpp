@@ -22,7 +22,7 @@ namespace {
 
 using Kind = archive::ArchiveError::Kind;
 
-/// Far more than settings take. What is larger is not read to its end.
+/// Far more than settings take; a larger file is not read to its end, so that it costs no memory.
 constexpr std::size_t maxSettingsBytes = std::size_t{64} << 20U;
 constexpr std::chrono::milliseconds timeBetweenLockTries{10};
 constexpr int nameAttempts = 100;
@@ -52,7 +52,7 @@ SettingsFile::SettingsFile(std::string path, archive::FileCalls &calls,
 SettingsFile::Lock::~Lock()
 {
     if (m_descriptor >= 0) {
-        // Not by closing alone: a program that is being started right now holds the same file.
+        // Closing alone does not unlock: a child between fork() and exec() has the file open, too.
         m_calls->flock(m_descriptor, LOCK_UN);
         m_calls->close(m_descriptor);
     }
@@ -75,28 +75,30 @@ archive::Result<SettingsFile::Lock, archive::ArchiveError> SettingsFile::lock()
         return unwritable("cannot open the lock of", errno);
     }
     Lock lock(m_calls, descriptor);
-    const auto timeout = m_isPatient ? m_timeout : std::chrono::milliseconds(0);
+    // A stopped holder blocks us once and not at each change.
+    const auto timeout = m_hasTimedOut ? std::chrono::milliseconds(0) : m_timeout;
     const auto deadline = std::chrono::steady_clock::now() + timeout;
+    // flock() has no timeout, so it is tried again and again.
     while (archive::retried([&] { return m_calls.flock(descriptor, LOCK_EX | LOCK_NB); }) != 0) {
         if (isLackOfLocks(errno)) {
-            break; // settings that are kept without a lock are better than none
+            break; // settings that are written without a lock are better than none
         }
         if (errno != EWOULDBLOCK) {
             return unwritable("cannot lock", errno);
         }
         if (std::chrono::steady_clock::now() >= deadline) {
-            m_isPatient = false;
+            m_hasTimedOut = true;
             return unwritable("cannot lock", EWOULDBLOCK);
         }
         std::this_thread::sleep_for(timeBetweenLockTries);
     }
-    m_isPatient = true;
+    m_hasTimedOut = false;
     return lock;
 }
 
 archive::Result<SettingsFile::Content, archive::ArchiveError> SettingsFile::read()
 {
-    // A FIFO must not keep us waiting for its writer.
+    // O_NONBLOCK: opening a FIFO would block until it has a writer.
     const int descriptor = archive::retried(
         [&] { return m_calls.open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0); });
     if (descriptor < 0) {
@@ -159,7 +161,7 @@ archive::Result<std::string, archive::ArchiveError> SettingsFile::setAside()
     const std::string firstName = target + ".damaged-" + utcNow();
     for (int attempt = 1; attempt <= nameAttempts; ++attempt) {
         std::string name = attempt == 1 ? firstName : firstName + '-' + std::to_string(attempt);
-        // Taken by an empty file first: the renaming would replace whatever has the name.
+        // An empty file reserves the name first, since rename() would replace a file of that name.
         const int taken = archive::retried([&] {
             return m_calls.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         });

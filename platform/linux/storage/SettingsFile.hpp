@@ -20,19 +20,19 @@ namespace tessaly {
 ///          that it leads to is read, replaced and set aside; the link stays. The lock lies beside
 ///          the link.
 /// Lock:    flock() on a file beside it, named like it with ".lock" added, which stays there. The
-///          system gives the lock back when its holder ends, however that happens. On file systems
+///          system releases the lock when its holder ends, however that happens. On file systems
 ///          without locks there is none.
 /// Threads: one at a time for each object. Other objects and processes may use the same file.
 class SettingsFile {
 public:
     /// `path`:     bytes as the system takes them.
     /// `calls`:    must outlive the file.
-    /// `timeout`: how long lock() tries while somebody else holds the lock. Holders need it for
-    ///             one replacement of the file; one that was stopped meanwhile must not stop us.
-    ///             After that was too short, lock() tries only once each time until it succeeds.
+    /// `timeout`: how long lock() tries while another process holds the lock. A holder replaces the
+    ///             file once, which is quick; one that was stopped meanwhile must not block us.
+    ///             After a timeout, lock() tries only once each time until it succeeds.
     SettingsFile(std::string path, archive::FileCalls &calls, std::chrono::milliseconds timeout);
 
-    /// Holds the lock until it goes.
+    /// Holds the lock until it is destroyed.
     class Lock {
     public:
         Lock(archive::FileCalls &calls, int descriptor) noexcept
@@ -47,7 +47,7 @@ public:
 
     private:
         archive::FileCalls *m_calls;
-        int m_descriptor; ///< −1 when there is nothing to give back
+        int m_descriptor; ///< −1 after a move
     };
 
     /// Makes the folder too. An error when the lock cannot be had in time.
@@ -85,7 +85,7 @@ private:
     std::string m_path;
     archive::FileCalls &m_calls;
     std::chrono::milliseconds m_timeout;
-    bool m_isPatient = true; ///< false from when the timeout ran out to the next lock
+    bool m_hasTimedOut = false; ///< since the last lock that was taken
 };
 
 } // namespace tessaly

@@ -31,8 +31,8 @@ std::string folder(const char *variable, const char *insideHome)
     return chosen ? *chosen : XdgFolders::home() + insideHome;
 }
 
-/// The first folder, and those that the variable lists, or else the usual ones. What is not
-/// absolute counts for nothing.
+/// The first folder, and those that the variable lists, or else the usual ones. Relative paths are
+/// ignored, as the specification has it.
 std::vector<std::string> searched(std::string first, const char *variable, const char *usual)
 {
     const char *value = std::getenv(variable);

@@ -30,19 +30,21 @@ bool isThere(const path &file)
     return std::filesystem::exists(file, error);
 }
 
-/// `depth` ends it where devices should lie on one another in a circle.
+/// `depth` counts the devices above this one, so that a circle in sysfs ends the search.
 bool isMediumRemovable(const path &folder, int depth)
 {
-    constexpr int deepest = 16;
+    constexpr int maxDepth = 16; // encryption on RAID on partitions takes three
+    // Only whole disks have "removable"; the folder of a partition lies in that of its disk.
     const path disk = isThere(folder / "partition") ? folder.parent_path() : folder;
     char flag = '0';
     std::ifstream(disk / "removable") >> flag;
     if (flag == '1') {
         return true;
     }
+    // An encrypted or combined device is no disk itself: the devices that it is made of are.
     std::error_code error;
     std::filesystem::directory_iterator below(disk / "slaves", error);
-    for (; !error && depth < deepest && below != std::filesystem::directory_iterator();
+    for (; !error && depth < maxDepth && below != std::filesystem::directory_iterator();
          below.increment(error)) {
         if (isMediumRemovable(target(*below), depth + 1)) {
             return true;
@@ -60,7 +62,8 @@ std::optional<BlockDevice> BlockDevice::below(const scan::Mount &mount,
         path(sources.sysfs) / "dev/block" /
         (std::to_string(major(mount.device)) + ':' + std::to_string(minor(mount.device)));
     path folder = target(byNumber);
-    // Some file systems, which may lie on several devices, have a number of their own.
+    // btrfs and others that may lie on several devices have a number that is no device's. Then the
+    // device that was mounted has to do.
     if (folder.empty() && mount.source.starts_with(devicesFolder)) {
         const path device =
             target(path(sources.devices) / mount.source.substr(devicesFolder.size()));

@@ -22,10 +22,10 @@ using Outcome = UDisksClient::Outcome;
 using UDisksResult = UDisksClient::Result;
 using AfterUnmount = UDisksClient::AfterUnmount;
 
-/// Changes within such a time are one.
+/// Plugging in one disk changes the mounts, UDisks2's objects and their properties within moments.
 constexpr std::chrono::milliseconds mergeTime(100);
 
-/// Paths of volumes that are not there are in here, where nothing is.
+// The paths of volumes that are not there (any more) lie here, where nothing is.
 constexpr auto missingVolumes = "/Volumes/";
 constexpr auto rootEntryPath = "/Volumes//";
 
@@ -46,8 +46,8 @@ std::optional<std::string> unmountAsUser(const scan::Mount &volume, FileSystemPr
     }
     auto problem = unmountFuse(volume.mountPoint);
     if (problem && !probe.answersWithin(timeout, volume.mountPoint)) {
-        // Its program hangs. Requests that it holds keep the volume busy, even those of processes
-        // that were killed. One that does answer is in use, and stays.
+        // Its program hangs, and the requests that it holds keep the volume busy, even those of
+        // processes that were killed. One that answers is in use by others, and stays mounted.
         problem = detachFuse(volume.mountPoint);
     }
     return problem;
@@ -67,7 +67,7 @@ std::optional<std::string> problemOf(const Outcome &outcome)
     return outcome.problem;
 }
 
-/// What a path is asked about: where its entry is mounted.
+/// Where the entry with that path is mounted.
 std::string mountPathOf(const std::string &path)
 {
     return path == rootEntryPath ? std::string(scan::rootPath) : tree::cleanPath(path);
@@ -89,7 +89,7 @@ struct LinuxVolumeService::Question {
     Answer answer;
     LateFigures late;
     std::vector<VolumeFiguresReader::Space> spaces;
-    int missingCount = 2; ///< the figures, and UDisks2
+    int missingCount = 2; ///< of the answers: the figures', and UDisks2's
 };
 
 /// A volume that is to be unmounted. Used on other threads, and after the service is destroyed.
@@ -222,7 +222,7 @@ void LinuxVolumeService::unmountAndEject(std::string_view path)
         }
     };
     m_client.post([request = *request, report](UDisksClient &client) {
-        // Not on the main thread: ending the questions may take a moment.
+        // On the client's thread, since silence() may block for a moment.
         const auto finish = [request, report, quiet = request.silence()](const Outcome &outcome) {
             BackgroundWork::start(
                 [request, report, quiet, outcome] { report(request.finish(outcome)); });
@@ -256,11 +256,11 @@ void LinuxVolumeService::unmount(std::string_view path)
                 client.unmount(volume.mountPoint, volume.device, AfterUnmount::nothing,
                                [promise](const Outcome &its) { promise->set_value(its); });
             });
-        // From here on nothing of this object is used: it may be destroyed meanwhile.
+        // No member is used from here on: the service may be destroyed while this blocks.
         try {
             outcome = outcomeToCome.get();
         } catch (const std::future_error &) {
-            return; // it was destroyed, and its promise with it
+            return; // broken promise: the client was destroyed before it had an answer
         }
     }
     if (const auto problem = request->finish(outcome)) {
@@ -298,7 +298,7 @@ LinuxVolumeService::requestFor(std::string_view path)
 
 void LinuxVolumeService::tellRefused(const std::string &path) const
 {
-    if (const auto refused = m_refused) { // it may set another one
+    if (const auto refused = m_refused) { // a copy, since the listener may replace itself
         refused(path);
     }
 }
@@ -315,6 +315,7 @@ void LinuxVolumeService::askUDisks(std::function<void()> then)
             std::exchange(*then, nullptr)();
         }
     };
+    // Whichever comes first calls `then`: the answer or the timer.
     QTimer::singleShot(m_timeout, Qt::PreciseTimer, &m_timers, finish);
     const auto take = [this, finish,
                        post = m_work.poster()](const std::optional<UDisksVolumes> &volumes) {
@@ -341,7 +342,7 @@ void LinuxVolumeService::setChangeListener(std::function<void()> changed)
     if (!m_watch) {
         m_toldEntries = m_list.entries(udisks());
         m_watch = std::make_unique<MountWatch>(m_sources.mountInfo, [this] { checkSoon(); });
-        askUDisks([] {}); // from then on it says what changes
+        askUDisks([] {}); // from then on the client hears its signals
     }
 }
 
@@ -360,11 +361,11 @@ void LinuxVolumeService::tellIfChanged()
     }
     m_toldEntries = std::move(entries);
     m_toldFacts.clear();
-    const auto changed = m_changed; // it may set another one
+    const auto changed = m_changed; // a copy, since the listener may replace itself
     changed();
 }
 
-/// Whether one would be told otherwise about the volumes that were asked for last.
+/// Whether the answers to the last question would be others now.
 bool LinuxVolumeService::hasOtherFacts() const
 {
     const VolumeFacts facts(m_sources);

@@ -31,18 +31,18 @@ namespace tessaly {
 ///           unmounted has the path "/Volumes/NAME", where nothing is. "/" has "/Volumes//", by
 ///           which it can be asked about but not unmounted.
 /// Figures:  free is what the user may still fill, without what is reserved for the system.
-/// Waiting:  nothing here waits for a volume, a bus or a service, but for unmount(). Volumes that
-///           are not on a disk of this computer are asked by child processes (FileSystemProbe),
-///           which are killed before the volume is unmounted.
-/// Going:    UDisks2 unmounts the volumes that it knows; FUSE's or the system's programs what users
-///           may unmount. Of a device that is mounted in several places only the mount at the path
-///           is unmounted, and nothing is ejected. If another one was mounted after it, "umount"
-///           does that, which refuses everybody but root and those whom fstab lets unmount there:
-///           then all of them stay, and the refusal is told at once. What a FUSE program shows that
-///           does not answer any more is detached at once ("lazy").
+/// Blocking: only unmount() blocks, on volumes, the bus and services. Volumes that are not on a
+///           disk of this computer are asked by child processes (FileSystemProbe), which are killed
+///           before the volume is unmounted.
+/// Unmount:  UDisks2 unmounts the volumes that it knows; FUSE's or the system's programs unmount
+///           what users may. Of a device that is mounted in several places only the mount at the
+///           path is unmounted, and nothing is ejected. If another one was mounted after it,
+///           "umount" is used, which refuses everybody but root and those whom fstab lets unmount
+///           there: then all of them stay, and the refusal is reported at once. A FUSE volume whose
+///           program does not answer is detached ("lazy unmount").
 /// Requires: a QCoreApplication and its event loop.
 /// Errors:   go to the log "tessaly.platform.volumes".
-/// End:      answers that have not come are dropped. An unmount() that is under way returns.
+/// End:      answers that have not come are dropped. An unmount() that is running returns.
 class LinuxVolumeService final : public VolumeService {
 public:
     static constexpr std::chrono::milliseconds usualTimeout = std::chrono::seconds(2);
@@ -66,7 +66,7 @@ public:
 private:
     struct Question;
     struct UnmountRequest;
-    /// Calls `then` when UDisks2 has answered, or when it takes too long.
+    /// Calls `then` once UDisks2 has answered, or after the timeout.
     void askUDisks(std::function<void()> then);
     [[nodiscard]] const UDisksVolumes *udisks() const;
 
@@ -79,18 +79,18 @@ private:
 
     VolumeSources m_sources;
     std::chrono::milliseconds m_timeout;
-    std::shared_ptr<FileSystemProbe> m_probe; ///< shared with the threads that ask by it
+    std::shared_ptr<FileSystemProbe> m_probe; ///< shared with the threads that use it
     VolumeList m_list;
-    std::optional<UDisksVolumes> m_udisksVolumes; ///< as it said last; nothing when it is not there
+    std::optional<UDisksVolumes> m_udisksVolumes; ///< its last answer; nothing without UDisks2
 
-    // What the one who listens knows by now.
+    // What the change listener was told last, or has asked for since.
     std::vector<VolumeList::Entry> m_toldEntries;
     std::map<std::string, VolumeInformation> m_toldFacts; ///< by path, without figures
 
     std::function<void(const std::string &path)> m_refused;
     std::function<void()> m_changed;
     std::unique_ptr<MountWatch> m_watch;
-    QTimer m_merge; ///< runs while changes that come close together are gathered
+    QTimer m_merge; ///< runs while changes are collected, to be reported as one
     QObject m_timers;
     VolumeFiguresReader m_figures;
     BackgroundWork m_work; ///< before m_client, which posts by it

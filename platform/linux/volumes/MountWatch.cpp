@@ -12,7 +12,8 @@ MountWatch::MountWatch(const std::string &mountInfo, std::function<void()> chang
     if (!m_file.isOpen()) {
         return;
     }
-    // The kernel marks the file until somebody waits for it again; nothing has to be read.
+    // poll() reports a change of the mounts as an exceptional condition, once; the file itself need
+    // not be read for that.
     m_notifier = std::make_unique<QSocketNotifier>(m_file.number(), QSocketNotifier::Exception);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
                      [changed = std::move(changed)] { changed(); });

@@ -21,7 +21,7 @@ public:
 
 private:
     scan::FileDescriptor m_file;
-    std::unique_ptr<QSocketNotifier> m_notifier; ///< goes before what it watches
+    std::unique_ptr<QSocketNotifier> m_notifier; ///< destroyed before the file that it watches
 };
 
 } // namespace tessaly

@@ -21,10 +21,11 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// What can be read until the other end is closed; of a long text the beginning.
+/// Reads until the other end is closed, so that the program never blocks on a full pipe; keeps the
+/// beginning.
 std::string textFrom(int descriptor)
 {
-    constexpr std::size_t longest = 1000;
+    constexpr std::size_t maxBytes = 1000;
     std::string text;
     std::array<char, 256> piece{};
     for (;;) {
@@ -34,7 +35,7 @@ std::string textFrom(int descriptor)
             break;
         }
         text.append(piece.data(), static_cast<std::size_t>(count));
-        text.resize(std::min(text.size(), longest));
+        text.resize(std::min(text.size(), maxBytes));
     }
     while (text.ends_with('\n')) {
         text.pop_back();
@@ -58,7 +59,7 @@ std::optional<std::string> runFirst(const std::vector<Words> &commands)
             error = ChildProgram{.words = command, .errors = otherEnd.number()}.start(process);
         }
     }
-    otherEnd.close();
+    otherEnd.close(); // or reading would not end when the program does
     const std::string &program = commands.back().front();
     if (error != 0) {
         return program + ": " + std::generic_category().message(error);

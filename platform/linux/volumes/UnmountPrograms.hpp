@@ -12,16 +12,16 @@ namespace tessaly {
 /// Errors:  returns what went wrong, as bytes; nothing when it is unmounted.
 [[nodiscard]] std::optional<std::string> unmountFuse(const std::string &mountPoint);
 
-/// The same of a FUSE file system whose program does not answer: it goes from the list of mounts at
-/// once, and from the kernel when nobody uses it any more ("lazy").
+/// The same for a FUSE file system whose program does not answer: a lazy unmount. It leaves the list
+/// of mounts at once; the kernel destroys it when its last user is gone.
 [[nodiscard]] std::optional<std::string> detachFuse(const std::string &mountPoint);
 
-/// The same by "umount", of exactly what is mounted at that place: "umount" asks no helper, which
+/// Unmounts by "umount" exactly what is mounted at that place: "umount" asks no helper, which
 /// could take another place where the same file system is mounted. Only root may do that,
 /// unless fstab lets users unmount there.
 [[nodiscard]] std::optional<std::string> unmountThere(const std::string &mountPoint);
 
-/// The same of a file system that fstab lets users mount and unmount, by "umount".
+/// Unmounts by "umount" a file system that fstab lets users mount and unmount.
 [[nodiscard]] std::optional<std::string> unmountByUser(const std::string &mountPoint);
 
 } // namespace tessaly

@@ -6,7 +6,7 @@
 
 namespace tessaly {
 
-/// What was asked for at once.
+/// The places of one read(). Held by the timer and by m_waiting, and used on the one thread alone.
 struct VolumeFiguresReader::Batch {
     std::vector<Place> places;
     std::vector<Space> spaces;
@@ -20,6 +20,7 @@ VolumeFiguresReader::VolumeFiguresReader(Source source) : m_source(std::move(sou
 void VolumeFiguresReader::read(const std::vector<Place> &places, std::chrono::milliseconds timeout,
                                Answer answer, LateAnswer late)
 {
+    // Batches that have answered drop out; the threads of those that have not are still needed.
     for (auto &[place, waiting] : m_waiting) {
         std::erase_if(waiting, [](const auto &waiter) { return !waiter.first->answer; });
         for (const auto &[batch, index] : waiting) {
@@ -45,6 +46,8 @@ void VolumeFiguresReader::read(const std::vector<Place> &places, std::chrono::mi
 void VolumeFiguresReader::ask(const std::shared_ptr<Batch> &batch, std::size_t index)
 {
     const Place place = batch->places[index];
+    // A thread that hangs in statvfs() cannot be ended. With one for each place, asking again and
+    // again does not pile them up.
     const bool isUnderWay = m_waiting.contains(place);
     m_waiting[place].emplace_back(batch, index);
     if (isUnderWay) {
@@ -63,13 +66,14 @@ void VolumeFiguresReader::take(const Place &place, const Reading &reading)
 {
     const auto waiting = m_waiting.extract(place);
     if (!reading) {
-        return; // those that wait get the last figures when their time is over
+        return; // the batches that wait for it get the last figures after their timeout
     }
     const Figures &figures = *reading;
     if (figures && place.device != 0) {
         m_last.insert_or_assign(place, *figures);
     }
     for (const auto &[batch, index] : waiting.mapped()) {
+        // A batch that has answered already takes this as a late one.
         if (batch->answer) {
             batch->spaces[index].figures = figures;
             if (--batch->missingCount == 0) {

@@ -20,7 +20,7 @@ namespace tessaly {
 
 /// Reads the space of volumes, each on a thread of its own: a call for the volume of a server that
 /// is gone may never return. There is at most one such thread for a volume, however often it is
-/// asked for, and nobody waits for it, neither this class nor the end of the process.
+/// asked for. Neither the destructor nor the end of the process waits for it.
 ///
 /// A volume that does not answer in time, or answers with an error, keeps the figures that it had
 /// the last time, marked as old, as long as the same file system is mounted there.
@@ -30,7 +30,7 @@ class VolumeFiguresReader {
 public:
     /// Nothing when they cannot be read.
     using Figures = std::optional<VolumeFigures>;
-    /// What a source has found out: nothing at all when it was stopped before it knew.
+    /// What a source answers: no figures when they cannot be read, nothing when it was stopped.
     using Reading = std::optional<Figures>;
 
     /// A path, and the number of the file system that is mounted there: another file system at the
@@ -58,7 +58,7 @@ public:
     /// Takes one answer for each place that was asked for, in their order.
     using Answer = std::function<void(std::vector<Space>)>;
     /// Takes the figures of one place, by its number in the question, that came after the timeout.
-    /// It is not told of an error: what is known stays.
+    /// Not called for an error: the figures that are known stay.
     using LateAnswer = std::function<void(std::size_t index, const VolumeFigures &figures)>;
 
     explicit VolumeFiguresReader(Source source);
@@ -77,7 +77,7 @@ private:
     void finish(Batch &batch) const;
 
     Source m_source;
-    /// Who waits for the threads that are under way, and for which of their places.
+    /// For each place that is being asked: the batches that wait for it, and its number in them.
     std::map<Place, std::vector<std::pair<std::shared_ptr<Batch>, std::size_t>>> m_waiting;
     /// The figures that were read last, of the places that were asked for last.
     std::map<Place, VolumeFigures> m_last;

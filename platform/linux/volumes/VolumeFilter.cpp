@@ -10,7 +10,7 @@ namespace tessaly {
 
 namespace {
 
-/// Where programs that are a single file show themselves what is in it.
+/// Programs that are a single image file mount themselves here.
 constexpr std::string_view packageImages = "/tmp/.mount_";
 
 /// The kernel adds this to the path of a mount whose folder was removed.
@@ -21,14 +21,15 @@ scan::Mount rootOf(const scan::MountTable &table)
     if (const scan::Mount *root = table.mountOf(scan::rootPath)) {
         return *root;
     }
-    scan::Mount unknown; // the list does not have it where "/" is no mount point, but some folder
+    scan::Mount
+        unknown; // after chroot() "/" may be an ordinary folder, which the list does not have
     unknown.mountPoint = scan::rootPath;
     return unknown;
 }
 
 bool isWholeFileSystem(const scan::Mount &mount)
 {
-    // Subvolumes are mounted by what looks like a folder.
+    // A bind mount shows a folder. So do network shares and btrfs subvolumes, which are whole.
     return mount.root == scan::rootPath || isMountedByFolder(mount.type) ||
            mount.superOptions.ends_with("subvol=" + mount.root);
 }
@@ -53,6 +54,7 @@ std::vector<scan::Mount> volumesAmong(const scan::MountTable &table)
         const auto before =
             std::find_if(volumes.begin(), volumes.end(),
                          [&](const scan::Mount &volume) { return volume.device == mount.device; });
+        // One device, one volume: the same disk is often mounted twice, as by containers.
         if (before == volumes.end()) {
             volumes.push_back(mount);
         } else if (mount.mountPoint.size() < before->mountPoint.size()) {

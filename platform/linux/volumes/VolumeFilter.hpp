@@ -10,7 +10,7 @@ namespace tessaly {
 /// a user's data, in the order of the list.
 ///
 /// A file system counts once, where the path to it is shortest, however often it is mounted.
-/// Mounts of mere folders (bind mounts) and mounts that others cover count for nothing.
+/// Bind mounts of folders, and mounts that are covered by others, are left out.
 [[nodiscard]] std::vector<scan::Mount> volumesAmong(const scan::MountTable &table);
 
 /// Whether the kernel itself serves the file system from a disk of this computer. Any other one may

@@ -15,6 +15,7 @@ namespace {
 std::string labelOf(const scan::Mount &mount, const DeviceLabels &labels,
                     const UDisksVolumes *udisks, const VolumeSources &sources)
 {
+    // The links of udev before UDisks2, which may not run, and would change the name when it comes.
     if (const auto device = BlockDevice::below(mount, sources)) {
         if (const auto label = labels.of(device->name())) {
             return *label;
@@ -25,6 +26,8 @@ std::string labelOf(const scan::Mount &mount, const DeviceLabels &labels,
     return known == nullptr ? std::string() : known->label;
 }
 
+/// By the kernel's word for it: FUSE programs may call a server "/dev/…", so of theirs only those
+/// count that the kernel knows to be on a device.
 bool isLocal(const scan::Mount &mount)
 {
     constexpr std::string_view devices = "/dev/";
@@ -44,6 +47,7 @@ std::vector<VolumeList::Entry> VolumeList::entries(const UDisksVolumes *udisks)
         named.push_back(
             {mount.device, mount.mountPoint, labelOf(mount, labels, udisks, m_sources)});
     }
+    // All at once, so that equal labels are told apart in the order of the list.
     m_names.assign(named);
     std::vector<Entry> entries;
     for (const scan::Mount &mount : mounts) {
@@ -56,7 +60,7 @@ std::vector<VolumeList::Entry> VolumeList::entries(const UDisksVolumes *udisks)
 std::optional<std::string> VolumeList::pathOf(std::string_view name) const
 {
     if (name.starts_with('/')) {
-        return std::string(name); // "/" itself, or what is within it
+        return std::string(name); // "/" itself, or what lies in it, whose name is its path
     }
     const std::size_t end = name.find('/');
     for (const scan::Mount &mount : volumes()) {

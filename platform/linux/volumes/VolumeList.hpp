@@ -16,7 +16,7 @@ class UDisksVolumes;
 
 /// The volumes by their names.
 ///
-/// Threads: one. It reads the kernel's list and waits for no file system.
+/// Threads: one. Reads the kernel's list of mounts, and blocks on no file system.
 class VolumeList {
 public:
     struct Entry {

@@ -8,7 +8,8 @@ namespace tessaly {
 
 namespace {
 
-/// A label as a name: what slashes it has at its ends are dropped, others become dashes.
+/// The label without slashes at its ends, and with dashes in place of others: names are parts of
+/// paths ("NAME/FOLDER").
 std::string nameFromLabel(std::string_view label)
 {
     const std::size_t begin = label.find_first_not_of('/');
@@ -41,14 +42,15 @@ void VolumeNames::assign(const std::vector<Volume> &volumes)
         const Key key(volume.device, volume.mountPoint);
         const auto known = before.find(key);
         if (known != before.end() && known->second.wanted == name.wanted) {
-            name = known->second;
+            name = known->second; // it keeps its suffix, though others may be gone by now
         }
         Name &place = m_names[key] = name;
         if (place.given.empty()) {
             nameless.push_back(&place);
         }
     }
-    // Whoever can have the name that it wants gets it before suffixes take any.
+    // Names that are free are given out before any suffix: "a 2" must not take the name of a volume
+    // whose label is "a 2".
     for (Name *name : nameless) {
         if (!isTaken(name->wanted)) {
             name->given = name->wanted;

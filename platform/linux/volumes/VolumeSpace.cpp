@@ -11,15 +11,15 @@ namespace {
 
 using Blocks = std::uint64_t;
 
-/// As bytes; the most there can be where a file system claims more.
+/// As bytes, or the largest number where a file system claims more than fits.
 std::uint64_t bytesIn(Blocks count, std::uint64_t blockSize)
 {
     std::uint64_t byteCount = 0;
     return __builtin_mul_overflow(count, blockSize, &byteCount) ? UINT64_MAX : byteCount;
 }
 
-/// Some file systems say less than none is available: the user has filled what is reserved. Others
-/// say more than there is at all.
+/// Some file systems report a negative number when the user has filled what is reserved, some FUSE
+/// programs more than the total.
 Blocks availableBlocks(const struct statvfs &status)
 {
     const bool isBelowZero = static_cast<std::int64_t>(status.f_bavail) < 0;

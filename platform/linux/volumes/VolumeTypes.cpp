@@ -11,7 +11,7 @@ using namespace std::string_view_literals;
 
 constexpr auto fusePrefix = "fuse."sv;
 
-/// Views into the kernel, and memory.
+/// Kernel file systems, and memory.
 constexpr std::array kernelTypes = {
     "anon_inodefs"sv, "autofs"sv,   "bdev"sv,       "binder"sv,    "binfmt_misc"sv, "bpf"sv,
     "cgroup"sv,       "cgroup2"sv,  "configfs"sv,   "cpuset"sv,    "debugfs"sv,     "devfs"sv,
@@ -22,7 +22,7 @@ constexpr std::array kernelTypes = {
     "smackfs"sv,      "sockfs"sv,   "sysfs"sv,      "tmpfs"sv,     "tracefs"sv,
 };
 
-/// Of desktops, of containers, and of programs delivered as images.
+/// What desktops and containers mount for themselves, and programs that are delivered as images.
 constexpr std::array internalTypes = {
     "aufs"sv,
     "cramfs"sv,
