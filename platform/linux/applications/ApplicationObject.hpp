@@ -12,8 +12,8 @@
 namespace tessaly {
 
 /// This program as others see it on the bus: the interface org.freedesktop.Application, as "D-Bus
-/// Activation" of freedesktop.org's Desktop Entry 1.5 has it. Whatever it is asked comes down to
-/// showing its window: it opens no files and has no actions.
+/// Activation" of freedesktop.org's Desktop Entry 1.5 has it. Every
+/// call shows its window: it opens no files and has no actions.
 ///
 /// Threads: the main thread.
 class ApplicationObject final : public QObject {

@@ -12,9 +12,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// A program, and the name that the desktop it belongs to has in XDG_CURRENT_DESKTOP.
+/// A program and its desktop, by the name in XDG_CURRENT_DESKTOP.
 struct KnownProgram {
-    std::string_view desktop; ///< empty when it is as good on any
+    std::string_view desktop; ///< empty when it belongs to none
     std::string_view id;
 };
 
@@ -53,8 +53,9 @@ constexpr KnownProgram diskUtilities[] = {
     {""sv, "gparted.desktop"sv},
 };
 
-/// The first one that is installed: in the order of the desktop's names, then of the table. What
-/// does not want to be seen on this desktop would not work there.
+/// The first one that is installed: in the order of the desktop's names, then of the table. An
+/// entry that menus do not show on this desktop is left out, since such programs need their own
+/// desktop.
 std::optional<DesktopEntry> knownProgram(std::span<const KnownProgram> table,
                                          const DesktopEntries &entries)
 {
@@ -74,7 +75,7 @@ std::optional<DesktopEntry> knownProgram(std::span<const KnownProgram> table,
     return std::nullopt;
 }
 
-/// Whether the settings are those of one thing among others.
+/// Whether the program has the settings of one thing only, such as printers.
 bool isPanel(const DesktopEntry &entry)
 {
     constexpr std::string_view kinds[] = {
@@ -89,7 +90,7 @@ std::optional<DesktopEntry> settingsProgram(const DesktopEntries &entries)
     if (auto known = knownProgram(settingsPrograms, entries)) {
         return known;
     }
-    // On a desktop that nobody knows: another one's that does not mind, then any.
+    // A desktop that is not in the table: the settings of another one, if they show here, or any.
     for (const KnownProgram &known : settingsPrograms) {
         auto entry = entries.program(std::string(known.id));
         if (entry && entry->isShownIn(entries.places().desktops)) {
@@ -121,14 +122,15 @@ std::optional<DesktopEntry> fileManager(const DesktopEntries &entries)
 
 } // namespace
 
-std::optional<DesktopEntry> counterpartOf(Counterpart wanted, const DesktopEntries &entries)
+std::optional<DesktopEntry> findApplication(DefaultApplication wanted,
+                                            const DesktopEntries &entries)
 {
     switch (wanted) {
-    case Counterpart::settings:
+    case DefaultApplication::settings:
         return settingsProgram(entries);
-    case Counterpart::diskUtility:
+    case DefaultApplication::diskUtility:
         return knownProgram(diskUtilities, entries);
-    case Counterpart::fileManager:
+    case DefaultApplication::fileManager:
         break;
     }
     return fileManager(entries);

@@ -9,17 +9,17 @@ namespace tessaly {
 
 class DesktopEntries;
 
-/// The programs that every desktop has, each its own.
-enum class Counterpart : std::uint8_t { fileManager, settings, diskUtility };
+/// Programs of which every desktop has one of its own.
+enum class DefaultApplication : std::uint8_t { fileManager, settings, diskUtility };
 
-/// The program that is this on the desktop that `entries` are of; nothing when it is not installed.
+/// The program of the desktop that `entries` describes; nothing when none is installed.
 ///
-/// The file manager is the default program for folders. The others are known by their ids: those of
-/// this desktop come first, then those that belong to none, in the end any program among the
-/// "Settings" that is not about one kind of them only.
+/// The file manager is the default program for folders. The others are found by their ids: those of
+/// this desktop come first, then those that belong to none, and at last any program of the category
+/// "Settings" that is not about one kind of settings only.
 ///
-/// Threads: that of `entries`; it reads files, which may take long.
-[[nodiscard]] std::optional<DesktopEntry> counterpartOf(Counterpart wanted,
-                                                        const DesktopEntries &entries);
+/// Threads: that of `entries`. Reads files, which may block.
+[[nodiscard]] std::optional<DesktopEntry> findApplication(DefaultApplication wanted,
+                                                          const DesktopEntries &entries);
 
 } // namespace tessaly

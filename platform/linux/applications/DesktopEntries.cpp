@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 constexpr auto folderOfEntries = "/applications";
 constexpr std::string_view ending = ".desktop";
-constexpr int deepestFolder = 8; ///< far deeper than anybody sorts them
+constexpr int maxDepth = 8; // far deeper than entries are sorted; ends cycles of bind mounts
 
 /// The desktop files in a folder and its subfolders as ids and paths, by id. "sub/name.desktop" has
 /// the id "sub-name.desktop".
@@ -26,7 +26,7 @@ std::map<std::string, std::string> filesIn(const std::string &folder)
     fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied,
                                            error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        if (entry.depth() >= deepestFolder) {
+        if (entry.depth() >= maxDepth) {
             entry.disable_recursion_pending();
         }
         const std::string &path = entry->path().native();
@@ -66,11 +66,11 @@ std::optional<DesktopEntry> DesktopEntries::program(const std::string &id) const
     if (path == m_paths.end()) {
         return std::nullopt;
     }
-    const auto file = KeyFile::read(path->second);
+    auto file = KeyFile::read(path->second);
     if (!file) {
         return std::nullopt;
     }
-    DesktopEntry entry(*file, id, path->second);
+    DesktopEntry entry(std::move(*file), id, path->second);
     return entry.canStart(m_places) ? std::optional(std::move(entry)) : std::nullopt;
 }
 
@@ -94,6 +94,7 @@ std::optional<DesktopEntry> DesktopEntries::defaultProgram(const std::string &mi
             lists.push_back(std::move(*list));
         }
     }
+    // A list names several programs in case the first is not installed.
     for (const KeyFile &list : lists) {
         for (const std::string &id : list.list("Default Applications", mimeType)) {
             if (auto entry = program(id)) {
@@ -101,7 +102,7 @@ std::optional<DesktopEntry> DesktopEntries::defaultProgram(const std::string &mi
             }
         }
     }
-    std::set<std::string> removed; // which counts for the less important lists
+    std::set<std::string> removed; // by this list or a more important one
     for (const KeyFile &list : lists) {
         for (const std::string &id : list.list("Added Associations", mimeType)) {
             if (auto entry = removed.contains(id) ? std::nullopt : program(id)) {
@@ -136,7 +137,7 @@ std::vector<std::string> DesktopEntries::listsOfDefaults() const
     std::vector<std::string> paths;
     for (const std::string &folder : folders) {
         for (const std::string &desktop : m_places.desktops) {
-            if (desktop.find('/') == std::string::npos) {
+            if (desktop.find('/') == std::string::npos) { // or it would lead to another folder
                 paths.push_back(folder + '/' + lowerCase(desktop) + "-mimeapps.list");
             }
         }

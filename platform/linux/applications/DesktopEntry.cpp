@@ -2,7 +2,6 @@
 
 #include "platform/linux/applications/DesktopPlaces.hpp"
 #include "platform/linux/applications/ExecLine.hpp"
-#include "platform/linux/applications/KeyFile.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -13,61 +12,69 @@ namespace {
 
 constexpr auto group = "Desktop Entry";
 
-bool contains(const std::vector<std::string> &list, std::string_view item)
-{
-    return std::find(list.begin(), list.end(), item) != list.end();
-}
-
 } // namespace
 
-DesktopEntry::DesktopEntry(const KeyFile &file, std::string id, std::string path)
-    : m_id(std::move(id)), m_path(std::move(path)), m_type(file.text(group, "Type")),
-      m_name(file.text(group, "Name")), m_icon(file.text(group, "Icon")),
-      m_exec(file.text(group, "Exec")), m_tryExec(file.text(group, "TryExec")),
-      m_workingFolder(file.text(group, "Path")), m_categories(file.list(group, "Categories")),
-      m_mimeTypes(file.list(group, "MimeType")), m_onlyShowIn(file.list(group, "OnlyShowIn")),
-      m_notShowIn(file.list(group, "NotShowIn")), m_isHidden(file.flag(group, "Hidden")),
-      m_isDisplayed(!file.flag(group, "NoDisplay")), m_needsTerminal(file.flag(group, "Terminal"))
+DesktopEntry::DesktopEntry(KeyFile file, std::string id, std::string path)
+    : m_file(std::move(file)), m_id(std::move(id)), m_path(std::move(path))
 {
 }
 
 bool DesktopEntry::hasCategory(std::string_view category) const
 {
-    return contains(m_categories, category);
+    return listContains("Categories", category);
 }
 
 bool DesktopEntry::hasMimeType(std::string_view type) const
 {
-    return contains(m_mimeTypes, type);
+    return listContains("MimeType", type);
 }
 
 bool DesktopEntry::isShownIn(const std::vector<std::string> &desktops) const
 {
+    const bool isDisplayed = !flag("NoDisplay");
     // The first of the desktop's names that is mentioned decides.
     for (const std::string &desktop : desktops) {
-        if (contains(m_onlyShowIn, desktop)) {
-            return m_isDisplayed;
+        if (listContains("OnlyShowIn", desktop)) {
+            return isDisplayed;
         }
-        if (contains(m_notShowIn, desktop)) {
+        if (listContains("NotShowIn", desktop)) {
             return false;
         }
     }
-    return m_isDisplayed && m_onlyShowIn.empty();
+    return isDisplayed && m_file.list(group, "OnlyShowIn").empty();
 }
 
 bool DesktopEntry::canStart(const DesktopPlaces &places) const
 {
-    if (m_type != "Application" || m_isHidden || m_needsTerminal) {
+    // There is no standard way to find the user's terminal program, so none is offered.
+    if (text("Type") != "Application" || flag("Hidden") || flag("Terminal")) {
         return false;
     }
     const std::vector<std::string> words = command();
+    const std::string required = text("TryExec");
     return !words.empty() && places.hasProgram(words.front()) &&
-           (m_tryExec.empty() || places.hasProgram(m_tryExec));
+           (required.empty() || places.hasProgram(required));
 }
 
 std::vector<std::string> DesktopEntry::command() const
 {
-    return wordsOfExecLine(m_exec, {m_name, m_icon, m_path});
+    return wordsOfExecLine(text("Exec"), {text("Name"), text("Icon"), m_path});
+}
+
+std::string DesktopEntry::text(const char *key) const
+{
+    return m_file.text(group, key);
+}
+
+bool DesktopEntry::flag(const char *key) const
+{
+    return m_file.flag(group, key);
+}
+
+bool DesktopEntry::listContains(const char *key, std::string_view item) const
+{
+    const std::vector<std::string> list = m_file.list(group, key);
+    return std::find(list.begin(), list.end(), item) != list.end();
 }
 
 } // namespace tessaly

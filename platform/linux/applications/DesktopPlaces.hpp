@@ -5,10 +5,10 @@
 
 namespace tessaly {
 
-/// Where the environment says that programs are described and lie, and on which desktop it is.
-/// A copy of the environment, so that other threads can go by it.
+/// What the environment says about programs: where their descriptions and the programs themselves
+/// lie, and which desktop runs. A copy, for threads that must not read the environment.
 struct DesktopPlaces {
-    std::vector<std::string> configFolders;  ///< the most important first, as XdgFolders has them
+    std::vector<std::string> configFolders;  ///< by falling importance, as in XdgFolders
     std::vector<std::string> dataFolders;    ///< the same
     std::vector<std::string> desktops;       ///< XDG_CURRENT_DESKTOP: "ubuntu:GNOME" are two names
     std::vector<std::string> programFolders; ///< PATH

@@ -6,7 +6,7 @@ namespace tessaly {
 
 namespace {
 
-/// Goes through a line letter by letter.
+/// Reads a line character by character.
 class ExecReader {
 public:
     ExecReader(std::string_view line, const ExecFields &fields) : m_line(line), m_fields(fields) {}
@@ -52,7 +52,7 @@ private:
         m_hasWord = false;
     }
 
-    /// Up to the second quote; a backslash makes the next letter stand for itself if it needs that.
+    /// Reads up to the closing quote. A backslash before a character that needs it is dropped.
     void readQuoted()
     {
         constexpr std::string_view escapable = "\"`$\\";
@@ -99,7 +99,7 @@ private:
             }
             return;
         default:
-            // Files and addresses; the second half of the list is not used any more.
+            // Files and URLs; the codes from "d" on are deprecated, and are to be ignored.
             constexpr std::string_view codesForFiles = "fFuUdDnNvm";
             m_isValid =
                 m_isValid && code != '\0' && codesForFiles.find(code) != std::string_view::npos;
@@ -120,7 +120,7 @@ private:
 std::vector<std::string> wordsOfExecLine(std::string_view line, const ExecFields &fields)
 {
     std::vector<std::string> words = ExecReader(line, fields).words();
-    // A program's name may contain no "=", which would make it a variable to "env".
+    // The standard forbids "=" in the program's name: "env" would take it for a variable.
     if (!words.empty() && words.front().find('=') != std::string::npos) {
         words.clear();
     }

@@ -13,16 +13,17 @@
 namespace tessaly {
 
 /// Has a window's menu shown in the menu bar that some desktops have for the window in front, by
-/// the name "com.canonical.AppMenu.Registrar" on the session bus. Where nobody has that name,
+/// the name "com.canonical.AppMenu.Registrar" on the session bus. Where that name has no owner,
 /// nothing changes.
 ///
-/// Qt does the talking (QMenuBar), but waits for the bus, and would draw a menu bar of its own into
-/// the window otherwise; so it is asked first whether there is such a desktop.
+/// Qt does the rest (QMenuBar). But it blocks on the bus, and draws a menu bar into the window
+/// where there is no such desktop; so the bus is asked first.
 ///
 /// Threads: the main thread.
 class GlobalMenu final : public QObject {
 public:
-    /// `title` stands in the menu bar. The window is on the screen. Window and menu may go first.
+    /// `title` stands in the menu bar. The window is on the screen. Window and menu may be
+    /// destroyed before this.
     GlobalMenu(QWidget &window, QMenu &menu, QString title, std::string busAddress);
     ~GlobalMenu() override;
     Q_DISABLE_COPY_MOVE(GlobalMenu)

@@ -24,7 +24,7 @@ std::string_view trimmed(std::string_view text)
     return text.substr(begin, end > begin ? end - begin : 0);
 }
 
-/// What stands after a backslash, as what it stands for.
+/// The character that a backslash and this letter stand for.
 char unescaped(char letter)
 {
     switch (letter) {
@@ -47,7 +47,7 @@ bool isEscape(char letter)
     return escapes.find(letter) != std::string_view::npos;
 }
 
-/// Splits at semicolons when there is to be more than one part. A backslash before what needs none
+/// Replaces the escapes, and splits a list at its semicolons. A backslash that begins no escape
 /// stands for itself.
 std::vector<std::string> partsOf(std::string_view value, bool isList)
 {
@@ -90,7 +90,7 @@ KeyFile KeyFile::parse(std::string_view text)
 
 std::optional<KeyFile> KeyFile::read(const std::string &path)
 {
-    // Without waiting for whoever is at the other end, should it be something else than a file.
+    // O_NONBLOCK: opening a FIFO would block until it has a writer.
     const scan::FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||

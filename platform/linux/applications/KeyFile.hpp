@@ -8,14 +8,14 @@
 
 namespace tessaly {
 
-/// A text of groups, each of keys and values, as desktop files and lists of default programs are
-/// written. The format is that of "Basic format of the file" and "Possible value types" in
+/// The contents of a desktop file or a list of default programs: groups of keys with values. The
+/// format is that of "Basic format of the file" and "Possible value types" in
 /// freedesktop.org's Desktop Entry 1.5,
 /// https://specifications.freedesktop.org/desktop-entry-spec/latest/.
 ///
-/// Lines that are neither a group, nor a key with a value, nor a comment are passed over. Of
-/// several values of one key the last one counts. Values in particular languages are keys of their
-/// own ("Name[de]").
+/// Lines that are neither a group, nor a key with a value, nor a comment are ignored: one mistyped
+/// line must not lose the user's default programs. Of several values of a key the last one counts.
+/// Values in particular languages are keys of their own ("Name[de]").
 ///
 /// Threads: any, for reading.
 class KeyFile {

@@ -18,16 +18,16 @@ namespace {
 
 Q_LOGGING_CATEGORY(launcherLog, "tessaly.launcher")
 
-std::optional<Counterpart> counterpartNamed(std::string_view name)
+std::optional<DefaultApplication> applicationNamed(std::string_view name)
 {
     if (name == "Finder.app") {
-        return Counterpart::fileManager;
+        return DefaultApplication::fileManager;
     }
     if (name == "System Preferences.app") {
-        return Counterpart::settings;
+        return DefaultApplication::settings;
     }
     if (name == "Disk Utility.app") {
-        return Counterpart::diskUtility;
+        return DefaultApplication::diskUtility;
     }
     return std::nullopt;
 }
@@ -45,14 +45,14 @@ LinuxApplicationLauncher::LinuxApplicationLauncher(Starter starter) : m_starter(
 
 void LinuxApplicationLauncher::launchApplication(std::string_view name)
 {
-    const auto wanted = counterpartNamed(name);
+    const auto wanted = applicationNamed(name);
     if (!wanted) {
-        logNotStarted(std::string(name), "nothing here goes by that name");
+        logNotStarted(std::string(name), "no such program is known");
         return;
     }
     BackgroundWork::start([this, name = std::string(name), wanted = *wanted, post = m_work.poster(),
                            places = DesktopPlaces::ofEnvironment()] {
-        const auto program = counterpartOf(wanted, DesktopEntries(places));
+        const auto program = findApplication(wanted, DesktopEntries(places));
         post([this, name, program] {
             if (!program) {
                 logNotStarted(name, "no such program is installed");
@@ -66,9 +66,9 @@ void LinuxApplicationLauncher::launchApplication(std::string_view name)
 void LinuxApplicationLauncher::askWhetherInstalled(std::string_view name,
                                                    std::function<void(bool isInstalled)> answer)
 {
-    BackgroundWork::start([wanted = counterpartNamed(name), answer = std::move(answer),
+    BackgroundWork::start([wanted = applicationNamed(name), answer = std::move(answer),
                            post = m_work.poster(), places = DesktopPlaces::ofEnvironment()] {
-        const bool isInstalled = wanted && counterpartOf(*wanted, DesktopEntries(places));
+        const bool isInstalled = wanted && findApplication(*wanted, DesktopEntries(places));
         post([answer, isInstalled] { answer(isInstalled); });
     });
 }

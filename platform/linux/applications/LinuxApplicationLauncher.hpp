@@ -9,9 +9,9 @@
 
 namespace tessaly {
 
-/// Starts the desktop's programs as its desktop files say, by themselves and without a shell. They
-/// outlive this program. The files are looked through off the main thread, at each launch: what was
-/// installed meanwhile is found.
+/// Starts the desktop's programs as its desktop files say, without a shell. They outlive this
+/// program. The files are read at each launch, on another thread: what was installed meanwhile is
+/// found.
 ///
 /// Requires: a QCoreApplication and its event loop.
 /// Errors:   go to the log "tessaly.launcher".
@@ -32,7 +32,7 @@ public:
 
 private:
     Starter m_starter;
-    BackgroundWork m_work; ///< ends first, and with it what it would call here
+    BackgroundWork m_work; ///< destroyed first: nothing calls this object after that
 };
 
 } // namespace tessaly

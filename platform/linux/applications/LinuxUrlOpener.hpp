@@ -36,7 +36,7 @@ private:
     void lookForProgram(const QUrl &url, std::function<void(bool)> answer) const;
 
     Opener m_opener;
-    BackgroundWork m_work; ///< ends first, and with it what it would call here
+    BackgroundWork m_work; ///< destroyed first: nothing calls this object after that
 };
 
 } // namespace tessaly
