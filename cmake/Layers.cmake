@@ -9,8 +9,9 @@
 # them.
 
 set(TESSALY_LAYERS
-    tree scan archive theme text frame platform background platform_linux resources delegate controls
-    screen preview_protocol preview_decoder preview results records history screens drives window)
+    tree scan archive theme text frame platform background platform_linux resources delegate
+    controls screen preview_protocol preview_decoder preview results records history screens drives
+    window)
 
 set(TESSALY_FOLDER_tree              engine/tree)
 set(TESSALY_FOLDER_scan              engine/scan)

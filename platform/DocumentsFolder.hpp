@@ -6,8 +6,8 @@
 
 namespace tessaly {
 
-/// The folder in which the application keeps its own files, the history and the scans. Only the user
-/// can read it.
+/// The folder in which the application keeps its own files, the history and the scans. Only the
+/// user can read it.
 ///
 /// Threads: any.
 class DocumentsFolder : public Interface {

@@ -29,8 +29,8 @@ public:
     /// returns at once. One existing folder can be chosen.
     ///
     /// `answer` is called once, on the main thread and not before this has returned; never when the
-    /// window or the chooser is destroyed before. While a dialog is open, another request brings that
-    /// one to the front, and gets "nothing" for an answer.
+    /// window or the chooser is destroyed before. While a dialog is open, another request brings
+    /// that one to the front, and gets "nothing" for an answer.
     virtual void chooseFolder(QWidget &window, const Request &request, Answer answer) = 0;
 };
 

@@ -16,7 +16,8 @@ class UrlOpener;
 class UserAccount;
 class VolumeService;
 
-/// What the program asks of a desktop, all of it. The services outlive every object that is given the set.
+/// What the program asks of a desktop, all of it. The services outlive every object that is given
+/// the set.
 struct Services {
     SettingsStore &settings;
     FolderBookmarks &bookmarks;

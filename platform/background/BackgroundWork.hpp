@@ -9,9 +9,9 @@ class QObject;
 
 namespace tessaly {
 
-/// Runs functions on threads of their own, and brings their results back to the thread of an object.
-/// For calls that may never return, such as looking at a file on a server that is gone: neither this
-/// class nor the end of the process waits for them.
+/// Runs functions on threads of their own, and brings their results back to the thread of an
+/// object. For calls that may never return, such as looking at a file on a server that is gone:
+/// neither this class nor the end of the process waits for them.
 ///
 /// An object that starts such work has a BackgroundWork as its last member, so that no result comes
 /// back to an object that is destroyed.

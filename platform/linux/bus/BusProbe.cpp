@@ -19,8 +19,8 @@ using namespace std::string_view_literals;
 
 constexpr auto transport = "unix:"sv;
 
-/// "AUTH" without a mechanism: the bus answers with the SASL mechanisms that it offers. The NUL byte
-/// before it is required at the start of a connection.
+/// "AUTH" without a mechanism: the bus answers with the SASL mechanisms that it offers. The NUL
+/// byte before it is required at the start of a connection.
 constexpr auto question = "\0AUTH\r\n"sv;
 
 /// Takes the first part off a list.
@@ -57,8 +57,8 @@ std::optional<std::string> unescapedValue(std::string_view value)
     return answer;
 }
 
-/// The socket's name as sockaddr_un has it: that of an abstract socket begins with a NUL. Empty when
-/// the address names no socket.
+/// The socket's name as sockaddr_un has it: that of an abstract socket begins with a NUL. Empty
+/// when the address names no socket.
 std::string socketName(std::string_view address)
 {
     if (!address.starts_with(transport)) {

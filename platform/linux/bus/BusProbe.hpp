@@ -11,8 +11,8 @@ namespace tessaly {
 /// Finds out whether a bus serves connections at a D-Bus address, without blocking.
 ///
 /// libdbus blocks in connect() when the queue of the socket is full, and in the handshake when the
-/// bus does not answer. A bus that was stopped does both for as long as it is stopped. This connects
-/// without blocking and begins the handshake; once there is an answer, the bus does serve.
+/// bus does not answer. A bus that was stopped does both for as long as it is stopped. This
+/// connects without blocking and begins the handshake; once there is an answer, the bus does serve.
 ///
 /// Of a list of addresses the first is used that accepts the connection. Only local sockets are
 /// tried ("unix:path=…", "unix:abstract=…"): others need the network or start programs, which may

@@ -1,8 +1,8 @@
 #include "platform/linux/bus/QtSessionBus.hpp"
 
+#include "platform/linux/bus/BusAddresses.hpp"
 #include "platform/linux/bus/BusLink.hpp"
 #include "platform/linux/bus/BusProbe.hpp"
-#include "platform/linux/bus/SessionBusAddress.hpp"
 
 #include <QAccessible>
 #include <QByteArray>
@@ -56,8 +56,9 @@ QtSessionBus::State stateAfter(std::chrono::milliseconds timeout)
     }
 }
 
-/// Has Qt connect to a session bus that is not there. Qt and libdbus keep that failed connection for
-/// the life of the process, so the variable can be restored for the programs that this one starts.
+/// Has Qt connect to a session bus that is not there. Qt and libdbus keep that failed connection
+/// for the life of the process, so the variable can be restored for the programs that this one
+/// starts.
 void keepSessionBusFromQt()
 {
     const bool wasSet = qEnvironmentVariableIsSet(sessionVariable);
@@ -90,8 +91,8 @@ bool isAnswered(QDBusPendingCall &call)
            error != QDBusError::TimedOut;
 }
 
-/// Asks the accessibility bus and the registry on it. Returns why Qt should not connect to it; empty
-/// when it may.
+/// Asks the accessibility bus and the registry on it. Returns why Qt should not connect to it;
+/// empty when it may.
 QString problemOfAccessibility(Clock::time_point deadline)
 {
     std::string address = qgetenv(accessibilityVariable).toStdString();

@@ -22,11 +22,11 @@ namespace tessaly {
 /// The dialog behind QtFolderChooser: places to start from, the folders of one folder, and a line
 /// in which a path or a "file:" URL may be typed.
 ///
-/// Nothing here looks at any file itself, so nothing hangs on a server that is gone: folders are
-/// listed by FolderLister, and so is found out whether a path is a folder before it is chosen. As
-/// long as a folder does not answer, the user may turn to another one or give up.
+/// Nothing here accesses the file system itself, so nothing hangs on a server that is gone:
+/// FolderLister lists folders, and finds out whether a path is one before it is chosen. While a
+/// folder does not answer, the user can open another one or cancel.
 ///
-/// Names: bytes. Those that are no text are shown in the way that archives have them.
+/// Names: bytes. Those that are not valid UTF-8 are shown as archives write them (EscapedName).
 class FolderDialog final : public QDialog {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ public:
     ~FolderDialog() override;
     Q_DISABLE_COPY_MOVE(FolderDialog)
 
-    /// The folder whose folders are listed, or are to be.
+    /// The folder that is listed, or is being read.
     [[nodiscard]] const std::string &currentFolder() const noexcept { return m_folder; }
 
     /// The folder that the user has confirmed: a clean path. Nothing before that.
@@ -68,7 +68,7 @@ private:
     [[nodiscard]] std::string typedPath() const;
 
     FolderLister m_lister;
-    FolderLister m_check; ///< looks at the path that is to be chosen
+    FolderLister m_check; ///< finds out whether the path to be chosen is a folder
     std::string m_folder;
     std::string m_checked;    ///< the path that m_check looks at
     std::string m_shownPath;  ///< what the line shows, unless the user has changed it

@@ -38,7 +38,7 @@ void FolderLister::stop()
 {
     if (m_notifier) {
         m_notifier->setEnabled(false);
-        m_notifier.release()->deleteLater(); // it may be the one that calls
+        m_notifier.release()->deleteLater(); // this may run inside its own signal
     }
     m_process.reset();
     m_text.clear();
@@ -66,8 +66,8 @@ void FolderLister::take()
     }
 }
 
-/// Takes what has come: two errno values, of the folder and of reading it, then names. A slot may
-/// stop this, or ask for another path.
+/// Takes the words that are complete: two errno values, of opening and of reading the folder, then
+/// names. A slot may call stop() or list(), after which nothing of this answer may be used.
 void FolderLister::takeWords()
 {
     const ProbeProcess *process = m_process.get();

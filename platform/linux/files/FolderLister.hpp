@@ -11,8 +11,8 @@ namespace tessaly {
 
 class ProbeProcess;
 
-/// Lists the folders in a folder, wherever it is: a child process looks at it (ProbeProcess), so
-/// that nothing of this process hangs on a server that is gone.
+/// Lists the folders in a folder by a child process (ProbeProcess), so that nothing of this process
+/// hangs on a server that is gone.
 ///
 /// Threads: one, with an event loop.
 class FolderLister final : public QObject {
@@ -24,9 +24,9 @@ public:
     ~FolderLister() override;
     Q_DISABLE_COPY_MOVE(FolderLister)
 
-    /// Looks at the path from now on, and at none before.
+    /// Lists the folders at the path; gives up a path that was asked for before.
     void list(const std::string &path);
-    /// Sends nothing more.
+    /// Emits no more signals for the path.
     void stop();
 
 Q_SIGNALS:

@@ -133,8 +133,7 @@ QIcon iconOf(const ItemInformation &item, const QStyle &style)
     return icon.isNull() ? style.standardIcon(standard) : icon;
 }
 
-/// The number that picks a translation's form ("1 item", "2 items"); the largest stand for all
-/// beyond.
+/// The number by which tr() chooses the plural form; larger ones have the form of the largest.
 int formFor(std::uint64_t count)
 {
     return static_cast<int>(std::min<std::uint64_t>(count, std::numeric_limits<int>::max()));

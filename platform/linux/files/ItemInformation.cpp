@@ -19,7 +19,7 @@ namespace tessaly {
 
 namespace {
 
-/// What the rules that know files by their contents look at, at most.
+/// As much as the rules of the MIME database look at.
 constexpr std::size_t beginningByteCount = std::size_t{16} << 10U;
 
 std::chrono::sys_seconds timeOf(const statx_timestamp &time)
@@ -96,7 +96,7 @@ ItemInformation ItemInformation::of(const std::string &path)
     item.byteCount = status.stx_size;
     item.owner = accountName(status.stx_uid, &passwd::pw_name, getpwuid_r);
     item.group = accountName(status.stx_gid, &group::gr_name, getgrgid_r);
-    // Some file systems say that they know, and then give no more than a 0.
+    // Some file systems claim to have the time of creation, and report 0.
     if ((status.stx_mask & STATX_BTIME) != 0 && status.stx_btime.tv_sec != 0) {
         item.created = timeOf(status.stx_btime);
     }

@@ -9,14 +9,13 @@
 
 namespace tessaly {
 
-/// What the file system tells of one item. Names and paths are bytes.
+/// What the file system knows about one item. Names and paths are bytes.
 struct ItemInformation {
-    /// Asks the system; a link is not followed, and nothing is mounted for it. May take as long as
-    /// the file system does. The user's own files and folders keep their times of last access.
+    /// Asks the system. Follows no link and triggers no automount. May block on the file system.
+    /// The user's own files and folders keep their times of last access.
     ///
     /// Threads: any.
-    /// Errors:  `error` tells when there is nothing to tell; everything else that cannot be had is
-    ///          left out.
+    /// Errors:  `error` says why nothing is known; whatever else cannot be read is left out.
     [[nodiscard]] static ItemInformation of(const std::string &path);
 
     std::string path;

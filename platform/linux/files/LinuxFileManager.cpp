@@ -3,7 +3,7 @@
 #include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "platform/FileUrl.hpp"
-#include "platform/linux/bus/SessionBusAddress.hpp"
+#include "platform/linux/bus/BusAddresses.hpp"
 #include "platform/linux/files/InformationWindow.hpp"
 #include "platform/linux/files/ItemInformation.hpp"
 
@@ -51,7 +51,7 @@ LinuxFileManager::~LinuxFileManager()
 
 void LinuxFileManager::reveal(std::string_view path)
 {
-    // File managers show nothing for the one item that lies in no folder.
+    // "/" lies in no folder, so file managers cannot select it there.
     const bool isRoot = tree::cleanPath(path) == "/";
     show(path, isRoot ? Method::showFolders : Method::showItems,
          [this](const std::string &clean) { openFolder(tree::parentPath(clean)); });
@@ -77,8 +77,8 @@ void LinuxFileManager::show(std::string_view path, Method method,
         logNotShown(clean, "not an absolute path");
         return;
     }
-    // Some file managers answer a path that is missing with a window that complains. Looking at a
-    // path may take as long as it likes.
+    // Some file managers open an error box of their own for a path that is missing. The check may
+    // block on the file system, so it runs on another thread.
     BackgroundWork::start(
         [this, clean, url = *url, method, fallback = std::move(fallback), post = m_work.poster()] {
             const int error = errorOfLookingFor(clean);
@@ -123,7 +123,7 @@ void LinuxFileManager::openWindow(const ItemInformation &item)
     auto *window = new InformationWindow(item, m_dates);
     window->setAttribute(Qt::WA_DeleteOnClose);
     QPointer<InformationWindow> &place = m_windows[item.path];
-    if (place != nullptr) { // takes the place of what was known about the item before
+    if (place != nullptr) { // replaces the window with what was known about the item before
         window->move(place->pos());
         delete place.data();
     }

@@ -22,7 +22,7 @@ struct ItemInformation;
 ///
 /// Requires: a QApplication and its event loop.
 /// Errors:   go to the log "tessaly.filemanager".
-/// End:      the destructor waits neither for the bus nor for the file manager, and closes the
+/// End:      the destructor blocks neither on the bus nor on the file manager, and closes the
 ///           windows of our own.
 class LinuxFileManager final : public FileManager {
 public:

@@ -14,9 +14,8 @@ class SettingsStore;
 /// The way to the one preview panel, which a module of its own draws (see PreviewModule.hpp). The
 /// module is loaded when the panel is first asked for, and stays.
 ///
-/// Threads: the main thread. Requires: goes before the QApplication does.
-/// Errors:  where the module is missing or none of ours, the log says so, and the panel is one that
-///          never comes up.
+/// Threads: the main thread. Requires: is destroyed before the QApplication.
+/// Errors:  where the module is missing or not ours, the log says so, and the panel never appears.
 class LoadedPreviewPanels final : public PreviewPanels {
 public:
     /// `modulePath` is absolute. The settings keep the panel's size, and outlive this.

@@ -7,8 +7,7 @@
 
 namespace tessaly {
 
-/// The panel where there is nothing to draw previews with: it never comes up, and so nobody takes
-/// control of it.
+/// The panel where the preview module is missing: it never appears, and asks no controller.
 class MissingPreviewPanel final : public PreviewPanel {
 public:
     [[nodiscard]] bool isVisible() const override { return false; }

@@ -11,8 +11,8 @@ namespace tessaly {
 
 class FolderDialog;
 
-/// Asks with a dialog of our own (FolderDialog), which never waits for a folder. The dialogs of Qt
-/// and of the desktops' themes hang with the whole program when a server in sight is gone.
+/// Asks with a dialog of our own (FolderDialog), which never blocks on a folder. The dialogs of Qt
+/// and of platform themes block the program when they list a folder with a dead server in it.
 ///
 /// Requires: a QApplication.
 class QtFolderChooser final : public FolderChooser {
@@ -27,7 +27,7 @@ public:
 private:
     std::string m_probe;
     QPointer<FolderDialog> m_dialog; ///< the one that is open
-    QObject m_context;               ///< what waits for the event loop ends with it
+    QObject m_context;               ///< of answers that are queued
 };
 
 } // namespace tessaly

@@ -1,6 +1,6 @@
 #include "platform/linux/notifications/LinuxNotifier.hpp"
 
-#include "platform/linux/bus/SessionBusAddress.hpp"
+#include "platform/linux/bus/BusAddresses.hpp"
 #include "platform/linux/notifications/NotificationSender.hpp"
 
 namespace tessaly {

@@ -14,8 +14,8 @@ class NotificationSender;
 /// with each notification.
 ///
 /// Requires: a QCoreApplication. Its event loop need not run.
-/// End:      the destructor waits neither for the bus nor for the service. What has not been handed
-///           to the service by then is dropped.
+/// End:      the destructor blocks neither on the bus nor on the service. Notifications that were
+///           not sent by then are dropped.
 class LinuxNotifier final : public Notifier {
 public:
     LinuxNotifier();

@@ -12,8 +12,8 @@
 
 namespace tessaly {
 
-/// Asks a file system that may never answer, by a child process: the program "file-system-probe". If
-/// the file system hangs, only the child does, and it can be killed.
+/// Asks a file system that may never answer, by a child process: the program "file-system-probe".
+/// If the file system hangs, only the child does, and it can be killed.
 ///
 /// The kernel keeps a killed process until the file system has answered its request, and the mount
 /// stays busy until then. Nothing here waits for such a process; it is reaped later.
@@ -44,8 +44,8 @@ public:
     /// Blocks until there is something to read or the answer ends; false after `timeout`.
     [[nodiscard]] bool waitForAnswer(std::chrono::milliseconds timeout) const;
 
-    /// Kills the child and ends the answer, so that a blocked reader returns. Blocks until the child
-    /// has ended, for `timeout` at most.
+    /// Kills the child and ends the answer, so that a blocked reader returns. Blocks until the
+    /// child has ended, for `timeout` at most.
     void stop(std::chrono::milliseconds timeout);
 
     /// Whether stop() was called, so that the answer may be cut short.

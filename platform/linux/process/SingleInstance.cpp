@@ -1,7 +1,7 @@
 #include "platform/linux/process/SingleInstance.hpp"
 
 #include "platform/ProgramIdentity.hpp"
-#include "platform/linux/bus/SessionBusAddress.hpp"
+#include "platform/linux/bus/BusAddresses.hpp"
 
 #include <QCoreApplication>
 #include <QDBusError>

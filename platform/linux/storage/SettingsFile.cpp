@@ -44,8 +44,8 @@ bool isLackOfLocks(int errorNumber) noexcept
 } // namespace
 
 SettingsFile::SettingsFile(std::string path, archive::FileCalls &calls,
-                           std::chrono::milliseconds timeout)
-    : m_path(std::move(path)), m_calls(calls), m_timeout(timeout)
+                           std::chrono::milliseconds timeout, Now now)
+    : m_path(std::move(path)), m_calls(calls), m_timeout(timeout), m_now(std::move(now))
 {
 }
 
@@ -77,7 +77,7 @@ archive::Result<SettingsFile::Lock, archive::ArchiveError> SettingsFile::lock()
     Lock lock(m_calls, descriptor);
     // A stopped holder blocks us once and not at each change.
     const auto timeout = m_hasTimedOut ? std::chrono::milliseconds(0) : m_timeout;
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    const auto deadline = m_now() + timeout;
     // flock() has no timeout, so it is tried again and again.
     while (archive::retried([&] { return m_calls.flock(descriptor, LOCK_EX | LOCK_NB); }) != 0) {
         if (isLackOfLocks(errno)) {
@@ -86,7 +86,7 @@ archive::Result<SettingsFile::Lock, archive::ArchiveError> SettingsFile::lock()
         if (errno != EWOULDBLOCK) {
             return unwritable("cannot lock", errno);
         }
-        if (std::chrono::steady_clock::now() >= deadline) {
+        if (m_now() >= deadline) {
             m_hasTimedOut = true;
             return unwritable("cannot lock", EWOULDBLOCK);
         }

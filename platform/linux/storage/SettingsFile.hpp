@@ -6,6 +6,7 @@
 #include "engine/archive/Result.hpp"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,12 +26,17 @@ namespace tessaly {
 /// Threads: one at a time for each object. Other objects and processes may use the same file.
 class SettingsFile {
 public:
+    using Clock = std::chrono::steady_clock;
+    using Now = std::function<Clock::time_point()>;
+
     /// `path`:     bytes as the system takes them.
     /// `calls`:    must outlive the file.
     /// `timeout`: how long lock() tries while another process holds the lock. A holder replaces the
     ///             file once, which is quick; one that was stopped meanwhile must not block us.
     ///             After a timeout, lock() tries only once each time until it succeeds.
-    SettingsFile(std::string path, archive::FileCalls &calls, std::chrono::milliseconds timeout);
+    /// `now`:     the clock of the timeout.
+    SettingsFile(std::string path, archive::FileCalls &calls, std::chrono::milliseconds timeout,
+                 Now now = Clock::now);
 
     /// Holds the lock until it is destroyed.
     class Lock {
@@ -85,6 +91,7 @@ private:
     std::string m_path;
     archive::FileCalls &m_calls;
     std::chrono::milliseconds m_timeout;
+    Now m_now;
     bool m_hasTimedOut = false; ///< since the last lock that was taken
 };
 

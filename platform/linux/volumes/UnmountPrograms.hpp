@@ -12,8 +12,8 @@ namespace tessaly {
 /// Errors:  returns what went wrong, as bytes; nothing when it is unmounted.
 [[nodiscard]] std::optional<std::string> unmountFuse(const std::string &mountPoint);
 
-/// The same for a FUSE file system whose program does not answer: a lazy unmount. It leaves the list
-/// of mounts at once; the kernel destroys it when its last user is gone.
+/// The same for a FUSE file system whose program does not answer: a lazy unmount. It leaves the
+/// list of mounts at once; the kernel destroys it when its last user is gone.
 [[nodiscard]] std::optional<std::string> detachFuse(const std::string &mountPoint);
 
 /// Unmounts by "umount" exactly what is mounted at that place: "umount" asks no helper, which

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/bus/SystemBusAddress.hpp"
+#include "platform/linux/bus/BusAddresses.hpp"
 #include "platform/linux/storage/PasswordEntry.hpp"
 
 #include <string>

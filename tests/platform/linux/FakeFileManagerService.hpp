@@ -1,21 +1,13 @@
 #pragma once
 
-#include "tests/platform/linux/BusConnection.hpp"
+#include "tests/platform/linux/FakeBusService.hpp"
 
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
-#include <QThread>
-
-#include <cstddef>
-#include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 namespace tessaly {
 
-/// A file manager on the session bus that shows nothing and records what it is told, on a thread of
-/// its own.
+/// A file manager on the session bus that shows nothing and records its calls.
 class FakeFileManagerService {
 public:
     struct Call {
@@ -28,27 +20,16 @@ public:
     enum class Answers { given, refused, withheld };
 
     explicit FakeFileManagerService(Answers answers = Answers::given);
-    ~FakeFileManagerService();
-    FakeFileManagerService(const FakeFileManagerService &) = delete;
-    FakeFileManagerService &operator=(const FakeFileManagerService &) = delete;
-    FakeFileManagerService(FakeFileManagerService &&) = delete;
-    FakeFileManagerService &operator=(FakeFileManagerService &&) = delete;
 
     /// All so far, in their order.
     [[nodiscard]] std::vector<Call> calls();
 
 private:
-    class Object;
-
-    bool handle(const QDBusMessage &message);
+    [[nodiscard]] std::optional<QDBusMessage> answerTo(const QDBusMessage &message);
 
     Answers m_answers;
-    std::mutex m_mutex;
-    std::vector<Call> m_calls;
-
-    BusConnection m_bus;
-    QThread m_thread;
-    std::unique_ptr<QDBusVirtualObject> m_object; ///< lives in the thread
+    std::vector<Call> m_calls; //< guarded by the service's lock
+    FakeBusService m_service;
 };
 
 } // namespace tessaly

@@ -1,11 +1,8 @@
 #include "tests/platform/linux/FakeNotificationService.hpp"
 
-#include "tests/platform/linux/PrivateBus.hpp"
-
 #include <QDBusArgument>
 #include <QDBusError>
 
-#include <stdexcept>
 #include <utility>
 
 namespace tessaly {
@@ -17,78 +14,23 @@ const QString servicePath = QStringLiteral("/org/freedesktop/Notifications");
 
 } // namespace
 
-/// Where the calls arrive.
-class FakeNotificationService::Object final : public QDBusVirtualObject {
-public:
-    explicit Object(FakeNotificationService &service) : m_service(service) {}
-
-    QString introspect(const QString & /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*bus*/) override
-    {
-        return m_service.handle(message);
-    }
-
-private:
-    FakeNotificationService &m_service;
-};
-
 FakeNotificationService::FakeNotificationService(QStringList capabilities, Answers answers)
-    : m_capabilities(std::move(capabilities)), m_isWithholding(answers == Answers::withheld),
-      m_bus(PrivateBus::address()), m_object(std::make_unique<Object>(*this))
+    : m_capabilities(std::move(capabilities)),
+      m_service(
+          serviceName, servicePath,
+          [this](const QDBusMessage &message) { return answerTo(message); }, answers)
 {
-    m_object->moveToThread(&m_thread);
-    m_thread.start();
-    if (!m_bus->registerVirtualObject(servicePath, m_object.get()) ||
-        !m_bus->registerService(serviceName)) {
-        throw std::runtime_error("there is a notification service already");
-    }
-}
-
-FakeNotificationService::~FakeNotificationService()
-{
-    m_bus->unregisterService(serviceName);
-    m_bus->unregisterObject(servicePath);
-    m_thread.quit();
-    m_thread.wait();
 }
 
 std::vector<FakeNotificationService::Call> FakeNotificationService::waitForCalls(std::size_t count)
 {
-    std::unique_lock lock(m_mutex);
-    m_hasChanged.wait(lock, [&] { return m_calls.size() >= count; });
+    const auto locked = m_service.waitUntil([&] { return m_calls.size() >= count; });
     return m_calls;
-}
-
-void FakeNotificationService::waitForUnanswered()
-{
-    std::unique_lock lock(m_mutex);
-    m_hasChanged.wait(lock, [&] { return !m_unsent.empty(); });
-}
-
-std::size_t FakeNotificationService::unansweredCount()
-{
-    const std::scoped_lock lock(m_mutex);
-    return m_unsent.size();
-}
-
-void FakeNotificationService::withholdAnswers()
-{
-    const std::scoped_lock lock(m_mutex);
-    m_isWithholding = true;
-}
-
-void FakeNotificationService::giveAnswers()
-{
-    const std::scoped_lock lock(m_mutex);
-    m_isWithholding = false;
-    for (const QDBusMessage &answer : std::exchange(m_unsent, {})) {
-        m_bus->send(answer);
-    }
 }
 
 void FakeNotificationService::refuse()
 {
-    const std::scoped_lock lock(m_mutex);
+    const auto locked = m_service.lock();
     m_isRefusing = true;
 }
 
@@ -98,27 +40,18 @@ void FakeNotificationService::close(std::uint32_t id)
     QDBusMessage signal =
         QDBusMessage::createSignal(servicePath, serviceName, QStringLiteral("NotificationClosed"));
     signal << id << dismissedByUser;
-    m_bus->send(signal);
+    m_service.send(signal);
 }
 
-bool FakeNotificationService::handle(const QDBusMessage &message)
+std::optional<QDBusMessage> FakeNotificationService::answerTo(const QDBusMessage &message)
 {
     const bool isQuestion = message.member() == QLatin1String("GetCapabilities");
     const bool isNotification = message.member() == QLatin1String("Notify") &&
                                 message.signature() == QLatin1String("susssasa{sv}i");
     if (message.interface() != serviceName || (!isQuestion && !isNotification)) {
-        return false;
+        return std::nullopt;
     }
-    const std::scoped_lock lock(m_mutex);
-    const QDBusMessage answer =
-        isQuestion ? message.createReply(QVariant(m_capabilities)) : answerToNotify(message);
-    if (m_isWithholding) {
-        m_unsent.push_back(answer);
-    } else {
-        m_bus->send(answer);
-    }
-    m_hasChanged.notify_all();
-    return true;
+    return isQuestion ? message.createReply(QVariant(m_capabilities)) : answerToNotify(message);
 }
 
 QDBusMessage FakeNotificationService::answerToNotify(const QDBusMessage &message)

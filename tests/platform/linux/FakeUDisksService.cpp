@@ -1,14 +1,9 @@
 #include "tests/platform/linux/FakeUDisksService.hpp"
 
-#include "tests/platform/linux/PrivateBus.hpp"
-
 #include <QByteArrayList>
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QStringList>
-
-#include <stdexcept>
-#include <utility>
 
 namespace tessaly {
 
@@ -18,108 +13,59 @@ const QString serviceName = QStringLiteral("org.freedesktop.UDisks2");
 const QString servicePath = QStringLiteral("/org/freedesktop/UDisks2");
 const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
 
-} // namespace
-
-/// Where the calls arrive.
-class FakeUDisksService::Object final : public QDBusVirtualObject {
-public:
-    explicit Object(FakeUDisksService &service) : m_service(service) {}
-
-    QString introspect(const QString & /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*bus*/) override
-    {
-        return m_service.handle(message);
-    }
-
-private:
-    FakeUDisksService &m_service;
-};
-
-FakeUDisksService::FakeUDisksService(const UDisksObjects &objects)
-    : m_objects(objects), m_bus(PrivateBus::address()), m_object(std::make_unique<Object>(*this))
+/// Registered before the service may be called.
+const UDisksObjects &withRegisteredTypes(const UDisksObjects &objects)
 {
     qDBusRegisterMetaType<QByteArrayList>();
     qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     qDBusRegisterMetaType<BusObjects>();
-    // In this order, since Qt gives such an object a child on the thread that registers it.
-    const bool isRegistered =
-        m_bus->registerVirtualObject(servicePath, m_object.get(), QDBusConnection::SubPath);
-    m_object->moveToThread(&m_thread);
-    m_thread.start();
-    if (!isRegistered || !m_bus->registerService(serviceName)) {
-        throw std::runtime_error("there is a UDisks2 already");
-    }
+    return objects;
 }
 
-FakeUDisksService::~FakeUDisksService()
+} // namespace
+
+FakeUDisksService::FakeUDisksService(const UDisksObjects &objects)
+    : m_objects(withRegisteredTypes(objects)),
+      m_service(
+          serviceName, servicePath,
+          [this](const QDBusMessage &message) { return answerTo(message); },
+          FakeBusService::Answers::given, QDBusConnection::VirtualObjectRegisterOption::SubPath)
 {
-    m_bus->unregisterService(serviceName);
-    m_bus->unregisterObject(servicePath, QDBusConnection::UnregisterTree);
-    m_thread.quit();
-    m_thread.wait();
 }
 
 std::vector<std::string> FakeUDisksService::waitForCalls(std::size_t count)
 {
-    std::unique_lock lock(m_mutex);
-    m_hasChanged.wait(lock, [&] { return m_calls.size() >= count; });
+    const auto locked = m_service.waitUntil([&] { return m_calls.size() >= count; });
     return m_calls;
-}
-
-void FakeUDisksService::waitForUnanswered(std::size_t count)
-{
-    std::unique_lock lock(m_mutex);
-    m_hasChanged.wait(lock, [&] { return m_unsent.size() >= count; });
 }
 
 std::size_t FakeUDisksService::questionCount()
 {
-    const std::scoped_lock lock(m_mutex);
+    const auto locked = m_service.lock();
     return m_questionCount;
-}
-
-void FakeUDisksService::withholdAnswers()
-{
-    const std::scoped_lock lock(m_mutex);
-    m_isWithholding = true;
-}
-
-void FakeUDisksService::giveAnswers()
-{
-    const std::scoped_lock lock(m_mutex);
-    m_isWithholding = false;
-    for (const QDBusMessage &answer : std::exchange(m_unsent, {})) {
-        m_bus->send(answer);
-    }
 }
 
 void FakeUDisksService::refuse(const QString &method, const QString &reason)
 {
-    const std::scoped_lock lock(m_mutex);
+    const auto locked = m_service.lock();
     m_refusals[method] = reason;
 }
 
-void FakeUDisksService::onCall(const QString &method, std::function<void()> action)
+void FakeUDisksService::setObjects(const UDisksObjects &objects)
 {
-    const std::scoped_lock lock(m_mutex);
-    m_actions[method] = std::move(action);
+    const auto locked = m_service.lock();
+    m_objects = objects;
 }
 
 void FakeUDisksService::change(const UDisksObjects &objects, const QString &path)
 {
-    {
-        const std::scoped_lock lock(m_mutex);
-        m_objects = objects;
-    }
+    setObjects(objects);
     sendChanged(path);
 }
 
 void FakeUDisksService::add(const UDisksObjects &objects, const QString &path)
 {
-    {
-        const std::scoped_lock lock(m_mutex);
-        m_objects = objects;
-    }
+    setObjects(objects);
     sendAdded(path);
 }
 
@@ -136,7 +82,7 @@ void FakeUDisksService::sendAdded(const QString &path)
         QDBusMessage::createSignal(servicePath, objectManager, QStringLiteral("InterfacesAdded"));
     signal << QVariant::fromValue(QDBusObjectPath(path))
            << QVariant::fromValue(m_objects.objects().value(QDBusObjectPath(path)));
-    m_bus->send(signal);
+    m_service.send(signal);
 }
 
 void FakeUDisksService::sendChanged(const QString &path)
@@ -146,28 +92,7 @@ void FakeUDisksService::sendChanged(const QString &path)
                                    QStringLiteral("PropertiesChanged"));
     signal << QStringLiteral("org.freedesktop.UDisks2.Filesystem") << QVariantMap()
            << QStringList();
-    m_bus->send(signal);
-}
-
-bool FakeUDisksService::handle(const QDBusMessage &message)
-{
-    std::function<void()> action;
-    {
-        const std::scoped_lock lock(m_mutex);
-        action = m_actions.value(message.member());
-    }
-    if (action) {
-        action();
-    }
-    const std::scoped_lock lock(m_mutex);
-    const QDBusMessage answer = answerTo(message);
-    if (m_isWithholding) {
-        m_unsent.push_back(answer);
-    } else {
-        m_bus->send(answer);
-    }
-    m_hasChanged.notify_all();
-    return true;
+    m_service.send(signal);
 }
 
 QDBusMessage FakeUDisksService::answerTo(const QDBusMessage &message)

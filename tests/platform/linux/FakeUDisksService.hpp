@@ -1,51 +1,41 @@
 #pragma once
 
-#include "tests/platform/linux/BusConnection.hpp"
+#include "tests/platform/linux/FakeBusService.hpp"
 #include "tests/platform/linux/UDisksObjects.hpp"
 
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
-#include <QThread>
-
-#include <condition_variable>
 #include <cstddef>
 #include <functional>
-#include <memory>
-#include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessaly {
 
 /// UDisks2 without any disks, on the session bus: it has the objects that a test gives it, and
-/// records what it is told to do. It answers on a thread of its own.
+/// records what it is told to do.
 class FakeUDisksService {
 public:
     explicit FakeUDisksService(const UDisksObjects &objects = {});
-    ~FakeUDisksService();
-    FakeUDisksService(const FakeUDisksService &) = delete;
-    FakeUDisksService &operator=(const FakeUDisksService &) = delete;
-    FakeUDisksService(FakeUDisksService &&) = delete;
-    FakeUDisksService &operator=(FakeUDisksService &&) = delete;
 
     /// Waits until it has been told to do so many things, at least; returns all so far, each as
     /// "METHOD OBJECT".
     [[nodiscard]] std::vector<std::string> waitForCalls(std::size_t count);
 
-    /// Waits until there are so many calls of any kind, questions too, that have no answer.
-    void waitForUnanswered(std::size_t count);
+    /// Blocks until so many calls of any kind, questions too, have no answer.
+    void waitForUnanswered(std::size_t count) { m_service.waitForUnanswered(count); }
     [[nodiscard]] std::size_t questionCount();
 
-    /// From now on nothing is answered until giveAnswers().
-    void withholdAnswers();
-    /// Answers what has been withheld, and whatever comes.
-    void giveAnswers();
+    void withholdAnswers() { m_service.withholdAnswers(); }
+    void giveAnswers() { m_service.giveAnswers(); }
 
     /// Answers calls of this method with an error.
     void refuse(const QString &method, const QString &reason);
 
-    /// Calls this, on the thread of its own, before it answers to such a method.
-    void onCall(const QString &method, std::function<void()> action);
+    /// Calls this, on the service's thread, before it answers such a method.
+    void onCall(const QString &method, std::function<void()> action)
+    {
+        m_service.onCall(method, std::move(action));
+    }
 
     /// Takes other objects, and says that the properties of one of them have changed.
     void change(const UDisksObjects &objects, const QString &path);
@@ -55,26 +45,17 @@ public:
     void announceJob();
 
 private:
-    class Object;
-
-    bool handle(const QDBusMessage &message);
     [[nodiscard]] QDBusMessage answerTo(const QDBusMessage &message);
+    void setObjects(const UDisksObjects &objects);
     void sendAdded(const QString &path);
     void sendChanged(const QString &path);
 
-    std::mutex m_mutex;
-    std::condition_variable m_hasChanged;
+    // Guarded by the service's lock.
     UDisksObjects m_objects;
     std::vector<std::string> m_calls;
     std::size_t m_questionCount = 0;
-    std::vector<QDBusMessage> m_unsent; ///< withheld answers
-    bool m_isWithholding = false;
     QMap<QString, QString> m_refusals; ///< reasons by method
-    QMap<QString, std::function<void()>> m_actions;
-
-    BusConnection m_bus;
-    QThread m_thread;
-    std::unique_ptr<QDBusVirtualObject> m_object; ///< lives in the thread
+    FakeBusService m_service;
 };
 
 } // namespace tessaly

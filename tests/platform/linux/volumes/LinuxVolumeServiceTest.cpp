@@ -162,13 +162,14 @@ TEST_F(LinuxVolumeServiceTest, answersInTheOrderOfTheQuestion)
 TEST_F(LinuxVolumeServiceTest, doesNotWaitForADeadVolume)
 {
     m_system.mount("/mnt/nfs", "nfs4", "0:42", "server:/x");
-    const auto volumes = service(LinuxVolumeService::usualTimeout);
-    const Answers answers = answersOf(*volumes, {"/", "/mnt/nfs", stickPath});
-    ASSERT_EQ(answers.size(), 3U);
-    EXPECT_TRUE(answers[0].figures);
-    EXPECT_EQ(answers[1].figures, std::nullopt);
-    EXPECT_EQ(answers[1].typeName, "nfs4");
-    EXPECT_TRUE(answers[2].figures);
+    const auto volumes = service(hardlyAny);
+    Answers answers;
+    do { // where the machine is busy, the living may need some time, too
+        answers = answersOf(*volumes, {"/", "/mnt/nfs", stickPath});
+        ASSERT_EQ(answers.size(), 3U);
+        EXPECT_EQ(answers[1].figures, std::nullopt);
+        EXPECT_EQ(answers[1].typeName, "nfs4");
+    } while (!answers[0].figures || !answers[2].figures);
     // The thread that asks stays behind; that this comes to its end shows that nobody waits.
 }
 
@@ -202,11 +203,13 @@ TEST_F(LinuxVolumeServiceTest, doesNotWaitForUDisks)
         GTEST_SKIP() << "needs dbus-daemon";
     }
     m_udisks->withholdAnswers();
-    const auto volumes = service(LinuxVolumeService::usualTimeout);
-    const Answers answers = answersOf(*volumes, {stickPath});
-    EXPECT_TRUE(answers.at(0).figures);
-    EXPECT_TRUE(answers.at(0).isRemovable); // as the kernel says
-    EXPECT_FALSE(answers.at(0).isUnmountable);
+    const auto volumes = service(hardlyAny);
+    Answers answers;
+    do {
+        answers = answersOf(*volumes, {stickPath});
+        EXPECT_TRUE(answers.at(0).isRemovable); // as the kernel says
+        EXPECT_FALSE(answers.at(0).isUnmountable);
+    } while (!answers.at(0).figures);
 }
 
 TEST_F(LinuxVolumeServiceTest, unmountsAndEjects)

@@ -1,4 +1,4 @@
-#include "platform/linux/bus/SessionBusAddress.hpp"
+#include "platform/linux/bus/BusAddresses.hpp"
 
 #include <cstdlib>
 #include <string_view>
@@ -13,7 +13,7 @@ std::string variable(const char *name)
     return value == nullptr ? std::string() : std::string(value);
 }
 
-/// As a value in an address: all bytes but those that may stand for themselves are "%XX".
+/// As a value in an address: all bytes but the "optionally escaped" ones are written as "%XX".
 std::string escaped(std::string_view value)
 {
     constexpr std::string_view plain =
@@ -43,6 +43,12 @@ std::string sessionBusAddress()
     }
     const std::string folder = variable("XDG_RUNTIME_DIR");
     return folder.empty() ? folder : "unix:path=" + escaped(folder + "/bus");
+}
+
+std::string systemBusAddress()
+{
+    const std::string address = variable("DBUS_SYSTEM_BUS_ADDRESS");
+    return address.empty() ? "unix:path=/run/dbus/system_bus_socket" : address;
 }
 
 } // namespace tessaly

@@ -1,4 +1,4 @@
-#include "platform/linux/bus/SessionBusAddress.hpp"
+#include "platform/linux/bus/BusAddresses.hpp"
 
 #include "tests/platform/linux/ScopedVariable.hpp"
 
