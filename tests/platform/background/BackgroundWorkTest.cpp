@@ -13,7 +13,7 @@ namespace tessaly {
 
 namespace {
 
-TEST(BackgroundWork, runsElsewhereAndComesBack)
+TEST(BackgroundWork, runsOnAnotherThreadAndPostsToThisOne)
 {
     const BackgroundWork work;
     std::thread::id worker;
@@ -31,7 +31,7 @@ TEST(BackgroundWork, runsElsewhereAndComesBack)
     EXPECT_EQ(receiver, std::this_thread::get_id());
 }
 
-TEST(BackgroundWork, dropsWhatComesWhenItIsGone)
+TEST(BackgroundWork, dropsResultsThatComeAfterItIsDestroyed)
 {
     auto work = std::make_unique<BackgroundWork>();
     std::latch isGone(1);
@@ -49,7 +49,7 @@ TEST(BackgroundWork, dropsWhatComesWhenItIsGone)
     EXPECT_FALSE(isBack);
 }
 
-TEST(BackgroundWork, dropsWhatHasComeAndNotBeenCalledYet)
+TEST(BackgroundWork, dropsResultsThatWerePostedAndNotCalled)
 {
     auto work = std::make_unique<BackgroundWork>();
     bool isBack = false;

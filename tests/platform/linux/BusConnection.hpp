@@ -7,8 +7,8 @@
 
 namespace tessaly {
 
-/// A connection of a test's own to a bus, closed when this goes. Throws std::runtime_error, which
-/// fails the test, where there is no bus.
+/// A connection of a test's own to a bus, closed by the destructor. Throws std::runtime_error,
+/// which fails the test, where there is no bus.
 class BusConnection {
 public:
     explicit BusConnection(const std::string &address);

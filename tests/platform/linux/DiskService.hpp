@@ -47,7 +47,7 @@ private:
     TemporaryFolder m_folder;
     std::string m_image; ///< the name of the stick's image
     PrivateBus m_bus;
-    std::vector<std::unique_ptr<ScopedMount>> m_mounts; ///< the last one goes first
+    std::vector<std::unique_ptr<ScopedMount>> m_mounts; ///< the last one is destroyed first
     std::unique_ptr<StartedProgram> m_manager;
     std::unique_ptr<StartedProgram> m_service;
 };

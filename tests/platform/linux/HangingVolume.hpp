@@ -36,7 +36,7 @@ public:
     void waitUntilHeld(const std::string &operation) const;
     /// The program is stopped altogether: it does not even take requests.
     void freeze() const;
-    /// The program is killed. The volume stays mounted, and whatever is asked of it fails.
+    /// The program is killed. The volume stays mounted, and all its calls fail.
     void kill();
 
 private:

@@ -5,7 +5,7 @@
 
 namespace tessaly {
 
-/// Keeps what goes to the log while it lives, instead of showing it. One at a time.
+/// Collects the lines of the log while it exists, instead of showing them. One at a time.
 class LoggedWarnings {
 public:
     LoggedWarnings();

@@ -4,8 +4,8 @@
 
 namespace tessaly {
 
-/// Mounts of this process's own, which nobody else sees and which end with it, where it may have
-/// such. For main(), before there is a second thread.
+/// Mounts of this process's own, which no other process sees and which end with it, where it may
+/// have such. For main(), before there is a second thread.
 void takeOwnMounts();
 
 /// Whether takeOwnMounts() has got them, so that a test may mount what it likes.

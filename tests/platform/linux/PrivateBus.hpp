@@ -10,13 +10,13 @@
 
 namespace tessaly {
 
-/// A bus for a test alone, on which nobody is but whom the test brings along. While it lives it is
+/// A bus for one test, without any services but the test's own. While it exists it is
 /// the session bus, for this process and those that it starts; otherwise there is none.
 ///
 /// Requires: isInstalled(), and SessionBusPlace in main(). One at a time.
 class PrivateBus {
 public:
-    /// A program that the bus starts when somebody calls its name.
+    /// A program that the bus starts when its name is called.
     struct Service {
         std::string name;
         std::string command; ///< words as a service file has them
@@ -41,7 +41,7 @@ public:
     /// Where the session bus is, or would be.
     [[nodiscard]] static std::string address();
 
-    /// Waits until somebody owns the name; false when the program that should has ended.
+    /// Blocks until the name has an owner; false when the program that should has ended.
     [[nodiscard]] static bool waitForOwner(const std::string &name, StartedProgram &owner);
 
     /// Whether what it takes is there.

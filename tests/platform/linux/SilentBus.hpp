@@ -42,7 +42,7 @@ public:
         return connection;
     }
 
-    /// Waits until there is somebody in its queue, and leaves them there.
+    /// Blocks until there is a connection in its queue, and leaves it there.
     void waitForQueue() const
     {
         pollfd waiting = {m_socket.number(), POLLIN, 0};
@@ -55,7 +55,7 @@ public:
         return poll(&waiting, 1, 0) == 1;
     }
 
-    /// Waits for somebody to connect.
+    /// Blocks until there is a connection.
     [[nodiscard]] scan::FileDescriptor connection() const
     {
         return scan::FileDescriptor(accept4(m_socket.number(), nullptr, nullptr, SOCK_CLOEXEC));

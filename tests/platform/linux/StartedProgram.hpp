@@ -9,7 +9,7 @@
 
 namespace tessaly {
 
-/// A program that runs beside a test: it is asked to end (SIGTERM), and waited for, when this goes.
+/// A program that runs beside a test: the destructor asks it to end (SIGTERM) and waits for it.
 /// It does not outlive a test that dies. What it prints is not shown.
 ///
 /// Members that fail throw std::runtime_error, which fails the test.
@@ -26,7 +26,7 @@ public:
     StartedProgram &operator=(StartedProgram &&) = delete;
 
     /// Waits for the next line that the program writes to descriptor 3, and returns it without its
-    /// end. Programs that serve somebody write one once they can be reached. One that ends instead
+    /// end. Services write one once they can be reached. One that ends instead
     /// makes this throw what it complained of.
     [[nodiscard]] std::string reportedLine() const;
 

@@ -14,7 +14,7 @@ namespace tessaly {
 class VirtualDisplay {
 public:
     /// Its screen is as many pixels wide and high, and deep, as this says.
-    /// It goes on as it is also when for a moment nobody uses it.
+    /// It is not reset when its last client disconnects.
     explicit VirtualDisplay(const std::string &screen = "640x480x24")
         : m_server({"Xvfb", ownNumber(), "-displayfd", "3", "-screen", "0", screen, "-nolisten",
                     "tcp", "-noreset"})

@@ -6,7 +6,7 @@
 
 namespace tessaly {
 
-/// Runs the event loop until something holds, whoever makes it so.
+/// Runs the event loop until the condition holds.
 template <typename Condition>
 void waitUntil(Condition holds)
 {

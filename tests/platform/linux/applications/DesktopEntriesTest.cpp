@@ -131,7 +131,7 @@ TEST_F(DesktopEntriesTest, areChosenInTheOrderOfTheLists)
     }
 }
 
-TEST_F(DesktopEntriesTest, passOverChosenOnesThatAreNotInstalled)
+TEST_F(DesktopEntriesTest, skipDefaultsThatAreNotInstalled)
 {
     m_desktop.install("second");
     m_desktop.install("third");
@@ -143,7 +143,7 @@ TEST_F(DesktopEntriesTest, passOverChosenOnesThatAreNotInstalled)
     EXPECT_EQ(defaultFor(folders), "third.desktop");
 }
 
-TEST_F(DesktopEntriesTest, comeByTheirAssociationsWhereNoneIsChosen)
+TEST_F(DesktopEntriesTest, areFoundByTheirMimeTypesWithoutAChoice)
 {
     m_desktop.install("editor", "MimeType=text/plain;inode/directory;");
     m_desktop.install("files", "MimeType=inode/directory;\nCategories=System;FileManager;");

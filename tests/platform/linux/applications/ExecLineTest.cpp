@@ -17,7 +17,7 @@ struct Case {
 
 const ExecFields fields{"A name", "an-icon", "/the/path.desktop"};
 
-TEST(ExecLine, isTakenApartByItsRules)
+TEST(ExecLine, isSplitByItsRules)
 {
     const Case cases[] = {
         {"files", {"files"}},
@@ -34,7 +34,7 @@ TEST(ExecLine, isTakenApartByItsRules)
     }
 }
 
-TEST(ExecLine, losesTheCodesForFiles)
+TEST(ExecLine, leavesOutTheCodesForFiles)
 {
     const Case cases[] = {
         {"files %U", {"files"}},

@@ -154,7 +154,7 @@ TEST_F(GlobalMenuTest, nothingChangesWithoutABus)
     EXPECT_EQ(menuBar(), nullptr);
 }
 
-TEST_F(GlobalMenuTest, windowAndMenuMayGoFirst)
+TEST_F(GlobalMenuTest, windowAndMenuMayBeDestroyedFirst)
 {
     MenuRegistrar desktop;
     auto window = std::make_unique<QWidget>();

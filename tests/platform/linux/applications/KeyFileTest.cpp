@@ -34,7 +34,7 @@ TEST(KeyFile, hasValuesByGroupAndKey)
     EXPECT_EQ(file.text("Three", "Name"), "");
 }
 
-TEST(KeyFile, passesOverLinesThatAreNone)
+TEST(KeyFile, ignoresMalformedLines)
 {
     const KeyFile file =
         KeyFile::parse("Early=1\n[\n]\n[One\nno value\n=\n\n[One]\nA=1=2\nA=3=4\n");
@@ -53,7 +53,7 @@ TEST(KeyFile, replacesEscapes)
     EXPECT_EQ(file.text("G", "C"), "\\\"");
 }
 
-TEST(KeyFile, takesListsApart)
+TEST(KeyFile, splitsLists)
 {
     const KeyFile file = KeyFile::parse("[G]\nA=a;b c;;d\\;e;\nB=one\nC=;\nD=\n");
     EXPECT_EQ(file.list("G", "A"), (Texts{"a", "b c", "d;e"}));
@@ -63,7 +63,7 @@ TEST(KeyFile, takesListsApart)
     EXPECT_EQ(file.list("G", "E"), Texts());
 }
 
-TEST(KeyFile, knowsTrueOnly)
+TEST(KeyFile, readsOnlyTheWordTrueAsTrue)
 {
     const KeyFile file = KeyFile::parse("[G]\nA=true\nB=false\nC=True\nD=1\n");
     EXPECT_TRUE(file.flag("G", "A"));

@@ -85,7 +85,7 @@ TEST_F(LinuxApplicationLauncherTest, startsTheSettingsOfTheDesktop)
     }
 }
 
-TEST_F(LinuxApplicationLauncherTest, startsOtherSettingsThatDoNotMindTheDesktop)
+TEST_F(LinuxApplicationLauncherTest, startsSettingsOfOtherDesktopsThatShowHere)
 {
     const MadeDesktop desktop("openbox");
     desktop.install("gnome-control-center", "Categories=Settings;\nOnlyShowIn=GNOME;\n");
@@ -144,7 +144,7 @@ TEST_F(LinuxApplicationLauncherTest, findsWhatIsInstalledLater)
     EXPECT_EQ(started("Disk Utility.app"), Words{"gparted"});
 }
 
-TEST_F(LinuxApplicationLauncherTest, startsNothingByAnotherName)
+TEST_F(LinuxApplicationLauncherTest, startsNothingForUnknownNames)
 {
     const MadeDesktop desktop;
     desktop.install("Other");
@@ -185,7 +185,7 @@ TEST_F(LinuxApplicationLauncherTest, startsTheProgramWithItsWordsInItsFolder)
                   '\n');
 }
 
-TEST_F(LinuxApplicationLauncherTest, mayGoAtAnyMoment)
+TEST_F(LinuxApplicationLauncherTest, mayBeDestroyedAtAnyMoment)
 {
     const MadeDesktop desktop;
     desktop.install("gparted");

@@ -104,7 +104,7 @@ TEST_F(LinuxUrlOpenerTest, tellsWhetherSomethingOpensAnAddress)
     EXPECT_EQ(m_opened, "");
 }
 
-TEST_F(LinuxUrlOpenerTest, takesTheBrowserThatIsNamedOtherwise)
+TEST_F(LinuxUrlOpenerTest, findsBrowsersByVariableAndAlternative)
 {
     const std::string page = "https://example.com/";
     {
@@ -125,7 +125,7 @@ TEST_F(LinuxUrlOpenerTest, logsThatTheDesktopRefuses)
               "tessaly.urls: https://example.com/ not opened: the desktop refused");
 }
 
-TEST_F(LinuxUrlOpenerTest, mayGoAtAnyMoment)
+TEST_F(LinuxUrlOpenerTest, mayBeDestroyedAtAnyMoment)
 {
     m_desktop.install("browser", "MimeType=x-scheme-handler/https;\n");
     for (int round = 0; round < 20; ++round) {

@@ -65,14 +65,14 @@ TEST_F(BusLinkTest, connectsToABus)
     EXPECT_TRUE(canCall());
 }
 
-TEST_F(BusLinkTest, saysThatThereIsNoBus)
+TEST_F(BusLinkTest, reportsAMissingBus)
 {
     EXPECT_EQ(opened(), "nobody takes connections there");
     EXPECT_EQ(m_link.openWithin(longWait), "nobody takes connections there");
     EXPECT_FALSE(m_link.isOpen());
 }
 
-TEST_F(BusLinkTest, knowsThatABusIsGoneAndFindsTheNext)
+TEST_F(BusLinkTest, noticesThatABusHasEndedAndOpensTheNext)
 {
     makeBus();
     EXPECT_EQ(opened(), "");
@@ -91,7 +91,7 @@ TEST_F(BusLinkTest, givesUpOnASilentBus)
     EXPECT_FALSE(m_link.isOpen());
 }
 
-TEST_F(BusLinkTest, mayGoWhileItWaitsOrBeOpenedAgain)
+TEST_F(BusLinkTest, mayBeDestroyedOrOpenedAgainWhileItWaits)
 {
     const SilentBus bus(10);
     BusLink link(PrivateBus::address(), QStringLiteral("test"));

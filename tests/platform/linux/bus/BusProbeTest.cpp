@@ -66,7 +66,7 @@ TEST(BusProbe, isReadableOnceTheBusHasAnswered)
     EXPECT_TRUE(isReadable(probe));
 }
 
-TEST(BusProbe, isReadableOnceTheBusIsGone)
+TEST(BusProbe, isReadableOnceTheBusHasEnded)
 {
     const TemporaryFolder folder;
     auto bus = std::make_unique<Listener>(folder.path("bus"));

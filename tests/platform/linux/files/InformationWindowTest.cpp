@@ -259,7 +259,7 @@ TEST_F(InformationWindowTest, doesNotKeepTheProgramRunning)
     EXPECT_FALSE(m_window->testAttribute(Qt::WA_QuitOnClose));
 }
 
-TEST_F(InformationWindowTest, saysWhyThereIsNothingToTell)
+TEST_F(InformationWindowTest, saysWhyNothingIsKnown)
 {
     ItemInformation item = itemAt("/home/ada/gone\n", 0);
     item.error = ENOENT;

@@ -129,7 +129,7 @@ TEST(ItemInformation, namesOwnerAndGroupOrTheirNumbers)
     EXPECT_EQ(ItemInformation::of(path).group, "3999999998");
 }
 
-TEST(ItemInformation, saysWhyThereIsNothingToTell)
+TEST(ItemInformation, saysWhyNothingIsKnown)
 {
     const TemporaryFolder folder;
     folder.file("file");

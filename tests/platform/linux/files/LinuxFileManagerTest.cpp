@@ -293,7 +293,7 @@ TEST_F(LinuxFileManagerTest, showsAWindowOfOurOwnWhereThereIsNoFileManager)
     EXPECT_EQ(window, nullptr);
 }
 
-TEST_F(LinuxFileManagerTest, showsTheSameItemOnceAndAnew)
+TEST_F(LinuxFileManagerTest, showsTheSameItemOnceWithNewFigures)
 {
     m_folder.file("file");
     m_folder.file("other");
@@ -317,7 +317,7 @@ TEST_F(LinuxFileManagerTest, showsTheSameItemOnceAndAnew)
     }
 }
 
-TEST_F(LinuxFileManagerTest, aWindowThatIsClosedIsGone)
+TEST_F(LinuxFileManagerTest, destroysAWindowThatIsClosed)
 {
     m_folder.file("file");
     const auto fileManager = makeFileManager();
@@ -346,7 +346,7 @@ TEST_F(LinuxFileManagerTest, doesNotWaitForAFileManagerThatDoesNotAnswer)
     EXPECT_TRUE(m_opened.empty());
 }
 
-TEST_F(LinuxFileManagerTest, takesAFileManagerThatDoesNotAnswerForNone)
+TEST_F(LinuxFileManagerTest, treatsAFileManagerThatDoesNotAnswerAsMissing)
 {
     makeBus();
     m_folder.file("file");
@@ -371,7 +371,7 @@ TEST_F(LinuxFileManagerTest, doesNotWaitForABusThatDoesNotAnswer)
     EXPECT_TRUE(m_opened.empty());
 }
 
-TEST_F(LinuxFileManagerTest, takesABusThatDoesNotAnswerForNone)
+TEST_F(LinuxFileManagerTest, treatsABusThatDoesNotAnswerAsMissing)
 {
     const SilentBus bus(10);
     m_folder.file("file");
@@ -383,7 +383,7 @@ TEST_F(LinuxFileManagerTest, takesABusThatDoesNotAnswerForNone)
     waitUntil([] { return !ownWindows().empty(); });
 }
 
-TEST_F(LinuxFileManagerTest, mayGoAtAnyMoment)
+TEST_F(LinuxFileManagerTest, mayBeDestroyedAtAnyMoment)
 {
     m_folder.file("file");
     for (int round = 0; round < 20; ++round) {

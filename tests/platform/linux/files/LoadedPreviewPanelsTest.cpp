@@ -91,7 +91,7 @@ TEST_F(LoadedPreviewPanelsTest, theModuleFindsTheProgramThatDecodesImagesBesideI
     panels.setController(nullptr);
 }
 
-TEST_F(LoadedPreviewPanelsTest, thePanelGoesWithIt)
+TEST_F(LoadedPreviewPanelsTest, destroysThePanel)
 {
     {
         LoadedPreviewPanels panels(TESSALY_PREVIEW_MODULE_PATH, m_settings);

@@ -254,7 +254,7 @@ TEST_F(QtFolderChooserTest, listsFoldersAndLinksToFolders)
     EXPECT_EQ(answer(), m_folder.path("inside/\xFF"));
 }
 
-TEST_F(QtFolderChooserTest, goesIntoFoldersAndUpAgain)
+TEST_F(QtFolderChooserTest, opensFoldersAndTheirParents)
 {
     m_folder.folder("inside/deeper");
     ask(m_folder.path());
@@ -344,7 +344,7 @@ TEST_F(QtFolderChooserTest, mayBeAskedAgainByTheAnswer)
     EXPECT_EQ(answer(), m_folder.path("inside"));
 }
 
-TEST_F(QtFolderChooserTest, answersNoMoreWhenTheWindowIsGone)
+TEST_F(QtFolderChooserTest, doesNotAnswerAfterTheWindowIsDestroyed)
 {
     ask(m_folder.path());
     m_window.reset();
@@ -357,7 +357,7 @@ TEST_F(QtFolderChooserTest, answersNoMoreWhenTheWindowIsGone)
     EXPECT_EQ(answer(), m_folder.path());
 }
 
-TEST_F(QtFolderChooserTest, answersNoMoreWhenItIsGone)
+TEST_F(QtFolderChooserTest, doesNotAnswerAfterItIsDestroyed)
 {
     ask(m_folder.path());
     ask(m_folder.path());

@@ -62,7 +62,7 @@ protected:
     std::unique_ptr<PrivateBus> m_bus;
 };
 
-TEST_F(LinuxNotifierTest, saysWhoNotifiesAndWhat)
+TEST_F(LinuxNotifierTest, sendsTheProgramsNameAndTheTexts)
 {
     FakeNotificationService service;
     LinuxNotifier notifier;
@@ -188,7 +188,7 @@ TEST_F(LinuxNotifierTest, doesNotReplaceOneThatHasBeenClosed)
     EXPECT_EQ(calls.at(3).replaced, 0U);
 }
 
-TEST_F(LinuxNotifierTest, startsAfreshWithANewService)
+TEST_F(LinuxNotifierTest, asksANewServiceAgain)
 {
     auto service = std::make_unique<FakeNotificationService>();
     LinuxNotifier notifier;
@@ -241,7 +241,7 @@ TEST_F(LinuxNotifierTest, takesPostsFromSeveralThreads)
     EXPECT_EQ(next.size(), std::size_t(threadCount));
 }
 
-TEST_F(LinuxNotifierTest, goesOnAfterAServiceHasRefused)
+TEST_F(LinuxNotifierTest, continuesAfterAnError)
 {
     FakeNotificationService service;
     LinuxNotifier notifier;
@@ -347,7 +347,7 @@ TEST(LinuxNotifier, startsNoProgramToFindABus)
     EXPECT_NE(access(folder.path("started").c_str(), F_OK), 0);
 }
 
-TEST(LinuxNotifier, doesNothingAtAnAddressThatIsNone)
+TEST(LinuxNotifier, doesNothingWithAnInvalidAddress)
 {
     for (const char *address : {"nonsense", "unix:", "unix:path=", "=", ";"}) {
         const ScopedVariable variable("DBUS_SESSION_BUS_ADDRESS", address);
@@ -454,7 +454,7 @@ TEST(LinuxNotifier, doesNotWaitForASecondPlaceInTheQueueOfABus)
     notifier.reset();
 }
 
-TEST(LinuxNotifier, mayGoBeforeItsThreadHasDoneAnything)
+TEST(LinuxNotifier, mayBeDestroyedBeforeItsThreadHasDoneAnything)
 {
     for (int count = 0; count < 20; ++count) {
         LinuxNotifier notifier;

@@ -46,7 +46,7 @@ TEST(CrashLog, hasAStackWhenThatOfTheProgramIsFull)
 }
 #endif
 
-TEST(CrashLog, saysInALineWhichExceptionNobodyCaught)
+TEST(CrashLog, saysInALineWhichExceptionWasNotCaught)
 {
     EndingProgram program("throw", "no way\n\033[1m out");
     EXPECT_EQ(program.result(), -SIGABRT);

@@ -20,7 +20,7 @@ using Reading = FileSystemProbe::Reading;
 constexpr std::chrono::milliseconds shortTimeout(20);
 constexpr std::chrono::hours longTimeout(1);
 
-TEST(FileSystemProbe, saysWhatTheSystemSays)
+TEST(FileSystemProbe, answersWithTheSystemsFigures)
 {
     FileSystemProbe probe(TESSALY_PROBE);
     const TemporaryFolder folder;

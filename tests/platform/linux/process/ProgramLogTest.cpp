@@ -38,7 +38,7 @@ TEST(ProgramLog, makesALineOfAnyMessage)
     EXPECT_EQ(ProgramLog::lineOf(nullptr, ""), "tessaly: ");
 }
 
-TEST(ProgramLog, isNoReasonToEndWhenNobodyReadsIt)
+TEST(ProgramLog, doesNotEndTheProgramWhenItHasNoReader)
 {
     EXPECT_EQ(EndingProgram("log-to-nobody").result(), 0);
 }

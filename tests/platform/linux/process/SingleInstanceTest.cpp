@@ -190,7 +190,7 @@ TEST_F(SingleInstanceTest, theSecondEndsInAnotherSessionToo)
     EXPECT_EQ(second->result(), 1);
 }
 
-TEST_F(SingleInstanceTest, aSilentBusIsAsGoodAsNone)
+TEST_F(SingleInstanceTest, aBusThatDoesNotAnswerIsIgnored)
 {
     const SilentBus bus(10);
     const auto first = start({}, ":100:100");

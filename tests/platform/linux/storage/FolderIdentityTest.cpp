@@ -85,7 +85,7 @@ TEST(FolderIdentity, staysWhenTheDeviceHasAnotherNumber)
     EXPECT_EQ(facts.identity(), before);
 }
 
-TEST(FolderIdentity, changesWithEachThingThatTellsFoldersApart)
+TEST(FolderIdentity, changesWithEachProperty)
 {
     const FolderIdentity before = Facts(EXT4_SUPER_MAGIC).identity();
     Facts changed(EXT4_SUPER_MAGIC);

@@ -91,7 +91,7 @@ TEST_F(LinuxSettingsStoreTest, flushedValuesAreThereInTheNextRun)
     EXPECT_EQ(store.data("data"), data);
 }
 
-TEST_F(LinuxSettingsStoreTest, changesLastThoughNobodyFlushedThem)
+TEST_F(LinuxSettingsStoreTest, theDestructorFlushesChanges)
 {
     LinuxSettingsStore(m_path).setInteger("key", 1);
 

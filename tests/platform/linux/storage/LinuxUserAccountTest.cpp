@@ -33,7 +33,7 @@ const passwd *ourEntry()
     return getpwuid(geteuid());
 }
 
-TEST(LinuxUserAccount, hasTheLoginNameOfThePasswordDatabaseWhateverTheEnvironmentSays)
+TEST(LinuxUserAccount, hasTheLoginNameOfThePasswordDatabaseInAnyEnvironment)
 {
     if (ourEntry() == nullptr) {
         GTEST_SKIP() << "needs a user whom the password database knows";
@@ -70,7 +70,7 @@ TEST(LinuxUserAccount, hasTheHomeFolderOfThePasswordDatabaseWithoutAnother)
     }
 }
 
-TEST(LinuxUserAccount, isEmptyWhereNobodyKnowsTheUser)
+TEST(LinuxUserAccount, isEmptyForAnUnknownUser)
 {
     if (!isRoot()) {
         GTEST_SKIP() << "needs root, to become an unknown user";

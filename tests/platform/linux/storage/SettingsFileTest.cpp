@@ -115,7 +115,7 @@ TEST_F(SettingsFileTest, aReadErrorIsNoDamage)
     }
 }
 
-TEST_F(SettingsFileTest, readingGoesOnAfterSignals)
+TEST_F(SettingsFileTest, readingContinuesAfterSignals)
 {
     ASSERT_TRUE(settingsFile().write(archive::PlistDictionary{{"key", 1}}));
     for (const std::size_t call : {0U, 2U}) { // open, read
@@ -196,7 +196,7 @@ TEST_F(SettingsFileTest, theLockIsWaitedFor)
     EXPECT_EQ(lock, nullptr);
 }
 
-TEST_F(SettingsFileTest, aLockThatWasWaitedForInVainIsNotWaitedForAgainUntilItIsFree)
+TEST_F(SettingsFileTest, afterATimeoutTheLockIsTriedOnceEachTimeUntilItIsFree)
 {
     constexpr std::chrono::hours timeout(3);
     SettingsFile::Clock::time_point now{};
@@ -231,7 +231,7 @@ TEST_F(SettingsFileTest, theLockOfAProcessThatWasKilledIsFree)
     EXPECT_TRUE(canLock());
 }
 
-TEST_F(SettingsFileTest, theLockIsGivenBackThoughAProcessThatWasForkedLivesOn)
+TEST_F(SettingsFileTest, theLockIsReleasedThoughAForkedProcessIsStillRunning)
 {
     auto lock = std::make_unique<archive::Result<SettingsFile::Lock, archive::ArchiveError>>(
         settingsFile().lock());

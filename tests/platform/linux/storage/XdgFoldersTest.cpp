@@ -45,7 +45,7 @@ TEST_F(XdgFoldersTest, areThoseOfTheEnvironment)
     });
 }
 
-TEST_F(XdgFoldersTest, lieInTheHomeFolderWhenNothingSaysOtherwise)
+TEST_F(XdgFoldersTest, lieInTheHomeFolderByDefault)
 {
     runWith({{"HOME", "/home/ada"}}, [] {
         EXPECT_EQ(XdgFolders::config(), "/home/ada/.config");
@@ -116,7 +116,7 @@ TEST_F(XdgFoldersTest, areFollowedByThoseOfTheSystem)
     });
 }
 
-TEST_F(XdgFoldersTest, areAbsoluteThoughNobodyKnowsTheUser)
+TEST_F(XdgFoldersTest, areAbsoluteForAnUnknownUser)
 {
     if (!isRoot()) {
         GTEST_SKIP() << "needs root, to become an unknown user";

@@ -74,7 +74,7 @@ TEST(BlockDevice, isFoundByItsSourceWhereTheNumberIsNotItsOwn)
     EXPECT_TRUE(mapped->isRemovable());
 }
 
-TEST(BlockDevice, isNothingWhereThereIsNone)
+TEST(BlockDevice, isMissingForFileSystemsWithoutOne)
 {
     const MadeUpSystem system;
     EXPECT_FALSE(BlockDevice::below(mountOf(0, 50, "server:/home"), system.sources()));

@@ -149,7 +149,7 @@ TEST_F(LinuxVolumeServiceMountsTest, looksIntoALocalVolumeThatIsNotSkipped)
     EXPECT_TRUE(isFound);
 }
 
-TEST_F(LinuxVolumeServiceMountsTest, tellsWhenADiskComesAndGoes)
+TEST_F(LinuxVolumeServiceMountsTest, reportsThatADiskWasMountedAndUnmounted)
 {
     const LoopImage image(m_folder, "LABEL");
     if (!image.isThere()) {

@@ -170,10 +170,10 @@ TEST_F(LinuxVolumeServiceTest, doesNotWaitForADeadVolume)
         EXPECT_EQ(answers[1].figures, std::nullopt);
         EXPECT_EQ(answers[1].typeName, "nfs4");
     } while (!answers[0].figures || !answers[2].figures);
-    // The thread that asks stays behind; that this comes to its end shows that nobody waits.
+    // The thread that asks is left behind: that the test ends shows that nothing waits for it.
 }
 
-TEST_F(LinuxVolumeServiceTest, dropsAnswersWhenItGoes)
+TEST_F(LinuxVolumeServiceTest, dropsAnswersWhenItIsDestroyed)
 {
     m_system.mount("/mnt/nfs", "nfs4", "0:42", "server:/x");
     auto volumes = service(hardlyAny);
@@ -185,7 +185,7 @@ TEST_F(LinuxVolumeServiceTest, dropsAnswersWhenItGoes)
     EXPECT_FALSE(isAnswered);
 }
 
-TEST_F(LinuxVolumeServiceTest, takesWhatUDisksSays)
+TEST_F(LinuxVolumeServiceTest, usesWhatUDisksReports)
 {
     if (!bringUDisks()) {
         GTEST_SKIP() << "needs dbus-daemon";
@@ -255,7 +255,7 @@ TEST_F(LinuxVolumeServiceTest, logsThatAVolumeIsBusy)
     EXPECT_EQ(m_udisks->waitForCalls(2), (Names{"Unmount sdb1", "Unmount sdb1"}));
 }
 
-TEST_F(LinuxVolumeServiceTest, letsAnUnmountReturnWhenItGoes)
+TEST_F(LinuxVolumeServiceTest, letsAnUnmountReturnWhenItIsDestroyed)
 {
     if (!bringUDisks()) {
         GTEST_SKIP() << "needs dbus-daemon";
@@ -346,7 +346,7 @@ TEST_F(LinuxVolumeServiceTest, logsWhatItCannotUnmount)
               "not unmounted: /media/my stick - UDisks2 is not there, or does not know it");
 }
 
-TEST_F(LinuxVolumeServiceTest, tellsOfAVolumeThatUDisksSpeaksOf)
+TEST_F(LinuxVolumeServiceTest, reportsAVolumeThatUDisksSignals)
 {
     if (!bringUDisks()) {
         GTEST_SKIP() << "needs dbus-daemon";
@@ -366,7 +366,7 @@ TEST_F(LinuxVolumeServiceTest, tellsOfAVolumeThatUDisksSpeaksOf)
     waitUntil([&] { return changeCount == 2; });
 }
 
-TEST_F(LinuxVolumeServiceTest, tellsThatTheUserMayDoSomethingElse)
+TEST_F(LinuxVolumeServiceTest, reportsThatTheUsersRightsHaveChanged)
 {
     if (!bringUDisks()) {
         GTEST_SKIP() << "needs dbus-daemon";
@@ -382,7 +382,7 @@ TEST_F(LinuxVolumeServiceTest, tellsThatTheUserMayDoSomethingElse)
     EXPECT_FALSE(answersOf(*volumes, {stickPath}).at(0).isUnmountable);
 }
 
-TEST_F(LinuxVolumeServiceTest, mergesChangesAndTellsOfNoneThatNobodySees)
+TEST_F(LinuxVolumeServiceTest, mergesChangesAndReportsOnlyVisibleOnes)
 {
     if (!bringUDisks()) {
         GTEST_SKIP() << "needs dbus-daemon";
@@ -395,7 +395,7 @@ TEST_F(LinuxVolumeServiceTest, mergesChangesAndTellsOfNoneThatNobodySees)
         }
     });
     (void)answersOf(*volumes, {"/"});
-    // Of these nobody sees anything.
+    // These change nothing that is shown.
     m_system.mount("/run/user/1000", "tmpfs", "0:50");
     m_udisks->change(stick("My Stick"), UDisksObjects::devicePath("sdb1"));
     const std::size_t questionsBefore = m_udisks->questionCount();
@@ -413,7 +413,7 @@ TEST_F(LinuxVolumeServiceTest, mergesChangesAndTellsOfNoneThatNobodySees)
     EXPECT_EQ(seen, (Names{"/", "My Stick", "far away", "new"})); // told once
 }
 
-TEST_F(LinuxVolumeServiceTest, tellsWhoeverWasSetLast)
+TEST_F(LinuxVolumeServiceTest, callsTheListenerThatWasSetLast)
 {
     if (!bringUDisks()) {
         GTEST_SKIP() << "needs dbus-daemon";
@@ -441,7 +441,7 @@ TEST(LinuxVolumeService, readsThisSystem)
     EXPECT_FALSE(answers[0].typeName.empty());
 }
 
-TEST(LinuxVolumeService, mayGoBeforeItHasDoneAnything)
+TEST(LinuxVolumeService, mayBeDestroyedBeforeItHasDoneAnything)
 {
     for (int count = 0; count < 20; ++count) {
         LinuxVolumeService volumes;

@@ -91,7 +91,7 @@ protected:
     Names m_refused;
 };
 
-TEST_F(LinuxVolumeServiceUDisksTest, saysWhatTheStickIs)
+TEST_F(LinuxVolumeServiceUDisksTest, reportsThePropertiesOfTheStick)
 {
     waitForStick();
     EXPECT_EQ(m_volumes->pathOf("My Stick"), "/run/my media");
@@ -109,7 +109,7 @@ TEST_F(LinuxVolumeServiceUDisksTest, unmountsAndEjectsTheStick)
     waitUntil([&] { return !m_disks->hasStick(); });
 }
 
-TEST_F(LinuxVolumeServiceUDisksTest, unmountsTheStickAndTells)
+TEST_F(LinuxVolumeServiceUDisksTest, unmountsTheStickAndReportsIt)
 {
     waitForStick();
     const int before = m_changeCount;

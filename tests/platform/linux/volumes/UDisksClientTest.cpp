@@ -38,7 +38,7 @@ UDisksObjects stick()
     return objects;
 }
 
-/// A bus with nobody on it, and a client of it.
+/// A bus without services, and a client of it.
 class UDisksClientTest : public testing::Test {
 protected:
     void SetUp() override
@@ -93,7 +93,7 @@ protected:
     int m_changeCount = 0;
 };
 
-TEST_F(UDisksClientTest, aBusThatSaysNothingCountsAsNone)
+TEST_F(UDisksClientTest, aBusThatDoesNotAnswerCountsAsMissing)
 {
     m_client.reset();
     m_bus.reset();
@@ -103,7 +103,7 @@ TEST_F(UDisksClientTest, aBusThatSaysNothingCountsAsNone)
     EXPECT_EQ(outcomeOf("/media/my stick", 17, AfterUnmount::nothing).result, Result::unknown);
 }
 
-TEST_F(UDisksClientTest, mayGoWhileQuestionsWaitForTheBus)
+TEST_F(UDisksClientTest, mayBeDestroyedWhileQuestionsWaitForTheBus)
 {
     m_client.reset();
     m_bus.reset();
@@ -177,7 +177,7 @@ TEST_F(UDisksClientTest, ejectsNothingThatIsFixed)
     EXPECT_EQ(service.waitForCalls(1), Calls{"Unmount sdb1"});
 }
 
-TEST_F(UDisksClientTest, saysWhatWentWrongAndGoesNoFurther)
+TEST_F(UDisksClientTest, reportsTheErrorAndStopsThere)
 {
     FakeUDisksService service(stick());
     service.refuse("Unmount", "target is busy");
@@ -187,7 +187,7 @@ TEST_F(UDisksClientTest, saysWhatWentWrongAndGoesNoFurther)
     EXPECT_EQ(service.waitForCalls(1), Calls{"Unmount sdb1"});
 }
 
-TEST_F(UDisksClientTest, saysThatEjectingWentWrong)
+TEST_F(UDisksClientTest, reportsThatEjectingFailed)
 {
     FakeUDisksService service(stick());
     service.refuse("Eject", "in use");
@@ -203,7 +203,7 @@ TEST_F(UDisksClientTest, doesNotKnowOtherVolumes)
     EXPECT_EQ(service.waitForCalls(0), Calls{});
 }
 
-TEST_F(UDisksClientTest, saysWhenSomethingChangesButNotThatItIsAtWork)
+TEST_F(UDisksClientTest, reportsChangesButNotJobs)
 {
     FakeUDisksService service;
     (void)volumes();
@@ -218,14 +218,14 @@ TEST_F(UDisksClientTest, saysWhenSomethingChangesButNotThatItIsAtWork)
     waitUntil([&] { return m_changeCount == before + 2; });
 }
 
-TEST_F(UDisksClientTest, saysWhenTheServiceComes)
+TEST_F(UDisksClientTest, reportsThatTheServiceHasStarted)
 {
     (void)volumes();
     const FakeUDisksService service;
     waitUntil([&] { return m_changeCount == 1; });
 }
 
-TEST_F(UDisksClientTest, failsWhenTheServiceGoesMeanwhile)
+TEST_F(UDisksClientTest, failsWhenTheServiceEndsMeanwhile)
 {
     auto service = std::make_unique<FakeUDisksService>(stick());
     std::optional<Outcome> outcome;
@@ -238,7 +238,7 @@ TEST_F(UDisksClientTest, failsWhenTheServiceGoesMeanwhile)
     EXPECT_EQ(outcome->result, Result::failed);
 }
 
-TEST_F(UDisksClientTest, failsWhenTheBusGoesBetweenTwoSteps)
+TEST_F(UDisksClientTest, failsWhenTheBusEndsBetweenTwoSteps)
 {
     FakeUDisksService service(stick());
     std::optional<Outcome> outcome;
@@ -260,7 +260,7 @@ TEST_F(UDisksClientTest, failsWhenTheBusGoesBetweenTwoSteps)
     EXPECT_EQ(outcome->problem, "Eject: the bus is gone");
 }
 
-TEST_F(UDisksClientTest, dropsWhatIsUnansweredWhenItGoes)
+TEST_F(UDisksClientTest, dropsUnansweredQuestionsWhenItIsDestroyed)
 {
     FakeUDisksService service(stick());
     (void)volumes();

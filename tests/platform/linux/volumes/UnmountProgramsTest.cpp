@@ -62,7 +62,7 @@ TEST_F(UnmountProgramsTest, whatUsersMayMountIsUnmountedByUmount)
     EXPECT_EQ(unmountByUser("/mnt/my disk"), "target is busy");
 }
 
-TEST_F(UnmountProgramsTest, saysWhatTheProgramComplainsOf)
+TEST_F(UnmountProgramsTest, returnsTheErrorsOfTheProgram)
 {
     addProgram("fusermount3", "echo 'target is busy' >&2; exit 1");
     EXPECT_EQ(unmountFuse("/mnt"), "target is busy");
@@ -74,7 +74,7 @@ TEST_F(UnmountProgramsTest, saysWhatTheProgramComplainsOf)
     EXPECT_EQ(unmountFuse("/mnt"), "fusermount has failed");
 }
 
-TEST_F(UnmountProgramsTest, saysThatThereIsNoProgram)
+TEST_F(UnmountProgramsTest, reportsAMissingProgram)
 {
     EXPECT_EQ(unmountFuse("/mnt"), "fusermount: No such file or directory");
 }

@@ -198,7 +198,7 @@ TEST(VolumeFiguresReader, takesTheAnswerOfAVolumeThatComesBack)
     EXPECT_EQ(volumes.askedCount(), 2);
 }
 
-TEST(VolumeFiguresReader, answersOnceAndNotWhenItIsGone)
+TEST(VolumeFiguresReader, answersOnceAndNotAfterItIsDestroyed)
 {
     const Volumes volumes;
     int answerCount = 0;

@@ -55,7 +55,7 @@ TEST_F(VolumeListTest, namesTheVolumes)
 TEST_F(VolumeListTest, knowsWhereTheyAre)
 {
     VolumeList list(m_system.sources());
-    EXPECT_EQ(list.pathOf("data"), std::nullopt); // nobody has heard of the name so far
+    EXPECT_EQ(list.pathOf("data"), std::nullopt); // no volume has the name so far
     (void)list.entries(nullptr);
 
     EXPECT_EQ(list.pathOf("/"), "/");

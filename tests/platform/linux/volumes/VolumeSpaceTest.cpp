@@ -34,7 +34,7 @@ TEST(VolumeSpace, isNeverFreeBeyondTheTotal)
     EXPECT_EQ(spaceOf(status(0, 5)), (VolumeFigures{0, 0}));
 }
 
-TEST(VolumeSpace, isNeverLessThanNone)
+TEST(VolumeSpace, isNeverNegative)
 {
     EXPECT_EQ(spaceOf(status(100, static_cast<fsblkcnt_t>(-3))), (VolumeFigures{409600, 0}));
 }
@@ -44,7 +44,7 @@ TEST(VolumeSpace, endsAtTheGreatestNumber)
     EXPECT_EQ(spaceOf(status(UINT64_MAX / 2, 2)), (VolumeFigures{UINT64_MAX, 8192}));
 }
 
-TEST(VolumeSpace, isWhatTheSystemSays)
+TEST(VolumeSpace, isWhatTheSystemReports)
 {
     const TemporaryFolder folder;
     struct statvfs answer = {};

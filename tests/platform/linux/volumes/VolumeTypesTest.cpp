@@ -9,7 +9,7 @@ namespace tessaly {
 
 namespace {
 
-TEST(VolumeTypes, haveTheNamesThatRowsGoBy)
+TEST(VolumeTypes, haveTheNamesThatRowsCompare)
 {
     const std::map<std::string, std::string> names = {
         {"hfs", "hfs"},
