@@ -37,6 +37,27 @@ std::optional<unsigned> hexValue(char digit) noexcept
                                            : std::optional(static_cast<unsigned>(value));
 }
 
+} // namespace
+
+std::optional<std::string> fileUrl(std::string_view path)
+{
+    if (!path.starts_with('/') || path.find('\0') != std::string_view::npos) {
+        return std::nullopt;
+    }
+    std::string url = "file://";
+    for (const char byte : path) {
+        if (standsForItself(byte)) {
+            url += byte;
+        } else {
+            const auto value = static_cast<unsigned char>(byte);
+            url += '%';
+            url += hexDigits[value >> 4U];
+            url += hexDigits[value & 0x0FU];
+        }
+    }
+    return url;
+}
+
 std::optional<std::string> percentDecoded(std::string_view text)
 {
     std::string bytes;
@@ -58,27 +79,6 @@ std::optional<std::string> percentDecoded(std::string_view text)
         i += 2;
     }
     return bytes;
-}
-
-} // namespace
-
-std::optional<std::string> fileUrl(std::string_view path)
-{
-    if (!path.starts_with('/') || path.find('\0') != std::string_view::npos) {
-        return std::nullopt;
-    }
-    std::string url = "file://";
-    for (const char byte : path) {
-        if (standsForItself(byte)) {
-            url += byte;
-        } else {
-            const auto value = static_cast<unsigned char>(byte);
-            url += '%';
-            url += hexDigits[value >> 4U];
-            url += hexDigits[value & 0x0FU];
-        }
-    }
-    return url;
 }
 
 std::optional<std::string> pathOfFileUrl(std::string_view url)

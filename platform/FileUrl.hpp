@@ -16,4 +16,7 @@ namespace tessaly {
 /// not well-formed, or stands for a path with a NUL byte.
 [[nodiscard]] std::optional<std::string> pathOfFileUrl(std::string_view url);
 
+/// The text with each "%XX" replaced by the byte; nothing when the digits are not hexadecimal.
+[[nodiscard]] std::optional<std::string> percentDecoded(std::string_view text);
+
 } // namespace tessaly

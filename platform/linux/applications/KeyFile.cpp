@@ -1,14 +1,13 @@
 #include "platform/linux/applications/KeyFile.hpp"
 
 #include "engine/scan/FileDescriptor.hpp"
+#include "platform/linux/process/ReadToEnd.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace tessaly {
 
@@ -97,20 +96,8 @@ std::optional<KeyFile> KeyFile::read(const std::string &path)
         static_cast<std::size_t>(status.st_size) > maxFileBytes) {
         return std::nullopt;
     }
-    std::string text(static_cast<std::size_t>(status.st_size), '\0');
-    std::size_t length = 0;
-    while (length < text.size()) {
-        const ssize_t count = ::read(file.number(), text.data() + length, text.size() - length);
-        if (count == 0) {
-            break;
-        }
-        if (count > 0) {
-            length += static_cast<std::size_t>(count);
-        } else if (errno != EINTR) {
-            return std::nullopt;
-        }
-    }
-    return parse(std::string_view(text).substr(0, length));
+    const auto text = readToEnd(file.number(), maxFileBytes);
+    return text ? std::optional(parse(*text)) : std::nullopt;
 }
 
 std::string KeyFile::text(const std::string &group, const std::string &key) const

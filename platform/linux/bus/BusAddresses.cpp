@@ -1,7 +1,8 @@
 #include "platform/linux/bus/BusAddresses.hpp"
 
+#include <QByteArray>
+
 #include <cstdlib>
-#include <string_view>
 
 namespace tessaly {
 
@@ -13,27 +14,6 @@ std::string variable(const char *name)
     return value == nullptr ? std::string() : std::string(value);
 }
 
-/// As a value in an address: all bytes but the "optionally escaped" ones are written as "%XX".
-std::string escaped(std::string_view value)
-{
-    constexpr std::string_view plain =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_/.\\*";
-    constexpr std::string_view digits = "0123456789abcdef";
-    constexpr unsigned radix = 16;
-    std::string answer;
-    for (const char letter : value) {
-        if (plain.find(letter) != std::string_view::npos) {
-            answer += letter;
-        } else {
-            const auto byte = static_cast<unsigned char>(letter);
-            answer += '%';
-            answer += digits[byte / radix];
-            answer += digits[byte % radix];
-        }
-    }
-    return answer;
-}
-
 } // namespace
 
 std::string sessionBusAddress()
@@ -42,7 +22,12 @@ std::string sessionBusAddress()
         return address;
     }
     const std::string folder = variable("XDG_RUNTIME_DIR");
-    return folder.empty() ? folder : "unix:path=" + escaped(folder + "/bus");
+    if (folder.empty()) {
+        return folder;
+    }
+    // An address takes a few bytes as they are; all others, such as blanks and commas, as "%XX".
+    const QByteArray path = QByteArray::fromStdString(folder + "/bus");
+    return "unix:path=" + path.toPercentEncoding("/\\*", "~").toStdString();
 }
 
 std::string systemBusAddress()

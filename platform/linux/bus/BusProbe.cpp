@@ -1,11 +1,11 @@
 #include "platform/linux/bus/BusProbe.hpp"
 
+#include "platform/FileUrl.hpp"
+
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstddef>
 #include <iterator>
-#include <optional>
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -31,32 +31,6 @@ std::string_view takePart(std::string_view &list, char separator)
     return part;
 }
 
-/// With "%XX" replaced by the bytes; nothing when the digits are not hexadecimal.
-std::optional<std::string> unescapedValue(std::string_view value)
-{
-    constexpr std::size_t digitCount = 2;
-    constexpr int radix = 16;
-    std::string answer;
-    while (!value.empty()) {
-        char letter = value.front();
-        value.remove_prefix(1);
-        if (letter == '%') {
-            if (value.size() < digitCount) {
-                return std::nullopt;
-            }
-            unsigned char byte = 0;
-            const char *digitsEnd = value.data() + digitCount;
-            if (std::from_chars(value.data(), digitsEnd, byte, radix).ptr != digitsEnd) {
-                return std::nullopt;
-            }
-            letter = static_cast<char>(byte);
-            value.remove_prefix(digitCount);
-        }
-        answer += letter;
-    }
-    return answer;
-}
-
 /// The socket's name as sockaddr_un has it: that of an abstract socket begins with a NUL. Empty
 /// when the address names no socket.
 std::string socketName(std::string_view address)
@@ -69,7 +43,7 @@ std::string socketName(std::string_view address)
         std::string_view value = takePart(address, ',');
         const std::string_view key = takePart(value, '=');
         if (key == "path" || key == "abstract") {
-            const auto name = unescapedValue(value);
+            const auto name = percentDecoded(value);
             if (!name || name->empty() || name->front() == '\0') {
                 return {};
             }

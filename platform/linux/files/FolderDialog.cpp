@@ -1,6 +1,6 @@
 #include "platform/linux/files/FolderDialog.hpp"
 
-#include "engine/tree/EscapedName.hpp"
+#include "app/controls/text/NameText.hpp"
 #include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "platform/FileUrl.hpp"
@@ -33,12 +33,6 @@ namespace {
 constexpr QSize usualSize(680, 440);
 constexpr int placesWidth = 150;
 constexpr int pathRole = Qt::UserRole; ///< of items: a QByteArray
-
-QString editableText(const std::string &path)
-{
-    const std::u16string text = tree::escapedName(path);
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QString shownText(const std::string &path)
 {
@@ -281,17 +275,17 @@ void FolderDialog::accept()
 void FolderDialog::showPath(const std::string &path)
 {
     m_shownPath = path;
-    m_path->setText(editableText(path));
+    m_path->setText(textOfName(path));
     m_path->selectAll(); // typing replaces it
 }
 
 /// What the line says, as an absolute path.
 std::string FolderDialog::typedPath() const
 {
-    if (!m_path->isModified() && m_path->text() == editableText(m_shownPath)) {
+    if (!m_path->isModified() && m_path->text() == textOfName(m_shownPath)) {
         return m_shownPath;
     }
-    std::string text = tree::nameFromEscaped(m_path->text().toStdU16String());
+    std::string text = nameOfText(m_path->text());
     if (text.starts_with('/')) {
         return text;
     }

@@ -1,5 +1,7 @@
 #include "platform/linux/process/InstanceLock.hpp"
 
+#include "engine/archive/FileCalls.hpp"
+
 #include <cerrno>
 #include <utility>
 
@@ -21,11 +23,8 @@ InstanceLock::State InstanceLock::take()
     if (!file.isOpen()) {
         return State::impossible;
     }
-    int result = 0;
-    do {
-        result = flock(file.number(), LOCK_EX | LOCK_NB);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) {
+    if (archive::retried([&] { return flock(file.number(), LOCK_EX | LOCK_NB); }) != 0) {
+        // Another process has it, or the file system knows no locks.
         return errno == EWOULDBLOCK ? State::refused : State::impossible;
     }
     m_file = std::move(file);
@@ -35,6 +34,7 @@ InstanceLock::State InstanceLock::take()
 void InstanceLock::release()
 {
     if (m_file.isOpen()) {
+        // Closing alone does not unlock while a child between fork() and exec() has the file open.
         flock(m_file.number(), LOCK_UN);
         m_file = scan::FileDescriptor();
     }

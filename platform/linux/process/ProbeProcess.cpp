@@ -2,6 +2,7 @@
 
 #include "engine/archive/FileCalls.hpp"
 #include "platform/background/ChildProgram.hpp"
+#include "platform/linux/process/ReadToEnd.hpp"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -97,16 +98,7 @@ ProbeProcess::~ProbeProcess()
 
 std::string ProbeProcess::wholeAnswer() const
 {
-    std::string text;
-    std::array<char, 4096> piece{};
-    for (;;) {
-        const ssize_t count =
-            archive::retried([&] { return read(m_answer.number(), piece.data(), piece.size()); });
-        if (count <= 0) {
-            return text;
-        }
-        text.append(piece.data(), static_cast<std::size_t>(count));
-    }
+    return readToEnd(m_answer.number()).value_or(std::string());
 }
 
 bool ProbeProcess::waitForAnswer(std::chrono::milliseconds timeout) const

@@ -1,5 +1,6 @@
 #include "platform/linux/storage/LinuxDocumentsFolder.hpp"
 
+#include "engine/tree/FilePath.hpp"
 #include "engine/tree/PrintableText.hpp"
 #include "platform/linux/storage/PrivateFolder.hpp"
 #include "platform/linux/storage/XdgFolders.hpp"
@@ -8,7 +9,6 @@
 
 #include <cerrno>
 #include <system_error>
-#include <utility>
 
 #include <sys/stat.h>
 
@@ -17,14 +17,6 @@ namespace tessaly {
 namespace {
 
 Q_LOGGING_CATEGORY(documentsLog, "tessaly.documents")
-
-std::string withoutSlashesAtEnd(std::string path)
-{
-    while (path.size() > 1 && path.ends_with('/')) {
-        path.pop_back();
-    }
-    return path;
-}
 
 std::error_code closeToOthers(const std::string &folder)
 {
@@ -43,10 +35,7 @@ std::string LinuxDocumentsFolder::defaultPath()
     return XdgFolders::data() + "/tessaly";
 }
 
-LinuxDocumentsFolder::LinuxDocumentsFolder(std::string path)
-    : m_path(withoutSlashesAtEnd(std::move(path)))
-{
-}
+LinuxDocumentsFolder::LinuxDocumentsFolder(std::string_view path) : m_path(tree::cleanPath(path)) {}
 
 std::string LinuxDocumentsFolder::path()
 {

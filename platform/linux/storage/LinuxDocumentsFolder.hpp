@@ -3,6 +3,7 @@
 #include "platform/DocumentsFolder.hpp"
 
 #include <string>
+#include <string_view>
 
 namespace tessaly {
 
@@ -15,8 +16,8 @@ class LinuxDocumentsFolder final : public DocumentsFolder {
 public:
     [[nodiscard]] static std::string defaultPath();
 
-    /// `path`: absolute, as bytes; slashes at its end are ignored.
-    explicit LinuxDocumentsFolder(std::string path = defaultPath());
+    /// `path`: absolute, as bytes; slashes too many are ignored.
+    explicit LinuxDocumentsFolder(std::string_view path = defaultPath());
 
     [[nodiscard]] std::string path() override;
 

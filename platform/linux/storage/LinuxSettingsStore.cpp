@@ -239,8 +239,7 @@ void LinuxSettingsStore::readStored()
 }
 
 /// Merges the changes into the file. Requires: m_fileMutex is held.
-archive::Result<archive::Done, archive::ArchiveError>
-LinuxSettingsStore::store(const Changes &changes)
+SettingsFile::Result<archive::Done> LinuxSettingsStore::store(const Changes &changes)
 {
     const auto lock = m_file.lock();
     if (!lock) {
@@ -276,7 +275,7 @@ archive::PlistDictionary LinuxSettingsStore::known() const
 
 /// What the file holds; nothing when there is none or none any more, because it was damaged.
 /// Requires: m_fileMutex and the file's lock are held.
-archive::Result<SettingsFile::Content, archive::ArchiveError> LinuxSettingsStore::readOrSetAside()
+SettingsFile::Result<SettingsFile::Content> LinuxSettingsStore::readOrSetAside()
 {
     auto content = m_file.read();
     if (content || !SettingsFile::isDamage(content.error())) {

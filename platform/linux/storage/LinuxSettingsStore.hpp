@@ -81,9 +81,8 @@ private:
     void adopt(archive::PlistDictionary stored, const Changes &flushed);
     void warn(const archive::ArchiveError &error);
     void readStored();
-    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError>
-    store(const Changes &changes);
-    [[nodiscard]] archive::Result<SettingsFile::Content, archive::ArchiveError> readOrSetAside();
+    [[nodiscard]] SettingsFile::Result<archive::Done> store(const Changes &changes);
+    [[nodiscard]] SettingsFile::Result<SettingsFile::Content> readOrSetAside();
 
     std::mutex m_fileMutex;    ///< taken before m_mutex
     SettingsFile m_file;       //< guarded by m_fileMutex

@@ -63,7 +63,7 @@ SettingsFile::Lock::Lock(Lock &&other) noexcept
 {
 }
 
-archive::Result<SettingsFile::Lock, archive::ArchiveError> SettingsFile::lock()
+SettingsFile::Result<SettingsFile::Lock> SettingsFile::lock()
 {
     if (const std::error_code error = makePrivateFolder(folder())) {
         return unwritable("cannot make the folder of", error.value());
@@ -96,14 +96,13 @@ archive::Result<SettingsFile::Lock, archive::ArchiveError> SettingsFile::lock()
     return lock;
 }
 
-archive::Result<SettingsFile::Content, archive::ArchiveError> SettingsFile::read()
+SettingsFile::Result<SettingsFile::Content> SettingsFile::read()
 {
     // O_NONBLOCK: opening a FIFO would block until it has a writer.
     const int descriptor = archive::retried(
         [&] { return m_calls.open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0); });
     if (descriptor < 0) {
-        return errno == ENOENT ? archive::Result<Content, archive::ArchiveError>(Content())
-                               : unreadable(errno);
+        return errno == ENOENT ? SettingsFile::Result<Content>(Content()) : unreadable(errno);
     }
     const auto bytes = bytesOf(descriptor);
     m_calls.close(descriptor);
@@ -121,7 +120,7 @@ archive::Result<SettingsFile::Content, archive::ArchiveError> SettingsFile::read
     return Content(std::move(*dictionary));
 }
 
-archive::Result<std::vector<std::byte>, archive::ArchiveError> SettingsFile::bytesOf(int descriptor)
+SettingsFile::Result<std::vector<std::byte>> SettingsFile::bytesOf(int descriptor)
 {
     struct stat status = {};
     if (m_calls.fstat(descriptor, &status) != 0) {
@@ -155,7 +154,7 @@ bool SettingsFile::isDamage(const archive::ArchiveError &error) noexcept
            error.kind == Kind::damaged || error.kind == Kind::unsupported;
 }
 
-archive::Result<std::string, archive::ArchiveError> SettingsFile::setAside()
+SettingsFile::Result<std::string> SettingsFile::setAside()
 {
     const std::string target = linkTarget();
     const std::string firstName = target + ".damaged-" + utcNow();
@@ -182,8 +181,7 @@ archive::Result<std::string, archive::ArchiveError> SettingsFile::setAside()
     return unwritable("cannot set aside", EEXIST);
 }
 
-archive::Result<archive::Done, archive::ArchiveError>
-SettingsFile::write(const archive::PlistValue &content)
+SettingsFile::Result<archive::Done> SettingsFile::write(const archive::PlistValue &content)
 {
     archive::AtomicFile file(linkTarget(), m_calls);
     if (auto opened = file.open(); !opened) {

@@ -28,6 +28,8 @@ class SettingsFile {
 public:
     using Clock = std::chrono::steady_clock;
     using Now = std::function<Clock::time_point()>;
+    template <typename Value>
+    using Result = archive::Result<Value, archive::ArchiveError>;
 
     /// `path`:     bytes as the system takes them.
     /// `calls`:    must outlive the file.
@@ -57,23 +59,22 @@ public:
     };
 
     /// Makes the folder too. An error when the lock cannot be had in time.
-    [[nodiscard]] archive::Result<Lock, archive::ArchiveError> lock();
+    [[nodiscard]] Result<Lock> lock();
 
     /// What the file holds; nothing when there is no file. When it is damaged (isDamage()), it may
     /// be set aside; after other errors its content may be sound.
     using Content = std::optional<archive::PlistDictionary>;
-    [[nodiscard]] archive::Result<Content, archive::ArchiveError> read();
+    [[nodiscard]] Result<Content> read();
 
     /// Whether the error says that the file holds no settings, and not that it cannot be read.
     [[nodiscard]] static bool isDamage(const archive::ArchiveError &error) noexcept;
 
     /// Renames the file to a new name beside it and returns that: "NAME.damaged-20240229T235959Z",
     /// with a number added when that is taken. Requires: the lock.
-    [[nodiscard]] archive::Result<std::string, archive::ArchiveError> setAside();
+    [[nodiscard]] Result<std::string> setAside();
 
     /// Replaces the file, all at once. Requires: the lock.
-    [[nodiscard]] archive::Result<archive::Done, archive::ArchiveError>
-    write(const archive::PlistValue &content);
+    [[nodiscard]] Result<archive::Done> write(const archive::PlistValue &content);
 
     [[nodiscard]] const std::string &path() const noexcept { return m_path; }
     /// Of the path, where the lock lies.
@@ -83,8 +84,7 @@ public:
 
 private:
     [[nodiscard]] std::string linkTarget() const;
-    [[nodiscard]] archive::Result<std::vector<std::byte>, archive::ArchiveError>
-    bytesOf(int descriptor);
+    [[nodiscard]] Result<std::vector<std::byte>> bytesOf(int descriptor);
     [[nodiscard]] archive::ArchiveError unreadable(int errorNumber) const;
     [[nodiscard]] archive::ArchiveError unwritable(const std::string &what, int errorNumber) const;
 

@@ -3,8 +3,8 @@
 #include "engine/archive/FileCalls.hpp"
 #include "engine/scan/FileDescriptor.hpp"
 #include "platform/background/ChildProgram.hpp"
+#include "platform/linux/process/ReadToEnd.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -21,27 +21,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// Reads until the other end is closed, so that the program never blocks on a full pipe; keeps the
-/// beginning.
-std::string textFrom(int descriptor)
-{
-    constexpr std::size_t maxBytes = 1000;
-    std::string text;
-    std::array<char, 256> piece{};
-    for (;;) {
-        const ssize_t count =
-            archive::retried([&] { return read(descriptor, piece.data(), piece.size()); });
-        if (count <= 0) {
-            break;
-        }
-        text.append(piece.data(), static_cast<std::size_t>(count));
-        text.resize(std::min(text.size(), maxBytes));
-    }
-    while (text.ends_with('\n')) {
-        text.pop_back();
-    }
-    return text;
-}
+constexpr std::size_t maxErrorBytes = 1000; ///< for the log
 
 /// Runs the first of the commands whose program is installed.
 std::optional<std::string> runFirst(const std::vector<Words> &commands)
@@ -64,7 +44,10 @@ std::optional<std::string> runFirst(const std::vector<Words> &commands)
     if (error != 0) {
         return program + ": " + std::generic_category().message(error);
     }
-    std::string text = textFrom(complaints.number());
+    std::string text = readToEnd(complaints.number(), maxErrorBytes).value_or(std::string());
+    while (text.ends_with('\n')) {
+        text.pop_back();
+    }
     int status = 0;
     if (archive::retried([&] { return waitpid(process, &status, 0); }) == process && status == 0) {
         return std::nullopt;

@@ -32,7 +32,7 @@ TEST(sessionBusAddress, escapesTheNameOfTheFolder)
 {
     const ScopedVariable address("DBUS_SESSION_BUS_ADDRESS", std::nullopt);
     const ScopedVariable folder("XDG_RUNTIME_DIR", "/a b,c=d;e%f-g_h.i\xC3\xA9");
-    EXPECT_EQ(sessionBusAddress(), "unix:path=/a%20b%2cc%3dd%3be%25f-g_h.i%c3%a9/bus");
+    EXPECT_EQ(sessionBusAddress(), "unix:path=/a%20b%2Cc%3Dd%3Be%25f-g_h.i%C3%A9/bus");
 }
 
 TEST(sessionBusAddress, isEmptyWhenNothingIsKnown)
