@@ -17,6 +17,7 @@ bool standsForItself(char byte) noexcept
            byte == '~' || byte == '/';
 }
 
+/// Not tolower(), which depends on the locale.
 char lowered(char byte) noexcept
 {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
@@ -44,6 +45,7 @@ std::optional<std::string> fileUrl(std::string_view path)
     if (!path.starts_with('/') || path.find('\0') != std::string_view::npos) {
         return std::nullopt;
     }
+    // Byte by byte, since a name need not be valid in any encoding.
     std::string url = "file://";
     for (const char byte : path) {
         if (standsForItself(byte)) {

@@ -12,7 +12,7 @@ namespace tessaly {
 
 struct BackgroundWork::Receiver {
     std::mutex mutex;
-    std::unique_ptr<QObject> object; //< guarded by mutex; lives in the owner's thread; null later
+    std::unique_ptr<QObject> object; ///< guarded by mutex; lives in the owner's thread; null later
 };
 
 BackgroundWork::BackgroundWork() : m_receiver(std::make_shared<Receiver>())
@@ -32,6 +32,7 @@ BackgroundWork::~BackgroundWork()
 BackgroundWork::Poster BackgroundWork::poster() const
 {
     return [receiver = m_receiver](std::function<void()> function) {
+        // Under the lock, or the receiver could be destroyed between the question and the call.
         const std::scoped_lock lock(receiver->mutex);
         if (receiver->object) {
             QMetaObject::invokeMethod(receiver->object.get(), std::move(function),
@@ -50,7 +51,7 @@ void BackgroundWork::start(const std::function<void()> &work)
 bool BackgroundWork::tryStart(const std::function<void()> &work)
 {
     try {
-        std::thread(work).detach();
+        std::thread(work).detach(); // joining one that hangs in the kernel would hang as well
     } catch (const std::system_error &) {
         return false;
     }

@@ -50,6 +50,7 @@ Strings filesOf(const std::string &program, const Strings &environment)
     const auto variable =
         std::find_if(environment.begin(), environment.end(),
                      [&](const std::string &text) { return text.starts_with(path); });
+    // Without a PATH, the system's own default.
     std::istringstream folders(variable == environment.end() ? "/bin:/usr/bin"
                                                              : variable->substr(path.size()));
     Strings files;

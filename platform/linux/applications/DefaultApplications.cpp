@@ -60,7 +60,7 @@ std::optional<DesktopEntry> knownProgram(std::span<const KnownProgram> table,
                                          const DesktopEntries &entries)
 {
     std::vector<std::string> desktops = entries.places().desktops;
-    desktops.emplace_back();
+    desktops.emplace_back(); // the programs that belong to no desktop come last
     for (const std::string &desktop : desktops) {
         for (const KnownProgram &known : table) {
             if (known.desktop != desktop) {
@@ -108,6 +108,7 @@ std::optional<DesktopEntry> settingsProgram(const DesktopEntries &entries)
 
 std::optional<DesktopEntry> fileManager(const DesktopEntries &entries)
 {
+    // Editors and disk tools claim folders, too; without a choice the category decides.
     constexpr auto category = "FileManager"sv;
     if (auto chosen = entries.defaultProgram("inode/directory", category)) {
         return chosen;

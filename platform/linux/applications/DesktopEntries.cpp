@@ -30,6 +30,7 @@ std::map<std::string, std::string> filesIn(const std::string &folder)
             entry.disable_recursion_pending();
         }
         const std::string &path = entry->path().native();
+        // What kind of file it is, KeyFile finds out when it reads it.
         if (path.ends_with(ending)) {
             std::string id = path.substr(folder.size() + 1);
             std::replace(id.begin(), id.end(), '/', '-');
@@ -53,6 +54,7 @@ DesktopEntries::DesktopEntries(DesktopPlaces places) : m_places(std::move(places
 {
     for (const std::string &folder : m_places.dataFolders) {
         for (const auto &[id, path] : filesIn(folder + folderOfEntries)) {
+            // Only the first file of an id: it hides the others even when it cannot be started.
             if (m_paths.emplace(id, path).second) {
                 m_files.emplace_back(id, path);
             }
@@ -113,6 +115,8 @@ std::optional<DesktopEntry> DesktopEntries::defaultProgram(const std::string &mi
             removed.insert(std::move(id));
         }
     }
+    // The files themselves and not "mimeinfo.cache", which is missing or old where programs were
+    // installed by hand.
     std::optional<DesktopEntry> second;
     for (DesktopEntry &entry : programs()) {
         if (!entry.hasMimeType(mimeType) || removed.contains(entry.id())) {

@@ -26,6 +26,7 @@ std::vector<std::string> listIn(const char *variable, const char *usual)
     return items;
 }
 
+/// A folder may be "executable" as well, so that alone does not make a program.
 bool isProgram(const std::string &path)
 {
     struct stat status = {};
@@ -46,6 +47,7 @@ bool DesktopPlaces::hasProgram(const std::string &name) const
     if (name.starts_with('/')) {
         return isProgram(name);
     }
+    // A relative path would depend on the folder that this program was started in.
     if (name.empty() || name.find('/') != std::string::npos) {
         return false;
     }

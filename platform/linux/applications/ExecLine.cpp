@@ -22,6 +22,7 @@ public:
             } else if (letter == '%') {
                 readField();
             } else {
+                // Outside quotes these have no defined meaning without a shell.
                 m_isValid = isFree(letter);
                 append(letter);
             }
@@ -43,6 +44,7 @@ private:
         m_hasWord = true;
     }
 
+    /// Several blanks in a row end one word; "" is a word, though an empty one.
     void endWord()
     {
         if (m_hasWord) {

@@ -53,7 +53,7 @@ void GlobalMenu::show()
         delete bar;
         return;
     }
-    m_menu->setTitle(m_title);
+    m_menu->setTitle(m_title); // a popup menu has none so far, and the bar shows it
     bar->addMenu(m_menu);
     qCDebug(menuLog, "shown by the desktop");
 }

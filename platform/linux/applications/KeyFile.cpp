@@ -13,6 +13,7 @@ namespace tessaly {
 
 namespace {
 
+/// Real ones have some kilobytes.
 constexpr std::size_t maxFileBytes = std::size_t{1} << 20U;
 
 std::string_view trimmed(std::string_view text)
@@ -102,7 +103,7 @@ std::optional<KeyFile> KeyFile::read(const std::string &path)
 
 std::string KeyFile::text(const std::string &group, const std::string &key) const
 {
-    return partsOf(rawValue(group, key), false).front();
+    return partsOf(rawValue(group, key), false).front(); // there is always one part
 }
 
 std::vector<std::string> KeyFile::list(const std::string &group, const std::string &key) const

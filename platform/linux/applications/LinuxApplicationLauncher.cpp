@@ -18,6 +18,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(launcherLog, "tessaly.launcher")
 
+/// The names are those that the menu and the screens ask for, on every system.
 std::optional<DefaultApplication> applicationNamed(std::string_view name)
 {
     if (name == "Finder.app") {
@@ -52,6 +53,7 @@ void LinuxApplicationLauncher::launchApplication(std::string_view name)
     }
     BackgroundWork::start([this, name = std::string(name), wanted = *wanted, post = m_work.poster(),
                            places = DesktopPlaces::ofEnvironment()] {
+        // Hundreds of small files, perhaps on a home folder of a server.
         const auto program = findApplication(wanted, DesktopEntries(places));
         post([this, name, program] {
             if (!program) {
@@ -80,6 +82,7 @@ bool LinuxApplicationLauncher::startByItself(const std::vector<std::string> &wor
     for (const std::string &word : words) {
         arguments.append(QFile::decodeName(word.c_str()));
     }
+    // Detached: it must not end with this program, nor be waited for by it.
     const QString program = arguments.takeFirst();
     return QProcess::startDetached(program, arguments, QFile::decodeName(folder.c_str()));
 }

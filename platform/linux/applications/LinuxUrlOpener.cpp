@@ -65,6 +65,7 @@ void LinuxUrlOpener::openUrl(std::string_view url)
         logNotOpened(std::string(url), "not an address that this program opens");
         return;
     }
+    // Qt answers true for schemes that nothing opens, so the desktop's files are asked first.
     lookForProgram(*opened, [this, text = std::string(url), url = *opened](bool canOpen) {
         if (!canOpen) {
             logNotOpened(text, "no program for such addresses is installed");
@@ -79,7 +80,7 @@ void LinuxUrlOpener::canOpenUrl(std::string_view url, std::function<void(bool)> 
     if (const auto opened = openedUrl(url)) {
         lookForProgram(*opened, std::move(answer));
     } else {
-        m_work.poster()([answer = std::move(answer)] { answer(false); });
+        m_work.poster()([answer = std::move(answer)] { answer(false); }); // never at once
     }
 }
 

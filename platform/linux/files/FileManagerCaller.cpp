@@ -40,6 +40,7 @@ FileManagerCaller::~FileManagerCaller() = default;
 
 void FileManagerCaller::call(Method method, const QString &url, const std::function<void()> &failed)
 {
+    // Behind calls that wait for the bus, so that none overtakes another.
     if (m_waiting.empty() && m_link.isOpen()) {
         send({method, url, failed});
         return;
@@ -55,6 +56,7 @@ void FileManagerCaller::finishLooking(const QString &problem)
     if (!problem.isEmpty()) {
         qCInfo(fileManagerLog) << "no session bus:" << problem;
     }
+    // Taken out first: a failure may lead to the next call.
     for (const Call &call : std::exchange(m_waiting, {})) {
         if (problem.isEmpty()) {
             send(call);

@@ -44,6 +44,7 @@ std::string pathOf(const QListWidgetItem &item)
     return item.data(pathRole).toByteArray().toStdString();
 }
 
+/// $HOME as it is: asking the password database may block on a server of accounts.
 std::string homeFolder()
 {
     const char *home = std::getenv("HOME");
@@ -69,7 +70,7 @@ FolderDialog::FolderDialog(QWidget &window, const FolderChooser::Request &reques
     connectListers();
     resize(usualSize);
     showFolder(request.initialFolder.starts_with('/') ? request.initialFolder : homeFolder());
-    m_path->setFocus();
+    m_path->setFocus(); // so that a path can be typed or pasted at once
 }
 
 FolderDialog::~FolderDialog() = default;
@@ -95,7 +96,7 @@ void FolderDialog::makeWidgets(const std::string &confirmTitle)
     m_folders->setObjectName(u"folders"_s);
     m_folders->setAccessibleName(tr("Folders"));
     m_folders->setSortingEnabled(true);
-    m_folders->setUniformItemSizes(true);
+    m_folders->setUniformItemSizes(true); // else each of thousands of items is measured
     m_folders->installEventFilter(this);
     connect(m_folders, &QListWidget::itemDoubleClicked, this, &FolderDialog::enter);
     connect(m_folders, &QListWidget::currentItemChanged, this, [this](QListWidgetItem *item) {
@@ -104,13 +105,14 @@ void FolderDialog::makeWidgets(const std::string &confirmTitle)
 
     m_message = new QLabel;
     m_message->setObjectName(u"message"_s);
-    m_message->setTextFormat(Qt::PlainText);
+    m_message->setTextFormat(Qt::PlainText); // a name may look like HTML
     m_message->setWordWrap(true);
 
     m_path = new QLineEdit;
     m_path->setObjectName(u"path"_s);
     auto *caption = new QLabel(tr("Directory:"));
     caption->setBuddy(m_path);
+    // What the message says is about the path before.
     connect(m_path, &QLineEdit::textEdited, m_message, &QLabel::clear);
 
     m_showHidden = new QCheckBox(tr("Show hidden folders"));
@@ -178,11 +180,11 @@ void FolderDialog::connectListers()
 
 void FolderDialog::showFolder(const std::string &path)
 {
-    m_check.stop();
+    m_check.stop(); // turning to another folder takes back a confirmation that hangs
     m_folder = tree::cleanPath(path);
     m_isThere = false;
     m_folders->clear();
-    if (!m_path->isModified()) {
+    if (!m_path->isModified()) { // what the user is typing stays
         showPath(m_folder);
     }
     m_message->setText(tr("Looking into “%1”…").arg(shownText(tree::fileName(m_folder))));
@@ -234,6 +236,7 @@ void FolderDialog::showHiddenFolders(bool areShown)
 
 void FolderDialog::takeFailure(int error)
 {
+    // The folder to start in may be gone, or not readable: then the nearest one above it.
     if (m_isStarting && m_folder != "/") {
         showFolder(tree::parentPath(m_folder));
         return;
@@ -261,7 +264,7 @@ void FolderDialog::takeCheckFailure(int error)
 void FolderDialog::accept()
 {
     const std::string path = tree::cleanPath(typedPath());
-    if (path == m_folder && m_isThere) {
+    if (path == m_folder && m_isThere) { // known to be a folder, also when it is not readable
         m_chosen = path;
         QDialog::accept();
         return;
@@ -292,7 +295,7 @@ std::string FolderDialog::typedPath() const
     if (text == "~" || text.starts_with("~/")) {
         return homeFolder() + text.substr(1);
     }
-    if (const auto path = pathOfFileUrl(text)) {
+    if (const auto path = pathOfFileUrl(text)) { // as file managers copy them
         return *path;
     }
     return text.empty() ? m_folder : tree::joinPath(m_folder, text);

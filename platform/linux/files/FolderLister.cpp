@@ -48,6 +48,7 @@ void FolderLister::stop()
 void FolderLister::take()
 {
     std::array<char, 16384> piece; // NOLINT(cppcoreguidelines-pro-type-member-init): it is filled
+    // One piece for each signal, so that a folder with a million entries does not block the events.
     const ssize_t count = recv(m_process->answer(), piece.data(), piece.size(), MSG_DONTWAIT);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
         return;
@@ -57,6 +58,7 @@ void FolderLister::take()
         takeWords();
         return;
     }
+    // Without a first word the child was killed, or never started.
     const bool isAnswered = m_statusCount > 0;
     stop();
     if (isAnswered) {

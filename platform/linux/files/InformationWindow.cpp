@@ -197,7 +197,7 @@ QString modeText(mode_t mode)
 
 InformationWindow::InformationWindow(const ItemInformation &item, const DateTexts &dates)
 {
-    setAttribute(Qt::WA_QuitOnClose, false);
+    setAttribute(Qt::WA_QuitOnClose, false); // the program ends with its main window
     setWindowTitle(tr("Information about “%1”").arg(textOf(tree::fileName(item.path))));
     setStyleSheet(informationStyleSheet());
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);

@@ -36,6 +36,7 @@ std::string targetOf(const std::string &path)
 
 std::optional<std::uint64_t> entryCountOf(const std::string &path)
 {
+    // Counted as the scanner lists it; without stat() for each entry.
     const scan::OpenedFolder folder = scan::openFolderPath(path);
     if (!folder.descriptor.isOpen()) {
         return std::nullopt;
@@ -55,6 +56,7 @@ std::optional<std::string> beginningOf(const std::string &path)
 {
     const scan::FileDescriptor file(
         open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | O_NOATIME));
+    // The flags: no link, no terminal, no FIFO to hang on, and no new time of last access.
     std::string bytes(beginningByteCount, '\0');
     const ssize_t length = file.isOpen() ? read(file.number(), bytes.data(), bytes.size()) : -1;
     if (length < 0) {

@@ -44,6 +44,7 @@ LinuxFileManager::LinuxFileManager(const DateTexts &dates, Opener opener,
 
 LinuxFileManager::~LinuxFileManager()
 {
+    // Windows without a parent, which nothing else would delete.
     for (const auto &[path, window] : m_windows) {
         delete window.data();
     }
@@ -86,6 +87,7 @@ void LinuxFileManager::show(std::string_view path, Method method,
                 if (error == 0) {
                     callFileManager(url, method, [fallback, clean] { fallback(clean); });
                 } else {
+                    // File managers answer "done" for what is missing, so ours is shown.
                     logNotShown(clean, std::generic_category().message(error));
                     showOwnWindow(clean); // which says why
                 }
@@ -121,7 +123,7 @@ void LinuxFileManager::openWindow(const ItemInformation &item)
 {
     std::erase_if(m_windows, [](const auto &before) { return before.second.isNull(); });
     auto *window = new InformationWindow(item, m_dates);
-    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setAttribute(Qt::WA_DeleteOnClose); // QPointer tells when it was closed
     QPointer<InformationWindow> &place = m_windows[item.path];
     if (place != nullptr) { // replaces the window with what was known about the item before
         window->move(place->pos());

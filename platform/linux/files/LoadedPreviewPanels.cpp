@@ -18,6 +18,7 @@ Q_LOGGING_CATEGORY(previewLog, "tessaly.preview")
 
 std::unique_ptr<PreviewPanels> panelsOf(const std::string &modulePath, SettingsStore &settings)
 {
+    // Never unloaded: Qt keeps metatypes and plugins of its code until the process ends.
     QLibrary module(QFile::decodeName(QByteArray::fromStdString(modulePath)));
     const auto make = reinterpret_cast<MakePreviewPanels>(module.resolve(makePreviewPanelsName));
     if (make == nullptr) {
@@ -51,7 +52,7 @@ PreviewPanel &LoadedPreviewPanels::sharedPreviewPanel()
 {
     if (m_panels == nullptr) {
         m_panels = panelsOf(m_modulePath, m_settings);
-        m_panels->setController(m_controller);
+        m_panels->setController(m_controller); // it was set before there was a panel
     }
     return m_panels->sharedPreviewPanel();
 }

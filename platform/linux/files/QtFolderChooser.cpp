@@ -37,7 +37,7 @@ void QtFolderChooser::chooseFolder(QWidget &window, const Request &request, Answ
             dialog->deleteLater();
             answer(result == QDialog::Accepted ? dialog->chosenFolder() : std::nullopt);
         });
-    m_dialog->open();
+    m_dialog->open(); // modal to the window, without an event loop of its own
 }
 
 } // namespace tessaly

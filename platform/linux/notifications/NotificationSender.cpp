@@ -78,6 +78,7 @@ NotificationSender::~NotificationSender() = default;
 
 void NotificationSender::post(const Notification &notification)
 {
+    // One at a time: the next one may replace this one, whose id the reply brings.
     m_waiting.push_back(notification);
     if (!m_isSending) {
         sendNext();
@@ -86,6 +87,7 @@ void NotificationSender::post(const Notification &notification)
 
 void NotificationSender::forgetNotification(unsigned id)
 {
+    // Replacing what the user has closed would show nothing in some services.
     std::erase_if(m_shown, [id](const auto &shown) { return shown.second == id; });
 }
 

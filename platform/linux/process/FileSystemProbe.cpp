@@ -65,8 +65,8 @@ struct FileSystemProbe::State {
     }
 
     std::mutex mutex;
-    std::multimap<std::string, Process> running; //< by path; guarded by mutex
-    std::multiset<std::string> silenced;         //< paths; guarded by mutex
+    std::multimap<std::string, Process> running; ///< by path; guarded by mutex
+    std::multiset<std::string> silenced;         ///< paths; guarded by mutex
 };
 
 FileSystemProbe::FileSystemProbe(std::string program)

@@ -53,7 +53,8 @@ std::string icuLocale(std::string_view name)
     const std::string_view modifier = name.substr(modifierAt);
     const std::string_view place = name.substr(0, std::min(name.find('.'), modifierAt));
 
-    // Names may also be paths, or anything at all: ICU is asked for none but plain short ones.
+    // From the environment: names may also be paths, or anything at all: ICU is asked for none but
+    // plain short ones.
     constexpr std::size_t maxLength = 64;
     const bool isPlain = std::all_of(place.begin(), place.end(), [](char letter) {
         return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||

@@ -47,7 +47,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::vector<pid_t> m_processes; //< guarded by m_mutex
+    std::vector<pid_t> m_processes; ///< guarded by m_mutex
 };
 
 bool waitFor(int descriptor, std::chrono::milliseconds timeout)

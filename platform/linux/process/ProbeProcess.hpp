@@ -55,7 +55,7 @@ private:
     scan::FileDescriptor m_answer;
     pid_t m_process = -1; ///< not reaped before this is destroyed
     mutable std::mutex m_mutex;
-    bool m_isStopped = false; //< guarded by m_mutex
+    bool m_isStopped = false; ///< guarded by m_mutex
 };
 
 } // namespace tessaly

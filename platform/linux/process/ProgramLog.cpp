@@ -37,7 +37,7 @@ QByteArray ProgramLog::lineOf(const char *category, const QString &text)
 {
     constexpr std::string_view own = "tessaly.";
     std::string_view source = category == nullptr ? std::string_view() : category;
-    if (source.starts_with(own)) {
+    if (source.starts_with(own)) { // every line says "tessaly" already
         source.remove_prefix(own.size());
     }
     std::string line = "tessaly: ";

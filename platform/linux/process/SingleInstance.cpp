@@ -54,7 +54,7 @@ SingleInstance::Outcome SingleInstance::claim()
     m_deadline = m_now() + m_timeouts.claim;
     if (const QString problem = m_link.openWithin(timeLeftForBus()); !problem.isEmpty()) {
         qCInfo(instanceLog) << "no session bus:" << problem;
-        return m_outcome = lockFolder(noWait);
+        return m_outcome = lockFolder(noWait); // the lock alone decides
     }
     // Before the name: once the name has an owner, a second start may call the object at once.
     m_link.bus().registerObject(QLatin1String(programObjectPath), &m_object,
@@ -91,6 +91,7 @@ std::chrono::milliseconds SingleInstance::timeLeftForBus() const
 
 void SingleInstance::release()
 {
+    // The lock first: the next owner of the name tries the lock next.
     m_lock.release();
     if (m_link.isOpen()) {
         QDBusPendingCall answer = m_link.bus().asyncCall(
@@ -123,6 +124,7 @@ void SingleInstance::showComplaint(const QString &text)
 
 SingleInstance::Name SingleInstance::askForName()
 {
+    // Without queueing: an instance that ends later must not make this one the first unasked.
     QDBusPendingReply<uint> answer = m_link.bus().asyncCall(
         BusLink::callOfBus("RequestName", {QLatin1String(programId), doNotQueue}),
         static_cast<int>(timeLeftForBus().count()));
@@ -179,6 +181,7 @@ void SingleInstance::activate(const QByteArray &token)
         m_activated();
         return;
     }
+    // Qt takes the token from the environment when it activates a window, and knows no other way.
     qputenv(activationTokenVariable, token);
     m_activated();
     qunsetenv(activationTokenVariable); // Qt may not have used it; children must not inherit it

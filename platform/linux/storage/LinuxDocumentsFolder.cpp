@@ -18,6 +18,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(documentsLog, "tessaly.documents")
 
+/// Names of scanned files are private; an older version or a backup may have made it readable.
 std::error_code closeToOthers(const std::string &folder)
 {
     struct stat status = {};

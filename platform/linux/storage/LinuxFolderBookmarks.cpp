@@ -85,6 +85,7 @@ std::optional<Bookmark> decoded(std::span<const std::byte> data)
     if (content == nullptr) {
         return std::nullopt;
     }
+    // Bookmarks come from a settings file that anything may have written: every field is checked.
     const auto *itsVersion = find<std::int64_t>(*content, versionKey);
     const auto *path = find<archive::PlistData>(*content, pathKey);
     const auto *identity = find<archive::PlistDictionary>(*content, identityKey);
@@ -102,6 +103,7 @@ std::optional<Bookmark> decoded(std::span<const std::byte> data)
     return bookmark;
 }
 
+/// By the effective user, as the scan will open it; access() would ask for the real one.
 bool isReadableFolder(const std::string &path)
 {
     std::error_code unreachable;
@@ -124,6 +126,7 @@ std::optional<std::string> LinuxFolderBookmarks::resolve(std::span<const std::by
     if (!bookmark || !bookmark->path.starts_with('/')) {
         return std::nullopt;
     }
+    // Something else may lie at the path by now, such as another stick at the same mount point.
     const auto present = folderIdentity(bookmark->path);
     return present && isSameFolder(bookmark->identity, *present) ? fileUrl(bookmark->path)
                                                                  : std::nullopt;

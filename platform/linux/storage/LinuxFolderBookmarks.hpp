@@ -35,7 +35,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::map<std::string, int, std::less<>> m_accesses; //< above 0; guarded by m_mutex
+    std::map<std::string, int, std::less<>> m_accesses; ///< above 0; guarded by m_mutex
 };
 
 } // namespace tessaly

@@ -66,7 +66,7 @@ LinuxSettingsStore::LinuxSettingsStore(std::string path, archive::FileCalls &cal
 LinuxSettingsStore::~LinuxSettingsStore()
 {
     if (!m_changes.empty()) {
-        LinuxSettingsStore::flush();
+        LinuxSettingsStore::flush(); // by name: no virtual call in a destructor
     }
 }
 
@@ -146,6 +146,7 @@ bool LinuxSettingsStore::flush()
             readStored();
             return true;
         }
+        // A copy: other threads may change values while the disk is used.
         const auto stored = store(changes);
         if (!stored) {
             warn(stored.error());
@@ -250,6 +251,7 @@ SettingsFile::Result<archive::Done> LinuxSettingsStore::store(const Changes &cha
         return content.error();
     }
     archive::PlistValue top(content.value() ? std::move(*content.value()) : known());
+    // Into what the file holds now, so that no change of another process is lost.
     auto &merged = *top.as<archive::PlistDictionary>();
     for (const auto &[key, change] : changes) {
         if (change.isDefault) {

@@ -85,13 +85,13 @@ private:
     [[nodiscard]] SettingsFile::Result<SettingsFile::Content> readOrSetAside();
 
     std::mutex m_fileMutex;    ///< taken before m_mutex
-    SettingsFile m_file;       //< guarded by m_fileMutex
-    std::string m_lastWarning; //< guarded by m_fileMutex; empty after a success
+    SettingsFile m_file;       ///< guarded by m_fileMutex
+    std::string m_lastWarning; ///< guarded by m_fileMutex; empty after a success
 
     mutable std::mutex m_mutex;        ///< never held while the disk is used
-    archive::PlistDictionary m_stored; //< guarded by m_mutex
-    Changes m_changes;                 //< guarded by m_mutex
-    std::uint64_t m_changeCount = 0;   //< guarded by m_mutex
+    archive::PlistDictionary m_stored; ///< guarded by m_mutex
+    Changes m_changes;                 ///< guarded by m_mutex
+    std::uint64_t m_changeCount = 0;   ///< guarded by m_mutex
 };
 
 } // namespace tessaly

@@ -15,6 +15,7 @@ std::string LinuxUserAccount::loginName() const
 
 std::string LinuxUserAccount::homeFolder() const
 {
+    // The environment first, as shells and other programs have it: sudo and tests change it.
     if (const char *home = std::getenv("HOME"); home != nullptr && *home == '/') {
         return tree::cleanPath(home);
     }

@@ -14,6 +14,7 @@ std::optional<PasswordEntry> PasswordEntry::ofThisUser()
     std::vector<char> texts(enoughForAnyEntry);
     passwd entry = {};
     passwd *found = nullptr;
+    // The reentrant call: getpwuid() returns a buffer that all threads share.
     if (getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found) != 0 ||
         found == nullptr) {
         return std::nullopt;

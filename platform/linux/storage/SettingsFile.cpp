@@ -25,6 +25,7 @@ using Kind = archive::ArchiveError::Kind;
 /// Far more than settings take; a larger file is not read to its end, so that it costs no memory.
 constexpr std::size_t maxSettingsBytes = std::size_t{64} << 20U;
 constexpr std::chrono::milliseconds timeBetweenLockTries{10};
+/// Files that are set aside in the same second need different names, of which a few do.
 constexpr int nameAttempts = 100;
 
 std::string utcNow()
@@ -126,7 +127,7 @@ SettingsFile::Result<std::vector<std::byte>> SettingsFile::bytesOf(int descripto
     if (m_calls.fstat(descriptor, &status) != 0) {
         return unreadable(errno);
     }
-    if (!S_ISREG(status.st_mode)) {
+    if (!S_ISREG(status.st_mode)) { // a device may never end
         return archive::ArchiveError{Kind::unreadable,
                                      "cannot read " + tree::printableText(m_path) +
                                          ": not a regular file",
@@ -183,6 +184,7 @@ SettingsFile::Result<std::string> SettingsFile::setAside()
 
 SettingsFile::Result<archive::Done> SettingsFile::write(const archive::PlistValue &content)
 {
+    // Beside the link's target, as rename() would replace the link itself.
     archive::AtomicFile file(linkTarget(), m_calls);
     if (auto opened = file.open(); !opened) {
         return opened;

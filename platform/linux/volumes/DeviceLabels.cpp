@@ -42,6 +42,7 @@ DeviceLabels::DeviceLabels(const std::string &devices)
     std::filesystem::directory_iterator link(devices + "/disk/by-label", error);
     for (; !error && link != std::filesystem::directory_iterator(); link.increment(error)) {
         std::error_code isNoLink;
+        // Only the last part of "../../sda1" counts; the link is not followed to the device.
         const std::filesystem::path device = std::filesystem::read_symlink(*link, isNoLink);
         if (!isNoLink) {
             m_labels.emplace(device.filename(), unescapedLabel(link->path().filename().native()));

@@ -15,11 +15,12 @@ LinuxVolumeEnumerator::LinuxVolumeEnumerator(const std::vector<VolumeList::Entry
         m_mountPoints.push_back(entry.path);
         m_items.push_back({entry.name, entry.path, entry.isLocal});
     }
-    std::reverse(m_items.begin(), m_items.end());
+    std::reverse(m_items.begin(), m_items.end()); // a stack: the next one is taken off the end
 }
 
 std::optional<std::string> LinuxVolumeEnumerator::next()
 {
+    // Folders are entered as late as possible: the caller skips most of them before that.
     if (const auto folder = std::exchange(m_folder, std::nullopt)) {
         addContents(*folder);
     }
@@ -46,6 +47,7 @@ void LinuxVolumeEnumerator::addContents(const Item &folder)
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename();
         Item item{tree::joinPath(folder.name, name), tree::joinPath(folder.path, name), false};
+        // Another volume is an entry of its own, and may hang. Links could lead round in circles.
         const bool isMountPoint =
             std::find(m_mountPoints.begin(), m_mountPoints.end(), item.path) != m_mountPoints.end();
         std::error_code isUnknown;

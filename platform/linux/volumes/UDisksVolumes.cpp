@@ -21,6 +21,7 @@ constexpr auto noObject = "/";
 /// Lists of paths: bytes, ended by NUL.
 std::vector<std::string> pathsIn(const QVariant &property)
 {
+    // Qt leaves lists inside of variants packed when they come from the bus.
     const auto list = property.userType() == qMetaTypeId<QDBusArgument>()
                           ? qdbus_cast<QByteArrayList>(property.value<QDBusArgument>())
                           : property.value<QByteArrayList>();
@@ -64,6 +65,7 @@ UDisksVolumes::UDisksVolumes(const BusObjects &objects)
             encrypted.path().isEmpty() ? block : objects.value(encrypted).value(blockInterface);
         const QDBusObjectPath drivePath = objectIn(valueOf(outermost, "Drive"));
         const QVariantMap drive = objects.value(drivePath).value(driveInterface);
+        // Card readers are not removable, but their cards are: "Ejectable" or "Removable" will do.
         volume.isRemovable =
             valueOf(drive, "Removable").toBool() || valueOf(drive, "Ejectable").toBool();
         volume.removableDrive = volume.isRemovable ? drivePath.path() : QString();

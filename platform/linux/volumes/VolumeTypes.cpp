@@ -43,6 +43,7 @@ constexpr std::array internalTypes = {
     "squashfs"sv,
 };
 
+/// SMB: a mount shows a folder of the server, or of a share.
 constexpr std::array folderTypes = {"cifs"sv, "smb3"sv, "smbfs"sv};
 
 struct NamedType {
@@ -50,6 +51,7 @@ struct NamedType {
     std::string_view name;
 };
 
+/// Rows compare the type with these names, which are those of another system.
 constexpr std::array namedTypes = {
     NamedType{"hfs"sv, "hfs"sv},
     NamedType{"hfsplus"sv, "hfs"sv},

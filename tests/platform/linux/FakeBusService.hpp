@@ -72,9 +72,9 @@ private:
     const Handler m_handler;
     std::mutex m_mutex;
     std::condition_variable m_hasChanged;
-    std::vector<QDBusMessage> m_unsent;             //< guarded by m_mutex; withheld answers
-    bool m_isWithholding;                           //< guarded by m_mutex
-    QMap<QString, std::function<void()>> m_actions; //< guarded by m_mutex; by method
+    std::vector<QDBusMessage> m_unsent;             ///< guarded by m_mutex; withheld answers
+    bool m_isWithholding;                           ///< guarded by m_mutex
+    QMap<QString, std::function<void()>> m_actions; ///< guarded by m_mutex; by method
 
     BusConnection m_bus;
     QThread m_thread;

@@ -28,7 +28,7 @@ private:
     [[nodiscard]] std::optional<QDBusMessage> answerTo(const QDBusMessage &message);
 
     Answers m_answers;
-    std::vector<Call> m_calls; //< guarded by the service's lock
+    std::vector<Call> m_calls; ///< guarded by the service's lock
     FakeBusService m_service;
 };
 
