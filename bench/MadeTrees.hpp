@@ -26,8 +26,6 @@ public:
     ~ScratchFolder();
     ScratchFolder(const ScratchFolder &) = delete;
     ScratchFolder &operator=(const ScratchFolder &) = delete;
-    ScratchFolder(ScratchFolder &&) = delete;
-    ScratchFolder &operator=(ScratchFolder &&) = delete;
 
     [[nodiscard]] std::string path(const std::string &name) const { return m_path + '/' + name; }
 

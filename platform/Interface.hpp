@@ -10,8 +10,6 @@ public:
     virtual ~Interface() = default;
     Interface(const Interface &) = delete;
     Interface &operator=(const Interface &) = delete;
-    Interface(Interface &&) = delete;
-    Interface &operator=(Interface &&) = delete;
 };
 
 } // namespace tessaly

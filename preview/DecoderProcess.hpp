@@ -3,6 +3,8 @@
 #include "preview/protocol/DecoderMessages.hpp"
 #include "preview/protocol/MessageSocket.hpp"
 
+#include <QtGlobal>
+
 #include <mutex>
 #include <optional>
 #include <string>
@@ -24,10 +26,7 @@ public:
     explicit DecoderProcess(std::string programPath = usualProgramPath());
     /// Ends the program, and with it all decoders.
     ~DecoderProcess();
-    DecoderProcess(const DecoderProcess &) = delete;
-    DecoderProcess &operator=(const DecoderProcess &) = delete;
-    DecoderProcess(DecoderProcess &&) = delete;
-    DecoderProcess &operator=(DecoderProcess &&) = delete;
+    Q_DISABLE_COPY_MOVE(DecoderProcess)
 
     /// "preview-decoder" in the folder of the module or program that this code is part of.
     [[nodiscard]] static std::string usualProgramPath();

@@ -34,10 +34,7 @@ public:
             m_bookmarks.stopAccess(*m_url);
         }
     }
-    FolderAccess(const FolderAccess &) = delete;
-    FolderAccess &operator=(const FolderAccess &) = delete;
-    FolderAccess(FolderAccess &&) = delete;
-    FolderAccess &operator=(FolderAccess &&) = delete;
+    Q_DISABLE_COPY_MOVE(FolderAccess)
 
 private:
     FolderBookmarks &m_bookmarks;

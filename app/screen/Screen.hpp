@@ -14,12 +14,7 @@ class RowActions;
 /// Threads: the main thread.
 class Screen {
 public:
-    Screen() = default;
     virtual ~Screen() = default;
-    Screen(const Screen &) = delete;
-    Screen &operator=(const Screen &) = delete;
-    Screen(Screen &&) = delete;
-    Screen &operator=(Screen &&) = delete;
 
     /// The page's widget, destroyed with the screen. The window that shows it may own it and
     /// destroy it earlier: nullptr from then on.

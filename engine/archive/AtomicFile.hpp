@@ -30,8 +30,6 @@ public:
     ~AtomicFile() override;
     AtomicFile(const AtomicFile &) = delete;
     AtomicFile &operator=(const AtomicFile &) = delete;
-    AtomicFile(AtomicFile &&) = delete;
-    AtomicFile &operator=(AtomicFile &&) = delete;
 
     Result<Done, ArchiveError> open();
     Result<Done, ArchiveError> write(std::span<const std::byte> bytes) override;

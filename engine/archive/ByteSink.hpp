@@ -11,12 +11,7 @@ namespace tessaly::archive {
 /// Takes an archive's bytes in order: a file, or memory in tests.
 class ByteSink {
 public:
-    ByteSink() = default;
     virtual ~ByteSink() = default;
-    ByteSink(const ByteSink &) = delete;
-    ByteSink &operator=(const ByteSink &) = delete;
-    ByteSink(ByteSink &&) = delete;
-    ByteSink &operator=(ByteSink &&) = delete;
 
     /// Takes all of the bytes, or fails.
     virtual Result<Done, ArchiveError> write(std::span<const std::byte> bytes) = 0;

@@ -17,8 +17,6 @@ public:
     virtual ~FileCalls() = default;
     FileCalls(const FileCalls &) = delete;
     FileCalls &operator=(const FileCalls &) = delete;
-    FileCalls(FileCalls &&) = delete;
-    FileCalls &operator=(FileCalls &&) = delete;
 
     /// The real calls. Threads: any.
     static FileCalls &system() noexcept;

@@ -34,8 +34,6 @@ public:
     ~SetAsideFile();
     SetAsideFile(const SetAsideFile &) = delete;
     SetAsideFile &operator=(const SetAsideFile &) = delete;
-    SetAsideFile(SetAsideFile &&) = delete;
-    SetAsideFile &operator=(SetAsideFile &&) = delete;
 
     /// Deletes the file at once, for a successor that needs its room.
     void discard();

@@ -23,8 +23,6 @@ public:
     ~AbandonableWork() = default;
     AbandonableWork(const AbandonableWork &) = delete;
     AbandonableWork &operator=(const AbandonableWork &) = delete;
-    AbandonableWork(AbandonableWork &&) = delete;
-    AbandonableWork &operator=(AbandonableWork &&) = delete;
 
     /// Runs the work and waits for it. True when it has ended; false when it was abandoned, or not
     /// started because giveUp() had been called before. When no thread can be started, the work

@@ -32,8 +32,6 @@ public:
     }
     DescriptorShare(const DescriptorShare &) = delete;
     DescriptorShare &operator=(const DescriptorShare &) = delete;
-    DescriptorShare(DescriptorShare &&) = delete;
-    DescriptorShare &operator=(DescriptorShare &&) = delete;
 
     [[nodiscard]] bool isEmpty() const noexcept { return m_count == 0; }
 

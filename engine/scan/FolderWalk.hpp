@@ -31,8 +31,6 @@ public:
     ~FolderWalk();
     FolderWalk(const FolderWalk &) = delete;
     FolderWalk &operator=(const FolderWalk &) = delete;
-    FolderWalk(FolderWalk &&) = delete;
-    FolderWalk &operator=(FolderWalk &&) = delete;
 
     /// Walks a child of the tree's root. Ends early when the scan is cancelled.
     void walk(const Subfolder &top);

@@ -26,8 +26,6 @@ public:
     }
     CountedWalk(const CountedWalk &) = delete;
     CountedWalk &operator=(const CountedWalk &) = delete;
-    CountedWalk(CountedWalk &&) = delete;
-    CountedWalk &operator=(CountedWalk &&) = delete;
 
 private:
     std::shared_ptr<ScanState> m_scan;

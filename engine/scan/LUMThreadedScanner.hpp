@@ -53,8 +53,6 @@ public:
 
     LUMThreadedScanner(const LUMThreadedScanner &) = delete;
     LUMThreadedScanner &operator=(const LUMThreadedScanner &) = delete;
-    LUMThreadedScanner(LUMThreadedScanner &&) = delete;
-    LUMThreadedScanner &operator=(LUMThreadedScanner &&) = delete;
 
     /// Does not stop a running scan, which frees its tree when it ends.
     ~LUMThreadedScanner() = default;

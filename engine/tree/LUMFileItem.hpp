@@ -34,8 +34,6 @@ public:
     ~LUMFileItem() = default;
     LUMFileItem(const LUMFileItem &) = delete;
     LUMFileItem &operator=(const LUMFileItem &) = delete;
-    LUMFileItem(LUMFileItem &&) = delete;
-    LUMFileItem &operator=(LUMFileItem &&) = delete;
 
     /// The name; empty when there is none. The bytes stay valid for as long as the arena exists,
     /// also after setItemName().

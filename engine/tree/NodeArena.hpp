@@ -32,8 +32,6 @@ public:
     ~NodeArena();
     NodeArena(const NodeArena &) = delete;
     NodeArena &operator=(const NodeArena &) = delete;
-    NodeArena(NodeArena &&) = delete;
-    NodeArena &operator=(NodeArena &&) = delete;
 
     /// Makes a node in the arena: `arena.make<LUMFileItem>("a", 10)` runs
     /// `LUMFileItem(arena, "a", 10)`. The node lives as long as the arena; it is never destroyed.
@@ -75,8 +73,6 @@ private:
         ~Chunks();
         Chunks(const Chunks &) = delete;
         Chunks &operator=(const Chunks &) = delete;
-        Chunks(Chunks &&) = delete;
-        Chunks &operator=(Chunks &&) = delete;
 
         void *take(std::size_t byteCount)
         {

@@ -31,8 +31,6 @@ public:
     ~ScanTree() = default;
     ScanTree(const ScanTree &) = delete;
     ScanTree &operator=(const ScanTree &) = delete;
-    ScanTree(ScanTree &&) = delete;
-    ScanTree &operator=(ScanTree &&) = delete;
 
     [[nodiscard]] LUMFileContainer &root() noexcept { return *m_root; }
     [[nodiscard]] const LUMFileContainer &root() const noexcept { return *m_root; }

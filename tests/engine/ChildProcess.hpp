@@ -34,8 +34,6 @@ public:
     ~KillableChild();
     KillableChild(const KillableChild &) = delete;
     KillableChild &operator=(const KillableChild &) = delete;
-    KillableChild(KillableChild &&) = delete;
-    KillableChild &operator=(KillableChild &&) = delete;
 
     void kill() const;
 
@@ -56,8 +54,6 @@ public:
     ~DescriptorLimit();
     DescriptorLimit(const DescriptorLimit &) = delete;
     DescriptorLimit &operator=(const DescriptorLimit &) = delete;
-    DescriptorLimit(DescriptorLimit &&) = delete;
-    DescriptorLimit &operator=(DescriptorLimit &&) = delete;
 
 private:
     unsigned long m_before;

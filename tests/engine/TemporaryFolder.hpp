@@ -17,8 +17,6 @@ public:
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder &) = delete;
     TemporaryFolder &operator=(const TemporaryFolder &) = delete;
-    TemporaryFolder(TemporaryFolder &&) = delete;
-    TemporaryFolder &operator=(TemporaryFolder &&) = delete;
 
     [[nodiscard]] const std::string &path() const { return m_path; }
     [[nodiscard]] std::string path(const std::string &inside) const

@@ -23,8 +23,6 @@ public:
     ~UnansweredMount();
     UnansweredMount(const UnansweredMount &) = delete;
     UnansweredMount &operator=(const UnansweredMount &) = delete;
-    UnansweredMount(UnansweredMount &&) = delete;
-    UnansweredMount &operator=(UnansweredMount &&) = delete;
 
     /// Takes one request, as a server that hangs over it; waits until there is one. Call it once.
     void takeRequest() const;

@@ -12,8 +12,6 @@ public:
     ~Gate() { open(); }
     Gate(const Gate &) = delete;
     Gate &operator=(const Gate &) = delete;
-    Gate(Gate &&) = delete;
-    Gate &operator=(Gate &&) = delete;
 
     void open()
     {

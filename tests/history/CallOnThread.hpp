@@ -26,8 +26,6 @@ public:
     ~CallOnThread() { m_thread.join(); }
     CallOnThread(const CallOnThread &) = delete;
     CallOnThread &operator=(const CallOnThread &) = delete;
-    CallOnThread(CallOnThread &&) = delete;
-    CallOnThread &operator=(CallOnThread &&) = delete;
 
     /// Waits until the call has returned or its thread sleeps, as it does at a lock that another
     /// thread holds. Whether it sleeps.

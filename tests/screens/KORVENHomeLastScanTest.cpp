@@ -37,8 +37,6 @@ public:
     }
     FileSizeLimit(const FileSizeLimit &) = delete;
     FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-    FileSizeLimit(FileSizeLimit &&) = delete;
-    FileSizeLimit &operator=(FileSizeLimit &&) = delete;
 
 private:
     rlimit m_before = {};

@@ -66,10 +66,7 @@ class SuspendedProcess {
 public:
     explicit SuspendedProcess(pid_t process) : m_process(process) { kill(m_process, SIGSTOP); }
     ~SuspendedProcess() { kill(m_process, SIGCONT); }
-    SuspendedProcess(const SuspendedProcess &) = delete;
-    SuspendedProcess &operator=(const SuspendedProcess &) = delete;
-    SuspendedProcess(SuspendedProcess &&) = delete;
-    SuspendedProcess &operator=(SuspendedProcess &&) = delete;
+    Q_DISABLE_COPY_MOVE(SuspendedProcess)
 
 private:
     pid_t m_process;

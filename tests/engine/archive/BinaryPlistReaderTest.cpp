@@ -26,8 +26,6 @@ public:
     ~OneObject() = default;
     OneObject(const OneObject &) = delete;
     OneObject &operator=(const OneObject &) = delete;
-    OneObject(OneObject &&) = delete;
-    OneObject &operator=(OneObject &&) = delete;
 
     [[nodiscard]] const BinaryPlistReader &reader() const { return m_reader; }
     [[nodiscard]] Object object() const { return m_reader.object(m_reader.topObject()); }

@@ -26,8 +26,6 @@ public:
     ~Thing() = default;
     Thing(const Thing &) = delete;
     Thing &operator=(const Thing &) = delete;
-    Thing(Thing &&) = delete;
-    Thing &operator=(Thing &&) = delete;
 
     /// The field "value".
     [[nodiscard]] Reference value() const

@@ -71,8 +71,6 @@ public:
     ~Thing() = default;
     Thing(const Thing &) = delete;
     Thing &operator=(const Thing &) = delete;
-    Thing(Thing &&) = delete;
-    Thing &operator=(Thing &&) = delete;
 
     [[nodiscard]] KeyedArchiveReader::Reference value() const
     {

@@ -54,8 +54,6 @@ public:
     }
     ListingTrap(const ListingTrap &) = delete;
     ListingTrap &operator=(const ListingTrap &) = delete;
-    ListingTrap(ListingTrap &&) = delete;
-    ListingTrap &operator=(ListingTrap &&) = delete;
 
     /// False where the system does not tell who reads a folder.
     [[nodiscard]] bool isSet() const { return m_isSet; }
@@ -86,8 +84,6 @@ public:
     }
     Letters(const Letters &) = delete;
     Letters &operator=(const Letters &) = delete;
-    Letters(Letters &&) = delete;
-    Letters &operator=(Letters &&) = delete;
 
     /// Also for signal handlers.
     void send(char letter) const { (void)!write(m_ends[1], &letter, 1); }

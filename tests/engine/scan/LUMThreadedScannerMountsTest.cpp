@@ -71,8 +71,6 @@ public:
     }
     Automounter(const Automounter &) = delete;
     Automounter &operator=(const Automounter &) = delete;
-    Automounter(Automounter &&) = delete;
-    Automounter &operator=(Automounter &&) = delete;
 
     /// False when the kernel has no automount file system.
     bool serve(const std::string &path, const std::string &kind) const

@@ -30,8 +30,6 @@ public:
     }
     LocaleGuard(const LocaleGuard &) = delete;
     LocaleGuard &operator=(const LocaleGuard &) = delete;
-    LocaleGuard(LocaleGuard &&) = delete;
-    LocaleGuard &operator=(LocaleGuard &&) = delete;
 
 private:
     std::string m_before;

@@ -13,10 +13,7 @@ class BusConnection {
 public:
     explicit BusConnection(const std::string &address);
     ~BusConnection();
-    BusConnection(const BusConnection &) = delete;
-    BusConnection &operator=(const BusConnection &) = delete;
-    BusConnection(BusConnection &&) = delete;
-    BusConnection &operator=(BusConnection &&) = delete;
+    Q_DISABLE_COPY_MOVE(BusConnection)
 
     QDBusConnection *operator->() { return &m_connection; }
     QDBusConnection &operator*() { return m_connection; }

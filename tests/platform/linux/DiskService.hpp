@@ -30,8 +30,6 @@ public:
     ~DiskService();
     DiskService(const DiskService &) = delete;
     DiskService &operator=(const DiskService &) = delete;
-    DiskService(DiskService &&) = delete;
-    DiskService &operator=(DiskService &&) = delete;
 
     /// Makes a stick with that label, for as long as this lives, and returns the device's path.
     /// Empty, where there is no loop device to be had. One at a time.

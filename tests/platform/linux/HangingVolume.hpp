@@ -24,8 +24,6 @@ public:
     ~HangingVolume();
     HangingVolume(const HangingVolume &) = delete;
     HangingVolume &operator=(const HangingVolume &) = delete;
-    HangingVolume(HangingVolume &&) = delete;
-    HangingVolume &operator=(HangingVolume &&) = delete;
 
     /// From now on its operations wait: the program has taken the request, so the thread that made
     /// it stays blocked in the kernel, and cannot be killed.

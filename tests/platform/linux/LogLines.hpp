@@ -13,8 +13,6 @@ public:
     ~LogLines();
     LogLines(const LogLines &) = delete;
     LogLines &operator=(const LogLines &) = delete;
-    LogLines(LogLines &&) = delete;
-    LogLines &operator=(LogLines &&) = delete;
 
     /// Waits until there are that many lines, at least; returns all so far.
     [[nodiscard]] static std::vector<std::string> waitFor(std::size_t count);

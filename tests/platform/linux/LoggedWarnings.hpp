@@ -12,8 +12,6 @@ public:
     ~LoggedWarnings();
     LoggedWarnings(const LoggedWarnings &) = delete;
     LoggedWarnings &operator=(const LoggedWarnings &) = delete;
-    LoggedWarnings(LoggedWarnings &&) = delete;
-    LoggedWarnings &operator=(LoggedWarnings &&) = delete;
 
     /// The messages so far, "CATEGORY: TEXT" each. Threads: any.
     [[nodiscard]] std::vector<std::string> lines() const;

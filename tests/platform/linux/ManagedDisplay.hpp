@@ -51,10 +51,7 @@ public:
     }
 
     ~ManagedDisplay() { s_current = nullptr; }
-    ManagedDisplay(const ManagedDisplay &) = delete;
-    ManagedDisplay &operator=(const ManagedDisplay &) = delete;
-    ManagedDisplay(ManagedDisplay &&) = delete;
-    ManagedDisplay &operator=(ManagedDisplay &&) = delete;
+    Q_DISABLE_COPY_MOVE(ManagedDisplay)
 
     /// The display of this process, nullptr without one.
     [[nodiscard]] static ManagedDisplay *current() noexcept { return s_current; }

@@ -23,8 +23,6 @@ public:
     ~ScopedMount();
     ScopedMount(const ScopedMount &) = delete;
     ScopedMount &operator=(const ScopedMount &) = delete;
-    ScopedMount(ScopedMount &&) = delete;
-    ScopedMount &operator=(ScopedMount &&) = delete;
 
 private:
     std::string m_path;

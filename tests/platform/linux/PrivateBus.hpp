@@ -26,8 +26,6 @@ public:
     ~PrivateBus();
     PrivateBus(const PrivateBus &) = delete;
     PrivateBus &operator=(const PrivateBus &) = delete;
-    PrivateBus(PrivateBus &&) = delete;
-    PrivateBus &operator=(PrivateBus &&) = delete;
 
     /// All connections are lost, and the programs end that the bus has started and that have taken
     /// their names. There is no bus until start().

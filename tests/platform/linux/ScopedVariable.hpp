@@ -20,8 +20,6 @@ public:
     ~ScopedVariable() { set(m_before); }
     ScopedVariable(const ScopedVariable &) = delete;
     ScopedVariable &operator=(const ScopedVariable &) = delete;
-    ScopedVariable(ScopedVariable &&) = delete;
-    ScopedVariable &operator=(ScopedVariable &&) = delete;
 
 private:
     void set(const std::optional<std::string> &value) const

@@ -22,8 +22,6 @@ public:
     ~StartedProgram();
     StartedProgram(const StartedProgram &) = delete;
     StartedProgram &operator=(const StartedProgram &) = delete;
-    StartedProgram(StartedProgram &&) = delete;
-    StartedProgram &operator=(StartedProgram &&) = delete;
 
     /// Waits for the next line that the program writes to descriptor 3, and returns it without its
     /// end. Services write one once they can be reached. One that ends instead

@@ -74,8 +74,6 @@ public:
     ~DefaultTimeZone() { icu::TimeZone::adoptDefault(m_before.release()); }
     DefaultTimeZone(const DefaultTimeZone &) = delete;
     DefaultTimeZone &operator=(const DefaultTimeZone &) = delete;
-    DefaultTimeZone(DefaultTimeZone &&) = delete;
-    DefaultTimeZone &operator=(DefaultTimeZone &&) = delete;
 
 private:
     std::unique_ptr<icu::TimeZone> m_before;
@@ -261,8 +259,6 @@ public:
     }
     LibraryTimeZone(const LibraryTimeZone &) = delete;
     LibraryTimeZone &operator=(const LibraryTimeZone &) = delete;
-    LibraryTimeZone(LibraryTimeZone &&) = delete;
-    LibraryTimeZone &operator=(LibraryTimeZone &&) = delete;
 
 private:
     std::optional<ScopedVariable> m_variable;

@@ -40,8 +40,6 @@ public:
     ~Writer() { close(m_progress[0]); }
     Writer(const Writer &) = delete;
     Writer &operator=(const Writer &) = delete;
-    Writer(Writer &&) = delete;
-    Writer &operator=(Writer &&) = delete;
 
     /// Waits until it has made so many calls more.
     void waitForCalls(int count)

@@ -53,8 +53,6 @@ public:
     }
     LoopImage(const LoopImage &) = delete;
     LoopImage &operator=(const LoopImage &) = delete;
-    LoopImage(LoopImage &&) = delete;
-    LoopImage &operator=(LoopImage &&) = delete;
 
     [[nodiscard]] bool isThere() const { return m_device.starts_with("/dev/loop"); }
     [[nodiscard]] const std::string &device() const { return m_device; }
