@@ -17,15 +17,15 @@ class KORVENHomeViewController;
 class KORVENScanViewController;
 struct Services;
 
-/// The pages of the main window: one screen each, in the order of the sidebar and of the menu, which
-/// take them from here.
+/// The pages of the main window: one screen each, in the order of the sidebar and of the menu,
+/// which take them from here.
 ///
-/// To add a page, beside its screen and its cell in resources/interface: append it in Pages.cpp, name
-/// the cell's file in resources/CMakeLists.txt and, if its screen is in a layer of its own, let the
-/// window use that in app/window/CMakeLists.txt and cmake/Layers.cmake.
+/// To add a page, beside its screen and its interface files: append it in Pages.cpp, and name the
+/// files in resources/CMakeLists.txt. A screen in a layer of its own also needs an edge from the
+/// window in cmake/Layers.cmake and app/window/CMakeLists.txt.
 ///
-/// Ownership: owns the screens, and destroys them in their order. The history's is the last one: the
-///            workers of the others may have something to tell it up to their end.
+/// Ownership: owns the screens, and destroys them in their order. The history's is the last one:
+///            the workers of the others may report to it until they end.
 /// Threads:   the main thread.
 class Pages final {
     Q_DECLARE_TR_FUNCTIONS(tessaly::Pages)
