@@ -48,7 +48,7 @@ function(tessaly_install_compressed file folder)
         VERBATIM)
     string(MAKE_C_IDENTIFIER "tessaly_${name}" target)
     add_custom_target(${target} DEPENDS "${file}.gz")
-    # Whoever builds the program alone can install it as well.
+    # A build of the program alone can be installed as well.
     add_dependencies(tessaly ${target})
     install(FILES "${file}.gz" DESTINATION "${folder}")
 endfunction()

@@ -5,8 +5,8 @@
 # may use, all of them further down. tessaly_library() refuses any other edge at configure time, and
 # the house rules (tests/house) read the same table to refuse an #include that crosses it.
 #
-# Programs (the application itself, bench/, tests/) stand on top of all layers and may use any of
-# them.
+# Programs (the application itself, cli/, bench/, tests/) stand on top of all layers and may use any
+# of them.
 
 set(TESSALY_LAYERS
     tree scan archive theme text frame platform background platform_linux resources delegate

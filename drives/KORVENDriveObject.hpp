@@ -28,10 +28,13 @@ public:
     /// Of neither a removable nor an unmountable volume, of the kind 0.
     KORVENDriveObject(std::string_view name, std::string_view fullPath, std::uint64_t numTotal,
                       std::uint64_t numFree, double numUsed);
-    /// `typeName`: of the file system, exactly as a kind is named, else it is of another kind.
+    /// `typeName`: the file system's type, spelled exactly as the kinds are; any other text is the
+    /// kind of all other file systems.
     KORVENDriveObject(std::string_view name, std::string_view fullPath, std::uint64_t numTotal,
                       std::uint64_t numFree, double numUsed, bool isRemovable, bool isUnmountable,
                       std::string_view typeName);
+
+    // Required interface: that each figure and text can be set and read by itself.
 
     [[nodiscard]] const std::string &diskName() const noexcept { return m_diskName; }
     void setDiskName(std::string name) { m_diskName = std::move(name); }

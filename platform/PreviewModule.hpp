@@ -5,8 +5,8 @@ namespace tessaly {
 class PreviewPanels;
 class SettingsStore;
 
-/// What a module exports that draws previews: a library that is loaded when the first preview is
-/// asked for, since what it takes to draw documents and play videos is a lot for those who do not.
+/// What a module exports that draws previews: a library that is loaded for the first preview, since
+/// the libraries for documents and videos are large and most sessions need none of them.
 /// The program and the module are built together and are of one version.
 
 /// Makes the way to the panel; the caller deletes it before the QApplication is destroyed.

@@ -82,9 +82,8 @@ public:
     /// the main thread.
     virtual void unmount(std::string_view path) = 0;
 
-    /// Calls this on the main thread when it is known that a volume stays that was asked to
-    /// be unmounted, with the path as it was asked for; never before that request has returned.
-    /// Replaces the previous listener.
+    /// Calls this on the main thread when an unmounting has failed, with the path that was asked
+    /// for; never before that request has returned. Replaces the previous listener.
     virtual void setRefusalListener(std::function<void(const std::string &path)> refused) = 0;
 
     /// Calls this on the main thread after volumes were mounted or unmounted, or when one has got

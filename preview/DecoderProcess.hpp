@@ -44,10 +44,10 @@ private:
 
     const std::string m_programPath;
     const std::vector<std::string> m_environment; ///< of the program
-    std::mutex m_mutex;                           ///< for what follows
-    MessageSocket m_socket;
-    pid_t m_process = -1;
-    bool m_hasLogged = false;
+    std::mutex m_mutex;
+    MessageSocket m_socket;   ///< guarded by m_mutex
+    pid_t m_process = -1;     ///< guarded by m_mutex
+    bool m_hasLogged = false; ///< guarded by m_mutex
 };
 
 } // namespace tessaly

@@ -5,6 +5,7 @@
 #include "app/controls/text/NameText.hpp"
 #include "app/controls/theme/Theme.hpp"
 #include "app/delegate/KORVENAppDelegate.hpp"
+#include "app/delegate/SettingsKeys.hpp"
 #include "engine/archive/FileCreationDate.hpp"
 #include "engine/archive/LastScanFile.hpp"
 #include "engine/tree/FilePath.hpp"
@@ -31,9 +32,6 @@ namespace tessaly {
 namespace {
 
 Q_LOGGING_CATEGORY(homeLog, "tessaly.screens.home")
-
-/// The setting with the home folder's bookmark.
-constexpr std::string_view homeFolderKey = "homeFolder";
 
 bool isSamePath(const std::string &one, const std::string &other)
 {
@@ -96,7 +94,7 @@ void KORVENHomeViewController::startLoading()
 
 bool KORVENHomeViewController::checkSetupMode()
 {
-    const auto bookmark = services().settings.data(homeFolderKey);
+    const auto bookmark = services().settings.data(settingsKey::homeFolder);
     m_homeFolder = bookmark ? services().bookmarks.resolve(*bookmark) : std::nullopt;
     return !m_homeFolder;
 }
@@ -134,7 +132,7 @@ void KORVENHomeViewController::folderWasChosen(const std::string &folder)
         setupAlert();
         return;
     }
-    storeBookmark(*url, homeFolderKey, services().bookmarks, services().settings);
+    storeBookmark(*url, settingsKey::homeFolder, services().bookmarks, services().settings);
     m_homeFolder = url;
     showResultsPage();
     checkSetupMode();

@@ -2,6 +2,7 @@
 
 #include "app/delegate/KORVENAppDelegate.hpp"
 #include "app/delegate/NamedException.hpp"
+#include "app/delegate/SettingsKeys.hpp"
 #include "engine/tree/FilePath.hpp"
 #include "platform/FileUrl.hpp"
 #include "platform/FolderBookmarks.hpp"
@@ -77,7 +78,8 @@ KORVENQuicklookController::KORVENQuicklookController() : m_services(services())
 
 KORVENQuicklookController::KORVENQuicklookController(const Services &services,
                                                      FolderLister listFolder)
-    : m_services(services), m_listFolder(std::move(listFolder)), m_home(opened("homeFolder"))
+    : m_services(services), m_listFolder(std::move(listFolder)),
+      m_home(opened(settingsKey::homeFolder))
 {
     m_services.previewPanels.setController(this);
 }

@@ -61,6 +61,8 @@ public:
     [[nodiscard]] PreviewPanelFrame
     sourceFrameOnScreenForPreviewItem(std::size_t index) const override;
 
+    // Required interface: the state.
+
     /// The panel that is under control, or nullptr.
     [[nodiscard]] PreviewPanel *previewPanel() const noexcept { return m_previewPanel; }
     /// The list of URLs that the panel pages through.

@@ -2,7 +2,8 @@
 
 #include <string_view>
 
-/// The names under which the program keeps its settings. A bookmark of a scanned folder has no name
+/// The names under which the program keeps its settings, but for those of the preview, which is a
+/// module of its own. A bookmark of a scanned folder has no name
 /// of its own: it is kept under the scan's key.
 namespace tessaly::settingsKey {
 

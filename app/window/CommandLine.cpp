@@ -44,7 +44,7 @@ std::optional<int> print(const std::optional<CommandLine::Answer> &answer)
     std::FILE *stream = answer->status == 0 ? stdout : stderr;
     const QByteArray text = answer->text.toLocal8Bit();
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stream);
-    // Nobody has the answer who gives a full disk or a closed pipe to write it to.
+    // Writing to a full disk or a closed pipe fails.
     return std::fflush(stream) == 0 ? answer->status : 1;
 }
 

@@ -23,9 +23,9 @@ struct FullScreenGeometry {
     /// distances from the screen's own corner rounded down.
     [[nodiscard]] static QRectF targetFrame(const QRectF &screen);
 
-    /// The frame at which entering and leaving are halfway: of size `size`, with its middle where
-    /// that of a frame of size `around` is that begins at the origin. So it is on the first screen,
-    /// wherever the window is.
+    /// The frame at which entering and leaving are halfway: of size `size`, centred in a rectangle
+    /// of size `around` whose top left corner is the origin. So it is on the first screen, wherever
+    /// the window is.
     [[nodiscard]] static QRectF centreFrame(QSizeF size, QSizeF around);
 };
 

@@ -16,7 +16,7 @@ Q_LOGGING_CATEGORY(endLog, "tessaly.end")
 ShutdownWatchdog::ShutdownWatchdog(std::chrono::milliseconds timeout, int exitStatus,
                                    std::function<void()> release)
     : m_thread([this, timeout, exitStatus, release = std::move(release)] {
-          std::unique_lock lock(m_lock);
+          std::unique_lock lock(m_mutex);
           if (!m_hasEnded.wait_for(lock, timeout, [this] { return m_isOver; })) {
               release();
               qCWarning(endLog, "Something keeps the program from ending; it is not waited for.");
@@ -29,7 +29,7 @@ ShutdownWatchdog::ShutdownWatchdog(std::chrono::milliseconds timeout, int exitSt
 ShutdownWatchdog::~ShutdownWatchdog()
 {
     {
-        const std::scoped_lock lock(m_lock);
+        const std::scoped_lock lock(m_mutex);
         m_isOver = true;
     }
     m_hasEnded.notify_one();

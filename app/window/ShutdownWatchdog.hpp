@@ -28,9 +28,9 @@ public:
     Q_DISABLE_COPY_MOVE(ShutdownWatchdog)
 
 private:
-    std::mutex m_lock;
+    std::mutex m_mutex;
     std::condition_variable m_hasEnded;
-    bool m_isOver = false;
+    bool m_isOver = false; ///< guarded by m_mutex
     std::thread m_thread;
 };
 

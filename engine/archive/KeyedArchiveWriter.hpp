@@ -59,9 +59,9 @@ public:
     /// Takes the next place for an instance or an array. Requires: it is filled before finish().
     [[nodiscard]] Uid reserve();
 
-    /// Fills a place with an instance of these fields, none of which stands twice and none of which
-    /// is "$class". A field without value is not given, or null. Requires: the place was reserved
-    /// and is not filled yet.
+    /// Fills a place with an instance of these fields. A field without value is left out, or null.
+    /// Requires: the fields' names are distinct and none is "$class"; the place was reserved and is
+    /// not filled yet.
     void instance(Uid place, Class instanceClass, std::span<const Field> fields);
     void instance(Uid place, Class instanceClass, std::initializer_list<Field> fields)
     {

@@ -14,7 +14,7 @@ namespace tessaly {
 /// Shared with the thread that reads, which may outlive the watch.
 struct HistoryFileWatch::Link {
     std::mutex mutex;
-    HistoryFileWatch *watch; ///< null once it is destroyed
+    HistoryFileWatch *watch; ///< null once it is destroyed; guarded by mutex
 };
 
 HistoryFileWatch::HistoryFileWatch(QObject *parent, std::chrono::milliseconds interval)

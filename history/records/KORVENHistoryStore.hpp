@@ -56,9 +56,9 @@ public:
 
     /// Why the history file could not be read; nothing once it could. Until then nothing is saved.
     [[nodiscard]] std::optional<std::string> problem() const;
-    /// Tries again to read a history file that could not be read. When that succeeds, or there
-    /// is none any more, its records come before those of this run, these are saved, and the
-    /// delegate is told. Whether the history file is known now.
+    /// Tries again to read a history file that could not be read. On success, or when the file has
+    /// been deleted meanwhile, its records are put before those of this run, all are saved, and the
+    /// delegate is told. Returns whether the file's content is known now.
     bool readAgain();
 
     /// Appends a record and tells the delegate. It is not saved yet: call saveChanges().
@@ -69,7 +69,7 @@ public:
     /// Deletes the record's file, takes out every occurrence of this very record, saves, and tells
     /// the delegate.
     void removeItem(const Record &record);
-    /// Removes the first record with this key; without one, does nothing.
+    /// Removes the first record with this key; without one, does nothing. Required interface.
     void removeItemWithKey(std::string_view scanKey);
     /// The same for a process that may be killed meanwhile: the removal is noted on disk first, and
     /// forgotten when it is done. If the process ends in between, the next start finishes it.
@@ -130,16 +130,16 @@ private:
     const std::string m_folder; ///< with the history file and the files of the scans
     archive::FileCalls &m_calls;
 
-    std::mutex m_saving;       ///< guards the files, and what is known of them
-    bool m_isFileKnown = true; ///< false while there is a file that could not be read
-    bool m_isSaved = true;     ///< the file lists no record that was taken out
-    PendingRemovals m_removals;
-    std::vector<std::string> m_keysAtStart; ///< of the scans that had a file
+    std::mutex m_saving;        ///< held while files are read or written
+    bool m_isFileKnown = true;  ///< the file, if any, could be read; guarded by m_saving
+    bool m_isSaved = true;      ///< no removed record is left in the file; guarded by m_saving
+    PendingRemovals m_removals; ///< guarded by m_saving
+    std::vector<std::string> m_keysAtStart; ///< of scans that had a file; guarded by m_saving
     std::atomic<bool> m_hasAdopted = false; ///< and the delegate is to be told of it
 
     mutable std::mutex m_listLock;
-    HistoryRecords m_privateItems;
-    std::optional<std::string> m_problem;
+    HistoryRecords m_privateItems;        ///< guarded by m_listLock
+    std::optional<std::string> m_problem; ///< guarded by m_listLock
 };
 
 } // namespace tessaly

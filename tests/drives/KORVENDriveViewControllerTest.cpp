@@ -183,7 +183,7 @@ TEST_F(KORVENDriveViewControllerTest, nearlyFullVolumesAreColouredIfThePreferenc
     for (int row = 0; row < 7; ++row) {
         EXPECT_EQ(colorOf(row), green()) << row;
     }
-    EXPECT_TRUE(volumes().questions.empty()) << "nothing was asked anew";
+    EXPECT_TRUE(volumes().questions.empty()) << "nothing was asked again";
 
     m_delegate.setDiskGraphColorPreference(-1); // any but 0 is on
     m_screen->refreshTable();
@@ -255,7 +255,7 @@ TEST_F(KORVENDriveViewControllerTest, theButtonNamesTheOrderThatItSwitchesTo)
     EXPECT_EQ(rowNames()[0], "a small full");
 }
 
-TEST_F(KORVENDriveViewControllerTest, mountsAndUnmountsListAnewInTheOrderThatTheUserChose)
+TEST_F(KORVENDriveViewControllerTest, mountsAndUnmountsRebuildTheListInTheOrderThatTheUserChose)
 {
     addVolume("c", 10, 0);
     addVolume("a", 10, 5);

@@ -24,7 +24,7 @@ public:
     std::size_t failingCall = never; ///< this one fails, once, …
     int errorNumber = EIO;           ///< … with that errno
     std::size_t fatalCall = never;   ///< before this one the process is killed
-    std::size_t longestWrite = never;
+    std::size_t maxWriteBytes = never;
     std::function<void()> beforeEach = [] {};
 
     /// The names of the calls so far. A failed one ends in "!".
@@ -46,7 +46,7 @@ public:
     {
         return fails("write")
                    ? -1
-                   : archive::FileCalls::write(descriptor, bytes, std::min(count, longestWrite));
+                   : archive::FileCalls::write(descriptor, bytes, std::min(count, maxWriteBytes));
     }
     int fsync(int descriptor) override
     {

@@ -650,7 +650,7 @@ TEST_F(KORVENHistoryViewControllerTest, theRowsBelowArriveWhereTheTableHasThem)
     EXPECT_EQ(m_window.grab().toImage(), atTheEnd);
 }
 
-TEST_F(KORVENHistoryViewControllerTest, rowsThatAreLoadedAnewEndTheLeaving)
+TEST_F(KORVENHistoryViewControllerTest, reloadedRowsEndTheRemovalAnimation)
 {
     animate(1'000'000);
     openThree();

@@ -337,7 +337,7 @@ TEST_F(KORVENHomeViewControllerTest, theKeyboardIsOnCancelAlsoBehindAnotherWindo
     EXPECT_NE(m_window.focusWidget(), &button("cancelButton"));
 }
 
-TEST_F(KORVENHomeViewControllerTest, whenTheBackButtonGoesTheKeyboardIsOnTheRows)
+TEST_F(KORVENHomeViewControllerTest, whenTheBackButtonIsHiddenTheKeyboardIsOnTheRows)
 {
     openWith(*makeTree(homePath(), {folder("d", {file("x", 20)}), file("a", 10)}));
     m_screen->drillDownOneLevel("d");

@@ -185,7 +185,7 @@ TEST_F(KORVENQuicklookControllerTest, controlsThePanelWhileItIsOpen)
     EXPECT_EQ(panel().items().at(0), "file:///x/b");
 }
 
-TEST_F(KORVENQuicklookControllerTest, givesThePanelUpWhenItGoes)
+TEST_F(KORVENQuicklookControllerTest, givesThePanelUpWhenItIsDestroyed)
 {
     auto controller = controllerOf(m_abcd);
     controller->quickLookItem("/x/b");

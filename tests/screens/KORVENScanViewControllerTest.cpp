@@ -374,7 +374,7 @@ TEST_F(KORVENScanViewControllerTest, thereIsNoCellPastTheLastRow)
     EXPECT_EQ(m_screen->viewForTableColumn(-1), nullptr);
 }
 
-TEST_F(KORVENScanViewControllerTest, sortsByNameUpperCaseFirstAndBySizeOnEveryLevelAnew)
+TEST_F(KORVENScanViewControllerTest, sortsByNameUpperCaseFirstAndBySizeAgainOnEveryLevel)
 {
     openScreen();
     showTree(makeTree("/f", {file("alpha", 30), file("Zeta", 10), folder("d", {file("x", 20)})}));

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Makes the Debian package, looks into it and installs it: package_test.py CPACK BUILD [TEST...]
 
-The package is made anew by PackageIsMade; the other tests look at what that left.
+The package is rebuilt by PackageIsMade; the other tests look at what that left.
 """
 
 import glob

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Whole percents, also of what is no share.
+/// The share in whole percent. NaN counts as 0; other values are clamped to 0 to 1.
 int percentage(float barPercent)
 {
     return std::isnan(barPercent)

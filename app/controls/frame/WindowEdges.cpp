@@ -31,7 +31,7 @@ void WindowEdges::mousePressEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton && edges && handle != nullptr) {
         handle->startSystemResize(edges);
     }
-    // Accepted in any case: a click on the rim is none on what lies below it.
+    // Always accepted: a click on the resize edge must not reach the widget below it.
     event->accept();
 }
 

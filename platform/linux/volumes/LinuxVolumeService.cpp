@@ -25,7 +25,7 @@ using AfterUnmount = UDisksClient::AfterUnmount;
 /// Plugging in one disk changes the mounts, UDisks2's objects and their properties within moments.
 constexpr std::chrono::milliseconds mergeTime(100);
 
-// The paths of volumes that are not there (any more) lie here, where nothing is.
+// Paths of volumes that are not mounted start with this folder, which does not exist.
 constexpr auto missingVolumes = "/Volumes/";
 constexpr auto rootEntryPath = "/Volumes//";
 

@@ -143,7 +143,7 @@ TEST_F(KORVENRateTest, theCountAfterEightIsNineAndIsNotAskedAt)
     EXPECT_EQ(storedCount(), 9);
 }
 
-TEST_F(KORVENRateTest, aNewVersionCountsAnewEvenAfterAnAnswer)
+TEST_F(KORVENRateTest, aNewVersionCountsFromZeroEvenAfterAnAnswer)
 {
     store(9, "0.0.1");
     EXPECT_FALSE(start());

@@ -294,7 +294,7 @@ TEST_F(KORVENWindowControllerTest, historyIsReloadedFromAnyThreadWithoutTouching
     EXPECT_TRUE(QTest::qWaitFor([this] { return historyRowCount() == 1; }));
 }
 
-TEST_F(KORVENWindowControllerTest, aRecordThatIsRemovedGoesFromTheHistory)
+TEST_F(KORVENWindowControllerTest, aRemovedRecordDisappearsFromTheHistory)
 {
     openWindow();
     recordTree(*makeTree("/f", {file("a", 10)}));
@@ -481,7 +481,7 @@ TEST_F(KORVENWindowControllerTest, theWindowIsPaintedBeforeAScanIsRead)
     const std::string path =
         KORVENHistoryStore::sharedStore().allItems()[0]->scanFilePath().value();
     ASSERT_EQ(std::rename(path.c_str(), (path + ".away").c_str()), 0);
-    // Whoever looks for the scan too early does not find it.
+    // Looking for the scan too early does not find it.
     const FirstPaint paint(window(), [&] {
         EXPECT_EQ(std::rename((path + ".away").c_str(), path.c_str()), 0);
         EXPECT_EQ(scanRows(), Names{});

@@ -29,7 +29,7 @@ protected:
     }
     [[nodiscard]] PreferenceSheet &sheet() const { return *m_controller->preferenceSheet(); }
 
-    /// Presses the control; what that stores, and whose tables it fills anew.
+    /// Presses the control; what that stores, and whose tables it fills again.
     struct Outcome {
         Names stored;
         int driveResets;

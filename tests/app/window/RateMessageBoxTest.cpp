@@ -127,7 +127,7 @@ TEST_F(RateMessageBoxTest, isGoneAfterTheAnswer)
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
-TEST_F(RateMessageBoxTest, hasNoAnswerWhenTheWindowGoes)
+TEST_F(RateMessageBoxTest, hasNoAnswerWhenTheWindowIsDestroyed)
 {
     EXPECT_EQ(ask([this](QDialog & /*box*/) { m_window.reset(); }), 0);
 }

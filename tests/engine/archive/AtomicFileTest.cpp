@@ -85,10 +85,10 @@ protected:
 
 /// How many calls one replacement makes.
 std::size_t callCount(const tree::LUMFileContainer &root, const std::string &path,
-                      std::size_t longestWrite)
+                      std::size_t maxWriteBytes)
 {
     FailingFileCalls calls;
-    calls.longestWrite = longestWrite;
+    calls.maxWriteBytes = maxWriteBytes;
     EXPECT_TRUE(writeScanFile(root, path, calls));
     return calls.log().size();
 }
@@ -148,7 +148,7 @@ TEST_F(AtomicFileTest, onlyTheOwnerMayRead)
 TEST_F(AtomicFileTest, shortWritesAreContinued)
 {
     FailingFileCalls calls;
-    calls.longestWrite = 1;
+    calls.maxWriteBytes = 1;
 
     ASSERT_TRUE(writeText(m_target, "new text", calls));
     EXPECT_EQ(fileText(m_target), "new text");
@@ -157,7 +157,7 @@ TEST_F(AtomicFileTest, shortWritesAreContinued)
 TEST_F(AtomicFileTest, aWriteThatTakesNothingFails)
 {
     FailingFileCalls calls;
-    calls.longestWrite = 0;
+    calls.maxWriteBytes = 0;
 
     EXPECT_FALSE(writeText(m_target, "new", calls));
     EXPECT_EQ(fileText(m_target), "old");
@@ -388,7 +388,7 @@ TEST_F(ScanFileReplacementTest, whateverCallFailsTheTargetIsOldOrNew)
             FailingFileCalls calls;
             calls.failingCall = call;
             calls.errorNumber = errorNumber;
-            calls.longestWrite = 200;
+            calls.maxWriteBytes = 200;
             const auto written = writeScanFile(m_new->root(), m_target, calls);
 
             // Only the flush of the folder comes after the renaming.
@@ -410,7 +410,7 @@ TEST_F(ScanFileReplacementTest, killedBeforeAnyCallTheTargetIsOldOrNew)
         KillableChild writer([&] {
             FailingFileCalls calls;
             calls.fatalCall = call;
-            calls.longestWrite = 100;
+            calls.maxWriteBytes = 100;
             (void)writeScanFile(m_new->root(), m_target, calls);
         });
         EXPECT_TRUE(writer.wasKilled()) << call;
@@ -428,7 +428,7 @@ TEST_F(ScanFileReplacementTest, killedAtAnyMomentTheTargetIsOldOrNew)
         ASSERT_EQ(pipe2(progress.data(), O_CLOEXEC), 0);
         KillableChild writer([&] {
             FailingFileCalls calls;
-            calls.longestWrite = 50;
+            calls.maxWriteBytes = 50;
             calls.beforeEach = [&] { (void)!write(progress[1], ".", 1); };
             while (writeScanFile(m_old->root(), m_target, calls) &&
                    writeScanFile(m_new->root(), m_target, calls)) {}

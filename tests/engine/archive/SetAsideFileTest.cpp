@@ -251,7 +251,7 @@ protected:
     }
     void replaceForever(FailingFileCalls &calls) const
     {
-        calls.longestWrite = 200;
+        calls.maxWriteBytes = 200;
         for (;;) {
             replace(*m_new, calls);
             replace(*m_old, calls);
@@ -260,7 +260,7 @@ protected:
     [[nodiscard]] std::size_t callsOfTwoReplacements() const
     {
         FailingFileCalls calls;
-        calls.longestWrite = 200;
+        calls.maxWriteBytes = 200;
         replace(*m_new, calls);
         replace(*m_old, calls);
         return calls.log().size();

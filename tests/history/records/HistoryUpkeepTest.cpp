@@ -6,7 +6,7 @@
 #include "history/records/ScanFiles.hpp"
 #include "tests/engine/ChildProcess.hpp"
 #include "tests/engine/tree/TreeBuilder.hpp"
-#include "tests/history/HistoryStoreTest.hpp"
+#include "tests/history/records/HistoryStoreTest.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include "app/delegate/NamedException.hpp"
 #include "tests/engine/ChildProcess.hpp"
 #include "tests/engine/archive/ArchiveVectors.hpp"
-#include "tests/history/HistoryStoreTest.hpp"
+#include "tests/history/records/HistoryStoreTest.hpp"
 #include "tests/platform/linux/LoggedWarnings.hpp"
 
 #include <gtest/gtest.h>
@@ -330,7 +330,7 @@ TEST_F(KORVENHistoryStoreTest, isReachedOnlyThroughSharedStore)
     }
 }
 
-TEST_F(KORVENHistoryStoreTest, isMadeOnceWhoeverAsksFirst)
+TEST_F(KORVENHistoryStoreTest, isMadeOnceByWhicheverThreadAsksFirst)
 {
     runInChild([this] {
         std::vector<KORVENHistoryStore *> stores(8);
@@ -405,7 +405,7 @@ TEST_F(KORVENHistoryStoreTest, aHistoryThatCanBeReadLaterKeepsItsRecordsBeforeTh
     EXPECT_EQ(keysOf(store->allItems()), (Keys{"A", "B"}));
 }
 
-TEST_F(KORVENHistoryStoreTest, anUnreadableHistoryThatIsGoneLaterIsBegunAnew)
+TEST_F(KORVENHistoryStoreTest, anUnreadableHistoryThatIsDeletedLaterIsStartedAgain)
 {
     ASSERT_EQ(symlink(m_historyFile.c_str(), m_historyFile.c_str()), 0);
     const auto store = openStore();

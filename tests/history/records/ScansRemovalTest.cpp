@@ -4,7 +4,7 @@
 
 #include "history/records/HistoryUpkeep.hpp"
 #include "tests/history/HistoryScreenTest.hpp"
-#include "tests/history/OwnHistoryStore.hpp"
+#include "tests/history/records/OwnHistoryStore.hpp"
 
 #include <filesystem>
 

@@ -12,7 +12,7 @@
 #include "platform/linux/process/TerminationSignals.hpp"
 #include "platform/linux/storage/LinuxSettingsStore.hpp"
 #include "tests/fakes/FakeServices.hpp"
-#include "tests/history/OwnHistoryStore.hpp"
+#include "tests/history/records/OwnHistoryStore.hpp"
 
 #include <QLoggingCategory>
 #include <QMetaObject>

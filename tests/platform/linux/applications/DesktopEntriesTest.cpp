@@ -1,6 +1,6 @@
 #include "platform/linux/applications/DesktopEntries.hpp"
 
-#include "tests/platform/linux/MadeDesktop.hpp"
+#include "tests/platform/linux/applications/MadeDesktop.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "platform/linux/applications/LinuxUrlOpener.hpp"
 
 #include "tests/platform/linux/LoggedWarnings.hpp"
-#include "tests/platform/linux/MadeDesktop.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
+#include "tests/platform/linux/applications/MadeDesktop.hpp"
 
 #include <QUrl>
 

@@ -4,11 +4,11 @@
 #include "platform/linux/files/InformationWindow.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/fakes/FakeDateTexts.hpp"
-#include "tests/platform/linux/FakeFileManagerService.hpp"
 #include "tests/platform/linux/LogLines.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/SilentBus.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
+#include "tests/platform/linux/files/FakeFileManagerService.hpp"
 
 #include <QApplication>
 #include <QLabel>

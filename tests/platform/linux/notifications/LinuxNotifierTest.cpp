@@ -3,11 +3,11 @@
 #include "engine/scan/FileDescriptor.hpp"
 #include "platform/linux/bus/BusProbe.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
-#include "tests/platform/linux/FakeNotificationService.hpp"
 #include "tests/platform/linux/LogLines.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/ScopedVariable.hpp"
 #include "tests/platform/linux/SilentBus.hpp"
+#include "tests/platform/linux/notifications/FakeNotificationService.hpp"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include "platform/linux/storage/LinuxSettingsStore.hpp"
 #include "tests/engine/TemporaryFolder.hpp"
 #include "tests/fakes/FakeServices.hpp"
-#include "tests/history/OwnHistoryStore.hpp"
+#include "tests/history/records/OwnHistoryStore.hpp"
 #include "tests/platform/linux/EndingProgram.hpp"
 
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
 #include "platform/linux/volumes/LinuxVolumeService.hpp"
 
-#include "tests/platform/linux/FakeUDisksService.hpp"
 #include "tests/platform/linux/FilesOnDisk.hpp"
 #include "tests/platform/linux/LogLines.hpp"
 #include "tests/platform/linux/MadeUpSystem.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/ScopedVariable.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
+#include "tests/platform/linux/volumes/FakeUDisksService.hpp"
 
 #include <gtest/gtest.h>
 

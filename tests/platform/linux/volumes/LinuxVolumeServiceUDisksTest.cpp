@@ -1,9 +1,9 @@
 // Volumes with the UDisks2 that people have.
 
 #include "platform/linux/volumes/LinuxVolumeService.hpp"
-#include "tests/platform/linux/DiskService.hpp"
 #include "tests/platform/linux/LogLines.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
+#include "tests/platform/linux/volumes/DiskService.hpp"
 
 #include <gtest/gtest.h>
 

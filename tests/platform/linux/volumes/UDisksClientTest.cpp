@@ -1,10 +1,10 @@
 #include "platform/linux/volumes/UDisksClient.hpp"
 
 #include "platform/linux/bus/BusLink.hpp"
-#include "tests/platform/linux/FakeUDisksService.hpp"
 #include "tests/platform/linux/PrivateBus.hpp"
 #include "tests/platform/linux/SilentBus.hpp"
 #include "tests/platform/linux/WaitUntil.hpp"
+#include "tests/platform/linux/volumes/FakeUDisksService.hpp"
 
 #include <QDBusConnection>
 

@@ -1,6 +1,6 @@
 #include "platform/linux/volumes/UDisksVolumes.hpp"
 
-#include "tests/platform/linux/UDisksObjects.hpp"
+#include "tests/platform/linux/volumes/UDisksObjects.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "platform/linux/volumes/UDisksVolumes.hpp"
 #include "tests/platform/linux/MadeUpSystem.hpp"
-#include "tests/platform/linux/UDisksObjects.hpp"
+#include "tests/platform/linux/volumes/UDisksObjects.hpp"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include "tests/fakes/FailingFileCalls.hpp"
 #include "tests/fakes/FakeMainWindow.hpp"
 #include "tests/fakes/FakeServices.hpp"
-#include "tests/history/OwnHistoryStore.hpp"
+#include "tests/history/records/OwnHistoryStore.hpp"
 
 #include <gtest/gtest.h>
 

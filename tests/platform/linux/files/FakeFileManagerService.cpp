@@ -1,4 +1,4 @@
-#include "tests/platform/linux/FakeFileManagerService.hpp"
+#include "tests/platform/linux/files/FakeFileManagerService.hpp"
 
 #include <QDBusError>
 #include <QStringList>

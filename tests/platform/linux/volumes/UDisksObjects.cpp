@@ -1,4 +1,4 @@
-#include "tests/platform/linux/UDisksObjects.hpp"
+#include "tests/platform/linux/volumes/UDisksObjects.hpp"
 
 #include <QByteArrayList>
 

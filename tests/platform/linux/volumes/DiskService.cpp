@@ -1,4 +1,4 @@
-#include "tests/platform/linux/DiskService.hpp"
+#include "tests/platform/linux/volumes/DiskService.hpp"
 
 #include "engine/tree/FilePath.hpp"
 #include "tests/platform/linux/FilesOnDisk.hpp"

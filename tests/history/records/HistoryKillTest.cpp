@@ -11,7 +11,7 @@
 #include "tests/engine/tree/TreeBuilder.hpp"
 #include "tests/fakes/FailingFileCalls.hpp"
 #include "tests/fakes/FakeServices.hpp"
-#include "tests/history/OwnHistoryStore.hpp"
+#include "tests/history/records/OwnHistoryStore.hpp"
 
 #include <gtest/gtest.h>
 

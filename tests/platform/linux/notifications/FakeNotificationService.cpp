@@ -1,4 +1,4 @@
-#include "tests/platform/linux/FakeNotificationService.hpp"
+#include "tests/platform/linux/notifications/FakeNotificationService.hpp"
 
 #include <QDBusArgument>
 #include <QDBusError>

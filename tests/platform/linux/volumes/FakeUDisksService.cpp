@@ -1,4 +1,4 @@
-#include "tests/platform/linux/FakeUDisksService.hpp"
+#include "tests/platform/linux/volumes/FakeUDisksService.hpp"
 
 #include <QByteArrayList>
 #include <QDBusArgument>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/platform/linux/FakeBusService.hpp"
-#include "tests/platform/linux/UDisksObjects.hpp"
+#include "tests/platform/linux/volumes/UDisksObjects.hpp"
 
 #include <cstddef>
 #include <functional>

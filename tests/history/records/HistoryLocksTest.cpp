@@ -1,7 +1,7 @@
 // What the history store does under its locks, and what not.
 
 #include "tests/history/CallOnThread.hpp"
-#include "tests/history/HistoryStoreTest.hpp"
+#include "tests/history/records/HistoryStoreTest.hpp"
 
 #include <gtest/gtest.h>
 
