@@ -23,6 +23,12 @@ namespace {
 
 Q_LOGGING_CATEGORY(previewLog, "tessaly.preview")
 
+/// What is started with its standard error closed has none to pass on.
+bool isOpen(int descriptor)
+{
+    return fcntl(descriptor, F_GETFD) != -1;
+}
+
 /// What the child program needs to know of the environment. The rest might lead it to a display, a
 /// bus or a theme.
 bool isPassedOn(std::string_view variable)
@@ -101,7 +107,7 @@ bool DecoderProcess::isStarted()
         fcntl(theirs.number(), F_DUPFD_CLOEXEC, ChildProgram::channelNumber + 1));
     // Ctrl+C in a terminal is for this program alone, which then ends its decoders.
     const ChildProgram program{.words = {m_programPath},
-                               .errors = STDERR_FILENO,
+                               .errors = isOpen(STDERR_FILENO) ? STDERR_FILENO : -1,
                                .channel = channel.number(),
                                .environment = m_environment,
                                .hasOwnGroup = true};

@@ -252,7 +252,10 @@ void ResultViewController::drillUpOneLevel()
 
 void ResultViewController::showLevel()
 {
-    m_header.showBackButton(m_model.isBelowTop());
+    // A result that keeps the look of a running scan also keeps the button.
+    if (!m_model.isLocked()) {
+        m_header.showBackButton(m_model.isBelowTop());
+    }
     folderNameField()->setText(textOfName(m_model.path().value_or(std::string())));
     showTotal(buildString(m_model.total()));
     if (m_model.hasTree()) { // else the page keeps saying why there is none

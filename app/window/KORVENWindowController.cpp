@@ -129,6 +129,7 @@ void KORVENWindowController::awakeFromNib()
 void KORVENWindowController::makeContent()
 {
     m_pages = std::make_unique<Pages>(m_services);
+    m_pages->awakeFromNib();
     m_tabView = new PageView;
     std::vector<Sidebar::Row> rows;
     for (const Pages::Page &page : m_pages->all()) {

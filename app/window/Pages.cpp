@@ -24,6 +24,10 @@ Pages::Pages(const Services &services)
     m_history =
         add(std::make_unique<KORVENHistoryViewController>(services.dates, services.documents),
             u"HistoryCell"_s, tr("H&istory"));
+}
+
+void Pages::awakeFromNib()
+{
     for (const Page &page : m_all) {
         page.screen->awakeFromNib();
     }

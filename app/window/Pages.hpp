@@ -39,10 +39,14 @@ public:
         [[nodiscard]] QString title() const { return QString(menuTitle).remove(u'&'); }
     };
 
-    /// Makes the screens, and has each set itself up. `services` outlive this.
+    /// Makes the screens. `services` outlive this.
     explicit Pages(const Services &services);
     ~Pages();
     Q_DISABLE_COPY_MOVE(Pages)
+
+    /// Has each screen set itself up. From then on its workers may call the window, which has to
+    /// know the pages by then.
+    void awakeFromNib();
 
     [[nodiscard]] const std::vector<Page> &all() const noexcept { return m_all; }
     /// Requires: there is such a page.

@@ -306,7 +306,8 @@ std::vector<std::string> KORVENHistoryStore::takeKeysWithoutRecord()
 
 std::string KORVENHistoryStore::itemArchivePath() const
 {
-    return inFolder(m_folder, historyFileName);
+    // Asking for the folder makes it again if the user has removed it meanwhile.
+    return archivePath(m_delegate.services().documents);
 }
 
 std::string KORVENHistoryStore::archivePath(DocumentsFolder &documents)

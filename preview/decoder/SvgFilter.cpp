@@ -18,7 +18,7 @@ namespace tessaly {
 
 namespace {
 
-constexpr qint64 maxFileBytes = qint64{8} << 20U;
+constexpr qint64 maxDrawingBytes = qint64{8} << 20U;
 constexpr qsizetype maxStyleLength = qsizetype{256} << 10U;
 constexpr std::uint64_t maxWork = 100'000;
 constexpr std::size_t maxDepth = 200;
@@ -193,7 +193,7 @@ private:
 
 std::optional<FilteredSvg> filteredSvg(QIODevice &device)
 {
-    const auto source = unpackedFile(device, maxFileBytes);
+    const auto source = unpackedFile(device, maxDrawingBytes);
     return source ? SvgCopy(*source).made() : std::nullopt;
 }
 

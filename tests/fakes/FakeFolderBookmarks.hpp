@@ -18,6 +18,7 @@ public:
     /// Run when the access to a folder is started with success, or stopped, by whatever thread.
     std::function<void()> whenStarted = [] {};
     std::function<void()> whenStopped = [] {};
+    std::function<void()> whenResolved = [] {};
 
     /// A folder that is gone has no bookmarks; those it had do not resolve until it is back.
     void setGone(std::string_view url, bool isGone = true)
@@ -62,6 +63,7 @@ public:
 
     [[nodiscard]] std::optional<std::string> resolve(std::span<const std::byte> data) override
     {
+        whenResolved();
         const std::lock_guard lock(m_mutex);
         const std::string_view text(reinterpret_cast<const char *>(data.data()), data.size());
         if (!text.starts_with(mark) || !isFolder(text.substr(mark.size()))) {

@@ -28,7 +28,10 @@ UserMounts::UserMounts(const VolumeSources &sources)
     std::array<char, maxLineBytes> line{};
     mntent entry{};
     while (fstab && getmntent_r(fstab.get(), &entry, line.data(), line.size()) != nullptr) {
-        if (hasmntopt(&entry, "user") != nullptr || hasmntopt(&entry, "users") != nullptr) {
+        // Not hasmntopt(): it takes the login of a share, "user=NAME", for the option "user".
+        const std::string options = ',' + std::string(entry.mnt_opts) + ',';
+        if (options.find(",user,") != std::string::npos ||
+            options.find(",users,") != std::string::npos) {
             m_mountPoints.insert(tree::cleanPath(entry.mnt_dir));
         }
     }

@@ -534,6 +534,19 @@ TEST_F(KORVENWindowControllerTest, selectsTheScreenBeforeItScans)
     EXPECT_EQ(changeCount, 2);
 }
 
+TEST_F(KORVENWindowControllerTest, canBeToldOfTheHistoryWhileItsScreensAreSetUp)
+{
+    // As a worker of the history's screen does that has found a scan without a record.
+    int toldCount = 0;
+    m_services.bookmarks.whenResolved = [&] {
+        m_controller->historyStoreUpdated();
+        ++toldCount;
+    };
+    makeWindow();
+    EXPECT_GT(toldCount, 0);
+    m_services.bookmarks.whenResolved = [] {};
+}
+
 TEST_F(KORVENWindowControllerTest, destroysTheHistoryScreenLast)
 {
     openWindow();

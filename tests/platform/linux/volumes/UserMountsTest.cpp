@@ -27,12 +27,14 @@ TEST(UserMounts, areThoseThatFstabLetsUsersMount)
                       "/dev/sdb1 /mnt/my\\040stick/ vfat noauto,user,rw 0 0\n"
                       "server:/x\t/mnt/nfs\tnfs\tusers\n"
                       "/dev/sdc1 /nouser ext4 nouser,userquota 0 0\n"
+                      "//server/share /login cifs rw,user=alice,users=bob 0 0\n"
                       "/dev/sdd1 /broken\n");
     const UserMounts mounts(system.sources());
 
     EXPECT_TRUE(mounts.mayUnmount(mountAt("/mnt/my stick")));
     EXPECT_TRUE(mounts.mayUnmount(mountAt("/mnt/nfs", "nfs")));
-    for (const char *path : {"/system", "/comment", "/nouser", "/broken", "/mnt", "/elsewhere"}) {
+    for (const char *path :
+         {"/system", "/comment", "/nouser", "/login", "/broken", "/mnt", "/elsewhere"}) {
         EXPECT_FALSE(mounts.mayUnmount(mountAt(path))) << path;
     }
 }
