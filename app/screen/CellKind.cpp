@@ -8,6 +8,8 @@ namespace tessaly {
 
 void CellKind::registerIn(CellTableView &table) const
 {
+    // Tables of release 10.7 cannot load cells by themselves; nextOf() does it there. On Linux the
+    // flag is false, and the other way stays reachable as a required oddity.
     if (!KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
         table.registerCells(identifier, load);
     }

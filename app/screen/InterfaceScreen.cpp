@@ -16,8 +16,12 @@ InterfaceScreen::InterfaceScreen(QObject &object, const QString &nibName)
 {
     InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
     if (!loaded.root) {
+        // Not an error to handle: the files lie in the program's resources, and a screen without
+        // its widgets cannot go on.
         qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
     }
+    // A QPointer from here on: the window's stack owns the view once it is added, and may destroy
+    // it before the screen.
     m_view = loaded.root.release();
     m_emptyPage = &find<QWidget>("emptyPage");
     m_emptyTitle = &find<QLabel>("emptyTitle");
@@ -32,6 +36,7 @@ InterfaceScreen::InterfaceScreen(QObject &object, const QString &nibName)
 
 InterfaceScreen::~InterfaceScreen()
 {
+    // Does nothing where the derived class has closed it, as it should.
     closeView();
 }
 

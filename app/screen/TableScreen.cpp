@@ -12,6 +12,7 @@ TableScreen::TableScreen(QObject &object, const QString &nibName, CellKind cells
 
 void TableScreen::setUp()
 {
+    // The cells first: setting the source lays the table out, which asks for them.
     m_cells.registerIn(m_tableView);
     m_tableView.setDataSource(this);
 }

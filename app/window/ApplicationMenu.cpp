@@ -42,6 +42,8 @@ QAction *ApplicationMenu::add(QMenu &menu, Item item, const QString &title, cons
 {
     QAction *action = add(menu, title, key);
     if (std::ranges::find(m_leftOut, item) != m_leftOut.end()) {
+        // The action stays, without a place in the menu: connections and handleKey() need no
+        // exception for it.
         menu.removeAction(action);
         action->setEnabled(false);
     }
@@ -84,6 +86,7 @@ void ApplicationMenu::addHelpItems()
     add(tools, Item::diskUtility, tr("&Disk Utility"));
     add(tools, Item::fileManager, tr("&File Manager"));
     add(tools, Item::systemSettings, tr("&System Settings"));
+    // Added only when something is in it: a vendor who has set no addresses leaves it empty.
     auto &help = *new QMenu(tr("H&elp"), this);
     add(help, Item::webHelp, tr("Tessaly &Help"), Qt::Key_F1);
     add(help, Item::website, tr("&Website"));
@@ -102,6 +105,8 @@ void ApplicationMenu::addHelpItems()
 void ApplicationMenu::update()
 {
     const State state = m_readState();
+    // A sheet covers the content. Its page must not change below it, and a second sheet must not
+    // open.
     const bool isFree = !state.isBlocked;
     for (const auto &[item, isEnabled] : std::initializer_list<std::pair<Item, bool>>{
              {Item::scanFolder, !state.isFolderScanRunning},
@@ -128,6 +133,7 @@ bool ApplicationMenu::handleKey(const QKeyEvent &event)
                                            static_cast<Qt::Key>(event.key())));
     for (QAction *action : m_pageActions + QList<QAction *>(m_actions.begin(), m_actions.end())) {
         if (!action->shortcut().isEmpty() && action->shortcut() == key) {
+            // The state may have changed since the menu was last open.
             update();
             const bool isEnabled = action->isEnabled();
             action->trigger(); // does nothing while it is disabled

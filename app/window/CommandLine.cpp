@@ -41,10 +41,12 @@ std::optional<int> print(const std::optional<CommandLine::Answer> &answer)
     if (!answer) {
         return std::nullopt;
     }
+    // An answer that was asked for goes to the output, where a pipe expects it; a refusal to the
+    // error stream.
     std::FILE *stream = answer->status == 0 ? stdout : stderr;
     const QByteArray text = answer->text.toLocal8Bit();
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stream);
-    // Writing to a full disk or a closed pipe fails.
+    // On a full disk or a closed pipe nobody has received the answer.
     return std::fflush(stream) == 0 ? answer->status : 1;
 }
 
@@ -84,6 +86,8 @@ std::optional<CommandLine::Answer> CommandLine::refusalOf(const QStringList &arg
 std::optional<int> CommandLine::answer(int argumentCount, char **arguments)
 {
     QStringList given;
+    // Read without an application object: that of an ordinary start is a QApplication, and there
+    // can only be one.
     for (int index = 0; index < argumentCount; ++index) {
         given << QString::fromLocal8Bit(arguments[index]);
     }
@@ -92,6 +96,7 @@ std::optional<int> CommandLine::answer(int argumentCount, char **arguments)
     if (!parser.isSet(helpOption()) && !parser.isSet(versionOption())) {
         return std::nullopt;
     }
+    // No QApplication, so that "--help" works without a display.
     const QCoreApplication application(argumentCount, arguments);
     const TranslationLoader translations;
     return print(answerTo(QCoreApplication::arguments()));

@@ -18,6 +18,8 @@ DeferredPrompt::DeferredPrompt(QWidget &window, std::function<void()> then)
 
 void DeferredPrompt::lookSoon()
 {
+    // Queued: several things may close at once, and a prompt must not open an event loop of its own
+    // from within a constructor or an event filter.
     QMetaObject::invokeMethod(this, &DeferredPrompt::look, Qt::QueuedConnection);
 }
 
@@ -26,6 +28,7 @@ void DeferredPrompt::look()
     if (m_window.isNull() || m_then == nullptr) {
         return;
     }
+    // Only one of them is watched at a time. When it closes, look() finds the next one.
     QWidget *inFront = QApplication::activePopupWidget();
     if (inFront == nullptr) {
         inFront = QApplication::activeModalWidget();
@@ -38,6 +41,8 @@ void DeferredPrompt::look()
     } else if (inFront != nullptr) {
         watch(*inFront);
     } else {
+        // Cleared before the call: a prompt runs the event loop, in which further looks may be
+        // queued.
         std::exchange(m_then, nullptr)();
     }
 }

@@ -37,6 +37,8 @@ FullScreen::FullScreen(KORVENWindow &window, SettingsStore &settings, Motion mot
 void FullScreen::setFullscreenMenuItem(QAction *item)
 {
     m_fullscreenMenuItem = item;
+    // The menu comes with the content of the window, which is shown before: it may be in full
+    // screen already.
     if (m_state == State::entering || m_state == State::full) {
         willEnterFull();
     } else {
@@ -46,6 +48,8 @@ void FullScreen::setFullscreenMenuItem(QAction *item)
 
 void FullScreen::toggleFullScreen()
 {
+    // Nothing happens while the window is on its way: it does not turn back, and a second animation
+    // would start from a frame in between.
     if (m_state == State::windowed) {
         willEnterFull();
         startCustomAnimationToEnterFullScreenWithDuration(usualDuration);
@@ -92,9 +96,13 @@ QList<KORVENWindow *> FullScreen::customWindowsToExitFullScreenForWindow(KORVENW
 void FullScreen::startCustomAnimationToEnterFullScreenWithDuration(double duration)
 {
     const QRect frame = m_window->geometry();
+    // Before anything moves, and flushed at once: a program that is killed on its way must not come
+    // back with a frame of the animation.
     rememberPlacement(frame);
     m_state = State::entering;
     const QList<QScreen *> screens = QGuiApplication::screens();
+    // On Wayland setGeometry() would resize the window and not move it, so an animation would only
+    // stretch it in place.
     if (m_motion == Motion::byDesktop || screens.isEmpty()) {
         coverScreen();
         return;
@@ -107,6 +115,8 @@ void FullScreen::startCustomAnimationToEnterFullScreenWithDuration(double durati
         setFrame(frame.adjusted(0, 0, 0, -1));
         setFrame(frame);
     }
+    // Always the first screen, wherever the window is, and all of it: in full screen the desktop's
+    // panels are covered.
     const QRectF target = FullScreenGeometry::targetFrame(screens.first()->geometry());
     animate(frame, FullScreenGeometry::centreFrame(frame.size(), target.size()), duration, target,
             duration * 0.25);
@@ -118,12 +128,16 @@ void FullScreen::startCustomAnimationToExitFullScreenWithDuration(double duratio
     const QRect current =
         m_window->geometry().marginsRemoved(QMargins(margin, margin, margin, margin));
     m_state = State::exiting;
+    // On the way out the frame has to be free: the window starts as large as the screen, and may
+    // return to a frame that is partly off it.
     m_window->setConstrainingToScreenSuspended(true);
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowFullScreen);
     if (m_motion == Motion::byDesktop) {
         returnToWindow();
         return;
     }
+    // Leaving the state has the window manager restore the frame of before full screen. The
+    // animation starts from what the user has just seen instead.
     setFrame(current);
     updateMargin();
     const QRectF saved = frameForNonFullScreenMode();
@@ -133,6 +147,8 @@ void FullScreen::startCustomAnimationToExitFullScreenWithDuration(double duratio
 
 QRectF FullScreen::frameForNonFullScreenMode() const
 {
+    // A QRectF is four doubles: without the lock a reader on another thread could see half of a new
+    // one.
     const std::scoped_lock lock(m_frameMutex);
     return m_frameForNonFullScreenMode;
 }
@@ -153,6 +169,8 @@ FullScreen::restorableStateKeyPaths(std::vector<std::string> superclassPaths)
 void FullScreen::rememberPlacement(const QRect &frame)
 {
     m_wasMaximized = m_window->isMaximized();
+    // A maximised window has two frames: the one that the animation starts from, and the one that
+    // it is restored to afterwards.
     m_normalFrame = m_wasMaximized ? m_window->normalGeometry() : frame;
     m_placementBefore = m_window->placement();
     setFrameForNonFullScreenMode(frame);
@@ -180,6 +198,7 @@ void FullScreen::restoreState()
         m_window->restorePlacement(bytes);
         setFrameForNonFullScreenMode(placement->frame);
     }
+    // Bytes that are no placement are removed as well, or they would be tried at every start.
     m_settings.remove(settingsKey::frameForNonFullScreenMode);
 }
 
@@ -231,6 +250,8 @@ void FullScreen::coverScreen()
 /// The last step out of full screen: the window is what it was.
 void FullScreen::returnToWindow()
 {
+    // The frame before the state: a window that is maximised is later restored to the frame that it
+    // had then.
     if (m_motion == Motion::byProgram) {
         setFrame(m_wasMaximized ? m_normalFrame : frameForNonFullScreenMode().toRect());
         if (m_wasMaximized) {
@@ -268,6 +289,8 @@ bool FullScreen::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     case QEvent::Show:
+        // The window was hidden on its way, which stopped the animation. It comes back in the frame
+        // of before, not in one in between.
         if (m_animation == nullptr && (m_state == State::entering || m_state == State::exiting)) {
             willExitFull();
             returnToWindow();
@@ -279,8 +302,8 @@ bool FullScreen::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-/// A key that nothing else in the window has used. Escape is no shortcut here: it would be
-/// ambiguous with the one that cancels a scan, and Qt then runs neither.
+/// A key that nothing else in the window has used. Escape is not a shortcut here: it would
+/// be ambiguous with the one that cancels a scan, and Qt then runs neither.
 bool FullScreen::handleKey(const QKeyEvent &key)
 {
     const bool leaves = m_state == State::full && key.key() == Qt::Key_Escape &&
@@ -296,6 +319,7 @@ void FullScreen::followWindow()
 {
     const bool isFullScreen = m_window->isFullScreen();
     if (isFullScreen && m_state == State::windowed) {
+        // geometry() is that of the screen by now.
         rememberPlacement(m_window->normalGeometry());
         willEnterFull();
         m_state = State::full;

@@ -36,6 +36,7 @@ void HomeFolderGrant::customHomeFolder()
          QCoreApplication::translate("HomeFolderGrant", "Save").toStdString()},
         [this](const std::optional<std::string> &folder) {
             if (folder) {
+                // A path without a URL gives an empty one, for which there is no bookmark either.
                 store(fileUrl(*folder).value_or(std::string()));
             }
         });
@@ -48,6 +49,7 @@ void HomeFolderGrant::removeHomeFolder()
 
 void HomeFolderGrant::store(const std::string &url) const
 {
+    // Stored before anyone is told: the alert ends the program.
     storeBookmark(url, settingsKey::homeFolder, m_services.bookmarks, m_services.settings);
     m_changed();
 }

@@ -12,6 +12,7 @@ namespace tessaly {
 
 namespace {
 
+// The first start of a version counts 0, so the fourth one is the first that asks.
 constexpr std::int32_t firstAskingCount = 3;
 constexpr std::int32_t lastCount = 8;
 constexpr std::int32_t answeredCount = 9;
@@ -23,7 +24,11 @@ KORVENRate::KORVENRate(std::string appId, SettingsStore &settings, UrlOpener &ur
       m_urls(urls), m_ask(std::move(ask)),
       m_runCount(static_cast<std::int32_t>(settings.integer(settingsKey::rateRunCount)))
 {
+    // No flush in here: writing to the disk would delay the window. The controller flushes once the
+    // content has been painted.
     const bool isSameVersion = m_settings.text(settingsKey::rateVersion) == programVersion();
+    // The count stops at 9, which is also what an answer sets. A number above it, from whatever
+    // source, stays as it is.
     if (isSameVersion && m_runCount <= lastCount) {
         ++m_runCount;
         m_settings.setInteger(settingsKey::rateRunCount, m_runCount);
@@ -55,6 +60,8 @@ void KORVENRate::rateAndReviewAlert()
                {tr("Yes"), tr("Not now")}});
     switch (answer) {
     case RateMessageBox::firstButton:
+        // 0 first, and flushed: a program that is killed before the second flush asks again some
+        // starts later.
         setRunCount(0);
         setRunCount(answeredCount);
         doRateAndReview();
@@ -67,6 +74,8 @@ void KORVENRate::rateAndReviewAlert()
         setRunCount(answeredCount);
         break;
     default:
+        // No answer, as when the program quits with the prompt open: the count stays, and the next
+        // start asks again.
         break;
     }
 }

@@ -77,9 +77,12 @@ KORVENWindowController::~KORVENWindowController() = default;
 
 void KORVENWindowController::showWindow(std::function<void()> painted)
 {
+    // The window is shown before anything else is loaded. Fonts, icons and the four screens took
+    // more than half of the time up to the first paint.
     m_emptyWindowPainted = std::move(painted);
     m_mainWindow->titleView()->setShowsName(false); // drawing it would load the fonts
     m_mainWindow->installEventFilter(this);
+    // Before show(), so that the window appears in its place instead of moving there.
     restoreWindow();
     m_mainWindow->show();
     QTimer::singleShot(paintTimeout, this, &KORVENWindowController::emptyWindowPainted);
@@ -87,6 +90,8 @@ void KORVENWindowController::showWindow(std::function<void()> painted)
 
 void KORVENWindowController::emptyWindowPainted()
 {
+    // Called by the paint, by each further paint that is queued before the first call, and by the
+    // timeout. Only the first of them counts.
     if (const auto painted = std::exchange(m_emptyWindowPainted, nullptr)) {
         qCDebug(windowLog, "painted");
         painted();
@@ -95,6 +100,7 @@ void KORVENWindowController::emptyWindowPainted()
 
 void KORVENWindowController::awakeFromNib()
 {
+    // Called once more when the preference sheet has been loaded: see showPreferenceSheet().
     if (!m_firstRunFlag) {
         if (m_preferenceSheet != nullptr && KORVENAppDelegate::sharedDelegate().run10p7Mode()) {
             m_preferenceSheet->disableNotifications();
@@ -103,11 +109,17 @@ void KORVENWindowController::awakeFromNib()
     }
     m_firstRunFlag = false;
     makeContent();
+    // Connected before the first row is selected, so that row and page agree from the start. From
+    // here on the sidebar leads: a page is only ever changed by selecting its row.
     connect(m_sidebar, &Sidebar::selectionChanged, m_tabView, &QStackedWidget::setCurrentIndex);
     selectPage(drivesPage);
     m_spokenPages = std::make_unique<SpokenPages>(*m_tabView, *m_pages);
+    // Within the same call as makeContent(): the drives screen has asked for a disk utility by
+    // then, and its answer, which comes from the event loop, must not be missed.
     m_menuCommands = std::make_unique<MenuCommands>(*this);
     m_mainWindow->setApplicationMenu(&applicationMenu());
+    // The menu's key works in this window alone. The preview panel and information windows are
+    // windows of their own, which do not know the menu.
     m_quitKey = std::make_unique<QuitKey>(
         *m_mainWindow, applicationMenu().action(ApplicationMenu::Item::quit).shortcut(),
         [this] { m_terminate(); });
@@ -116,7 +128,9 @@ void KORVENWindowController::awakeFromNib()
     m_fullScreen->setFullscreenMenuItem(&fullscreenMenuItem());
     connect(&fullscreenMenuItem(), &QAction::triggered, m_fullScreen.get(),
             &FullScreen::toggleFullScreen);
+    // For a window that showWindow() did not show; the second time it does nothing.
     restoreWindow();
+    // Likewise: Qt keeps a filter that is installed again only once.
     m_mainWindow->installEventFilter(this);
     m_rateAndReview = std::make_unique<KORVENRate>(
         storeIdentifier(), m_services.settings, m_services.urls,
@@ -128,6 +142,8 @@ void KORVENWindowController::awakeFromNib()
 
 void KORVENWindowController::makeContent()
 {
+    // The screens exist before the views around them. Stack and sidebar take all that they know of
+    // a page from this list.
     m_pages = std::make_unique<Pages>(m_services);
     m_pages->awakeFromNib();
     m_tabView = new PageView;
@@ -149,6 +165,7 @@ void KORVENWindowController::makeContent()
     layout->addWidget(m_splitView);
     m_mainWindow->setContentWidget(content);
     m_mainWindow->setWindowTitle(u"Tessaly"_s);
+    // The content needs the fonts anyway, so from here on the title costs nothing more.
     m_mainWindow->titleView()->setShowsName(true);
 }
 
@@ -156,6 +173,8 @@ void KORVENWindowController::makeContent()
 /// when there is nowhere to rate it: the vendor has set no store, and there is no software centre.
 void KORVENWindowController::askToRate()
 {
+    // The answer comes from the event loop, and the services outlive this controller: it may be
+    // destroyed by then.
     const auto ask = [controller = QPointer(this)](bool canOpen) {
         if (canOpen && controller != nullptr) {
             controller->m_rateMoment =
@@ -165,6 +184,8 @@ void KORVENWindowController::askToRate()
         }
     };
     const std::string page = storePage(storeIdentifier());
+    // Before the question whether anything opens the page, which searches the installed programs: a
+    // start that does not ask should not pay for that.
     if (!m_rateAndReview->isDue()) {
         return;
     }
@@ -210,11 +231,15 @@ void KORVENWindowController::windowLoaded()
 
 void KORVENWindowController::windowDidResize()
 {
+    // On the old releases the divider is put back at each resize. Elsewhere SplitView keeps the
+    // width of the sidebar by itself.
     windowLoaded(); // the title bar follows the window by itself
 }
 
 void KORVENWindowController::historyStoreUpdated()
 {
+    // On the thread that added the record. reloadHistory() touches no view: it schedules one load
+    // on the main thread, however many records come before that runs.
     lvc().reloadHistory();
 }
 
@@ -225,6 +250,7 @@ void KORVENWindowController::reloadHistoryDelete(const std::optional<std::string
 
 void KORVENWindowController::loadHistoryItem(const std::string &scanKey)
 {
+    // The screen shows one result, and the running scan is about to set it.
     if (avc().isScanRunningNow()) {
         scanRunningAlert();
         return;
@@ -239,6 +265,7 @@ void KORVENWindowController::scanClicked()
         scanRunningAlert();
         return;
     }
+    // The page first: the folder dialog opens over the screen that is going to scan.
     selectPage(scanPage);
     avc().scanButtonPressed();
 }
@@ -251,6 +278,8 @@ void KORVENWindowController::scanHomeClicked()
 
 void KORVENWindowController::refreshTables()
 {
+    // Both, whichever is shown: the hidden one would otherwise come back with the rows of the old
+    // preference.
     hvc().refreshTable();
     avc().refreshTable();
 }
@@ -269,6 +298,8 @@ void KORVENWindowController::scanRunningAlert()
 
 void KORVENWindowController::restartAlert()
 {
+    // The home screen reads its folder once, when the program starts. So a changed grant ends the
+    // program, and the alert has no button to refuse that.
     MessageAlert::begin(*m_mainWindow, tr("Tessaly Message"),
                         tr("Saving changes and exiting.\nPlease restart the app."),
                         [this](int returnCode) {
@@ -281,6 +312,8 @@ void KORVENWindowController::restartAlert()
 void KORVENWindowController::showPreferenceSheet()
 {
     if (m_preferenceSheet == nullptr) {
+        // Loaded when it is first asked for: another interface file would delay the content at each
+        // start. The window owns it and keeps it.
         m_preferenceSheet = new PreferenceSheet(*m_mainWindow, m_services.settings);
         awakeFromNib();
         connect(m_preferenceSheet, &PreferenceSheet::resultRowsChanged, this,
@@ -316,6 +349,7 @@ void KORVENWindowController::removeHomeFolder()
 
 void KORVENWindowController::openDiskUtility()
 {
+    // The three names are required. The Linux launcher maps them to the desktop's own programs.
     m_services.applications.launchApplication("Disk Utility.app");
 }
 
@@ -378,6 +412,8 @@ bool KORVENWindowController::keyDown(const QKeyEvent &event)
     if (!isReturn || m_preferenceSheet == nullptr || !m_preferenceSheet->isVisible()) {
         return false;
     }
+    // The sheet leaves Return alone, so it arrives here, like any key that no widget of the window
+    // accepts.
     closePreferenceSheet();
     return true;
 }
@@ -394,9 +430,13 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
     }
     switch (event->type()) {
     case QEvent::Close:
+        // Before Qt hides the window, so that the placement is the one that the user left. Quitting
+        // and signals close the window first, too.
         storeWindow();
         break;
     case QEvent::Paint:
+        // Queued, both: a filter sees the event before the window has handled it, so nothing is on
+        // the screen yet. Loading from here would delay the very paint that it waits for.
         if (m_emptyWindowPainted != nullptr) {
             QMetaObject::invokeMethod(this, &KORVENWindowController::emptyWindowPainted,
                                       Qt::QueuedConnection);
@@ -411,6 +451,8 @@ bool KORVENWindowController::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     case QEvent::KeyPress: {
+        // Qt hands a key to the focus widget, then to its parents, and to the window last. So this
+        // sees only what nothing else has used, and a text field keeps its letters.
         if (m_firstRunFlag) {
             break; // no content yet
         }
@@ -427,6 +469,8 @@ void KORVENWindowController::startLoading()
 {
     qCDebug(windowLog, "content painted");
     m_services.settings.flush(); // what the start has counted is there after a crash
+    // Scans that were shown last are read now and not earlier: a million nodes take 0.1 s, and the
+    // window would stay empty for as long.
     for (const Pages::Page &page : m_pages->all()) {
         page.screen->startLoading();
     }
@@ -442,6 +486,8 @@ void KORVENWindowController::restoreWindow()
         m_mainWindow->restorePlacement(QByteArray(reinterpret_cast<const char *>(stored->data()),
                                                   static_cast<qsizetype>(stored->size())));
     }
+    // Second, since it overrules the placement above. It has one only if the program ended in full
+    // screen, and then that one is the window's.
     m_fullScreen->restoreState();
 }
 

@@ -4,6 +4,7 @@ namespace tessaly {
 
 PageView::PageView(QWidget *parent) : QStackedWidget(parent)
 {
+    // The hints depend on the current page, so the layouts around this have to ask again.
     connect(this, &QStackedWidget::currentChanged, this, [this] { updateGeometry(); });
 }
 

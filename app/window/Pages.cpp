@@ -35,6 +35,8 @@ void Pages::awakeFromNib()
 
 Pages::~Pages()
 {
+    // By hand, since the standard does not say in which order a vector destroys its elements. The
+    // history has to be the last one: workers of the scan screens may add a record until they end.
     for (Page &page : m_all) {
         page.screen.reset();
     }

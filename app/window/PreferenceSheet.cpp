@@ -26,9 +26,12 @@ constexpr QColor unchosenDisabled{0x8c, 0x8c, 0x8c};
 
 std::unique_ptr<QWidget> loadPanel()
 {
+    // Registered here since only this file uses it; a second registration replaces the first.
     InterfaceFile::registerWidget<SheetGroup>("SheetGroup");
     InterfaceFile::Loaded loaded = InterfaceFile::load(nibName);
     if (!loaded.root) {
+        // The files are part of the program, so a missing one is a mistake of the build. Tests load
+        // every one of them.
         qFatal("%s: %s", qUtf8Printable(nibName), qUtf8Printable(loaded.error));
     }
     return std::move(loaded.root);
@@ -42,6 +45,7 @@ KORVENAppDelegate &delegate()
 /// A stored value outside the rows leaves the choice as it is.
 void choose(const QButtonGroup &matrix, std::int32_t row)
 {
+    // The value is kept until the user chooses a row.
     if (QAbstractButton *button = matrix.button(row)) {
         button->setChecked(true);
     }
@@ -50,6 +54,7 @@ void choose(const QButtonGroup &matrix, std::int32_t row)
 /// The colours of the box or disc before a title. The title keeps its own.
 void colorIndicator(QAbstractButton &button, const QColor &ground, const QColor &mark)
 {
+    // Fusion draws the indicator with Base and Text.
     QPalette colors = button.palette();
     colors.setColor(QPalette::Base, ground);
     colors.setColor(QPalette::Text, mark);
@@ -147,6 +152,8 @@ void PreferenceSheet::wireState(const QCheckBox &box, void (PreferenceSheet::*ch
 
 void PreferenceSheet::showPreferenceSheet()
 {
+    // Setting a control emits the same signal as using it. Without the flag each opening would
+    // store all preferences and rebuild all rows.
     m_isShowingPreferences = true;
     choose(*m_hiddenItemMatrix, delegate().hiddenItemPreference());
     choose(*m_largeFileMatrix, delegate().largeFilePreference());
@@ -155,6 +162,8 @@ void PreferenceSheet::showPreferenceSheet()
     m_diskGraph->setChecked(delegate().diskGraphColorPreference() != 0);
     m_folderGraph->setChecked(delegate().folderGraphColorPreference() != 0);
     m_isShowingPreferences = false;
+    // Only disabled here: showNotificationChecked() enables it again when the user wants
+    // notifications, and on a system without any both stay disabled.
     if (delegate().showNotificationPreference() == 0) {
         m_notificationSound->setEnabled(false);
     }
@@ -170,6 +179,8 @@ void PreferenceSheet::disableNotifications()
 void PreferenceSheet::keep(std::string_view key, void (KORVENAppDelegate::*set)(std::int32_t),
                            std::int32_t value)
 {
+    // Both, and stored at once: the delegate is what running code reads, and there is no later
+    // moment, since the sheet has no "cancel" and the program may be killed.
     (delegate().*set)(value);
     m_settings.setInteger(key, value);
     m_settings.flush();
@@ -192,6 +203,7 @@ void PreferenceSheet::largeFileMatrixChanged()
 void PreferenceSheet::showNotificationChecked()
 {
     const bool isOn = m_showNotification->isChecked();
+    // Its state stays, so that the choice comes back with the notifications.
     m_notificationSound->setEnabled(isOn);
     keep(settingsKey::showNotification, &KORVENAppDelegate::setShowNotificationPreference,
          isOn ? 1 : 0);

@@ -27,6 +27,7 @@ Sidebar::Sidebar(std::vector<Row> rows, TypeSelect shouldTypeSelect, QWidget *pa
     setMinimumWidth(usualWidth);
     setAutoFillBackground(true);
     QPalette colors = palette();
+    // Both row colours: the list has no stripes, unlike the tables of the screens.
     for (const auto role : {QPalette::Base, QPalette::AlternateBase, QPalette::Window}) {
         colors.setColor(role, theme::sidebar);
     }
@@ -42,10 +43,14 @@ Sidebar::Sidebar(std::vector<Row> rows, TypeSelect shouldTypeSelect, QWidget *pa
     m_outlineTable->setRowHeight(rowHeight);
     for (const Row &row : m_rows) {
         const QString &name = row.cellIdentifier;
+        // Each row has an interface file of its own, so each is registered under its own identifier
+        // and never reused for another row.
         m_outlineTable->registerCells(
             name, [name]() -> std::unique_ptr<QWidget> { return InterfaceFile::load(name).root; });
     }
     m_outlineTable->setDataSource(this);
+    // By the current row, which the arrow keys and selectRow() change alike. It is invalid for a
+    // moment while the rows are reset.
     connect(m_outlineTable->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
                 if (current.isValid()) {
@@ -56,6 +61,7 @@ Sidebar::Sidebar(std::vector<Row> rows, TypeSelect shouldTypeSelect, QWidget *pa
 
 Sidebar::~Sidebar()
 {
+    // The table is a child and is destroyed by ~QWidget, when this is not a source any more.
     m_outlineTable->setDataSource(nullptr);
 }
 

@@ -10,6 +10,8 @@ namespace tessaly {
 namespace {
 
 /// The line, which cannot be dragged.
+/// QSplitter has no switch for that. The handle ignores the mouse, so the cursor must not promise a
+/// drag either.
 class Divider final : public QSplitterHandle {
 public:
     explicit Divider(QSplitter *parent) : QSplitterHandle(Qt::Horizontal, parent) { unsetCursor(); }
@@ -29,6 +31,7 @@ protected:
 SplitView::SplitView(QWidget *parent) : QSplitter(Qt::Horizontal, parent)
 {
     setHandleWidth(1);
+    // setSizes() would otherwise collapse a view that gets less than its minimum.
     setChildrenCollapsible(false);
 }
 
@@ -50,6 +53,7 @@ void SplitView::layOut()
         sizes.append(shouldAdjustSizeOfSubview(*widget(i)) ? width() - m_position - handleWidth()
                                                            : m_position);
     }
+    // On each resize: QSplitter would share out the difference among the views.
     setSizes(sizes);
 }
 

@@ -32,6 +32,7 @@ void SpokenPages::pageOpened()
 
 void SpokenPages::speak(CellTableView &table)
 {
+    // Once for each time that a page opens: a refresh or a sort must not read out the rows again.
     if (m_rowsCame && table.isVisible() && table.model()->rowCount() > 0) {
         disconnect(m_rowsCame);
         m_rowsCame = {};

@@ -37,6 +37,7 @@ TranslationLoader::TranslationLoader() : TranslationLoader(QLocale::system().uiL
 QString TranslationLoader::languageFor(const QStringList &languages)
 {
     for (const QString &name : languages) {
+        // Without the country: there is one translation for each language.
         QString language = name.section(u'-', 0, 0).section(u'_', 0, 0).toLower();
         if (language == sourceLanguage ||
             QFile::exists(artworkPath(u"translations/tessaly_%1.qm"_s.arg(language)))) {

@@ -4,6 +4,8 @@ namespace tessaly {
 
 bool isSetByVendor(std::string_view address)
 {
+    // By the host alone: each address is set by itself when the program is configured, and those
+    // that are not keep this placeholder.
     return address.find(TESSALY_UNSET_HOST) == std::string_view::npos;
 }
 
@@ -14,6 +16,7 @@ std::string vendorWebsite()
 
 std::string vendorHelpPage()
 {
+    // The website ends with a slash.
     return vendorWebsite() + "tessalyhelp.html";
 }
 

@@ -118,24 +118,33 @@ int main(int argumentCount, char **arguments)
         return *status;
     }
     keepEnvironmentForChildren(); // while there is one thread
+    // Both as early as can be, so that they see what goes wrong below.
     ProgramLog::install();
     CrashLog::install("tessaly", programVersion());
+    // Before Qt starts: it reads the activation token of this start and removes it from the
+    // environment.
     const QVariantMap launchData = ApplicationObject::platformDataOfThisStart();
     // The other backend of Qt's players needs more than is installed with it.
     if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) {
         qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     }
     const Clock::time_point start = Clock::now();
+    // Before the application: platform themes may use the bus, and a silent one would block Qt
+    // without a timeout.
     const QtSessionBus qtSessionBus;
     const Clock::duration waited = Clock::now() - start;
     GuardedApplication application(argumentCount, arguments);
+    // Needs the application, and comes before the first event loop, which may be that of a second
+    // start's complaint.
     const TerminationSignals terminationSignals;
     nameApplication();
     const TranslationLoader translations;
+    // After the application, which has removed Qt's own options from the arguments.
     if (const auto status = CommandLine::refuse()) {
         return *status;
     }
 
+    // Up to claim() nothing of the user's is written: another instance may be at it.
     LinuxDocumentsFolder documents;
     SingleInstance instance(documents.path(), launchData, timeoutsAfter(qtSessionBus, waited));
     if (instance.claim() != SingleInstance::Outcome::first) {
@@ -144,29 +153,39 @@ int main(int argumentCount, char **arguments)
             SingleInstance::showComplaint(complaint);
         });
     }
+    // Not earlier: a second start shows no widget, and would wait for an accessibility bus in vain.
     prepareWidgets(qtSessionBus, QtSessionBus::usualAccessibilityTimeout);
 
     LinuxServices desktop;
     const Services services = desktop.with(documents);
     KORVENAppDelegate delegate(services);
+    // What killed runs have left. As the only instance, this cannot remove the file of another one;
+    // running writers hold a lock anyway.
     archive::AtomicFile::removeLeftovers(documents.path());
 
     auto controller = std::make_unique<KORVENWindowController>(services);
     delegate.setWindowController(controller.get());
     std::optional<GlobalMenu> globalMenu;
     controller->showWindow([&] {
+        // Runs once the empty window has been painted: fonts and icons took a good part of the time
+        // until then.
         applyFont(application);
         application.setWindowIcon(applicationIcon());
         controller->awakeFromNib();
         delegate.applicationDidFinishLaunching();
+        // Last: it needs the menu, and a window that is on the screen.
         globalMenu.emplace(controller->mainWindow(), controller->applicationMenu(),
                            QApplication::applicationDisplayName(), sessionBusAddress());
     });
+    // Only now is there a window to show; the event loop below delivers the requests.
     instance.setActivated([&controller] { bringToFront(controller->mainWindow()); });
     QApplication::setQuitOnLastWindowClosed(
         KORVENAppDelegate::applicationShouldTerminateAfterLastWindowClosed());
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();
+    // In this order: first nothing leads to the window any more, then what the user has changed is
+    // stored, and only then may something take long. The watchdog requires that all that has to be
+    // stored is stored before it.
     instance.setActivated({});
     delegate.setWindowController(nullptr);
     desktop.settings.flush();

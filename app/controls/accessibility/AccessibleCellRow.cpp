@@ -50,6 +50,8 @@ void perform(CellTableView &table, int row, const QString &action)
 
 AccessibleCellRow::AccessibleCellRow(CellTableView &table, int row) : m_table(&table), m_row(row) {}
 
+/// Clients keep an item for as long as they like: the table may be destroyed, and its rows may be
+/// fewer.
 bool AccessibleCellRow::isValid() const
 {
     return m_table != nullptr && m_row < m_table->model()->rowCount();
@@ -139,9 +141,12 @@ QString AccessibleCellRow::localizedActionName(const QString &name) const
 
 void AccessibleCellRow::doAction(const QString &name)
 {
+    // A client may ask for any name, also while the row has no actions.
     if (!actionNames().contains(name)) {
         return;
     }
+    // Queued, since the action may remove this row. A persistent index becomes invalid with a
+    // reload, when another row may have the number.
     QMetaObject::invokeMethod(
         m_table,
         [table = m_table, index = QPersistentModelIndex(m_table->model()->index(m_row, 0)), name] {

@@ -14,6 +14,7 @@ AccessibleCellTable::AccessibleCellTable(CellTableView &table)
 
 AccessibleCellTable::~AccessibleCellTable()
 {
+    // They refer to the table, and Qt's register would keep them.
     forgetRows();
 }
 
@@ -46,6 +47,7 @@ QAccessibleInterface *AccessibleCellTable::child(int index) const
     if (index < 0 || index >= childCount()) {
         return nullptr;
     }
+    // The same object each time: clients know an item by its registered identifier.
     if (const auto known = m_rows.constFind(index); known != m_rows.constEnd()) {
         return QAccessible::accessibleInterface(*known);
     }
@@ -112,6 +114,7 @@ bool AccessibleCellTable::isRowSelected(int row) const
 
 bool AccessibleCellTable::selectRow(int row)
 {
+    // Qt keeps input from a disabled widget, but not what comes over the accessibility bus.
     if (!table().isEnabled() || row < 0 || row >= childCount()) {
         return false;
     }

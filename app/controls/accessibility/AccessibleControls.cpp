@@ -28,8 +28,8 @@ public:
     }
 };
 
-/// The roles of controls of which Qt knows all but that. By the classes' names, since the module
-/// with the previews has labels of its own, with a meta-object of their own.
+/// The roles of controls for which Qt lacks nothing but the role. By the classes' names, since
+/// the module with the previews has labels of its own, with a meta-object of their own.
 QAccessible::Role roleOf(const QString &className)
 {
     static const QHash<QString, QAccessible::Role> roles{

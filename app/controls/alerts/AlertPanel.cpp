@@ -24,6 +24,7 @@ constexpr int betweenButtons = 9;
 QLabel *makeLabel(const QString &text, bool isBold)
 {
     auto *label = new QLabel(text);
+    // A text may hold the name of a file, which may look like markup.
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     QFont font = label->font();

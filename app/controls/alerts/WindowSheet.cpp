@@ -84,6 +84,7 @@ WindowSheet::WindowSheet(QWidget &window, std::unique_ptr<QWidget> panel)
     m_frame = frame;
     frame->setFrameShape(QFrame::NoFrame);
     frame->setFocusPolicy(Qt::NoFocus);
+    // In a scroll area, so that a sheet can be used in the smallest window.
     frame->setWidgetResizable(true);
     frame->setWidget(panel.release());
     frame->viewport()->setAutoFillBackground(false);
@@ -115,6 +116,7 @@ void WindowSheet::begin(QWidget &firstFocus)
     if (!isHidden()) {
         return;
     }
+    // Before anything is shown or disabled, both of which move the focus.
     m_focusBefore = window()->focusWidget();
     m_firstFocus = &firstFocus;
     layOut();
@@ -132,6 +134,7 @@ void WindowSheet::end()
     }
     hide();
     enableTopmostOnly(*m_host);
+    // It may have been disabled or hidden meanwhile, by a change that the sheet has made.
     if (m_focusBefore && m_focusBefore->isEnabled() && m_focusBefore->isVisibleTo(window())) {
         m_focusBefore->setFocus(Qt::OtherFocusReason);
     }
@@ -206,6 +209,8 @@ void WindowSheet::paintEvent(QPaintEvent * /*event*/)
     QColor shadow = theme::shadow;
     shadow.setAlpha(shadowOpacity);
     painter.setBrush(shadow);
+    // Many thin layers add up to a soft edge. QGraphicsDropShadowEffect would render the whole
+    // sheet into a pixmap first.
     for (int reach = shadowReach; reach > 0; --reach) {
         const QRectF layer = panel.adjusted(-reach, 0, reach, reach).translated(0, shadowDrop);
         painter.drawPath(outline(layer, cornerRadius + reach));

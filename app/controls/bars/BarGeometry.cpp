@@ -14,6 +14,7 @@ constexpr float minPercent = 0.005F;
 
 BarGeometry barGeometry(QSizeF widgetSize, float barPercent, Qt::LayoutDirection direction)
 {
+    // In 32-bit floats throughout: the tests state the ends of the lines as these give them.
     const auto frameWidth = static_cast<float>(widgetSize.width());
     const float width = frameWidth - margins;
     const float y = static_cast<float>(widgetSize.height()) - aboveBottom;
@@ -22,6 +23,7 @@ BarGeometry barGeometry(QSizeF widgetSize, float barPercent, Qt::LayoutDirection
                                             : QLineF(start, y, end, y);
     };
     BarGeometry bar{lineTo(width - beforeEnd), {}};
+    // Not a number compares false, and so fills nothing.
     if (barPercent > minPercent) {
         bar.fill = lineTo(width * barPercent - beforeEnd);
     }

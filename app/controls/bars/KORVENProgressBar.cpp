@@ -107,6 +107,7 @@ void KORVENProgressBar::setBarPercent(float percent)
 {
     m_barPercent = percent;
     update();
+    // Bars change with every refill of a row; without a client the event would be made for nothing.
     if (QAccessible::isActive()) {
         QAccessibleValueChangeEvent event(this, percentage(percent));
         QAccessible::updateAccessibility(&event);

@@ -48,6 +48,8 @@ QImage faceImage(const QString &name, double scale, int &cap)
 /// The face at a size in pixels, kept for the next time.
 QPixmap face(const QString &name, QSize pixels, double scale, bool lit)
 {
+    // QPixmapCache is shared by the whole program, hence the prefix. The scale is part of the key,
+    // since a window may move to another screen.
     const QString key = u"tessaly %1 %2x%3 %4 %5"_s.arg(name)
                             .arg(pixels.width())
                             .arg(pixels.height())
@@ -65,6 +67,7 @@ QPixmap face(const QString &name, QSize pixels, double scale, bool lit)
     }
     if (lit) {
         QPainter painter(&stretched);
+        // Only where the face has pixels: its round corners stay transparent.
         painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
         painter.fillRect(stretched.rect(), theme::buttonHover);
     }
@@ -81,6 +84,7 @@ KORVENButton::KORVENButton(QWidget *parent) : KORVENButton(QString(), parent) {}
 KORVENButton::KORVENButton(const QString &title, QWidget *parent) : QPushButton(title, parent)
 {
     setAttribute(Qt::WA_Hover); // repaints when the pointer enters or leaves
+    // In the button's own palette, so that it stays when the colours of the application change.
     setColorWhite();
 }
 
@@ -171,6 +175,7 @@ void KORVENButton::paintEvent(QPaintEvent *event)
     if (!isEnabled()) {
         painter.setOpacity(faded);
     }
+    // A flat button shows its face only while it is used.
     if (!isFlat() || isDown() || underMouse()) {
         drawFace(painter);
     }

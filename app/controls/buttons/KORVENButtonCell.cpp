@@ -17,6 +17,8 @@ KORVENButtonCell::KORVENButtonCell(const QString &title, QWidget *parent)
 void KORVENButtonCell::setTextColor()
 {
     QPalette colors = palette();
+    // Fusion draws the face from this colour. A style sheet would replace the style's drawing as a
+    // whole.
     colors.setColor(QPalette::Button, theme::lightButton);
     colors.setColor(QPalette::ButtonText, theme::lightButtonText);
     colors.setColor(QPalette::Disabled, QPalette::ButtonText, theme::lightButtonDisabledText);

@@ -32,6 +32,7 @@ void PressGuard::watch(QAbstractButton &button)
     // the application sees all events.
     QCoreApplication::instance()->installEventFilter(this);
     connect(&button, &QAbstractButton::pressed, this, [this, &button] {
+        // Taken when it is pressed: the button may move or be hidden by what it does.
         m_pressedPlace = QRect(button.mapToGlobal(QPoint()), button.size());
     });
     connect(&button, &QAbstractButton::clicked, this, &PressGuard::hold);
@@ -46,6 +47,7 @@ void PressGuard::hold()
 
 bool PressGuard::isHolding()
 {
+    // Looked at when needed, not by a timer: a hold that nobody asks about has no effect.
     if (m_hold && m_clock() - m_hold->since >= holdTime) {
         m_hold.reset();
     }
@@ -71,6 +73,7 @@ bool PressGuard::eventFilter(QObject *watched, QEvent *event)
         notePointer(static_cast<const QMouseEvent *>(event)->globalPosition());
         return isOnButton && swallowsPress();
     case QEvent::MouseButtonRelease:
+        // The button has not seen the press, so it must not see the release.
         return isOnButton && std::exchange(m_hasSwallowedPress, false);
     case QEvent::KeyPress:
         return isOnButton && swallowsKey(*event);
@@ -78,6 +81,8 @@ bool PressGuard::eventFilter(QObject *watched, QEvent *event)
         m_isKeyRepeating = static_cast<const QKeyEvent *>(event)->isAutoRepeat();
         return false;
     case QEvent::Shortcut:
+        // The event is sent to the button that has the shortcut, which may be another widget than
+        // the one with the focus.
         return isOnButton && m_isKeyRepeating;
     default:
         return false;
@@ -93,6 +98,7 @@ bool PressGuard::swallowsPress()
 bool PressGuard::swallowsKey(QEvent &event)
 {
     const auto &key = static_cast<const QKeyEvent &>(event);
+    // Auto-repeat is swallowed without a hold, too: a key that is held down acts once.
     return isPressKey(key.key()) && (key.isAutoRepeat() || isHolding());
 }
 

@@ -21,6 +21,7 @@ namespace {
 struct TextAttributes {
     TextAttributes()
     {
+        // The first one is rarely installed on Linux; the next ones are close to it.
         font.setFamilies({u"Lucida Grande"_s, u"Inter"_s, u"Noto Sans"_s, u"DejaVu Sans"_s});
         font.setStyleHint(QFont::SansSerif);
         // A point here is a unit of the window's coordinates, not of the screen's resolution: the
@@ -38,6 +39,8 @@ struct TextAttributes {
 /// Built when first needed, and kept.
 const TextAttributes &textAttributes()
 {
+    // The empty window is painted without its name, so that this and the fonts are not needed for
+    // it.
     static const TextAttributes attributes;
     return attributes;
 }
@@ -54,6 +57,7 @@ void fillGradient(QPainter &painter, const QRectF &rect, const QColor &top, cons
 
 KORVENTitleView::KORVENTitleView(QWidget *parent) : QWidget(parent)
 {
+    // It covers the whole window, which handles drags and clicks on the title bar itself.
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 

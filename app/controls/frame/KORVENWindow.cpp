@@ -33,12 +33,16 @@ constexpr QSize firstSize{1080, 700};
 } // namespace
 
 KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
+    // Without a frame of the desktop, moving, resizing, snapping and the window's menu are ours to
+    // offer. Drags are handed back to it (startSystemMove(), startSystemResize()).
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_surface(surface),
       m_layout(new QVBoxLayout(this)), m_titleView(new KORVENTitleView(this)),
       m_windowMenu(new WindowMenu(this))
 {
     setWindowTitle(u"Tessaly"_s);
     if (surface == Surface::composited) {
+        // Without a compositor, what is transparent would be black: such a window has square
+        // corners.
         setAttribute(Qt::WA_TranslucentBackground);
     }
     m_layout->setSpacing(0);
@@ -46,6 +50,7 @@ KORVENWindow::KORVENWindow(Surface surface, QWidget *parent)
     m_edges = new WindowEdges(this); // last, and so above the others
     makeShortcuts();
     placeParts();
+    // The minimum first: it must not exceed a small screen, and it bounds the size below.
     fitMinimumSize();
     resize(constrainFrameRect({{}, firstSize}, screen()).size());
     updateShape();
@@ -59,6 +64,7 @@ void KORVENWindow::makeButtons()
         return button;
     };
     m_menuButton = addButton(TitleBarPart::applicationMenu, tr("Menu"));
+    // A button without a menu would do nothing; see setApplicationMenu().
     m_menuButton->hide();
     connect(addButton(TitleBarPart::minimize, tr("Minimize")), &QPushButton::clicked, this,
             &QWidget::showMinimized);
@@ -70,12 +76,15 @@ void KORVENWindow::makeButtons()
 
 void KORVENWindow::makeShortcuts()
 {
+    // The usual key of a window manager's own menu. It arrives here only where the desktop does not
+    // take it.
     const auto *windowMenuKey = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Space), this);
     connect(windowMenuKey, &QShortcut::activated, this, [this] {
         const QPoint corner = shownRect().topLeft();
         m_windowMenu->showAt(mapToGlobal(corner + QPoint(resizeMargin, titleBarHeight)), true);
     });
     const auto *applicationMenuKey = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    // F10 is the usual key of a menu bar, which this menu stands in for.
     connect(applicationMenuKey, &QShortcut::activated, m_menuButton, [this] {
         if (m_menuButton->isVisible()) {
             m_menuButton->showMenu();
@@ -91,6 +100,7 @@ void KORVENWindow::setContentWidget(QWidget *content)
     delete m_content;
     m_content = content;
     if (content != nullptr) {
+        // A modal dialog may be open already: its WindowBlocked came before this content.
         content->setEnabled(!m_isBlocked);
         m_layout->addWidget(content);
         m_edges->raise(); // the rim stays on top of the new content
@@ -107,6 +117,7 @@ void KORVENWindow::setApplicationMenu(QMenu *menu)
         // QPushButton adds the action to itself, where its keys work with the focus alone.
         m_menuButton->removeAction(m_menuAction);
         addAction(m_menuAction);
+        // The caller may delete the menu at any time, and the button would stay and open nothing.
         connect(menu, &QObject::destroyed, m_menuButton, [this, menu] {
             if (m_menuButton->menu() == menu) { // another one may have been set since
                 setApplicationMenu(nullptr);
@@ -117,6 +128,8 @@ void KORVENWindow::setApplicationMenu(QMenu *menu)
 
 QRect KORVENWindow::constrainFrameRect(const QRect &frame, const QScreen *screen) const
 {
+    // FullScreen suspends this on its way out, when the frame may be larger than what panels leave
+    // of the screen.
     if (m_constrainingToScreenSuspended || screen == nullptr) {
         return frame;
     }
@@ -125,6 +138,7 @@ QRect KORVENWindow::constrainFrameRect(const QRect &frame, const QScreen *screen
 
 void KORVENWindow::fitMinimumSize()
 {
+    // Compared with the last one set here, since QWidget does not tell who has set its minimum.
     if (minimumSize() != m_fittedMinimum) {
         return; // another one has been set
     }
@@ -136,6 +150,7 @@ void KORVENWindow::fitMinimumSize()
 
 void KORVENWindow::followScreen()
 {
+    // The old screen may still change its available area, or be unplugged.
     disconnect(m_roomChanged);
     if (const QScreen *ours = screen()) {
         m_roomChanged =
@@ -155,6 +170,7 @@ void KORVENWindow::setOuterMargin(int margin)
 
 bool KORVENWindow::canBePlaced()
 {
+    // On Wayland a client neither knows nor sets where its toplevel windows are.
     return !QGuiApplication::platformName().startsWith(u"wayland"_s);
 }
 
@@ -181,6 +197,8 @@ void KORVENWindow::zoom()
 
 QByteArray KORVENWindow::placement() const
 {
+    // geometry() of a maximised window is the screen's; the frame that it is restored to has to be
+    // kept, too.
     return WindowPlacement{fillsScreen() ? normalGeometry() : geometry(), isMaximized()}.bytes();
 }
 
@@ -190,6 +208,7 @@ bool KORVENWindow::restorePlacement(const QByteArray &bytes)
     if (!placement) {
         return false;
     }
+    // The screens of now: the one that the window was on may have been unplugged since.
     QList<QRect> areas;
     if (const QScreen *primary = QGuiApplication::primaryScreen()) {
         for (const QScreen *screen : primary->virtualSiblings()) {
@@ -259,6 +278,8 @@ void KORVENWindow::mouseDoubleClickEvent(QMouseEvent *event)
 
 void KORVENWindow::contextMenuEvent(QContextMenuEvent *event)
 {
+    // The menu key comes with a place in the focus widget, which says nothing about the title bar.
+    // The keyboard has Alt+Space.
     if (event->reason() == QContextMenuEvent::Mouse && isInTitleBar(event->pos())) {
         m_windowMenu->showAt(event->globalPos(), false);
     } else {
@@ -285,6 +306,8 @@ void KORVENWindow::placeParts()
     const QRect shown = shownRect();
     m_layout->setContentsMargins(m_outerMargin, m_outerMargin + titleBarHeight, m_outerMargin,
                                  m_outerMargin);
+    // The title view covers the whole window and draws at its top only. It has to know all of the
+    // window to round its corners.
     m_titleView->setGeometry(shown);
     placeButtons();
     m_edges->setGeometry(rect());
@@ -296,6 +319,8 @@ void KORVENWindow::placeButtons()
     for (TitleBarButton *button : std::as_const(m_buttons)) {
         const QRect place = titleBarPartRect(button->part(), shown.width());
         button->setGeometry(
+            // Mirrored for right-to-left texts, as Qt does with layouts. The buttons are in no
+            // layout: they overlap the title view.
             QStyle::visualRect(layoutDirection(), shown, place.translated(shown.topLeft())));
     }
 }
@@ -328,6 +353,8 @@ void KORVENWindow::updateShape()
 {
     m_titleView->setCornerRadius(roundsCorners() ? windowCornerRadius : 0.0);
     m_edges->setRoundsCorners(roundsCorners());
+    // A window that fills its screen is not resized, and the rim would take the clicks at the edge
+    // of the screen, where the pointer stops.
     m_edges->setVisible(!fillsScreen());
     update();
 }

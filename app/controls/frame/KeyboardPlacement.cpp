@@ -16,6 +16,8 @@ KeyboardPlacement::KeyboardPlacement(QWidget *window) : QObject(window), m_windo
 
 KeyboardPlacement::~KeyboardPlacement()
 {
+    // An override cursor is kept on a stack of the application, and one that is not restored would
+    // stay for good.
     end();
 }
 
@@ -57,6 +59,7 @@ bool KeyboardPlacement::eventFilter(QObject *watched, QEvent *event)
         handleKey(keyEvent->key(), keyEvent->modifiers());
         return true;
     }
+    // Any click ends it, and is not used for anything else.
     case QEvent::MouseButtonPress:
         end();
         return true;

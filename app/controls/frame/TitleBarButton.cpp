@@ -25,6 +25,7 @@ TitleBarButton::TitleBarButton(TitleBarPart part, const QString &name, QWidget *
 {
     setAccessibleName(name);
     setToolTip(name);
+    // A click must not take the focus from the content; the keyboard has to reach the buttons.
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::ArrowCursor);
@@ -110,6 +111,7 @@ void TitleBarButton::paintSign(QPainter &painter) const
         painter.drawLine(QLineF(-reach, 0, reach, 0));
         break;
     case TitleBarPart::zoom:
+        // The sign shows what a click will do.
         if (window()->isMaximized()) {
             constexpr qreal half = 2.0;
             painter.drawRect(QRectF(-half, -half, 2 * half, 2 * half));

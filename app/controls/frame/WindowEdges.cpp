@@ -15,6 +15,7 @@ namespace tessaly {
 
 WindowEdges::WindowEdges(QWidget *parent) : QWidget(parent)
 {
+    // The cursor has to change before a button is pressed.
     setMouseTracking(true);
 }
 
@@ -29,9 +30,11 @@ void WindowEdges::mousePressEvent(QMouseEvent *event)
     QWindow *handle = window()->windowHandle();
     const Qt::Edges edges = edgesAt(event->position().toPoint(), size());
     if (event->button() == Qt::LeftButton && edges && handle != nullptr) {
+        // By the desktop: on Wayland a program cannot move its own edges, and elsewhere the window
+        // manager can snap.
         handle->startSystemResize(edges);
     }
-    // Always accepted: a click on the resize edge must not reach the widget below it.
+    // Accepted in any case: a click on the resize edge must not reach the widget below it.
     event->accept();
 }
 
@@ -43,6 +46,7 @@ void WindowEdges::mouseMoveEvent(QMouseEvent *event)
 void WindowEdges::resizeEvent(QResizeEvent * /*event*/)
 {
     const QRect inside = rect().adjusted(resizeMargin, resizeMargin, -resizeMargin, -resizeMargin);
+    // A mask also keeps mouse events away, so what lies inside gets its own.
     setMask(QRegion(rect()) - QRegion(inside));
 }
 
@@ -55,6 +59,8 @@ void WindowEdges::paintEvent(QPaintEvent * /*event*/)
         QPainterPath corners;
         corners.addRect(rect());
         corners.addRoundedRect(rect(), radius, radius); // odd-even fill: what lies between both
+        // Erasing, and on top of everything: whatever the content draws into its corners, they end
+        // up transparent.
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
         painter.fillPath(corners, Qt::black);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);

@@ -22,6 +22,8 @@ constexpr int roundButtonDistance = 22;
 constexpr int closeButtonRight = 8;
 constexpr int roundButtonTop = 7;
 
+/// In 64 bits: the frame may come from the settings, and two lengths that are plausible there
+/// overflow an int.
 std::int64_t areaOf(const QRect &rect)
 {
     return rect.isEmpty() ? 0 : std::int64_t{rect.width()} * rect.height();
@@ -101,6 +103,7 @@ QRect frameWithin(const QRect &frame, const QRect &available)
         return frame;
     }
     const QSize size = frame.size().boundedTo(available.size());
+    // QRect::bottomRight() lies inside the rectangle, hence the 1.
     const QPoint end = available.bottomRight() - QPoint(size.width() - 1, size.height() - 1);
     return {{std::clamp(frame.x(), available.x(), end.x()),
              std::clamp(frame.y(), available.y(), end.y())},

@@ -11,10 +11,12 @@ WindowMenu::WindowMenu(KORVENWindow *window)
     : QMenu(window), m_window(window), m_restore(addAction(tr("&Restore"))),
       m_move(addAction(tr("&Move"))), m_size(addAction(tr("&Size"))),
       m_minimize(addAction(tr("Mi&nimize"))), m_maximize(addAction(tr("Ma&ximize"))),
+      // The comma puts the separator in its place within the list of actions.
       m_close((addSeparator(), addAction(tr("&Close"))))
 {
     setAccessibleName(tr("Window menu"));
     connect(m_restore, &QAction::triggered, window, &QWidget::showNormal);
+    // By keys of our own: Qt can ask the desktop for a move or a resize with the pointer only.
     auto *placement = new KeyboardPlacement(window);
     connect(m_move, &QAction::triggered, placement,
             [placement] { placement->begin(KeyboardPlacement::Kind::move); });
@@ -38,6 +40,7 @@ void WindowMenu::updateActions()
 {
     const bool isFree = !m_window->isMaximized() && !m_window->isFullScreen();
     m_restore->setEnabled(!isFree);
+    // On Wayland no program can move its window by itself.
     m_move->setEnabled(isFree && KORVENWindow::canBePlaced());
     m_size->setEnabled(isFree);
     m_maximize->setEnabled(isFree);

@@ -26,6 +26,7 @@ QByteArray WindowPlacement::bytes() const
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
+    // Pinned, so that another version of Qt reads the same bytes.
     stream.setVersion(QDataStream::Qt_6_4);
     stream << signature << std::int32_t{frame.x()} << std::int32_t{frame.y()}
            << std::int32_t{frame.width()} << std::int32_t{frame.height()} << isMaximized;
@@ -43,6 +44,8 @@ std::optional<WindowPlacement> WindowPlacement::fromBytes(const QByteArray &byte
     std::int32_t height = 0;
     bool isMaximized = false;
     stream >> found >> x >> y >> width >> height >> isMaximized;
+    // The settings can be edited by anyone. Bytes that are too short, too long or of another kind
+    // give no placement.
     if (stream.status() != QDataStream::Ok || !stream.atEnd() || found != signature) {
         return {};
     }

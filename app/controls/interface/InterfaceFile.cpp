@@ -39,6 +39,8 @@ InterfaceFile::Maker maker()
 
 QHash<QString, InterfaceFile::Maker> &makers()
 {
+    // By name and not by a Designer plugin: a plugin would have to be built and installed beside
+    // the program.
     static QHash<QString, InterfaceFile::Maker> all{
         {u"KORVENButton"_s, maker<KORVENButton>()},
         {u"KORVENButtonCell"_s, maker<KORVENButtonCell>()},
@@ -150,9 +152,13 @@ InterfaceFile::Loaded InterfaceFile::load(QAnyStringView name, QWidget *parent)
     if (loaded.root == nullptr) {
         return failed(loader().errorString());
     }
+    // QUiLoader would go on with a plain widget, and the mistake would show as a missing outlet
+    // somewhere else.
     if (!unknown.isEmpty()) {
         return failed(u"no class is registered as "_s + unknown.join(u", "_s));
     }
+    // Last: setting a text, as the loader does when it translates, takes the keys away from a
+    // button.
     content->shortcuts.applyTo(*loaded.root);
     return loaded;
 }

@@ -26,6 +26,7 @@ InterfaceShortcuts::InterfaceShortcuts(const QByteArray &file)
             m_keys.emplace_back(widget, QKeySequence(keys, QKeySequence::PortableText));
         }
     }
+    // QUiLoader reports the broken file; half of its keys would only confuse.
     if (reader.hasError()) {
         m_keys.clear();
     }

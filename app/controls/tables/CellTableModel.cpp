@@ -15,6 +15,8 @@ void CellTableModel::setSource(CellTableSource *source)
 void CellTableModel::reload()
 {
     beginResetModel();
+    // Counted inside the reset and kept: views must not see the number of rows change at any other
+    // time.
     m_rowCount = m_source != nullptr ? m_source->numberOfRowsInTableView() : 0;
     endResetModel();
 }
@@ -27,6 +29,7 @@ int CellTableModel::rowCount(const QModelIndex &parent) const
 QVariant CellTableModel::data(const QModelIndex &index, int role) const
 {
     const int row = index.row();
+    // The source may have fewer rows by now than at the last reset: a view may ask in between.
     if (m_source == nullptr || row < 0 || row >= m_source->numberOfRowsInTableView()) {
         return {};
     }

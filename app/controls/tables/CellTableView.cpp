@@ -29,6 +29,7 @@ public:
         const QPalette &palette = option.palette;
         const bool isSelected = option.state.testFlag(QStyle::State_Selected);
         const bool isOdd = index.row() % 2 != 0;
+        // The style is not asked: it would draw the text of the row as well, over the cell.
         painter->fillRect(option.rect, isSelected ? palette.brush(QPalette::Highlight)
                                        : isOdd    ? palette.brush(QPalette::AlternateBase)
                                                   : palette.brush(QPalette::Base));
@@ -56,9 +57,11 @@ CellTableView::CellTableView(QWidget *parent) : QListView(parent), m_model(new C
     setModel(m_model);
     setItemDelegate(new RowBackground(this));
     setUniformItemSizes(true); // else the view asks for the size of each of a million rows
+    // The cells are placed by the pixel offset. Scrolling by items would jump by a whole row.
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setEditTriggers(NoEditTriggers);
+    // Single, not extended: all actions are about one row.
     setSelectionMode(SingleSelection);
     setFrameShape(QFrame::NoFrame);
     QPalette colors = palette();
@@ -90,6 +93,7 @@ void CellTableView::setRowHeight(int height)
 {
     m_rowHeight = height;
     verticalScrollBar()->setSingleStep(height);
+    // QListView caches the size of the uniform item.
     scheduleDelayedItemsLayout();
 }
 
@@ -135,6 +139,7 @@ QWidget *CellTableView::makeView(const QString &identifier)
 QWidget *CellTableView::adoptView(std::unique_ptr<QWidget> cell, const QString &identifier)
 {
     m_madeIdentifier = identifier;
+    // Below the viewport, so that the cells are clipped by it and lie above the painted rows.
     cell->setParent(viewport());
     ++m_cellCount;
     return cell.release(); // the viewport's from now on
@@ -165,6 +170,8 @@ int CellTableView::selectedRow() const
 
 void CellTableView::selectRow(int row)
 {
+    // The current row, not the selection alone: the arrow keys go on from it, and the view scrolls
+    // to it.
     setCurrentIndex(m_model->index(row));
 }
 
@@ -221,6 +228,7 @@ void CellTableView::showMenuOfRow(int row)
 
 void CellTableView::speakRows()
 {
+    // A screen reader speaks the text to its end, and a level may have a million rows.
     constexpr int maxSpokenRows = 5;
     const int rowCount = m_model->rowCount();
     if (m_source == nullptr || rowCount == 0 || !isVisible()) {
@@ -272,6 +280,8 @@ void CellTableView::keyPressEvent(QKeyEvent *event)
         event->ignore(); // type-ahead would take it for a letter
         return;
     }
+    // The source is asked for each letter before type-ahead sees it: the space bar, for instance,
+    // is the preview panel's.
     if (!event->text().isEmpty() && m_source != nullptr &&
         !m_source->shouldTypeSelectForEvent(*event, event->text())) {
         return;
@@ -299,6 +309,7 @@ void CellTableView::contextMenuEvent(QContextMenuEvent *event)
 void CellTableView::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
+    // Before the cells are laid out: the height of a row may depend on the width.
     fitRowHeight();
     layOutCells();
 }
@@ -306,6 +317,7 @@ void CellTableView::resizeEvent(QResizeEvent *event)
 void CellTableView::scrollContentsBy(int dx, int dy)
 {
     QListView::scrollContentsBy(dx, dy);
+    // Rows have come into sight that have no cells yet.
     layOutCells();
 }
 
@@ -346,6 +358,7 @@ void CellTableView::layOutCells()
     }
     m_isLayingOut = true;
     const auto [first, end] = rowsInSight();
+    // Cells of rows that have left come first: the rows that have come can reuse them.
     for (auto shown = m_shown.begin(); shown != m_shown.end();) {
         if (shown->first < first || shown->first >= end) {
             m_unused.push_back(shown->second);
@@ -367,6 +380,7 @@ void CellTableView::layOutCells()
                                  m_rowHeight);
         cell.widget->show();
     }
+    // Hidden last, since a cell that is reused at once stays visible and does not flicker.
     for (const Cell &cell : m_unused) {
         cell.widget->hide();
     }

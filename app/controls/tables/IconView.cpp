@@ -13,7 +13,11 @@ IconView::IconView(QWidget *parent) : ClickableView(parent)
 
 void IconView::setImage(const QIcon &image, const QString &name)
 {
+    // The cell shows another row from now on: a press on the old one must not become a click on
+    // this.
     forgetPress();
+    // Cells are refilled at each reload, mostly with the icon that they have. Icons cannot be
+    // compared by what they show, so their names are.
     if (!name.isEmpty() && name == m_imageName) {
         return;
     }

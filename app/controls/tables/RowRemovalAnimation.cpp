@@ -25,6 +25,8 @@ bool RowRemovalAnimation::isWanted(const CellTableView &table)
 }
 
 RowRemovalAnimation::RowRemovalAnimation(CellTableView &table, QWidget &stage)
+    // Pictures of the table before and after: the rows themselves have changed at once, so that a
+    // click during the animation meets the right one.
     : QWidget(&stage), m_table(&table), m_offsetBefore(table.verticalScrollBar()->value()),
       m_before(table.viewport()->grab()), m_progress(this)
 {
@@ -38,6 +40,8 @@ void RowRemovalAnimation::play(std::optional<int> row)
     m_table->doItemsLayout(); // else the scroll bar still has the range of the rows before
     const QWidget *viewport = m_table->viewport();
     setGeometry(QRect(viewport->mapTo(parentWidget(), QPoint()), viewport->size()));
+    // With fewer rows the table may have scrolled. Then the pictures do not match row by row, and
+    // the old one is only faded out.
     if (row && m_table->isVisible() && m_table->verticalScrollBar()->value() == m_offsetBefore) {
         prepareMove(*row);
     }
@@ -106,6 +110,7 @@ void RowRemovalAnimation::paintEvent(QPaintEvent * /*event*/)
 bool RowRemovalAnimation::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
+        // The pictures have the old size.
         end();
     }
     return QWidget::eventFilter(watched, event);

@@ -28,6 +28,8 @@ void ClickableView::mouseReleaseEvent(QMouseEvent *event)
     if (std::exchange(m_isPressed, false) && event->button() == Qt::LeftButton &&
         rect().contains(event->position().toPoint())) {
         m_isClickPending = true;
+        // Queued: a click may open another level, whose rows may reuse this very cell while its
+        // event is still being handled. forgetPress() drops a click that has become meaningless.
         QMetaObject::invokeMethod(
             this,
             [this] {

@@ -81,13 +81,13 @@ void MiddleElidedLabel::elide()
     if (shown != text()) { // setText() drops the selection
         setText(shown);
     }
-    // As rich text, or else a name that looks like some would be taken for it.
+    // As escaped rich text: Qt would take a plain name that looks like markup for markup.
     setToolTip(shown == m_fullText ? QString() : u"<qt>%1</qt>"_s.arg(m_fullText.toHtmlEscaped()));
 }
 
 void MiddleElidedLabel::copy() const
 {
-    // Who selects all that is shown means all of it, and not the ellipsis.
+    // A user who selects all that is shown wants the whole text, without the ellipsis.
     const bool isPart = hasSelectedText() && selectedText() != text();
     QGuiApplication::clipboard()->setText(isPart ? selectedText() : m_fullText);
 }

@@ -30,10 +30,13 @@ NameLabel::NameLabel(QWidget *parent) : ClickableView(parent)
 void NameLabel::setText(const QString &text)
 {
     forgetPress();
+    // Cells are refilled at each reload, mostly with the text that they show.
     if (text == m_text) {
         return;
     }
     m_text = text;
+    // The text itself stays byte for byte, since actions need the name. What is drawn must not fake
+    // another name by control characters or changes of direction.
     m_shownText = drawableText(text);
     setAccessibleName(m_shownText);
     updateGeometry();

@@ -6,6 +6,7 @@ namespace tessaly {
 
 QString textOfName(std::string_view name)
 {
+    // The common case. A level may have a million names, and this needs no decoding.
     if (tree::isAscii(name)) {
         return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
     }

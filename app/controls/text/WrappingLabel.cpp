@@ -34,6 +34,7 @@ void WrappingLabel::setMaxLineCount(int count)
 QString WrappingLabel::linesIn(int width) const
 {
     const QMargins margins = contentsMargins();
+    // Our own lines, since QLabel breaks between words only and has no maximum of lines.
     return wrappedText(text(), font(), width - margins.left() - margins.right(), m_maxLineCount);
 }
 

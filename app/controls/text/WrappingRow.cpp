@@ -43,6 +43,7 @@ QSize WrappingRow::minimumSizeHint() const
 {
     QSize minSize(0, 0);
     for (const QWidget *child : childrenOf(*this)) {
+        // The widest child decides: narrower than this, no line could hold it.
         minSize = minSize.expandedTo(child->sizeHint());
     }
     return minSize;

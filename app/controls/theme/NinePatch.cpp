@@ -23,6 +23,7 @@ QImage stretchNinePatch(const QImage &image, int cap, QSize size)
         return {};
     }
     QImage source = image;
+    // All lengths here are pixels; a ratio would scale the source rectangles.
     source.setDevicePixelRatio(1);
     // At least one pixel of the image has to stay in the middle, to be stretched.
     const auto room = [cap](int imageLength, int length) {
@@ -38,6 +39,8 @@ QImage stretchNinePatch(const QImage &image, int cap, QSize size)
     QImage stretched(size, QImage::Format_ARGB32_Premultiplied);
     stretched.fill(Qt::transparent);
     QPainter painter(&stretched);
+    // Copied, not blended: the target is transparent, and the edges of the nine parts must meet
+    // without a seam.
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     for (std::size_t row = 0; row < 3; ++row) {
         for (std::size_t column = 0; column < 3; ++column) {

@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 
 theme::Fractions::operator QColor() const
 {
+    // QColor::fromRgbF() does not clamp.
     const auto part = [](float fraction) { return std::clamp(fraction, 0.0F, 1.0F); };
     return QColor::fromRgbF(part(red), part(green), part(blue), part(alpha));
 }
@@ -77,11 +78,13 @@ void applyTheme()
     // Fusion draws in the palette's colours alone, the same on every desktop.
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     QApplication::setPalette(themePalette());
+    // Tooltips have a palette of their own, which the application's does not reach.
     QToolTip::setPalette(themePalette());
 }
 
 void applyFont(QApplication &application)
 {
+    // An unknown family would be replaced by one of fontconfig's choice instead of the desktop's.
     if (QFontDatabase::hasFamily(u"Inter"_s)) {
         QFont font = QApplication::font();
         font.setFamily(u"Inter"_s);
