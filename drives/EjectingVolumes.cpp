@@ -10,6 +10,9 @@ void EjectingVolumes::add(const std::string &name)
 {
     const std::uint64_t request = ++m_requestCount;
     m_names[name] = request;
+    // A single shot cannot be cancelled, so the timer of an earlier request still fires. The number
+    // keeps it from ending a later one. With `this` as its context, it does not fire after the
+    // destruction.
     QTimer::singleShot(m_timeout, this, [this, name, request] {
         const auto found = m_names.find(name);
         if (found != m_names.end() && found->second == request) {
@@ -38,6 +41,7 @@ std::vector<std::string> EjectingVolumes::names() const
 
 void EjectingVolumes::keepOnly(const std::set<std::string> &names)
 {
+    // No signal: the caller is about to rebuild the rows anyway.
     std::erase_if(m_names, [&](const auto &ejecting) { return !names.contains(ejecting.first); });
 }
 

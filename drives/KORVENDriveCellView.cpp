@@ -24,6 +24,8 @@
 
 namespace tessaly {
 
+// A copy of what an action needs. A menu stays open while the table is reloaded, and its cell may
+// show another volume by then.
 struct KORVENDriveCellView::Target {
     QString name; ///< the text of the volume's name
     bool isRemoveable = false;
@@ -39,6 +41,7 @@ struct KORVENDriveCellView::Target {
         if (isRemoveable) {
             volumes.unmountAndEject(path);
         } else if (isUnmountable) {
+            // unmountAndEject() returns at once, unmount() waits for the outcome.
             startUnmount([&volumes = volumes, path] { unmountInBackground(volumes, path); });
         }
         return isRemoveable || isUnmountable;
@@ -51,6 +54,7 @@ struct KORVENDriveCellView::Target {
     void showInfo() const
     {
         const std::string path = shownPath();
+        // The form of these lines is required, stars included.
         qCInfo(drivesLog, "startup: /"); // this system has no other name for it
         qCInfo(drivesLog, "******************* name: %s", qUtf8Printable(drawableText(name)));
         qCInfo(drivesLog, "******************* open: %s",
@@ -61,6 +65,7 @@ struct KORVENDriveCellView::Target {
 private:
     [[nodiscard]] std::string shownPath() const
     {
+        // The service has "/Volumes//" for the root, which does not exist on the disk.
         return name == u"/" ? "/" : volumes.pathOf(nameOfText(name));
     }
 };
@@ -80,6 +85,7 @@ KORVENDriveCellView::tableCellViewWithNibNamed(const QString &name, const QObjec
                   qUtf8Printable(loaded.error));
         return nullptr;
     }
+    // The root and the cell are one object, which moves to a pointer of its own type.
     (void)loaded.root.release();
     std::unique_ptr<KORVENDriveCellView> owned(cell);
     owned->connectOutlets();
@@ -109,6 +115,8 @@ void KORVENDriveCellView::connectOutlets()
     m_ejectLabelWidth = std::max(metrics.horizontalAdvance(tr("Eject")),
                                  metrics.horizontalAdvance(tr("Ejecting…")));
     m_ejectLabel->setMinimumWidth(m_ejectLabelWidth);
+    // Hidden widgets give their room away otherwise, and the bars of two rows would differ in
+    // length.
     for (QWidget *control :
          {static_cast<QWidget *>(m_ejectLabel), static_cast<QWidget *>(m_ejectButton)}) {
         QSizePolicy policy = control->sizePolicy();
@@ -138,6 +146,8 @@ void KORVENDriveCellView::showFiguresOld(bool areOld)
 void KORVENDriveCellView::fitEjectLabel(int cellWidth) const
 {
     const int labelWidth = m_ejectLabel->minimumWidth();
+    // The label's own minimum width is part of the layout's, and is 0 after an earlier call that
+    // left the label out.
     const int neededByOthers = layout()->minimumSize().width() - labelWidth;
     const bool fits = neededByOthers + m_ejectLabelWidth <= cellWidth;
     m_ejectLabel->setMinimumWidth(fits ? m_ejectLabelWidth : 0);
@@ -150,6 +160,7 @@ int KORVENDriveCellView::heightForWidth(int width) const
         return sizeHint().height(); // a bare cell
     }
     fitEjectLabel(width);
+    // The layout would take over the label's new limits in a posted event, which is too late here.
     layout()->activate();
     return layout()->heightForWidth(width);
 }
@@ -173,6 +184,7 @@ void KORVENDriveCellView::showEjectControl(bool isEjecting)
     m_ejectButton->setVisible(canEject());
     m_ejectButton->setEnabled(!isEjecting);
     m_ejectButton->setToolTip(m_isRemoveable ? tr("Eject the volume") : tr("Unmount the volume"));
+    // A screen reader would otherwise speak the same word for every row.
     m_ejectButton->setAccessibleName(tr("Eject %1").arg(drawableText(m_driveName->text())));
 }
 
@@ -212,7 +224,9 @@ void KORVENDriveCellView::showInfo()
 
 QMenu *KORVENDriveCellView::popUpMenu(const QPoint &place)
 {
+    // The row becomes the selected one first, so that the user sees what the menu is about.
     Q_EMIT menuRequested();
+    // A child of the window: the cell may be reused or destroyed while the menu is open.
     auto *menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const Target chosen = target();
@@ -220,6 +234,8 @@ QMenu *KORVENDriveCellView::popUpMenu(const QPoint &place)
     menu->addAction(tr("Show Info"), menu, [chosen] { chosen.showInfo(); });
     if (canEject()) {
         menu->addSeparator();
+        // With the cell as its context, since it sends the signal. The volume is the chosen one,
+        // whatever the cell shows now.
         QAction *eject = menu->addAction(tr("Eject"), this, [this, chosen] {
             if (chosen.eject()) {
                 Q_EMIT ejectRequested(nameOfText(chosen.name));

@@ -4,6 +4,7 @@ namespace tessaly {
 
 namespace {
 
+// The kinds are part of the required interface. The usual file systems of Linux are all "other".
 KORVENDriveObject::DiskType diskTypeOf(std::string_view typeName)
 {
     if (typeName == "hfs") {
@@ -23,6 +24,7 @@ KORVENDriveObject::DiskType diskTypeOf(std::string_view typeName)
 KORVENDriveObject::KORVENDriveObject(std::string_view name, std::string_view fullPath,
                                      std::uint64_t numTotal, std::uint64_t numFree, double numUsed)
     : m_diskName(name), m_diskFullPath(fullPath), m_diskTotal(numTotal), m_diskFree(numFree),
+      // The texts are made once here: the table asks for them each time a row comes into sight.
       m_diskUsed(numUsed), m_totalText(buildString(numTotal)), m_freeText(buildString(numFree)),
       m_usedText(buildString(numUsed))
 {
@@ -42,9 +44,12 @@ KORVENDriveObject::KORVENDriveObject(std::string_view name, std::string_view ful
 double KORVENDriveObject::sizeAsPercent() const noexcept
 {
     const auto total = static_cast<double>(m_diskTotal);
+    // 0 / 0, which is not a number, for a volume that has not answered. sortDrives() and the bars
+    // expect that.
     return (total - static_cast<double>(m_diskFree)) / total;
 }
 
+// Required interface; nothing in the program reads rows by key.
 KORVENDriveObject::Value KORVENDriveObject::valueForKey(std::string_view key) const
 {
     if (key == "Disk") {

@@ -35,8 +35,11 @@ void addToCount(Running &all, int change)
 
 } // namespace
 
+// Detached, since an unmount takes as long as the disk needs to write its cache, and nothing can
+// interrupt it.
 void startUnmount(std::function<void()> unmount)
 {
+    // Before the thread starts, so that waitForUnmounts() cannot miss it.
     addToCount(*running(), 1);
     try {
         std::thread([all = running(), unmount = std::move(unmount)]() mutable {
@@ -52,6 +55,7 @@ void startUnmount(std::function<void()> unmount)
 
 bool waitForUnmounts(std::chrono::milliseconds timeout)
 {
+    // An unmount that takes longer is left behind. The header says what has to stay alive then.
     Running &all = *running();
     std::unique_lock lock(all.mutex);
     return all.hasEnded.wait_for(lock, timeout, [&] { return all.count == 0; });

@@ -23,6 +23,7 @@ Q_LOGGING_CATEGORY(cellLog, "tessaly.history.cell")
 
 const QString imageName = u"history.png"_s;
 
+// In relation to the user's font, which the interface file does not know.
 void enlarge(QLabel &label)
 {
     constexpr double totalScale = 1.15;
@@ -41,6 +42,7 @@ std::unique_ptr<KORVENHistoryCellView>
 KORVENHistoryCellView::tableCellViewWithNibNamed(const QString &name,
                                                  const KORVENHistoryViewController * /*owner*/)
 {
+    // QUiLoader makes a widget of a custom class only if the class was registered under its name.
     InterfaceFile::registerWidget<KORVENHistoryCellView>("KORVENHistoryCellView");
     InterfaceFile::Loaded loaded = InterfaceFile::load(name);
     auto *cell = qobject_cast<KORVENHistoryCellView *>(loaded.root.get());
@@ -49,6 +51,7 @@ KORVENHistoryCellView::tableCellViewWithNibNamed(const QString &name,
                   qUtf8Printable(loaded.error));
         return nullptr;
     }
+    // The root and the cell are one object, which moves to a pointer of its own type.
     (void)loaded.root.release();
     std::unique_ptr<KORVENHistoryCellView> owned(cell);
     owned->connectOutlets();
@@ -71,16 +74,21 @@ void KORVENHistoryCellView::connectOutlets()
 
 void KORVENHistoryCellView::setScanKey(const std::optional<std::string> &scanKey)
 {
+    // A reload fills every cell again. A press of the mouse survives if the cell still shows its
+    // record, and must not reach another one.
     if (m_scanKey == scanKey) {
         return;
     }
     m_scanKey = scanKey;
     if (m_imageView != nullptr) {
         m_imageView->setImage(artworkIcon(imageName), imageName); // which forgets a press
+        // A QAbstractButton that is not down when the mouse is released does not send clicked().
         m_deleteButton->setDown(false);
     }
 }
 
+// By key, through the delegate: the scan is shown by another page, which this layer does not
+// include.
 void KORVENHistoryCellView::imageClicked()
 {
     KORVENAppDelegate::sharedDelegate().loadHistoryItem(m_scanKey.value_or(std::string()));
@@ -93,6 +101,8 @@ void KORVENHistoryCellView::deleteClicked()
     }
     const std::string key = *m_scanKey;
     try {
+        // Noted on disk first. A kill between deleting the file and saving the list would leave a
+        // record that opens nothing.
         KORVENHistoryStore::sharedStore().removeItemCrashSafe(key);
     } catch (const NamedException &exception) {
         qCWarning(cellLog, "The scan was not deleted: %s", exception.what());

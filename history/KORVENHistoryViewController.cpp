@@ -74,6 +74,8 @@ KORVENHistoryViewController::~KORVENHistoryViewController()
 
 void KORVENHistoryViewController::makeShortcuts()
 {
+    // Only while the table itself has the focus: with the focus on a button, Delete must not delete
+    // a scan that the user does not look at.
     auto *shortcut = new QShortcut(QKeySequence(QKeySequence::Delete), &table(), nullptr, nullptr,
                                    Qt::WidgetShortcut);
     shortcut->setAutoRepeat(false); // each press deletes one scan
@@ -95,11 +97,14 @@ void KORVENHistoryViewController::setSortByDate(bool isByDate)
 
 void KORVENHistoryViewController::loadHistory()
 {
+    // Two failures look alike on the screen. A damaged file is an exception, and there is no store
+    // at all. A file that the system does not give leaves a store that works for this run.
     HistoryRecords records;
     try {
         KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
         m_problem = QString::fromStdString(store.problem().value_or(std::string()));
         records = store.allItems();
+        // The upkeep runs once. Before the records are known, it would find nothing to do.
         if (m_problem.isEmpty()) {
             m_upkeep.start(store);
         }
@@ -115,6 +120,7 @@ void KORVENHistoryViewController::loadHistory()
     sortNewestFirst(records);
     {
         const std::scoped_lock lock(m_rowsLock);
+        // The rows come from the store, so what was pruned before is not animated any more.
         m_historyArray = std::move(records);
         m_departed = {};
     }
@@ -122,7 +128,8 @@ void KORVENHistoryViewController::loadHistory()
     reloadTable();
 }
 
-/// Tries again to read a history that could not be read.
+/// Tries again to read a history that could not be read. The watch has read the file on another
+/// thread before. If its disk hangs, this is not called, and the window does not hang with it.
 void KORVENHistoryViewController::readAgain()
 {
     QString problem;
@@ -133,6 +140,8 @@ void KORVENHistoryViewController::readAgain()
     } catch (const NamedException &exception) {
         problem = QString::fromStdString(exception.reason());
     }
+    // The watch also fires when nothing has changed. A reload would put the rows back into date
+    // order each time.
     if (problem != m_problem) {
         reloadHistory();
     }
@@ -140,12 +149,14 @@ void KORVENHistoryViewController::readAgain()
 
 void KORVENHistoryViewController::reloadHistory()
 {
+    // Many records may be added in a row. One reload in the event loop shows all of them.
     if (m_isLoadScheduled.exchange(true)) {
         return;
     }
     QMetaObject::invokeMethod(
         this,
         [this] {
+            // Before the load, so that a request from another thread during it is not lost.
             m_isLoadScheduled = false;
             loadHistory();
         },
@@ -156,6 +167,8 @@ void KORVENHistoryViewController::reloadHistoryDelete(const std::optional<std::s
 {
     {
         const std::scoped_lock lock(m_rowsLock);
+        // The row is taken out at once, on whatever thread tells of the removal. The table follows
+        // later, so for a moment it has more rows than this array: recordAt() allows for that.
         const auto found =
             std::find_if(m_historyArray.begin(), m_historyArray.end(),
                          [&](const Record &record) { return record->scanKey() == scanKey; });
@@ -164,6 +177,8 @@ void KORVENHistoryViewController::reloadHistoryDelete(const std::optional<std::s
             m_historyArray.erase(found);
         }
     }
+    // A removal of many scans tells of each of them. One reload covers all that arrive before the
+    // event loop runs.
     if (m_isDeleteScheduled.exchange(true)) {
         return;
     }
@@ -183,13 +198,18 @@ void KORVENHistoryViewController::loadHistoryDelete()
         const std::scoped_lock lock(m_rowsLock);
         departed = std::exchange(m_departed, {});
     }
+    // It takes its picture of the table in the constructor, so it is made while the table still
+    // shows the old rows. During "Delete all" each slice removes many rows, and an animation of
+    // each would only cost time.
     RowRemovalAnimation *departure = nullptr;
     if (departed.count > 0 && !m_removal.isRunning() && RowRemovalAnimation::isWanted(table())) {
         departure = new RowRemovalAnimation(table(), *view());
     }
     reloadTable();
+    // Only now: reloadTable() deletes the previous animation through this pointer.
     m_departure = departure;
     if (departure != nullptr) {
+        // Several rows need not lie together, so the old picture fades out as a whole.
         departure->play(departed.count == 1 ? std::optional(departed.row) : std::nullopt);
     }
 }
@@ -217,6 +237,7 @@ void KORVENHistoryViewController::sortTable()
         m_departed = {};
     }
     reloadTable();
+    // In another order the old scroll position means nothing.
     table().scrollToTop();
 }
 
@@ -226,10 +247,13 @@ void KORVENHistoryViewController::deleteAllClicked()
         return;
     }
     try {
+        // The store's list rather than the rows here, which may lag behind it by one event.
         m_removal.start(KORVENHistoryStore::sharedStore().allItems());
     } catch (const NamedException &) {
         loadHistory(); // which shows the problem
     }
+    // The button is about to be disabled. Qt would then move the focus to the next widget of the
+    // tab order.
     if (m_removal.isRunning() && m_deleteButton.hasFocus()) {
         table().setFocus();
     }
@@ -251,6 +275,8 @@ void KORVENHistoryViewController::deleteSelected()
 void KORVENHistoryViewController::reloadTable()
 {
     delete m_departure; // it shows the old rows
+    // A model reset clears the selection, but QItemSelectionModel sends no signal for that. So
+    // m_selected is still the record from before the reload.
     const int rowBefore = table().selectedRow();
     table().reloadData();
     selectAgain(rowBefore);
@@ -268,6 +294,8 @@ void KORVENHistoryViewController::selectAgain(int rowBefore)
     int row = std::min(rowBefore, rowCount - 1);
     {
         const std::scoped_lock lock(m_rowsLock);
+        // The same object rather than the same key: a damaged history may have two records with one
+        // key.
         const auto same = std::find(m_historyArray.begin(), m_historyArray.end(), m_selected);
         if (same != m_historyArray.end()) {
             row = static_cast<int>(same - m_historyArray.begin());
@@ -279,6 +307,7 @@ void KORVENHistoryViewController::selectAgain(int rowBefore)
 void KORVENHistoryViewController::showRowsOrEmptyState()
 {
     const int count = numberOfRowsInTableView();
+    // With rows the reason stands above them. Without rows the empty page has room for it.
     m_problemLabel.setVisible(!m_problem.isEmpty() && count > 0);
     if (!m_problem.isEmpty()) {
         const QString title = tr("The history cannot be read");
@@ -298,6 +327,8 @@ void KORVENHistoryViewController::showRowsOrEmptyState()
         showTable();
         return;
     }
+    // Qt takes the focus from a widget that is hidden, and would give it to the next in the tab
+    // order.
     const bool hadFocus = table().hasFocus();
     showEmptyPage();
     if (hadFocus) {
@@ -311,6 +342,7 @@ void KORVENHistoryViewController::updateButtons()
     m_refreshButton.setEnabled(isIdle);
     m_sortButton.setEnabled(isIdle);
     m_deleteButton.setEnabled(isIdle && numberOfRowsInTableView() > 0);
+    // In place, since only the buttons have changed: a reload would fill every cell again.
     for (auto *cell : table().findChildren<KORVENHistoryCellView *>()) {
         if (cell->deleteButton() != nullptr) {
             cell->deleteButton()->setEnabled(isIdle);
@@ -333,6 +365,7 @@ int KORVENHistoryViewController::numberOfRowsInTableView() const
 KORVENHistoryViewController::Record KORVENHistoryViewController::recordAt(int row) const
 {
     const std::scoped_lock lock(m_rowsLock);
+    // The table may ask for a row that another thread has pruned meanwhile.
     const bool isThere = row >= 0 && static_cast<std::size_t>(row) < m_historyArray.size();
     return isThere ? m_historyArray[static_cast<std::size_t>(row)] : nullptr;
 }
@@ -355,10 +388,14 @@ void KORVENHistoryViewController::fillCell(KORVENHistoryCellView &cell,
     if (cell.imageView() == nullptr) {
         return; // a bare cell
     }
+    // After a deletion the next row moves up under the pointer. Without the guard a double click
+    // deletes two scans.
     pressGuard().watch(*cell.deleteButton());
     cell.imageView()->setToolTip(tr("Load scan"));
     const QString path = pathText(record);
     cell.scanPath()->setText(path);
+    // Qt takes a tooltip that looks like markup for rich text, and a path may contain any
+    // characters.
     cell.scanPath()->setToolTip(plainToolTip(drawableText(path)));
     cell.scanTotal()->setText(totalText(record));
     cell.scanDate()->setText(dateText(record));
@@ -386,6 +423,8 @@ QString KORVENHistoryViewController::accessibleText(int row) const
         return {};
     }
     QStringList parts{drawableText(pathText(*record)), totalText(*record), dateText(*record)};
+    // A record out of an old or damaged history may lack any of them. A screen reader would speak
+    // the commas.
     parts.removeAll(QString());
     return parts.join(u", ");
 }

@@ -33,6 +33,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(homeLog, "tessaly.screens.home")
 
+// Case does not matter here. On Linux this may accept another folder than the home folder, which is
+// kept on purpose.
 bool isSamePath(const std::string &one, const std::string &other)
 {
     return textOfName(one).compare(textOfName(other), Qt::CaseInsensitive) == 0;
@@ -45,6 +47,8 @@ bool isHomeFolder(const std::string &path, const UserAccount &account)
            isSamePath(path, account.homeFolder());
 }
 
+// Below the root folder this gives two slashes, which the scan screen avoids. It is required, and
+// the system reads them as one.
 std::string homePathBelow(const std::string &folder, std::string_view name)
 {
     return folder + '/' + std::string(name);
@@ -52,6 +56,7 @@ std::string homePathBelow(const std::string &folder, std::string_view name)
 
 QString homeTrashImage(const KORVENFolderObject &row)
 {
+    // Signed, as it has always been compared: what reads as -1 is an empty trash.
     return static_cast<std::int64_t>(row.folderSizeAsNumber()) > 0 ? u"trash_full.png"_s
                                                                    : u"trash.png"_s;
 }
@@ -72,11 +77,14 @@ KORVENHomeViewController::KORVENHomeViewController(const Services &services, con
 
 KORVENHomeViewController::~KORVENHomeViewController()
 {
+    // Here and not in the base class alone: the workers call overrides of this class.
     stopWorkers();
 }
 
 void KORVENHomeViewController::showStart()
 {
+    // Kept for startLoading(), which comes later: a folder that the user chooses in between has no
+    // last scan to load.
     m_wasSetUpAtStart = !checkSetupMode();
     if (m_wasSetUpAtStart) {
         showResultsPage();
@@ -95,6 +103,7 @@ void KORVENHomeViewController::startLoading()
 bool KORVENHomeViewController::checkSetupMode()
 {
     const auto bookmark = services().settings.data(settingsKey::homeFolder);
+    // A bookmark that does not resolve, since the folder is no longer there, counts as none.
     m_homeFolder = bookmark ? services().bookmarks.resolve(*bookmark) : std::nullopt;
     return !m_homeFolder;
 }
@@ -118,6 +127,8 @@ void KORVENHomeViewController::continueClicked()
 {
     services().folderChooser.chooseFolder(
         *view()->window(), {services().account.homeFolder(), tr("Save").toStdString()},
+        // The dialog does not block the program, so the screen may be destroyed before it is
+        // closed.
         [guard = QPointer(this)](const std::optional<std::string> &folder) {
             if (guard && folder) {
                 guard->folderWasChosen(tree::cleanPath(*folder));
@@ -135,6 +146,8 @@ void KORVENHomeViewController::folderWasChosen(const std::string &folder)
     storeBookmark(*url, settingsKey::homeFolder, services().bookmarks, services().settings);
     m_homeFolder = url;
     showResultsPage();
+    // The bookmark is resolved again as the next start will do it. If it could not be stored, there
+    // is no home folder, and scanClicked() says so.
     checkSetupMode();
 }
 
@@ -168,8 +181,11 @@ void KORVENHomeViewController::scanClicked()
 
 ScanResult KORVENHomeViewController::completedScan(const FinishedScan &scan)
 {
+    // The file is written before the user is told. The scan screen does it the other way round;
+    // both orders are kept on purpose.
     archive::LastScanFile lastScan(itemArchivePath());
     const auto written = lastScan.replace(
+        // A scan that could not open its folder is no reason to lose the last good one.
         scan.tree->root(), scan.rootProblem ? archive::LastScanFile::Former::kept
                                             : archive::LastScanFile::Former::deleted);
     KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Home folders scan completed"),
@@ -181,6 +197,9 @@ ScanResult KORVENHomeViewController::completedScan(const FinishedScan &scan)
         qCWarning(homeLog, "The scan was not kept: %s", reason.c_str());
         result.notice = ScanResult::noticeOfLostScan(reason);
     }
+    // The date shown is the creation date of the file, so that it is the same after a restart.
+    // Without a file there is no date, and the screen goes on looking as if it scanned: an oddity
+    // that is kept on purpose.
     const auto date = archive::fileCreationDate(lastScan.path());
     if (date) {
         result.dateText = formatDate(*date);
@@ -199,6 +218,8 @@ void KORVENHomeViewController::notifyCanceled()
 std::optional<ScanResult> KORVENHomeViewController::loadScanResults()
 {
     const std::string path = itemArchivePath();
+    // A process that was killed while it replaced the file has left the former one under another
+    // name.
     archive::LastScanFile(path).putBack();
     const auto date = archive::fileCreationDate(path);
     if (!date) {
@@ -213,6 +234,7 @@ std::optional<ScanResult> KORVENHomeViewController::loadScanResults()
 
 void KORVENHomeViewController::resultWasShown(const ScanResult &result)
 {
+    // With a tree the model names its folder. Without one the field would stay as it was.
     if (!result.tree) {
         folderNameField()->setText(textOfName(homePath()));
     }

@@ -28,6 +28,8 @@ std::string absoluteFolderOf(std::string_view path)
     std::string folder = tree::parentPath(path);
     if (!folder.starts_with('/')) {
         std::error_code error;
+        // The current folder may have been deleted. The overload without an error code would throw
+        // then.
         const std::filesystem::path current = std::filesystem::current_path(error);
         if (error) {
             return {};
@@ -41,6 +43,8 @@ std::string absoluteFolderOf(std::string_view path)
 void orderAsShown(std::vector<PreviewFolderEntry> &entries,
                   const std::vector<std::string> &shownNames)
 {
+    // A folder may have many thousands of files; a search in the list of names for each of them
+    // would take quadratic time.
     std::unordered_map<std::string_view, std::size_t> places;
     for (const std::string &name : shownNames) {
         places.emplace(name, places.size());
@@ -53,7 +57,8 @@ void orderAsShown(std::vector<PreviewFolderEntry> &entries,
                      [&](const auto &a, const auto &b) { return placeOf(a) < placeOf(b); });
 }
 
-/// Whether the folder is there and the file is not.
+/// Whether the folder is there and the file is not. The folder tells a deleted file from a disk
+/// that is not mounted. lstat(), since a link without a target is still there.
 bool isGoneFrom(const std::string &folder, const std::string &file)
 {
     struct stat status;
@@ -73,6 +78,7 @@ KORVENQuicklookController &KORVENQuicklookController::sharedStore()
 
 KORVENQuicklookController::KORVENQuicklookController() : m_services(services())
 {
+    // Required interface, the text included, although it names the other class.
     throw NamedException("Singleton", "Use +[KORVENHistoryStore sharedStore]");
 }
 
@@ -86,6 +92,7 @@ KORVENQuicklookController::KORVENQuicklookController(const Services &services,
 
 KORVENQuicklookController::~KORVENQuicklookController()
 {
+    // Another controller may have taken its place, as in tests, which make their own.
     if (m_services.previewPanels.controller() == this) {
         m_services.previewPanels.setController(nullptr);
     }
@@ -115,6 +122,8 @@ void KORVENQuicklookController::close(GrantedFolder &folder) const
 void KORVENQuicklookController::quickLookItem(std::string_view path, std::string_view scanKey,
                                               const std::vector<std::string> &shownNames)
 {
+    // Access to the previous folder ends here and not after the preview, since the panel reads its
+    // files for as long as it is open.
     close(m_scan);
     m_scan = opened(scanKey);
     if (m_scan.url) {
@@ -148,11 +157,14 @@ void KORVENQuicklookController::listFiles(std::string_view path,
         if (!url) {
             continue;
         }
+        // Compared as bytes: another spelling of the same path is not found, and the list begins
+        // with its first file.
         if (file == path) {
             start = m_qlArray.size();
         }
         m_qlArray.push_back(std::move(*url));
     }
+    // The panel starts at its first item. Rotating keeps the order in which it pages on from there.
     std::rotate(m_qlArray.begin(), m_qlArray.begin() + static_cast<std::ptrdiff_t>(start),
                 m_qlArray.end());
 }

@@ -28,6 +28,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(scanLog, "tessaly.screens.scan")
 
+// The path of a child is shown and handed to the file manager, so the root gets no second slash.
+// The home screen does that differently, see homePathBelow().
 std::string scanPathBelow(const std::string &folder, std::string_view name)
 {
     return (folder == "/" ? folder : folder + '/') + std::string(name);
@@ -36,6 +38,7 @@ std::string scanPathBelow(const std::string &folder, std::string_view name)
 std::string scanPathAbove(const std::string &folder)
 {
     const std::string path = tree::parentPath(folder);
+    // A relative name, as a damaged scan file may have it, has no parent path.
     return path.empty() ? "/" : path;
 }
 
@@ -55,6 +58,7 @@ KORVENScanViewController::KORVENScanViewController(const Services &services, con
 
 KORVENScanViewController::~KORVENScanViewController()
 {
+    // Here and not in the base class alone: the workers call overrides of this class.
     stopWorkers();
 }
 
@@ -72,6 +76,8 @@ void KORVENScanViewController::scanButtonPressed()
         *view()->window(),
         {QFile::encodeName(QDir::homePath()).toStdString(), tr("Scan").toStdString()},
         [guard = QPointer(this)](const std::optional<std::string> &folder) {
+            // The dialog does not block the program. Meanwhile the screen may have been destroyed,
+            // or a scan started.
             if (guard && folder && !guard->isScanRunningNow()) {
                 guard->startScan(*folder);
             }
@@ -81,6 +87,8 @@ void KORVENScanViewController::scanButtonPressed()
 std::optional<ScanResult> KORVENScanViewController::loadScanResults()
 {
     try {
+        // The first call reads the history file. This is a worker, so the window does not wait for
+        // it.
         const auto record = KORVENHistoryStore::sharedStore().getMostRecentScan();
         return record ? std::optional(recordedScan(*record)) : std::nullopt;
     } catch (const NamedException &exception) {
@@ -100,6 +108,7 @@ ScanResult KORVENScanViewController::recordedScan(const KORVENHistoryItem &recor
     const auto path = record.scanFilePath();
     ScanResult result = path ? ScanResult::ofFile(*path)
                              : ScanResult::ofUnreadableFile(tr("the record names no file"));
+    // Also without a tree: previews find the folder's bookmark under this key.
     result.scanKey = record.scanKey();
     if (result.tree && record.scanDate()) {
         result.dateText = formatDate(*record.scanDate());
@@ -114,6 +123,8 @@ void KORVENScanViewController::notifyCanceled()
 
 ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
 {
+    // The user is told before the scan is written, which may take a while on a slow disk. The home
+    // screen does it the other way round. Both orders are kept on purpose.
     KORVENAppDelegate::sharedDelegate().showCompletedNotification(tr("Scan completed"));
     const tree::LUMFileContainer &root = scan.tree->root();
     // The exact total: what the screen shows is rounded to single precision.
@@ -123,6 +134,7 @@ ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
 
     ScanResult result = ScanResult::ofScan(scan);
     if (problem) {
+        // The result is in memory and is shown all the same.
         qCWarning(scanLog, "The scan was not kept: %s", problem->c_str());
         result.notice = ScanResult::noticeOfLostScan(*problem);
     }
@@ -134,14 +146,21 @@ ScanResult KORVENScanViewController::completedScan(const FinishedScan &scan)
 std::optional<std::string> KORVENScanViewController::record(const tree::ScanTree &tree,
                                                             const KORVENHistoryItem &item) const
 {
+    // A record that can be opened but has no bookmark could not be previewed, so the bookmark is
+    // stored first.
     storeBookmark(fileUrl(item.scanPath().value()).value_or(std::string()), *item.scanKey(),
                   services().bookmarks, services().settings);
     try {
         KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
+        // The scan's file comes before its record. Killed in between, the next start finds a file
+        // without a record and makes one (HistoryUpkeep). The other order would leave a record that
+        // opens nothing.
         const auto written = archive::writeScanFile(tree.root(), item.scanFilePath().value());
         if (!written) {
             return written.error().text();
         }
+        // Also if the save below fails: the scan can then be opened again for as long as the
+        // program runs.
         store.addItem(std::make_shared<const KORVENHistoryItem>(item));
         if (!store.saveChanges()) {
             return tr("the history could not be written").toStdString();
@@ -160,9 +179,13 @@ void KORVENScanViewController::resultWasShown(const ScanResult &result)
 void KORVENScanViewController::loadHistoryItem(std::string_view scanKey)
 {
     try {
+        // On the main thread: a million nodes are read in a tenth of a second (see
+        // docs/performance.md).
         const auto record = KORVENHistoryStore::sharedStore().itemForKey(scanKey);
         if (record) {
             updateScanResults(recordedScan(*record));
+            // Without a tree the field names the folder that the record is of, beside the reason
+            // why it is not shown.
             const std::string folder = drillResults() != nullptr
                                            ? scanFolder()
                                            : record->scanPath().value_or(std::string());
@@ -178,6 +201,7 @@ void KORVENScanViewController::quickLookItem(std::string_view path)
     KORVENQuicklookController::sharedStore().quickLookItem(path, m_uuid, shownFileNames());
 }
 
+// Required interface. Nothing is written there: each scan has a file of its own, named by its key.
 std::string KORVENScanViewController::itemArchivePath() const
 {
     return services().documents.path() + "/scan.archive";

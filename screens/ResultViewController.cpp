@@ -49,6 +49,8 @@ ResultViewController::ResultViewController(const Services &services, Setup setup
 
 ResultViewController::~ResultViewController()
 {
+    // First of all, since the workers use the members below. A derived class has called this
+    // already, while its overrides still existed; a second call does nothing.
     stopWorkers();
     m_rowsView.reset();
     closeView();
@@ -56,7 +58,8 @@ ResultViewController::~ResultViewController()
 
 void ResultViewController::wireButtons()
 {
-    // Scan and Cancel take each other's place.
+    // Scan and Cancel take each other's place: the second press of a double click would cancel the
+    // scan that the first one has started.
     for (KORVENButton *button : {&m_scanButton, &m_cancelButton, &m_emptyButton}) {
         pressGuard().watch(*button);
     }
@@ -67,8 +70,11 @@ void ResultViewController::wireButtons()
           {"backButton", [this] { drillUpOneLevel(); }}});
     for (const auto &key : {QKeySequence(Qt::ALT | Qt::Key_Left), QKeySequence(Qt::Key_Backspace),
                             QKeySequence(Qt::ALT | Qt::Key_Up)}) {
+        // For the window, since the focus may be on a button or the title bar. Qt ignores the
+        // shortcuts of invisible widgets, so the two scan screens do not compete for these keys.
         auto *shortcut = new QShortcut(key, view(), nullptr, nullptr, Qt::WindowShortcut);
         connect(shortcut, &QShortcut::activated, this, [this] {
+            // The keys do what the button does, so they do nothing where the button is hidden.
             if (m_header.backButton().isVisibleTo(view())) {
                 drillUpOneLevel();
             }
@@ -89,6 +95,8 @@ void ResultViewController::setUp()
 
 ScanWork::Step ResultViewController::loadResult()
 {
+    // A step is a std::function, which must be copyable. A result is not, and its rows may be a
+    // million.
     auto result = std::make_shared<std::optional<ScanResult>>(loadScanResults());
     if (!*result) {
         return {};
@@ -104,12 +112,15 @@ ScanWork::Step ResultViewController::loadResult()
 void ResultViewController::startScan(const std::string &folder,
                                      const std::optional<std::string> &grantedUrl)
 {
+    // A load of the last result may still run. Its step sees this and does nothing.
     ++m_loadGeneration;
     m_scanFolder = folder;
     const QString folderText = textOfName(folder);
     m_cancelButton.setTitle(tr("Cancel"));
     m_cancelButton.show();
     m_cancelButton.setEnabled(true);
+    // Before the scan button is hidden: Qt would move the focus to the next widget in the tab
+    // order. And after the Cancel button is shown, since a hidden widget does not get the focus.
     takeKeyboardForScan();
     m_scanButton.hide();
     m_sortButton.hide();
@@ -117,10 +128,12 @@ void ResultViewController::startScan(const std::string &folder,
     m_scanLabel.setText(tr("Scanning %1").arg(folderText));
     m_scanLabel.show();
     m_emptyButton.hide();
+    // Rows from before stay and can be browsed while the scan runs.
     if (m_model.rows().empty()) {
         setEmptyTexts(tr("Scanning…"), drawableText(folderText));
     }
     showNotice({});
+    // Before the worker starts, so that a second request is refused from here on.
     m_isScanRunningNow = true;
     m_workers.startScan(folder, grantedUrl);
 }
@@ -134,11 +147,14 @@ ScanWork::Step ResultViewController::scanCancelled()
 
 ScanWork::Step ResultViewController::scanCompleted(const FinishedScan &scan)
 {
+    // The rows are made and sorted here on the worker, so the main thread only swaps them in.
     auto result = std::make_shared<ScanResult>(completedScan(scan));
     return [this, result] {
         if (result->keepsScanningLook) {
             showNotice(result->notice);
             m_model.setLocked(true);
+            // No signal: the views keep the old rows, which is the required behaviour of this case.
+            // The lock keeps the user from going into the new tree by clicks on old rows.
             m_model.replaceSilently(result->tree, std::move(result->rows));
         } else {
             updateScanResults(std::move(*result));
@@ -148,7 +164,9 @@ ScanWork::Step ResultViewController::scanCompleted(const FinishedScan &scan)
 
 void ResultViewController::cancelClicked()
 {
+    // False when the result is on its way. The button must not promise a stop that will not come.
     if (m_workers.cancelScan()) {
+        // A scan that hangs in a dead folder is only given up after a moment.
         m_cancelButton.setTitle(tr("Stopping…"));
     }
 }
@@ -165,12 +183,15 @@ void ResultViewController::updateScanResults(ScanResult result)
     } else {
         showTotal({});
     }
+    // After setResult(), whose signal has set the usual texts of an empty folder.
     if (!result.emptyTitle.isEmpty()) {
         setEmptyTexts(result.emptyTitle, result.emptyText);
     }
     if (isKeyboardForRows) {
         giveKeyboardToRows();
     }
+    // The scan counts as running until everything of its result is shown. Only then can rows be
+    // entered, and a new scan be started.
     resultWasShown(result);
     m_isScanRunningNow = false;
     m_model.setLocked(false);
@@ -180,6 +201,8 @@ void ResultViewController::updateScanResults(ScanResult result)
 void ResultViewController::cancelledScanResults()
 {
     const bool isKeyboardForRows = scanFinishedOrCancelled();
+    // The path is cleared as well: nothing leads back to the level before, whose folder the header
+    // no longer names.
     m_model.clearRows();
     folderNameField()->setText(textOfName(m_scanFolder));
     showTotal({});
@@ -211,6 +234,7 @@ bool ResultViewController::scanFinishedOrCancelled()
 
 void ResultViewController::giveKeyboardToRows()
 {
+    // isVisibleTo(), since the screen itself may be hidden behind another page of the window.
     if (m_rowsView->widget().isVisibleTo(view())) {
         m_rowsView->widget().setFocus();
     }
@@ -239,6 +263,7 @@ void ResultViewController::showNotice(const QString &notice)
 void ResultViewController::drillDownOneLevel(std::string_view name)
 {
     if (m_model.drillDown(name)) {
+        // All rows are others at once, so they are spoken like those of a page that opens.
         m_rowsView->speak();
     }
 }
@@ -294,6 +319,8 @@ void ResultViewController::sayWhyThereAreNoRows()
 
 void ResultViewController::showEmptyPageAndButton()
 {
+    // While a result is being shown, the scan still counts as running, but the scan button is back
+    // already.
     m_emptyButton.setVisible(!m_isScanRunningNow || m_scanButton.isVisibleTo(view()));
     showEmptyPage();
 }

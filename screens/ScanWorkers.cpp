@@ -77,6 +77,7 @@ struct ScanWorkers::RunningScan {
     {
         isCancelWanted = true;
         scanner.cancelScanInProgress();
+        // Last, since the timeout begins here: the walks get that long to see the request.
         work.giveUp();
     }
 };
@@ -105,6 +106,7 @@ void ScanWorkers::startScan(const std::string &folder, const std::optional<std::
     }
     {
         const std::scoped_lock lock(m_scanLock);
+        // Before the thread starts, so that a cancel right after this call finds the scan.
         m_scan = std::make_shared<RunningScan>();
     }
     m_worker = std::thread([this, folder, grantedUrl] { runScan(folder, grantedUrl); });
@@ -113,6 +115,7 @@ void ScanWorkers::startScan(const std::string &folder, const std::optional<std::
 bool ScanWorkers::cancelScan()
 {
     const std::scoped_lock lock(m_scanLock);
+    // Under the lock, so that a scan is either cancelled or its result handed over, but never both.
     if (m_scan) {
         m_scan->cancel();
     }
@@ -121,6 +124,7 @@ bool ScanWorkers::cancelScan()
 
 void ScanWorkers::stop()
 {
+    // Before the cancel: the worker must not take this for a request of the user.
     m_isStopping = true;
     cancelScan();
     for (std::thread *thread : {&m_loader, &m_worker}) {
@@ -133,6 +137,8 @@ void ScanWorkers::stop()
 void ScanWorkers::handOver(ScanWork::Step step)
 {
     if (step) {
+        // Qt drops queued calls when the context object is destroyed, so no step runs on a screen
+        // that is destroyed.
         QMetaObject::invokeMethod(&m_screen, std::move(step), Qt::QueuedConnection);
     }
 }
@@ -144,6 +150,8 @@ void ScanWorkers::runLoader()
 
 void ScanWorkers::runScan(const std::string &folder, const std::optional<std::string> &grantedUrl)
 {
+    // A copy of the pointer keeps the scan alive after m_scan is reset, and for the thread that may
+    // be left behind.
     std::shared_ptr<RunningScan> running;
     {
         const std::scoped_lock lock(m_scanLock);

@@ -21,7 +21,7 @@ HistoryRecords recordsIn(const archive::KeyedArchiveReader &archive)
     std::unordered_map<archive::KeyedArchiveReader::Uid, HistoryRecords::value_type> known;
     HistoryRecords records;
     for (std::uint64_t i = 0; i < list.count; ++i) {
-        // A record that is listed twice is one record.
+        // Archives refer to objects by number: a record that is listed twice is one record.
         auto &record = known[archive.elementUid(list, i)];
         if (!record) {
             record =
@@ -42,6 +42,8 @@ archive::Result<HistoryRecords, archive::ArchiveError> readHistoryFile(const std
     }
     try {
         HistoryRecords records = recordsIn(archive::KeyedArchiveReader(file.value().bytes()));
+        // Asked last: a file that is cut while it is mapped reads as zeros from there on, which may
+        // look like a valid but shorter history.
         if (file.value().wasTruncated()) {
             return archive::ArchiveError{Kind::truncated, "the file was cut while it was read", {}};
         }
@@ -59,6 +61,8 @@ writeHistoryArchive(const HistoryRecords &records, archive::ByteSink &sink)
 {
     try {
         archive::KeyedArchiveWriter archive;
+        // Numbers are given in the order of the calls: the list first, then each record before its
+        // values.
         const auto list = archive.reserve();
         std::vector<archive::KeyedArchiveWriter::Uid> places;
         places.reserve(records.size());
@@ -81,6 +85,7 @@ writeHistoryFile(const HistoryRecords &records, const std::string &path, archive
     if (auto opened = file.open(); !opened) {
         return opened;
     }
+    // Without a commit the destructor removes the temporary file, and the old history stays.
     if (auto written = writeHistoryArchive(records, file); !written) {
         return written;
     }

@@ -35,6 +35,8 @@ HistoryFileWatch::HistoryFileWatch(QObject *parent, std::chrono::milliseconds in
 
 HistoryFileWatch::~HistoryFileWatch()
 {
+    // The thread posts its call under the same lock. It has either posted, and QObject drops the
+    // call, or it finds the pointer null.
     const std::scoped_lock lock(m_link->mutex);
     m_link->watch = nullptr;
 }
@@ -64,6 +66,8 @@ void HistoryFileWatch::stop()
 
 void HistoryFileWatch::readFile()
 {
+    // At most one thread reads. While the disk hangs, the timer would otherwise leave a thread
+    // behind at each interval.
     if (m_isReading) {
         m_isReadWanted = true;
         return;
@@ -72,6 +76,7 @@ void HistoryFileWatch::readFile()
     const bool isStarted =
         scan::startDetachedThread([link = m_link, readFile = m_readFile, path = m_path] {
             readFile(path);
+            // Not held during the read, which may hang: the destructor waits for this lock.
             const std::scoped_lock lock(link->mutex);
             if (link->watch != nullptr) {
                 QMetaObject::invokeMethod(link->watch, &HistoryFileWatch::fileWasRead,

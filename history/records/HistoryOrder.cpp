@@ -20,6 +20,8 @@ using Value = KORVENHistoryItem::Value;
 template <typename Before>
 void sortByKey(HistoryRecords &records, std::string_view key, Before comesBefore)
 {
+    // A value is a copy of the path. Asking in the comparison would copy two paths for each of n
+    // log n steps.
     std::vector<std::pair<Value, HistoryRecords::value_type>> rows;
     rows.reserve(records.size());
     for (auto &record : records) {
@@ -37,6 +39,7 @@ bool isEarlierPath(const Value &left, const Value &right)
 {
     const auto *leftPath = std::get_if<std::string>(&left);
     const auto *rightPath = std::get_if<std::string>(&right);
+    // std::stable_sort() needs a strict weak order: two records without a path are equal.
     if (leftPath == nullptr || rightPath == nullptr) {
         return leftPath == nullptr && rightPath != nullptr;
     }

@@ -42,6 +42,7 @@ HistoryRecords::value_type readAbandonably(scan::AbandonableWork &reading,
 
 void finishRemovals(KORVENHistoryStore &store, const std::stop_token &stop)
 {
+    // What cannot be deleted now stays noted, and the next start tries again.
     for (const auto &record : store.removalsLeft()) {
         if (stop.stop_requested()) {
             return;
@@ -55,6 +56,8 @@ void recoverScans(KORVENHistoryStore &store, const HistoryUpkeep::RecordReader &
                   const std::stop_token &stop)
 {
     scan::AbandonableWork reading(readTimeout);
+    // The callback runs on the thread that requests the stop, or here at once if that has happened
+    // already. It ends run() even while a read hangs.
     const std::stop_callback giveUp(stop, [&reading] { reading.giveUp(); });
     HistoryRecords found;
     for (const std::string &key : store.takeKeysWithoutRecord()) {
@@ -65,8 +68,11 @@ void recoverScans(KORVENHistoryStore &store, const HistoryUpkeep::RecordReader &
             found.push_back(std::move(record));
         }
     }
+    // Also after a stop: what was read until then is kept. All in one save, since each save writes
+    // the whole list.
     if (!found.empty()) {
         sortNewestFirst(found);
+        // The store lists the oldest first.
         std::reverse(found.begin(), found.end());
         store.addItems(std::move(found));
         store.saveChanges();
@@ -82,6 +88,7 @@ HistoryUpkeep::HistoryUpkeep(RecordReader readRecord) : m_readRecord(std::move(r
 void HistoryUpkeep::start(KORVENHistoryStore &store)
 {
     if (!m_thread.joinable()) {
+        // std::jthread requests the stop and joins in its destructor.
         m_thread = std::jthread([&store, this](const std::stop_token &stop) {
             finishRemovals(store, stop);
             recoverScans(store, m_readRecord, stop);

@@ -19,6 +19,7 @@ constexpr std::string_view emptyValue = "(null)";
 constexpr std::string_view archiveSuffix = ".archive";
 
 enum Key : std::size_t { classKey, pathKey, totalKey, uuidKey, dateKey };
+// In the order of Key. The names are part of the file format.
 constexpr std::array<std::string_view, 5> keys{"$class", "scanPath", "scanTotal", "scanKey",
                                                "scanDate"};
 
@@ -51,6 +52,7 @@ bool namesAScan(std::string_view key) noexcept
     constexpr std::size_t maxFileNameBytes = 255;
     constexpr std::array<std::string_view, 3> otherFiles{"scanHistory", "scanhome", "scan"};
     return !key.empty() && key != "." && key != ".." && key.find('/') == std::string_view::npos &&
+           // The system would cut the path at a NUL, and so name another file.
            key.find('\0') == std::string_view::npos &&
            key.size() + archiveSuffix.size() <= maxFileNameBytes &&
            std::none_of(otherFiles.begin(), otherFiles.end(),
@@ -61,6 +63,8 @@ bool namesAScan(std::string_view key) noexcept
 
 std::string KORVENHistoryItem::UUIDString()
 {
+    // Upper case is part of the file names and of the settings' keys; ScanFiles recognises them by
+    // it.
     return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
 }
 
@@ -77,6 +81,7 @@ KORVENHistoryItem::KORVENHistoryItem(const archive::KeyedArchiveReader &archive,
                                                    keys[uuidKey], keys[dateKey]};
     archive::KeyedArchiveReader::NameMatcher classes{className};
     const auto fields = archive.fields(archive.object(object), names);
+    // An object of another class would otherwise read as a record without any values.
     if (!fields[classKey] || archive.classIndex(*fields[classKey], classes) != 0) {
         throw archive::ArchiveFailure(archive::ArchiveError::Kind::unsupported,
                                       "a record of an unknown class");
@@ -112,11 +117,14 @@ void KORVENHistoryItem::encodeWithCoder(archive::KeyedArchiveWriter &archive,
 
 std::optional<std::string> KORVENHistoryItem::scanFilePath() const
 {
+    // The file of this path gets deleted with the record, so a damaged key must not lead to any
+    // other file.
     if (m_scanKey && !namesAScan(*m_scanKey)) {
         return std::nullopt;
     }
     std::string path = services().documents.path();
     path += '/';
+    // A record without a key still has a file name, so that it can be removed with its file.
     path += m_scanKey.value_or(std::string(emptyValue));
     path += archiveSuffix;
     return path;

@@ -38,6 +38,8 @@ void logError(const char *what, const archive::ArchiveError &error)
     qCWarning(historyLog, "%s: %s", what, tree::printableText(error.text()).c_str());
 }
 
+// lstat(), since a link whose target is not there is a history that cannot be read, and must not be
+// replaced.
 bool isMissing(const std::string &path)
 {
     struct stat status;
@@ -49,6 +51,7 @@ bool isMissing(const std::string &path)
 KORVENHistoryStore &KORVENHistoryStore::sharedStore()
 {
     // Never destroyed: threads may still use it while the process ends.
+    // If the constructor throws, the static stays uninitialized, and the next call tries again.
     static KORVENHistoryStore &store = []() -> KORVENHistoryStore & {
         return *new KORVENHistoryStore(KORVENAppDelegate::sharedDelegate());
     }();
@@ -73,6 +76,7 @@ void KORVENHistoryStore::load()
 {
     // Now, since a scan of this run has its file a moment before it has its record.
     m_keysAtStart = scanKeysIn(m_folder);
+    // Before the history, since adopt() leaves out what is being removed.
     if (const auto loaded = m_removals.load(); !loaded) {
         logError("It is not known which scans were being deleted", loaded.error());
     }
@@ -82,10 +86,13 @@ void KORVENHistoryStore::load()
         adopt(std::move(records.value()));
         return;
     }
+    // Without a store nothing can write over a damaged file.
     if (records.error().kind != archive::ArchiveError::Kind::unreadable) {
         throw NamedException("Unreadable History",
                              tree::printableText(path) + ": " + records.error().text());
     }
+    // No file is an empty history. A file that cannot be read, such as one on a disk that is not
+    // ready, may hold years of records and must not be written over.
     m_isFileKnown = isMissing(path);
     if (!m_isFileKnown) {
         m_problem = records.error().text();
@@ -118,6 +125,7 @@ void KORVENHistoryStore::adopt(HistoryRecords records)
     const auto isBeingRemoved = [this](const Record &record) {
         return m_removals.contains(record->scanKey());
     };
+    // A process that was killed during a removal has left them in the file.
     m_isSaved = std::erase_if(records, isBeingRemoved) == 0;
     const std::scoped_lock lock(m_listLock);
     m_privateItems.insert(m_privateItems.begin(), std::make_move_iterator(records.begin()),
@@ -128,6 +136,8 @@ void KORVENHistoryStore::adopt(HistoryRecords records)
 /// Requires: no lock is held.
 void KORVENHistoryStore::tellOfAdoption()
 {
+    // The delegate may call the store back, even from another thread that this one waits for. So it
+    // is told when no lock is held.
     if (m_hasAdopted.exchange(false)) {
         m_delegate.historyStoreUpdated();
     }
@@ -147,6 +157,7 @@ bool KORVENHistoryStore::readAgain()
         const bool isNew = !m_isFileKnown;
         const bool hasNewRecords = !allItems().empty();
         isKnown = tryToRead();
+        // Without records of this run the file is up to date, and is not written.
         if (isKnown && isNew && hasNewRecords) {
             save();
         }
@@ -198,6 +209,7 @@ void KORVENHistoryStore::removeItem(const Record &record)
 
 void KORVENHistoryStore::removeItemWithKey(std::string_view scanKey)
 {
+    // A damaged history may hold a key twice, and each call removes one of them.
     if (const Record record = itemForKey(scanKey)) {
         removeItem(record);
     }
@@ -214,6 +226,7 @@ void KORVENHistoryStore::removeItemCrashSafe(std::string_view scanKey)
 
 void KORVENHistoryStore::removeAllScans()
 {
+    // Over a copy, since each removal changes the list.
     for (const Record &record : allItems()) {
         removeItem(record);
     }
@@ -231,6 +244,7 @@ bool KORVENHistoryStore::noteRemovals(const HistoryRecords &records)
 
 void KORVENHistoryStore::takeOut(const HistoryRecords &records)
 {
+    // "Delete all" takes out thousands, so the list is passed through once.
     const std::unordered_set<Record> taken(records.begin(), records.end());
     {
         const std::scoped_lock lock(m_saving);
@@ -239,6 +253,8 @@ void KORVENHistoryStore::takeOut(const HistoryRecords &records)
             std::erase_if(m_privateItems,
                           [&](const Record &record) { return taken.contains(record); });
         }
+        // One save for all: it takes milliseconds, since the whole list is written and flushed to
+        // the disk.
         save();
     }
     tellOfAdoption();
@@ -247,6 +263,8 @@ void KORVENHistoryStore::takeOut(const HistoryRecords &records)
 void KORVENHistoryStore::finishRemoval(const KORVENHistoryItem &record)
 {
     deleteScanFile(record);
+    // Also if the file could not be deleted: the record is out of the list, and the next start
+    // tries again.
     m_delegate.reloadHistoryDelete(record.scanKey());
 }
 
@@ -273,6 +291,7 @@ HistoryRecords KORVENHistoryStore::removalsLeft()
 bool KORVENHistoryStore::deleteScanFile(const KORVENHistoryItem &record)
 {
     if (const auto file = record.scanFilePath()) {
+        // A file that is gone already is as good as deleted.
         if (m_calls.unlink(file->c_str()) != 0 && errno != ENOENT) {
             logError("A scan was not deleted",
                      archive::systemError(archive::ArchiveError::Kind::unwritable,
@@ -290,6 +309,8 @@ bool KORVENHistoryStore::deleteScanFile(const KORVENHistoryItem &record)
 std::vector<std::string> KORVENHistoryStore::takeKeysWithoutRecord()
 {
     const std::scoped_lock lock(m_saving);
+    // Without both lists every scan would look as if it had lost its record, even one that the user
+    // has deleted.
     if (!m_isFileKnown || !m_removals.isKnown()) {
         return {};
     }
@@ -297,6 +318,7 @@ std::vector<std::string> KORVENHistoryStore::takeKeysWithoutRecord()
     for (const Record &record : allItems()) {
         recorded.insert(record->scanKey());
     }
+    // Given out once. A scan of this run is never among them: it was not there at the start.
     std::vector<std::string> keys = std::exchange(m_keysAtStart, {});
     std::erase_if(keys, [&](const std::string &key) {
         return recorded.contains(key) || m_removals.contains(key);
@@ -335,6 +357,8 @@ bool KORVENHistoryStore::save()
         m_isSaved = false;
         return false;
     }
+    // The list is copied under m_saving. So of two saves that wait for each other the later one
+    // writes the later list.
     const auto written = writeHistoryFile(allItems(), itemArchivePath(), m_calls);
     m_isSaved = written.hasValue();
     if (!written) {
@@ -347,6 +371,8 @@ KORVENHistoryStore::Record KORVENHistoryStore::getMostRecentScan() const
 {
     const HistoryRecords records = allItems();
     const auto latest =
+        // From the end, since max_element() returns the first of equal elements, and the last one
+        // is wanted.
         std::max_element(records.rbegin(), records.rend(), [](const Record &a, const Record &b) {
             return a->scanDate() < b->scanDate(); // nothing comes before every date
         });

@@ -41,15 +41,20 @@ std::optional<archive::Timestamp> dateOfFinishedFile(const std::string &path)
 {
     using namespace std::chrono;
     const scan::FileDescriptor file(archive::retried(
+        // O_NONBLOCK, since opening a FIFO of this name would wait for a writer. It changes nothing
+        // for regular files.
         [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK); }));
     struct stat status = {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
+    // The writer holds an exclusive lock. Any other failure, as on a file system without locks,
+    // does not speak against the file.
     if (archive::retried([&] { return ::flock(file.number(), LOCK_SH | LOCK_NB); }) != 0 &&
         errno == EWOULDBLOCK) {
         return std::nullopt;
     }
+    // Timestamp counts from here.
     constexpr sys_seconds reference = sys_days{2001y / January / 1};
     const auto written = seconds(status.st_mtim.tv_sec) + nanoseconds(status.st_mtim.tv_nsec);
     return archive::Timestamp{duration<double>(written - reference.time_since_epoch()).count()};
@@ -64,6 +69,8 @@ std::vector<std::string> scanKeysIn(const std::string &folder)
     std::filesystem::directory_iterator entry(folder, unreadable);
     for (; entry != std::filesystem::directory_iterator(); entry.increment(unreadable)) {
         std::string name = entry->path().filename().native();
+        // Only the name is looked at. This runs when the store is made, and a stat for each of
+        // thousands of files would delay it.
         if (name.ends_with(scanFileSuffix)) {
             name.resize(name.size() - scanFileSuffix.size());
             if (isUuid(name)) {

@@ -12,6 +12,7 @@ namespace tessaly {
 namespace {
 
 /// How long a slice may take, but for the removal that it ends with.
+/// Short enough for the window to stay responsive.
 constexpr qint64 sliceMs = 40;
 
 } // namespace
@@ -25,6 +26,8 @@ void ScansRemoval::start(HistoryRecords records)
         return;
     }
     KORVENHistoryStore &store = KORVENHistoryStore::sharedStore();
+    // Without the note, a kill after the one save would leave files without records, which the next
+    // start would take for scans that lost theirs. So each is removed with a save of its own then.
     m_isTakenOut = store.noteRemovals(m_records) && m_records.size() > fewRecords;
     if (m_isTakenOut) {
         store.takeOut(m_records);
@@ -52,10 +55,13 @@ void ScansRemoval::removeSlice()
 {
     QElapsedTimer timer;
     timer.start();
+    // By time rather than by number: how long a deletion takes depends on the disk and on what else
+    // uses it.
     while (isRunning() && timer.elapsed() < sliceMs) {
         removeNext();
     }
     if (!isRunning()) {
+        // Once for all: until then the note names every scan, also those that are deleted already.
         KORVENHistoryStore::sharedStore().endRemoval();
     }
 }

@@ -24,6 +24,8 @@ Q_LOGGING_CATEGORY(cellLog, "tessaly.screens")
 
 } // namespace
 
+// A copy of what an action needs. A menu stays open while the table is reloaded, and its cell may
+// show another row by then.
 struct KORVENFolderCellView::Target {
     QPointer<KORVENViewController> controller;
     QString folder; ///< the text of the path that the screen shows
@@ -37,6 +39,7 @@ struct KORVENFolderCellView::Target {
     }
     void showInFinder() const
     {
+        // Control characters in a name must not reach the terminal, hence drawableText().
         qCInfo(cellLog, "name: %s", qUtf8Printable(drawableText(name)));
         if (controller) {
             controller->fileManager().reveal(path());
@@ -75,6 +78,7 @@ KORVENFolderCellView::tableCellViewWithNibNamed(const QString &name, KORVENViewC
                   qUtf8Printable(loaded.error));
         return nullptr;
     }
+    // The root and the cell are one object, which moves to a pointer of its own type.
     (void)loaded.root.release();
     std::unique_ptr<KORVENFolderCellView> owned(cell);
     owned->connectOutlets();
@@ -105,6 +109,8 @@ void KORVENFolderCellView::connectOutlets()
 void KORVENFolderCellView::setAllowsClickDrill(bool allows)
 {
     m_allowsClickDrill = allows;
+    // Hidden rather than disabled: a folder is never previewed by the menu, whatever the state of
+    // the screen.
     m_quickLookMenu->setVisible(!allows);
 }
 
@@ -121,6 +127,8 @@ void KORVENFolderCellView::setMyViewController(KORVENViewController *controller)
 KORVENFolderCellView::Target KORVENFolderCellView::target() const
 {
     const NameLabel *folder = m_myViewController ? m_myViewController->folderNameField() : nullptr;
+    // The path and the name are taken from the labels, whose texts lead back to the same bytes (see
+    // NameText.hpp). So the actions go by what the user sees.
     return {m_myViewController, folder != nullptr ? folder->text() : QString(),
             m_folderName != nullptr ? m_folderName->text() : QString()};
 }
@@ -137,6 +145,7 @@ void KORVENFolderCellView::goOrPreview()
     if (!m_allowsClickDrill) {
         showQuickLook();
     } else if (m_myViewController && canAct()) {
+        // canAct() at the click: a scan may have been cancelled since the cell was filled.
         m_myViewController->drillDownOneLevel(nameOfText(target().name));
     }
 }
@@ -164,10 +173,12 @@ void KORVENFolderCellView::showInfo()
 
 QMenu *KORVENFolderCellView::popUpMenu(const QPoint &place)
 {
+    // A child of the window: the cell may be reused or destroyed while the menu is open.
     auto *menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const Target chosen = target();
     const auto add = [&](const QString &title, void (Target::*run)() const) {
+        // The lambda holds the copy. The screen in it is guarded by a QPointer.
         QAction *action = menu->addAction(title, menu, [chosen, run] { (chosen.*run)(); });
         action->setEnabled(canAct());
         return action;

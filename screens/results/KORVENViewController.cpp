@@ -14,13 +14,15 @@ namespace tessaly {
 namespace {
 
 constexpr std::size_t rowCount = 5;
-/// Bytes by row of the preference.
+/// Bytes by row of the preference, in decimal units like the size texts. The first row lists none.
 constexpr std::array<std::uint64_t, rowCount> hiddenItemThresholds{0, 1'000'000, 500'000, 1'000, 1};
 constexpr std::array<std::uint64_t, rowCount> largeFileThresholds{0, 1'000'000'000, 500'000'000,
                                                                   1'000'000, 1};
 
 std::uint64_t thresholdOf(std::int32_t row, const std::array<std::uint64_t, rowCount> &thresholds)
 {
+    // The settings are a file that the user may edit, so a row may be out of range. It then acts as
+    // the first.
     const auto index = static_cast<std::uint32_t>(row); // below 0 is above all rows
     return index < rowCount ? thresholds[index] : 0;
 }
@@ -35,6 +37,7 @@ void KORVENViewController::drillDownOneLevel(std::string_view /*name*/) {}
 
 void KORVENViewController::quickLookItem(std::string_view /*path*/) {}
 
+// The preference is read each time, as the user may change it while a scan runs.
 std::uint64_t KORVENViewController::compareHiddenItem()
 {
     return thresholdOf(KORVENAppDelegate::sharedDelegate().hiddenItemPreference(),
@@ -65,6 +68,8 @@ QString KORVENViewController::formatDate(archive::Timestamp date) const
 
 QString KORVENViewController::buildString(tree::SizeNumber byteCount)
 {
+    // Two values are placeholders. Other classes have other texts for them (see
+    // docs/conventions.md).
     switch (byteCount.asInt32()) {
     case -1:
         return {};
@@ -82,6 +87,7 @@ bool KORVENViewController::shouldTypeSelectForEvent(const QKeyEvent &event,
         return true;
     }
     PreviewPanels &panels = m_services.previewPanels;
+    // Asked first, since sharedPreviewPanel() makes the panel.
     if (panels.sharedPreviewPanelExists() && panels.sharedPreviewPanel().isVisible()) {
         panels.sharedPreviewPanel().orderOut();
     } else {
@@ -100,6 +106,7 @@ double KORVENViewController::stopTiming()
 {
     m_endTimer = archive::Timestamp::now();
     const double seconds =
+        // Without a start, 0 rather than the seconds since 2001.
         m_startTimer ? m_endTimer->secondsSince2001 - m_startTimer->secondsSince2001 : 0;
     m_startTimer.reset();
     m_endTimer.reset();

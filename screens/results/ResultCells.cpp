@@ -26,7 +26,8 @@ namespace {
 
 const QString cellFile = u"KORVENFolderCell"_s;
 
-/// The row's part of the level, as the bars take it.
+/// The row's part of the level, as the bars take it: in single precision, in which the warning
+/// colours are decided, too (see docs/conventions.md).
 float shareOf(const KORVENFolderObject &row, float total)
 {
     return static_cast<float>(row.sizeAsPercent(static_cast<double>(total)));
@@ -40,6 +41,8 @@ ResultCells::ResultCells(CellTableView &table, KORVENViewController &screen,
       m_kind(cellsOf<KORVENFolderCellView>(identifier, cellFile, &screen)),
       m_trashImage(std::move(trashImage))
 {
+    // QUiLoader knows custom classes by name only. Once for each screen is enough; a cell is loaded
+    // for every row in sight.
     InterfaceFile::registerWidget<KORVENFolderCellView>("KORVENFolderCellView");
     m_kind.registerIn(table);
 }
@@ -47,7 +50,9 @@ ResultCells::ResultCells(CellTableView &table, KORVENViewController &screen,
 QWidget *ResultCells::cellFor(const KORVENFolderObject &row, float total)
 {
     auto &cell = static_cast<KORVENFolderCellView &>(m_kind.nextOf(m_table));
+    // The cell may have shown a row of the other kind before.
     cell.setAllowsClickDrill(row.folderIsDirectory());
+    // A bare cell is made without an owner, so every cell is told its screen here.
     cell.setMyViewController(&m_screen);
     if (cell.folderName() == nullptr) {
         return &cell; // a bare one
@@ -69,6 +74,7 @@ void ResultCells::showShare(KORVENProgressBar &bar, float share)
 {
     bar.setBarPercent(share);
     bar.setToolTip(percentText(share));
+    // Cells are reused, so the warning colours of the row before are replaced first.
     bar.setColorsBlue();
     if (KORVENAppDelegate::sharedDelegate().folderGraphColorPreference() != 0) {
         setWarningColors(bar, share);
@@ -80,11 +86,13 @@ QString ResultCells::imageName(const KORVENFolderObject &row) const
     if (!row.folderIsDirectory()) {
         return u"file.png"_s;
     }
+    // The two scan screens disagree on the image of an empty trash, which is required.
     return row.folderName() == trashName ? m_trashImage(row) : u"folder.png"_s;
 }
 
 QString ResultCells::accessibleText(const KORVENFolderObject &row, float total)
 {
+    // Whole sentences for the translators, rather than pieces that are put together.
     const QString text = row.folderIsDirectory() ? KORVENViewController::tr("%1, folder, %2, %3")
                                                  : KORVENViewController::tr("%1, file, %2, %3");
     return text.arg(drawableText(textOfName(row.folderName())),

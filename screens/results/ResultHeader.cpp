@@ -23,6 +23,7 @@ ResultHeader::ResultHeader(QWidget &view)
 void ResultHeader::showTotal(const QString &total)
 {
     m_totalLabel.setText(total);
+    // The caption would otherwise stand alone while there is no result.
     m_totalCaption.setVisible(!total.isEmpty());
 }
 
@@ -35,6 +36,7 @@ void ResultHeader::showDate(const QString &date)
 void ResultHeader::showBackButton(bool isShown)
 {
     m_backButton.setVisible(isShown);
+    // The word says what the path beside it is, at the top level, where no button leads up.
     m_folderLabel.setVisible(!isShown);
 }
 

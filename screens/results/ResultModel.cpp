@@ -40,12 +40,16 @@ void ResultModel::replaceSilently(std::shared_ptr<tree::ScanTree> tree, ResultRo
 {
     m_tree = std::move(tree);
     m_folder = m_tree ? &m_tree->root() : nullptr;
+    // Its pointer must not be compared with folders of the new tree, which may get the same
+    // address.
     m_selection.reset(); // its folder was the old tree's
     takeRows(std::move(rows));
 }
 
 void ResultModel::clearRows()
 {
+    // The tree is kept: the next refresh, such as after a change of the preferences, lists its rows
+    // again, without a path. This is required and looks odd.
     m_path.reset();
     m_rows.clear();
     m_selection.reset();
@@ -106,12 +110,15 @@ bool ResultModel::isBelowTop() const noexcept
 
 std::optional<std::size_t> ResultModel::selectedRow() const
 {
+    // A name alone is not enough: the item may lie on another level with a child of that name.
     return m_selection && m_selection->folder == m_folder ? rowNamed(m_selection->name)
                                                           : std::nullopt;
 }
 
 void ResultModel::select(ResultItem item)
 {
+    // A view that shows the selection selects its row, which comes back here. The comparison ends
+    // that loop.
     if (m_selection != item) {
         m_selection = std::move(item);
         Q_EMIT selectionChanged();
@@ -136,6 +143,7 @@ void ResultModel::showLevel(ResultRows rows, const std::optional<std::string> &s
     // The folder that was left may be one that is not listed, which a direct call can go into.
     const auto row = selected ? rowNamed(*selected) : std::nullopt;
     m_selection = row ? itemAt(*row) : firstItem();
+    // Only when the whole change is done, so that every view finds a consistent state.
     Q_EMIT levelChanged();
     Q_EMIT orderChanged();
     Q_EMIT rowsChanged();

@@ -12,6 +12,7 @@ namespace {
 
 bool exceeds(std::uint64_t size, std::uint64_t threshold) noexcept
 {
+    // A preference of 0 lists none of these items. It does not mean "any size".
     return size > threshold && threshold != 0;
 }
 
@@ -19,6 +20,8 @@ bool isListed(const tree::LUMFileItem &item, std::uint64_t size, RowThresholds t
 {
     const std::string_view name = item.itemName();
     if (name.starts_with('.')) {
+        // A deliberate exception: the trash is where space can be won, whatever the preferences
+        // say.
         return exceeds(size, thresholds.hiddenItem) || (item.isContainer() && name == trashName);
     }
     return item.isContainer() || exceeds(size, thresholds.largeFile);
@@ -32,6 +35,8 @@ ResultRows resultRowsOf(const tree::LUMFileContainer *folder, RowThresholds thre
     if (folder == nullptr) {
         return result;
     }
+    // Added up exactly and rounded once at the end. A float would lose small files beside large
+    // ones.
     std::uint64_t total = 0;
     for (const tree::LUMFileItem &child : folder->subitems()) {
         const tree::LUMFileContainer *container = child.asContainer();
@@ -48,6 +53,7 @@ ResultRows resultRowsOf(const tree::LUMFileContainer *folder, RowThresholds thre
     return result;
 }
 
+// Stable, so that rows of one size keep the order of the tree.
 void sortRows(std::vector<KORVENFolderObject> &rows, RowOrder order)
 {
     if (order == RowOrder::size) {

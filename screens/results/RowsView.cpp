@@ -18,6 +18,8 @@ RowsView::RowsView(CellTableView &table, ResultModel &model, KORVENViewControlle
     : m_table(&table), m_model(model), m_screen(screen),
       m_cells(table, screen, cellIdentifier, std::move(trashImage))
 {
+    // The view listens to the model rather than to the screen, so several views can show one model
+    // without knowing each other.
     table.setDataSource(this);
     connect(&model, &ResultModel::rowsChanged, this, &RowsView::showRows);
     connect(&model, &ResultModel::selectionChanged, this, &RowsView::showSelection);
@@ -27,6 +29,8 @@ RowsView::RowsView(CellTableView &table, ResultModel &model, KORVENViewControlle
 
 RowsView::~RowsView()
 {
+    // The table belongs to the interface file's widgets, which may be destroyed first. If it lives
+    // on, it must not ask a source that is destroyed.
     if (m_table) {
         m_table->setDataSource(nullptr);
     }
@@ -44,6 +48,7 @@ void RowsView::speak()
 
 void RowsView::showRows()
 {
+    // The reload leaves no row selected. The model keeps its selection, see takeSelection().
     m_table->reloadData();
     m_table->scrollToTop();
     // The selected row may be out of sight, but a level is shown from its first row.
@@ -58,6 +63,7 @@ void RowsView::showSelection()
     if (hasRow(shown) && m_model.selection() == m_model.itemAt(static_cast<std::size_t>(shown))) {
         return; // saves the search in a million rows for each key
     }
+    // The model selects by item, since row numbers differ between views and change with the order.
     if (const auto row = m_model.selectedRow()) {
         m_table->selectRow(static_cast<int>(*row));
     } else {
@@ -67,11 +73,15 @@ void RowsView::showSelection()
 
 void RowsView::takeSelection()
 {
+    // No selected row is not taken over: a reload of the table deselects too, and the selected item
+    // may lie on a level that this view does not show now.
     if (const int row = m_table->selectedRow(); hasRow(row)) {
         m_model.select(m_model.itemAt(static_cast<std::size_t>(row)));
     }
 }
 
+// The model can have fewer rows than the table still shows, since one of its changes is silent
+// (ResultModel::replaceSilently()).
 bool RowsView::hasRow(int row) const
 {
     return row >= 0 && static_cast<std::size_t>(row) < m_model.rows().size();
@@ -100,6 +110,8 @@ bool RowsView::canShowQuickLook() const
 
 void RowsView::actOnSelectedCell(void (KORVENFolderCellView::*act)())
 {
+    // The actions are the cell's, and a row that is out of sight has no cell. selectedCell()
+    // scrolls the row into sight to get one.
     if (auto *cell = qobject_cast<KORVENFolderCellView *>(m_table->selectedCell())) {
         (cell->*act)();
     }
@@ -147,9 +159,12 @@ bool RowsView::shouldTypeSelectForEvent(const QKeyEvent &event, const QString &t
 
 bool RowsView::canActivateRow(int /*row*/) const
 {
+    // Also for folders: without a path of the level, going down would lead to a path that is only a
+    // name.
     return m_screen.canActOnRows();
 }
 
+// Return and a double click do what a click on the name does.
 void RowsView::activateRow(int row)
 {
     if (KORVENFolderCellView *cell = cellAt(row)) {

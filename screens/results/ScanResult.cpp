@@ -14,6 +14,8 @@ ScanResult ScanResult::ofTree(const std::shared_ptr<tree::ScanTree> &tree)
 {
     ScanResult result;
     result.tree = tree;
+    // Rows are part of the result, so that a worker can sort them. Sorting a million of them takes
+    // tenths of a second.
     result.rows = resultRowsOf(&tree->root(), KORVENViewController::rowThresholds());
     return result;
 }
@@ -21,6 +23,7 @@ ScanResult ScanResult::ofTree(const std::shared_ptr<tree::ScanTree> &tree)
 ScanResult ScanResult::ofScan(const FinishedScan &scan)
 {
     ScanResult result = ofTree(scan.tree);
+    // The tree is kept nevertheless. It is empty, but the screen shows its path.
     if (scan.rootProblem) {
         result.emptyTitle = tr("This folder cannot be read");
         result.emptyText = QString::fromLocal8Bit(scan.rootProblem->c_str());
@@ -36,6 +39,8 @@ ScanResult ScanResult::ofFile(const std::string &path)
     }
     const archive::ArchiveError &error = tree.error();
     qCWarning(resultLog, "%s: %s", tree::printableText(path).c_str(), error.text().c_str());
+    // File names are any bytes, and control characters among them would spoil the log and the
+    // label.
     const QString reason = QString::fromStdString(tree::printableText(error.text()));
     // What the system says names the file already.
     return ofUnreadableFile(error.kind == archive::ArchiveError::Kind::unreadable
