@@ -29,6 +29,7 @@ constexpr int iconGap = 8; ///< below the icon
 QString sizeLine(std::uint64_t byteCount)
 {
     const QString bytes = QLocale().toString(static_cast<qulonglong>(byteCount));
+    // tr() chooses the plural by an int, and a cast could come out negative.
     const auto form =
         static_cast<int>(std::min<std::uint64_t>(byteCount, std::numeric_limits<int>::max()));
     //: %1 is a size ("1.50 MB"), %2 the same in bytes ("1,500,000")
@@ -48,6 +49,7 @@ Label *addLabel(QVBoxLayout &layout, int pixelSize, QFont::Weight weight, const 
     auto *label = new Label;
     setTextStyle(*label, pixelSize, weight, color);
     label->setAlignment(Qt::AlignCenter);
+    // A file's name may look like HTML, and a label would load the images that it names.
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     layout.addWidget(label);
@@ -67,8 +69,10 @@ CardView::CardView(QWidget *parent)
     layout->setSpacing(0);
     layout->addStretch(1);
     m_icon->setMaximumHeight(maxIconSide + iconGap);
+    // The icon shrinks first in a low window, since the texts say more.
     layout->addWidget(m_icon, 1000); // the height that the others leave
     m_name = addLabel<WrappingLabel>(*layout, 18, QFont::DemiBold, theme::preview::text);
+    // A name may have 255 bytes without a space.
     m_name->setMaxLineCount(4);
     m_type = addLabel<QLabel>(*layout, 13, QFont::Normal, theme::preview::dimText);
     layout->addSpacing(8);
@@ -87,7 +91,9 @@ CardView::CardView(QWidget *parent)
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::NoFocus); // the window handles the keys
     setWidget(sheet);
+    // A low window scrolls instead of clipping the rows.
     setWidgetResizable(true);
+    // After setWidget(), which sets it to true.
     sheet->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
     setAccessibleName(tr("About the file"));
@@ -119,6 +125,7 @@ void CardView::show(const PreviewInfo &info, const QString &message)
     m_name->setText(info.name);
     m_type->setText(info.type);
     m_message->setText(message);
+    // An empty label would still take a line.
     m_message->setVisible(!message.isEmpty());
     // Rebuilt for each file, since not every file system has every date.
     while (m_rows->rowCount() > 0) {
@@ -133,6 +140,7 @@ void CardView::show(const PreviewInfo &info, const QString &message)
     if (info.status.modified.isValid()) {
         addRow(tr("Changed"), dateLine(info.status.modified));
     }
+    // The card never has the focus, so a screen reader would not come to the labels by Tab.
     setAccessibleDescription(text());
 }
 

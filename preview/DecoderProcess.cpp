@@ -54,11 +54,14 @@ bool isPassedOn(std::string_view variable)
 std::vector<std::string> environmentOfChild()
 {
     std::vector<std::string> variables;
+    // Copied on the main thread, which alone may change the environment. start() runs on another
+    // one.
     for (char **variable = environ; *variable != nullptr; ++variable) {
         if (isPassedOn(*variable)) {
             variables.emplace_back(*variable);
         }
     }
+    // Drawings need a QGuiApplication for their fonts, and the child must not connect to a display.
     variables.emplace_back("QT_QPA_PLATFORM=offscreen");
     variables.emplace_back("QT_NO_GLIB=1"); // a simpler event loop does
     return variables;
@@ -80,6 +83,7 @@ std::string DecoderProcess::usualProgramPath()
 {
     Dl_info info{};
     std::string path;
+    // The module lies beside the decoder. The program itself may lie elsewhere, as in tests.
     if (dladdr(reinterpret_cast<void *>(&DecoderProcess::usualProgramPath), &info) != 0 &&
         info.dli_fname != nullptr) {
         path = info.dli_fname;
@@ -98,6 +102,8 @@ bool DecoderProcess::isStarted()
     if (m_socket.isOpen()) {
         return true;
     }
+    // `theirs` is closed here when the child has its copy. Else the end of the child would go
+    // unnoticed.
     auto [ours, theirs] = MessageSocket::makePair();
     if (!ours.isOpen()) {
         return false;
@@ -113,6 +119,7 @@ bool DecoderProcess::isStarted()
                                .hasOwnGroup = true};
     if (const int error = program.start(m_process)) {
         m_process = -1;
+        // A missing program would fail for each file, and fill the log.
         if (!std::exchange(m_hasLogged, true)) {
             qCCritical(previewLog, "There are no previews of images and documents: %s: %s",
                        m_programPath.c_str(), std::strerror(error));
@@ -141,7 +148,10 @@ std::optional<MessageSocket> DecoderProcess::startDecoder(int file, DecoderTask 
     if (!ours.isOpen()) {
         return std::nullopt;
     }
+    // One pair of sockets for each decoder, so the lock is held only until the task is sent.
+    // Answers are waited for without it.
     const std::scoped_lock lock(m_mutex);
+    // Whether the server still runs shows when something is sent to it.
     for (int attempt = 0; attempt < 2; ++attempt) {
         if (!isStarted()) {
             return std::nullopt;

@@ -33,6 +33,7 @@ DecoderTask taskFor(RequestKind kind)
     case RequestKind::page:
         return {DecoderTask::Content::document};
     default:
+        // A frame is only asked for after an image, and with the same libraries.
         return {DecoderTask::Content::image};
     }
 }
@@ -57,6 +58,8 @@ DecoderSession::~DecoderSession() = default;
 
 bool DecoderSession::start(RequestKind kind)
 {
+    // Allowed again after the first answer. A file that crashes every decoder gets one, not one for
+    // each page.
     if (!std::exchange(m_mayStart, false) || m_stop.stop_requested()) {
         return false;
     }
@@ -65,6 +68,7 @@ bool DecoderSession::start(RequestKind kind)
         return false;
     }
     m_socket = std::move(*socket);
+    // Only pages depend on an earlier request. Frames start over at the first one.
     if (kind != RequestKind::page) {
         return true;
     }
@@ -77,9 +81,13 @@ std::optional<DecoderReply> DecoderSession::exchange(const DecoderRequest &reque
                                                      const SharedPixels *pixels)
 {
     // Ends receive() at once. The server sees the closed socket, and kills the decoder.
+    // shutdown() and not close(): another thread may be inside of recvmsg(), and a closed number
+    // could be given to another file.
     const std::stop_callback stopping(m_stop, [this] { m_socket.shutDown(); });
     std::vector<int> descriptors;
     if (pixels != nullptr) {
+        // The decoder gets memory for exactly this answer, and cannot write into that of another
+        // one.
         descriptors.push_back(pixels->descriptor());
     }
     return m_socket.send(request, descriptors) ? m_socket.receive<DecoderReply>() : std::nullopt;
@@ -96,6 +104,8 @@ std::optional<DecoderReply> DecoderSession::ask(const DecoderRequest &request,
     if (reply) {
         m_mayStart = true; // this decoder works, so one in its place may be started
     } else {
+        // The server kills a decoder whose socket is closed. One that hangs would live until its
+        // time limit.
         m_socket.close();
     }
     return reply;
@@ -104,6 +114,7 @@ std::optional<DecoderReply> DecoderSession::ask(const DecoderRequest &request,
 /// The image of the reply to a request for one; the reply is reset when there was none.
 QImage DecoderSession::imageOf(const DecoderRequest &request, std::optional<DecoderReply> &reply)
 {
+    // Allocated on this side: so the size is ours, whatever the decoder says.
     const auto pixels = SharedPixels::make({request.width, request.height});
     if (!pixels) {
         // As if the decoder had said so: without memory there is nothing to ask it for.
@@ -167,6 +178,7 @@ QImage DecoderSession::page(int page, QSize size)
 
 DecoderSession::Frame DecoderSession::nextFrame(QSize size)
 {
+    // Files with a delay of 0 are common, and a decoder may send any number.
     constexpr int minDelayMs = 20;
     constexpr int maxDelayMs = 60'000;
     std::optional<DecoderReply> reply;

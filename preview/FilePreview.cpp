@@ -66,6 +66,7 @@ void describe(PreviewInfo &info, const QMimeType &type)
 bool isPlaylist(const QString &type, const QByteArray &head)
 {
     constexpr std::array<const char *, 4> names{"mpegurl", "playlist", "scpls", "asx"};
+    // By the content as well: the player looks at that, whatever the file is called.
     constexpr std::array<const char *, 5> starts{"#EXT", "ffconcat", "[playlist]", "<", "v=0"};
     return std::any_of(names.begin(), names.end(),
                        [&](const char *name) { return type.contains(QLatin1StringView(name)); }) ||
@@ -126,12 +127,15 @@ PreviewContent documentContent(const std::optional<DecoderSession::Document> &op
 PreviewText textContent(QString text, bool isCut)
 {
     qsizetype end = -1;
+    // Lines are limited besides bytes: a text of empty lines would make hundred thousands of
+    // blocks.
     for (qsizetype line = 0; line < previewTextLineCount; ++line) {
         end = text.indexOf(u'\n', end + 1);
         if (end < 0) {
             return {std::move(text), isCut ? PreviewText::Cut::bytes : PreviewText::Cut::none};
         }
     }
+    // The line end after the last line that fits is not a further line.
     if (end + 1 == text.size() && !isCut) {
         return {std::move(text), PreviewText::Cut::none};
     }
@@ -153,6 +157,8 @@ public:
                                          QSize bounds) const
     {
         const QString name = type.name();
+        // The order matters: an image that cannot be decoded may be a text, and a text may have the
+        // type of a playlist.
         if (name.startsWith("image/"_L1)) {
             const bool isDrawn = isDrawing(name, head);
             const auto decoded = m_session->image(bounds, isDrawn);
@@ -165,10 +171,12 @@ public:
         if (name == "application/pdf"_L1) {
             return documentContent(m_session->document());
         }
+        // Any type, since the database does not know every source or log file as a text.
         if (auto text = this->text(head)) {
             return std::move(*text);
         }
         if (isMedia(name) && !isPlaylist(name, head)) {
+            // The head has been read from this file, and a player starts where it stands.
             m_file->seek(0);
             return PreviewMedia{m_file, name.startsWith("video/"_L1)};
         }
@@ -196,6 +204,7 @@ private:
         }
         m_file->seek(0);
         const QByteArray bytes = m_file->read(previewTextByteCount);
+        // A character may be cut in its middle then, which is not an error.
         const bool isCut = m_file->size() > bytes.size();
         auto text = decodeText(bytes, isCut);
         return text ? std::optional(textContent(std::move(*text), isCut)) : std::nullopt;
@@ -231,6 +240,8 @@ ReadPreview readPreview(const std::string &path, QSize bounds,
     PreviewInfo &info = loaded.info;
     info.path = path;
     info.name = previewName(path);
+    // Before the file is opened: the card of a file that cannot be read shows its size and date,
+    // too.
     info.status = PreviewFileStatus::of(path);
     // By the name alone: nothing has been read yet.
     describe(info, info.status.kind == Kind::regular
@@ -245,6 +256,7 @@ ReadPreview readPreview(const std::string &path, QSize bounds,
     std::shared_ptr<PreviewFile> file = std::move(opened.value());
     try {
         const QByteArray head = file->read(headByteCount);
+        // An empty file is fine, and reads as empty, too.
         if (head.isEmpty() && file->error() != QFile::NoError) {
             loaded.content = PreviewCard{messageOf(PreviewFile::Error::failed)};
             return read;

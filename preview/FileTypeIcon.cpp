@@ -17,6 +17,7 @@ namespace {
 QPixmap sheetPixmap(const QString &name, QSize size, double scale)
 {
     QPixmap pixmap(size * scale);
+    // With the ratio set, the painter counts in the icon's own units.
     pixmap.setDevicePixelRatio(scale);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
@@ -35,6 +36,7 @@ QPixmap sheetPixmap(const QString &name, QSize size, double scale)
     constexpr qsizetype maxEndingLength = 5;
     const qsizetype dot = name.lastIndexOf(u'.');
     const QString ending = name.mid(dot + 1).toUpper();
+    // A dot at the start marks a hidden file. A long ending would not fit, and is rarely one.
     if (dot > 0 && !ending.isEmpty() && ending.size() <= maxEndingLength) {
         QFont font = painter.font();
         font.setPixelSize(15);
@@ -50,6 +52,7 @@ QPixmap sheetPixmap(const QString &name, QSize size, double scale)
 
 void drawFileTypeIcon(QPainter &painter, const PreviewInfo &info, const QRect &place)
 {
+    // No theme is installed on a bare desktop, and few themes have every type.
     const QIcon icon = QIcon::fromTheme(info.iconName);
     if (icon.isNull()) {
         const double scale = painter.deviceTransform().m11();

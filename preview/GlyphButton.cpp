@@ -20,6 +20,7 @@ QPainterPath pathOf(GlyphButton::Glyph glyph)
             path.lineTo(point);
         }
     };
+    // Paths and not icons: themes differ in these signs, and may have none of them.
     switch (glyph) {
     case GlyphButton::Glyph::previous:
         polyline({{2, -5}, {-3, 0}, {2, 5}});
@@ -59,6 +60,7 @@ QPainterPath pathOf(GlyphButton::Glyph glyph)
 GlyphButton::GlyphButton(Glyph glyph, const QString &name, QWidget *parent)
     : QAbstractButton(parent), m_glyph(glyph)
 {
+    // Not by a click: the focus would stay on the button, and Return would press it again.
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover); // repaints when the pointer enters or leaves
     setGlyph(glyph, name);
@@ -67,6 +69,7 @@ GlyphButton::GlyphButton(Glyph glyph, const QString &name, QWidget *parent)
 void GlyphButton::setGlyph(Glyph glyph, const QString &name)
 {
     m_glyph = glyph;
+    // A drawn sign has no text that a screen reader could read.
     setAccessibleName(name);
     setToolTip(name);
     update();
@@ -81,6 +84,8 @@ void GlyphButton::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    // Half a pixel lets lines lie on pixels instead of between them. The rest is room for the ring
+    // of the focus.
     const QRectF frame = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     const bool isHot = isEnabled() && underMouse();
     painter.setBrush(isHot && m_glyph == Glyph::close ? theme::preview::close

@@ -28,7 +28,10 @@ void drawCheckers(QPainter &painter, const QRect &place)
 
 ImageView::ImageView(QWidget *parent) : QWidget(parent)
 {
+    // One frame at a time: a decoder that is slower than the animation slows it down, and no frames
+    // queue up.
     m_frameTimer.setSingleShot(true);
+    // A coarse timer may be 5 % late or early, which shows in an animation.
     m_frameTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_frameTimer, &QTimer::timeout, this, &ImageView::frameWanted);
 }
@@ -55,6 +58,7 @@ void ImageView::clear()
 
 void ImageView::setFrame(const QImage &image, int delayMs)
 {
+    // A frame that was asked for may arrive after clear(), or for the image before.
     if (isMoving()) {
         m_image.image = image;
         m_frameTimer.start(delayMs);
@@ -66,12 +70,15 @@ QRect ImageView::place() const
 {
     const QRect room = rect().adjusted(margin, margin, -margin, -margin);
     QSizeF size = m_image.image.size();
+    // One pixel of the image is one pixel of the screen, also at a fractional scale. The decoded
+    // image may be smaller than the file's: fullSize is the one to show.
     const QSizeF natural = QSizeF(m_image.fullSize) / devicePixelRatioF();
     if (m_image.mayGrow || natural.width() > room.width() || natural.height() > room.height()) {
         size = size.scaled(room.size(), Qt::KeepAspectRatio);
     } else {
         size = natural;
     }
+    // A very long and thin image would round to nothing.
     QRect place(QPoint(), size.toSize().expandedTo(QSize(1, 1)));
     place.moveCenter(room.center());
     return place;
@@ -80,6 +87,7 @@ QRect ImageView::place() const
 void ImageView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
+    // All of it, since the image rarely fills the view.
     painter.fillRect(rect(), theme::preview::page);
     if (m_image.image.isNull()) {
         return;
@@ -93,6 +101,7 @@ void ImageView::paintEvent(QPaintEvent * /*event*/)
         painter.drawImage(target, m_image.image);
         return;
     }
+    // Scaled once and kept: smooth scaling of a large image takes longer than a repaint may.
     const QSize pixels = (QSizeF(target.size()) * devicePixelRatioF()).toSize();
     if (m_scaled.size() != pixels) {
         m_scaled = QPixmap::fromImage(

@@ -32,6 +32,7 @@ std::optional<quint64> takeNumber(QByteArrayView &bytes, int maxByteCount, Mark 
         return std::nullopt;
     }
     const auto first = static_cast<quint8>(bytes.front());
+    // A first byte of 0 gives nine, which no number has.
     const int byteCount = std::countl_zero(first) + 1;
     if (byteCount > maxByteCount || byteCount > bytes.size()) {
         return std::nullopt;
@@ -70,6 +71,7 @@ std::optional<Element> find(QByteArrayView bytes, quint32 id)
         if (element->id == id) {
             return element;
         }
+        // Clusters hold the media, and the head that was read ends somewhere in them.
         if (element->id == clusterId || !element->isWhole) {
             break;
         }

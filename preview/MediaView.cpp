@@ -60,6 +60,7 @@ MediaView::MediaView(QWidget *parent)
     layout->addLayout(bar);
 
     setTextColor(*m_times, theme::preview::dimText);
+    // Not by a click: with the focus it would take the arrow keys from paging.
     m_slider->setFocusPolicy(Qt::TabFocus);
     m_slider->setAccessibleName(tr("Position"));
     connect(m_playButton, &GlyphButton::clicked, this, &MediaView::togglePlaying);
@@ -70,6 +71,7 @@ MediaView::MediaView(QWidget *parent)
     });
     connect(m_player, &PreviewPlayer::durationChanged, this, &MediaView::setDuration);
     connect(m_player, &PreviewPlayer::positionChanged, this, [this](qint64 position) {
+        // While the user drags the knob, the player's position would pull it away.
         if (!m_slider->isSliderDown()) {
             const QSignalBlocker blocked(m_slider);
             m_slider->setValue(static_cast<int>(
@@ -94,11 +96,13 @@ void MediaView::show(const PreviewInfo &info, const PreviewMedia &media)
 {
     clear();
     m_info = info;
+    // Playing begins by itself. What cannot be played is told by failed(), later.
     m_player->open(media.file);
 }
 
 void MediaView::clear()
 {
+    // Only asked for: the player's thread closes the file, and answers of the old file are dropped.
     m_player->close();
     m_info = {};
     m_picture = {};
@@ -114,6 +118,7 @@ void MediaView::setDuration(qint64 duration)
     const QSignalBlocker blocked(m_slider);
     constexpr qint64 maxPosition = 1'000'000'000; // a slider counts with int
     m_slider->setRange(0, static_cast<int>(std::min(m_duration, maxPosition)));
+    // Shares of the length: fixed steps would be too long for a sound and too short for a film.
     m_slider->setPageStep(std::max(m_slider->maximum() / 10, 1));
     m_slider->setSingleStep(std::max(m_slider->maximum() / 50, 1));
     m_slider->setVisible(m_duration > 0 && m_hint.isEmpty());
@@ -125,6 +130,7 @@ void MediaView::showHint(const QString &hint)
     m_hint = hint;
     m_screen->setAccessibleName(hint);
     m_playButton->setEnabled(hint.isEmpty());
+    // The slider is hidden while there is a hint.
     setDuration(m_duration);
     m_screen->update();
 }
@@ -143,6 +149,7 @@ void MediaView::setPlayingShown(bool isPlaying)
 
 void MediaView::showTimes(qint64 position)
 {
+    // Nothing plays then, so there is only the length to show.
     if (!m_hint.isEmpty()) {
         m_times->setText(m_duration > 0 ? timeText(m_duration) : QString());
     } else if (m_duration == 0) {

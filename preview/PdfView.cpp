@@ -16,6 +16,7 @@ namespace {
 constexpr int gap = 14;
 constexpr int maxPageWidth = 1100;
 constexpr int maxPageHeight = 20'000; ///< a document may claim any
+// 16 MB for each page that is kept.
 constexpr double maxPagePixels = 4'000'000;
 constexpr std::size_t maxKeptPages = 6;
 
@@ -24,6 +25,7 @@ constexpr std::size_t maxKeptPages = 6;
 PdfView::PdfView(QWidget *parent) : QAbstractScrollArea(parent)
 {
     setFrameShape(NoFrame);
+    // The window has the keys, and scrolls this view by its scroll bar.
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(tr("Document"));
@@ -32,6 +34,7 @@ PdfView::PdfView(QWidget *parent) : QAbstractScrollArea(parent)
 void PdfView::show(const PreviewPdf &document)
 {
     clear();
+    // The sizes are known before any page is drawn, so the scroll bar is right from the start.
     m_sizes = document.pageSizes;
     verticalScrollBar()->setValue(0);
     layOut();
@@ -57,6 +60,7 @@ void PdfView::layOut()
     const int width = std::clamp(viewport()->width() - 2 * gap, 1, maxPageWidth);
     int top = gap;
     for (const QSizeF &size : m_sizes) {
+        // A page of a size that makes no sense is laid out as a square.
         const double height = size.isEmpty() ? width : width * size.height() / size.width();
         const int pageHeight =
             static_cast<int>(std::clamp(height, 1.0, static_cast<double>(maxPageHeight)));
@@ -94,6 +98,7 @@ void PdfView::paintEvent(QPaintEvent * /*event*/)
     for (int page = 0; page < static_cast<int>(m_places.size()); ++page) {
         const QRect &laid = m_places[static_cast<std::size_t>(page)];
         const QRect place = laid.translated(0, -offset);
+        // No search for the first visible one: the number of pages is limited.
         if (!place.intersects(viewport()->rect())) {
             continue;
         }
@@ -101,6 +106,8 @@ void PdfView::paintEvent(QPaintEvent * /*event*/)
         lastSeen = page;
         painter.fillRect(place, theme::preview::paper);
         const auto image = m_images.find(page);
+        // Perhaps of an outdated size: scaled it looks better than a blank page until the right one
+        // comes.
         if (image != m_images.end() && !image->second.isNull()) {
             painter.drawImage(place, image->second);
         }
@@ -115,6 +122,7 @@ void PdfView::paintEvent(QPaintEvent * /*event*/)
 
 void PdfView::forgetPages(int firstSeen, int lastSeen)
 {
+    // By distance and not by age: the user scrolls, and comes back to the neighbours.
     while (m_images.size() > maxKeptPages) {
         const int first = m_images.begin()->first;
         const int last = std::prev(m_images.end())->first;
@@ -122,6 +130,7 @@ void PdfView::forgetPages(int firstSeen, int lastSeen)
             return; // all are visible
         }
         const int farthest = firstSeen - first > last - lastSeen ? first : last;
+        // So that the page is asked for again when it is scrolled into view.
         m_asked.erase(farthest);
         m_images.erase(farthest);
     }

@@ -43,6 +43,7 @@ PreviewFile::Error errorOf(int error)
     switch (error) {
     case ENOENT:
     case ENOTDIR:
+    // Links in a circle lead to nothing, as one that dangles.
     case ELOOP:
         return PreviewFile::Error::missing;
     case EACCES:
@@ -59,6 +60,7 @@ PreviewFileStatus PreviewFileStatus::of(const std::string &path)
 {
     PreviewFileStatus status;
     struct statx found;
+    // AT_NO_AUTOMOUNT: looking at a row must not mount a network drive.
     if (statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &found) !=
         0) {
         status.kind = errorOf(errno) == PreviewFile::Error::missing ? Kind::missing : Kind::unknown;
@@ -67,6 +69,7 @@ PreviewFileStatus PreviewFileStatus::of(const std::string &path)
     status.kind = kindOf(found.stx_mode);
     status.byteCount = found.stx_size;
     status.modified = dateOf(found.stx_mtime);
+    // Some file systems claim to have the time of creation, and report 0.
     if ((found.stx_mask & STATX_BTIME) != 0 && found.stx_btime.tv_sec != 0) {
         status.created = dateOf(found.stx_btime);
     }
@@ -87,6 +90,8 @@ PreviewFile::openPath(const std::string &path, std::stop_token stop)
     if (!S_ISREG(status.st_mode)) {
         return Error::notRegular;
     }
+    // O_NONBLOCK and O_NOCTTY: a FIFO that has taken the file's place would block, and a terminal
+    // could become ours.
     scan::FileDescriptor descriptor(
         ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!descriptor.isOpen() || fstat(descriptor.number(), &status) != 0) {
@@ -106,6 +111,7 @@ PreviewFile::openPath(const std::string &path, std::stop_token stop)
 
 qint64 PreviewFile::readData(char *data, qint64 byteCount)
 {
+    // Decoders and players take the failure for a damaged file, and end.
     return isStopped() ? -1 : QFile::readData(data, byteCount);
 }
 

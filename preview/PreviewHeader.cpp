@@ -31,6 +31,7 @@ PreviewHeader::PreviewHeader(QWidget *parent)
     layout->addWidget(m_fullScreen);
     layout->addWidget(close);
 
+    // Only signals: the keys ask for the same, and the window answers both.
     connect(m_previous, &GlyphButton::clicked, this, [this] { Q_EMIT pagingAsked(-1); });
     connect(m_next, &GlyphButton::clicked, this, [this] { Q_EMIT pagingAsked(1); });
     connect(m_fullScreen, &GlyphButton::clicked, this, &PreviewHeader::fullScreenAsked);
@@ -40,11 +41,13 @@ PreviewHeader::PreviewHeader(QWidget *parent)
 void PreviewHeader::setTitle(const QString &title, const QString &fileName)
 {
     m_title->setText(title);
+    // The title may be elided, and then the name is what counts.
     m_title->setToolTip(fileName);
 }
 
 void PreviewHeader::setCanPage(bool canPage)
 {
+    // Disabled and not hidden, so that the title stays in its place.
     m_previous->setEnabled(canPage);
     m_next->setEnabled(canPage);
 }

@@ -28,6 +28,8 @@ PreviewLoader::~PreviewLoader()
 void PreviewLoader::post(PreviewThreads::Lane lane, std::function<std::function<void()>()> job)
 {
     // Answers may use `this`: they run on the main thread, and not once m_work is destroyed.
+    // `stop` is checked again on the main thread: the answer may wait there in the queue while the
+    // next file is asked for.
     m_threads.post(lane, m_stop, [post = m_work.poster(), stop = m_stop, job = std::move(job)] {
         std::function<void()> answer = job();
         post([stop, answer = std::move(answer)] {
@@ -41,6 +43,7 @@ void PreviewLoader::post(PreviewThreads::Lane lane, std::function<std::function<
 void PreviewLoader::load(const std::string &path, QSize bounds)
 {
     cancel();
+    // What the job needs is copied: it may still hang in a read when this object is destroyed.
     post(PreviewThreads::Lane::files, [this, path, bounds, decoders = m_decoders,
                                        stop = m_stop.get_token()] {
         auto read = std::make_shared<const ReadPreview>(readPreview(path, bounds, decoders, stop));
@@ -52,6 +55,7 @@ void PreviewLoader::cancel()
 {
     m_stop.request_stop();
     m_stop = std::stop_source(); // jobs that have begun keep the one that was stopped
+    // Closes the socket, unless a job still holds the session: then the stop request ends its wait.
     m_session.reset();
 }
 
@@ -84,6 +88,8 @@ void PreviewLoader::showPage(int page, const QImage &image, bool hasFailed)
     if (!m_session) {
         return; // it failed for another page meanwhile
     }
+    // A document of which no page can be drawn is replaced by a card. A later page that fails stays
+    // blank.
     if (hasFailed && !m_hasDrawnPage) {
         m_session.reset();
         Q_EMIT loaded({m_info, PreviewCard{undecodedMessage()}});

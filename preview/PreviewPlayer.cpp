@@ -33,6 +33,7 @@ public:
     void open(const std::shared_ptr<PreviewFile> &file, std::uint64_t number)
     {
         close();
+        // The next file has been asked for while this one waited for the thread.
         if (file->isStopped()) {
             return;
         }
@@ -47,8 +48,10 @@ public:
             m_player->setAudioOutput(m_output.get());
         }
         m_hasBegun = false;
+        // Not every backend reads the length from a Matroska header, so it is read here.
         m_headerDuration = matroskaDuration(m_file->read(matroskaHeadByteCount)).value_or(0);
         m_file->seek(0);
+        // Before the source is set, which may already emit.
         connectSignals();
         m_player->setSourceDevice(m_file.get());
         begin();
@@ -56,6 +59,7 @@ public:
 
     void close()
     {
+        // The player first: it uses the outputs, and reads the file, until it is destroyed.
         m_player.reset();
         m_output.reset();
         m_sink.reset();
@@ -86,6 +90,8 @@ private:
             (status != QMediaPlayer::LoadedMedia && status != QMediaPlayer::BufferedMedia)) {
             return;
         }
+        // Once for each file: the status may return to "buffered" later, and a paused video would
+        // play on.
         m_hasBegun = true;
         replyDuration();
         if (m_output == nullptr && !m_player->hasVideo()) {
@@ -97,6 +103,7 @@ private:
 
     void replyDuration()
     {
+        // A backend reports 0 while it does not know the length.
         const qint64 duration = m_player->duration() > 0 ? m_player->duration() : m_headerDuration;
         reply([duration](PreviewPlayer &owner) { Q_EMIT owner.durationChanged(duration); });
     }
@@ -126,6 +133,8 @@ private:
     template <typename Reply>
     void reply(Reply reply)
     {
+        // The number tells a reply of the file before from one of this file: close() and open() do
+        // not wait for the thread.
         m_post([&owner = m_owner, number = m_number, reply = std::move(reply)] {
             if (number == owner.m_number) {
                 reply(owner);
@@ -137,12 +146,16 @@ private:
     {
         const std::scoped_lock lock(m_frames->mutex);
         m_frames->latest = frame;
+        // One event at a time, which takes the latest frame. An event for each would pile up while
+        // the main thread is busy.
         if (std::exchange(m_frames->isPosted, true)) {
             return;
         }
         m_post([&owner = m_owner, frames = m_frames, number = m_number] {
             QVideoFrame latest;
             {
+                // Taken under the lock, emitted outside of it: a slot converts the frame, which
+                // takes long.
                 const std::scoped_lock taking(frames->mutex);
                 frames->isPosted = false;
                 latest = std::exchange(frames->latest, {});
@@ -175,7 +188,11 @@ PreviewPlayer::~PreviewPlayer()
     if (m_thread == nullptr) {
         return;
     }
+    // A read from a network file system may hang for good. Then the thread is leaked, since the
+    // program must be able to quit.
     constexpr unsigned long timeoutMs = 2000;
+    // Runs on the player's thread, when its event loop ends at the latest: QMediaPlayer must be
+    // destroyed where it lives.
     m_core->deleteLater();
     m_thread->quit();
     if (m_thread->wait(timeoutMs)) {
@@ -185,6 +202,7 @@ PreviewPlayer::~PreviewPlayer()
 
 void PreviewPlayer::start()
 {
+    // Without a parent, which would destroy a thread that still runs.
     m_thread = new QThread;
     m_core = new Core(*this, m_work.poster(), m_frames);
     m_core->moveToThread(m_thread);
@@ -194,6 +212,7 @@ void PreviewPlayer::start()
 template <typename Job>
 void PreviewPlayer::post(Job job)
 {
+    // Without a thread nothing was opened, and there is nothing to close.
     if (m_core != nullptr) {
         QMetaObject::invokeMethod(
             m_core, [core = m_core, job = std::move(job)] { job(*core); }, Qt::QueuedConnection);

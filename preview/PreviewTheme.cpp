@@ -50,12 +50,16 @@ QString previewStyleSheet()
 
 void applyPreviewTheme(QWidget &window)
 {
+    // Both: style sheets do not reach what widgets paint with their palette, and a palette does not
+    // reach the scroll bars and sliders of every style.
     window.setPalette(previewPalette());
     window.setStyleSheet(previewStyleSheet());
 }
 
 void setTextColor(QWidget &label, const QColor &color)
 {
+    // By the palette: a style sheet for each label would be parsed each time, and override the
+    // window's.
     QPalette palette = label.palette();
     palette.setColor(QPalette::WindowText, color);
     label.setPalette(palette);
@@ -64,6 +68,7 @@ void setTextColor(QWidget &label, const QColor &color)
 void setTextStyle(QWidget &label, int pixelSize, QFont::Weight weight, const QColor &color)
 {
     QFont font = label.font();
+    // Pixels, since the header and the note have fixed heights.
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
     label.setFont(font);

@@ -28,6 +28,8 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
     {
         const std::scoped_lock lock(mutex);
         waiting.push_back(std::move(entry));
+        // Idle threads have been told of jobs that they have not taken yet, so the numbers are
+        // compared.
         if (waiting.size() > idleCount && threadCount < maxThreadCount) {
             try {
                 threads.emplace_back([self = shared_from_this()] { self->run(); });
@@ -56,6 +58,7 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
             }
             running.push_back(entry.stop);
             lock.unlock();
+            // Without the lock: a read may take long, and post() is called on the main thread.
             entry.job();
             // Before the next wait, which may be long: closes the file that the job holds.
             entry.job = nullptr;
@@ -89,6 +92,7 @@ struct PreviewThreads::Queue : std::enable_shared_from_this<PreviewThreads::Queu
             ended.swap(threads);
         }
         for (std::thread &thread : ended) {
+            // A thread that hangs owns the queue with others, so it can be left behind.
             areDone ? thread.join() : thread.detach();
         }
     }
@@ -114,6 +118,7 @@ PreviewThreads::PreviewThreads(std::chrono::milliseconds endTimeout)
 PreviewThreads::~PreviewThreads()
 {
     const auto deadline = std::chrono::steady_clock::now() + m_endTimeout;
+    // Both are told before either is waited for, so the timeout passes once and not twice.
     m_files->end();
     m_pages->end();
     m_files->waitForEnd(deadline);

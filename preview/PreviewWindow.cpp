@@ -37,9 +37,11 @@ namespace tessaly {
 
 namespace {
 
+// The layout leaves this margin free. Inside, the children would get the mouse events of a resize.
 constexpr int edgeWidth = 5;
 
 /// Qt replaces "[*]" in a window title by its mark for modified documents.
+/// A file may have that in its name. Doubled, it is shown as it is.
 QString plainTitle(QString text)
 {
     return text.replace("[*]"_L1, "[*][*]"_L1);
@@ -49,6 +51,7 @@ QString plainTitle(QString text)
 QString noteOf(const LoadedPreview &preview)
 {
     const PreviewInfo &info = preview.info;
+    // The size is the whole file's, also where only its beginning is shown.
     const QString size =
         QString::fromStdString(tree::sizeText(static_cast<double>(info.status.byteCount)));
     QStringList note{info.type};
@@ -57,6 +60,7 @@ QString noteOf(const LoadedPreview &preview)
                     .arg(image->fullSize.width())
                     .arg(image->fullSize.height());
     } else if (const auto *document = std::get_if<PreviewPdf>(&preview.content)) {
+        // A preview has a place for a limited number of pages (DecoderReply::maxPageCount).
         const auto shown = static_cast<int>(document->pageSizes.size());
         const int all = document->pageCount;
         note << (shown < all
@@ -83,6 +87,7 @@ PreviewWindow::PreviewWindow()
 {
     setWindowTitle(tr("Preview"));
     applyPreviewTheme(*this);
+    // The pointer changes its shape over the edges while no button is pressed.
     setMouseTracking(true);
     setMinimumSize(360, 260);
     // The main window alone decides when the program quits.
@@ -102,11 +107,13 @@ PreviewWindow::PreviewWindow()
     connect(m_header, &PreviewHeader::pagingAsked, this, &PreviewWindow::pagingAsked);
     connect(m_header, &PreviewHeader::fullScreenAsked, this, &PreviewWindow::toggleFullScreen);
     connect(m_header, &PreviewHeader::closeAsked, this, &PreviewWindow::closeAsked);
+    // The loader answers later, or not at all when something else was asked for before.
     connect(m_loader, &PreviewLoader::loaded, this, &PreviewWindow::showLoaded);
     connect(m_loader, &PreviewLoader::pageDrawn, m_pdf, &PdfView::setPage);
     connect(m_pdf, &PdfView::pageWanted, m_loader, &PreviewLoader::drawPage);
     connect(m_image, &ImageView::frameWanted, m_loader, &PreviewLoader::nextFrame);
     connect(m_loader, &PreviewLoader::frameDecoded, m_image, &ImageView::setFrame);
+    // The player tells only while it plays that it cannot. Until then the player's page is shown.
     connect(m_media, &MediaView::failed, this, [this](const QString &reason) {
         showCard(m_info, tr("This cannot be played: %1").arg(reason));
     });
@@ -137,6 +144,8 @@ void PreviewWindow::makeViews()
 QSize PreviewWindow::maxImageSize() const
 {
     constexpr QSize minSize(64, 64);
+    // Decoded for the whole screen, since the window may fill it later without the file being read
+    // again. The maximum keeps an image below 36 MB on any screen.
     constexpr QSize maxSize(3000, 3000);
     const QSize wanted = screen()->size() * screen()->devicePixelRatio();
     return wanted.boundedTo(maxSize).expandedTo(minSize);
@@ -158,6 +167,7 @@ void PreviewWindow::showUnlistedFile(const std::string &path, std::size_t count)
 
 void PreviewWindow::load(const std::string &path, const QString &title, bool canPage)
 {
+    // The message first: it stops what was shown, so that no sound plays on while the file is read.
     showMessage(title, previewName(path), canPage, tr("Loading…"), u"loading"_s);
     m_loader->load(path, maxImageSize());
 }
@@ -170,9 +180,11 @@ void PreviewWindow::showNothing()
 void PreviewWindow::showMessage(const QString &title, const QString &fileName, bool canPage,
                                 const QString &message, const QString &kind)
 {
+    // Before the text changes: an answer that still came would replace the message.
     stop();
     m_header->setTitle(title, fileName);
     m_header->setCanPage(canPage);
+    // The window has no title bar, but task bars and screen readers show its title.
     setWindowTitle(plainTitle(title));
     m_note->setText({});
     m_message->setText(message);
@@ -216,11 +228,13 @@ void PreviewWindow::showCard(const PreviewInfo &info, const QString &message)
 
 void PreviewWindow::showLoaded(const LoadedPreview &preview)
 {
+    // A copy: the player's failure comes later and needs it for the card.
     m_info = preview.info;
     if (const auto *card = std::get_if<PreviewCard>(&preview.content)) {
         showCard(preview.info, card->message);
         return;
     }
+    // A card says all of this itself, so only the others have the note.
     m_note->setText(noteOf(preview));
     if (const auto *image = std::get_if<PreviewImage>(&preview.content)) {
         m_image->show(*image);
@@ -242,6 +256,8 @@ bool PreviewWindow::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) {
         return false;
     }
+    // The filter sees the events of the whole program, and those of QWindows before their widgets
+    // get them. They are left alone here, or each key would count twice.
     auto *widget = qobject_cast<QWidget *>(watched);
     if (widget == nullptr || widget->window() != this) {
         return false;
@@ -265,11 +281,14 @@ bool PreviewWindow::handleKey(QWidget *focus, int key)
     case Qt::Key_Up:
     case Qt::Key_Right:
     case Qt::Key_Down:
+        // A player's slider has the focus only if the user moved it there by Tab.
         if (isOnSlider) { // which moves by these keys
             return false;
         }
         Q_EMIT pagingAsked(key == Qt::Key_Left || key == Qt::Key_Up ? -1 : 1);
         return true;
+    // Space closes, as it opened the preview. So buttons are pressed by Return, which Qt's buttons
+    // do not take by themselves.
     case Qt::Key_Space:
     case Qt::Key_Escape:
         Q_EMIT closeAsked();
@@ -292,6 +311,8 @@ bool PreviewWindow::handleKey(QWidget *focus, int key)
     case Qt::Key_Backtab:
         return false; // moves the focus
     default:
+        // Consumed in any case, so that no view scrolls or searches by keys that are not listed
+        // above.
         Q_EMIT otherKeyPressed();
         return true;
     }
@@ -299,6 +320,7 @@ bool PreviewWindow::handleKey(QWidget *focus, int key)
 
 bool PreviewWindow::scrollBy(int key)
 {
+    // The views with scroll bars do not have the focus as a rule, so they would not get these keys.
     auto *area = qobject_cast<QAbstractScrollArea *>(m_pages->currentWidget());
     if (area == nullptr) {
         return false;
@@ -313,6 +335,7 @@ bool PreviewWindow::scrollBy(int key)
 
 void PreviewWindow::toggleFullScreen()
 {
+    // Only this one flag, so that a maximized window is maximized again afterwards.
     setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
@@ -337,6 +360,7 @@ void PreviewWindow::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.fillRect(rect(), theme::preview::window);
+    // The window is frameless: no frame of the desktop draws an edge or a title bar.
     const int headerEnd = m_header->geometry().bottom() + 1;
     QLinearGradient shade(0, 0, 0, headerEnd);
     shade.setColorAt(0, theme::preview::headerTop);
@@ -349,6 +373,7 @@ void PreviewWindow::paintEvent(QPaintEvent * /*event*/)
 
 Qt::Edges PreviewWindow::edgesAt(const QPoint &position) const
 {
+    // In full screen the margin is there as well, but a drag at the screen's edge must not resize.
     return isFullScreen() ? Qt::Edges() : tessaly::edgesAt(position, size(), edgeWidth);
 }
 
@@ -358,8 +383,11 @@ void PreviewWindow::mousePressEvent(QMouseEvent *event)
         return;
     }
     if (const Qt::Edges edges = edgesAt(event->pos())) {
+        // The compositor resizes: on Wayland a window can neither place nor move itself.
         windowHandle()->startSystemResize(edges);
     } else if (m_header->geometry().contains(event->pos())) {
+        // Only noted: the move begins once the pointer is far enough away, so a double click still
+        // works.
         m_drag.press(event->pos());
     }
 }
@@ -367,6 +395,7 @@ void PreviewWindow::mousePressEvent(QMouseEvent *event)
 void PreviewWindow::mouseMoveEvent(QMouseEvent *event)
 {
     if (event->buttons().testFlag(Qt::LeftButton)) {
+        // No new shape while a button is pressed: the pointer may cross an edge during a drag.
         m_drag.move(*event);
     } else {
         setCursor(cursorForEdges(edgesAt(event->pos())));
@@ -380,6 +409,7 @@ void PreviewWindow::mouseReleaseEvent(QMouseEvent * /*event*/)
 
 void PreviewWindow::mouseDoubleClickEvent(QMouseEvent *event)
 {
+    // The second press of a double click comes as this event, and a drag must not follow from it.
     m_drag.end();
     if (m_header->geometry().contains(event->pos())) {
         toggleFullScreen();
@@ -389,6 +419,7 @@ void PreviewWindow::mouseDoubleClickEvent(QMouseEvent *event)
 void PreviewWindow::leaveEvent(QEvent *event)
 {
     QWidget::leaveEvent(event);
+    // The pointer leaves across an edge, and the window would keep the shape for resizing.
     unsetCursor();
 }
 

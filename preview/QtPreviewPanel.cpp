@@ -17,6 +17,7 @@ namespace tessaly {
 
 namespace {
 
+// Keys in the settings of users: never to be renamed.
 constexpr std::string_view widthKey = "previewPanelWidth";
 constexpr std::string_view heightKey = "previewPanelHeight";
 constexpr QSize usualSize(820, 600);
@@ -56,10 +57,12 @@ void QtPreviewPanel::makeKeyAndOrderFront()
         makeKeyWindow();
         return;
     }
+    // The controller sets the data source here, so it comes before reloadData().
     if (m_controller != nullptr && m_controller->acceptsPreviewPanelControl(*this)) {
         m_inControl = m_controller;
         m_inControl->beginPreviewPanelControl(*this);
     }
+    // Before show(), or the window would be seen at another place first.
     placeOverProgram();
     m_window->show();
     makeKeyWindow();
@@ -69,6 +72,7 @@ void QtPreviewPanel::makeKeyAndOrderFront()
 void QtPreviewPanel::makeKeyWindow()
 {
     m_window->raise();
+    // Raised and activated: either alone is not enough on every window manager.
     m_window->activateWindow();
     m_window->setFocus();
 }
@@ -80,6 +84,7 @@ void QtPreviewPanel::orderOut()
     }
     saveSize();
     m_window->hide();
+    // A hidden window would play on, and keep its file open.
     m_window->stop();
     endControl();
 }
@@ -94,6 +99,7 @@ void QtPreviewPanel::endControl()
 
 void QtPreviewPanel::setCurrentPreviewItemIndex(std::size_t index)
 {
+    // The same index again does not reload: a video would start over.
     if (std::exchange(m_index, index) != index || !m_unlistedUrl.empty()) {
         reloadData();
     }
@@ -109,6 +115,7 @@ std::string QtPreviewPanel::currentUrl() const
     if (!m_unlistedUrl.empty()) {
         return m_unlistedUrl;
     }
+    // The list may have become shorter since the index was set.
     return m_index < itemCount() ? m_dataSource->previewItemAtIndex(m_index) : std::string();
 }
 
@@ -147,6 +154,7 @@ void QtPreviewPanel::page(int step)
     if (count < 2) {
         return;
     }
+    // Paging wraps around at both ends. Adding count − 1 is a step back without a negative number.
     const std::size_t current = std::min(m_index, count - 1);
     setCurrentPreviewItemIndex((current + (step < 0 ? count - 1 : 1)) % count);
 }
@@ -163,6 +171,7 @@ void QtPreviewPanel::restoreSize()
             size = QSize(static_cast<int>(width), static_cast<int>(height));
         }
     }
+    // The size may be from a larger screen that is no longer connected.
     const QSize room = m_window->screen()->availableSize();
     m_window->resize(size.boundedTo(room));
     m_savedSize = m_window->size();
@@ -170,6 +179,7 @@ void QtPreviewPanel::restoreSize()
 
 void QtPreviewPanel::saveSize()
 {
+    // Full screen is not a size that should come back as a window's.
     const QSize size =
         m_window->isFullScreen() ? m_window->normalGeometry().size() : m_window->size();
     // A size that a small screen has enforced is not what the user chose.
@@ -189,10 +199,13 @@ void QtPreviewPanel::placeOverProgram()
         return;
     }
     m_window->winId(); // creates the native window, so that it has a handle
+    // Keeps the panel above the program's window. A QWidget parent would do so as well, but destroy
+    // the panel with it.
     m_window->windowHandle()->setTransientParent(program->windowHandle());
     QRect place(QPoint(), m_window->size());
     place.moveCenter(program->geometry().center());
     const QRect room = program->screen()->availableGeometry();
+    // On Wayland this has no effect: there the compositor places windows.
     m_window->move(frameWithin(place, room).topLeft());
 }
 

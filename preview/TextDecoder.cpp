@@ -12,6 +12,8 @@ namespace tessaly {
 namespace {
 
 /// Control characters that occur in binary files and not in texts.
+/// Bell, backspace, tab, the line ends and form feed occur in texts, and Escape in logs with
+/// colours.
 bool isBinary(char byte)
 {
     const auto value = static_cast<unsigned char>(byte);
@@ -37,6 +39,7 @@ QString withPlainLineEnds(QString text)
 
 std::optional<QString> decoded(QByteArrayView bytes, QStringDecoder::Encoding encoding)
 {
+    // Strict: bytes that are not of the encoding are an error, which lets the next one be tried.
     QStringDecoder decoder(encoding);
     QString text = decoder.decode(bytes);
     return decoder.hasError() ? std::nullopt : std::optional(std::move(text));
@@ -48,6 +51,7 @@ QByteArrayView wholeCharacters(QByteArrayView bytes)
     constexpr qsizetype maxCharacterLength = 4;
     for (qsizetype back = 1; back <= std::min(maxCharacterLength, bytes.size()); ++back) {
         const auto byte = static_cast<unsigned char>(bytes[bytes.size() - back]);
+        // Looks back for the byte that begins the last character.
         if ((byte & 0xC0U) == 0x80U) {
             continue; // a continuation byte
         }
@@ -66,6 +70,7 @@ std::optional<QStringDecoder::Encoding> guessedUtf16(QByteArrayView bytes)
         zeros[i % 2] += bytes[i] == 0 ? 1 : 0;
     }
     const qsizetype units = bytes.size() / 2;
+    // The high byte of Latin letters is 0. It comes second in little endian.
     if (zeros[0] == 0 && zeros[1] > units / share) {
         return QStringDecoder::Utf16LE;
     }
@@ -79,8 +84,11 @@ std::optional<QStringDecoder::Encoding> guessedUtf16(QByteArrayView bytes)
 
 std::optional<QString> decodeText(QByteArrayView bytes, bool isCut)
 {
+    // A byte order mark outweighs everything else, also bytes that look binary.
     if (const auto marked = QStringConverter::encodingForData(bytes)) {
         QStringDecoder decoder(*marked);
+        // Four bytes are whole units of UTF-16 and of UTF-32. A cut pair of surrogates becomes one
+        // replacement character.
         const qsizetype unit = *marked == QStringDecoder::Utf8 ? 1 : 4;
         return withPlainLineEnds(
             decoder.decode(isCut ? bytes.chopped(bytes.size() % unit) : bytes));
@@ -90,10 +98,13 @@ std::optional<QString> decodeText(QByteArrayView bytes, bool isCut)
         if (auto text = decoded(whole, QStringDecoder::Utf8)) {
             return withPlainLineEnds(std::move(*text));
         }
+        // An older encoding of one byte for a character. Latin-1 is the usual one and cannot fail.
         return withPlainLineEnds(QString::fromLatin1(bytes));
     }
     if (const auto guessed = guessedUtf16(bytes)) {
         auto text = decoded(bytes.chopped(bytes.size() % 2), *guessed);
+        // Binary files have zeros in every other byte, too, but then control characters among the
+        // rest.
         if (text && std::none_of(text->begin(), text->end(), isControl)) {
             return withPlainLineEnds(std::move(*text));
         }

@@ -17,6 +17,8 @@ namespace {
 constexpr int numbersMargin = 12;
 /// Texts with longer lines are wrapped, since they would have to be scrolled far sideways.
 constexpr qsizetype longLine = 500;
+// QPlainTextEdit lays a line out as a whole, so a very long one, as in minified files, would block
+// the window.
 constexpr qsizetype maxLineLength = 1000;
 
 } // namespace
@@ -26,6 +28,7 @@ TextView::TextView(QWidget *parent)
       m_numbers(new PaintedView([this](QPainter &painter) { paintNumbers(painter); }, this))
 {
     setReadOnly(true);
+    // The history would keep a copy of the text.
     setUndoRedoEnabled(false);
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::ClickFocus); // so that the panel keeps the arrow keys
@@ -36,6 +39,8 @@ TextView::TextView(QWidget *parent)
     document()->setDocumentMargin(numbersMargin);
     setAccessibleName(tr("Text"));
     connect(this, &QPlainTextEdit::blockCountChanged, this, &TextView::placeNumbers);
+    // Emitted when the text scrolls. The numbers are a widget of their own and do not scroll with
+    // it.
     connect(this, &QPlainTextEdit::updateRequest, this,
             [this](const QRect &, int) { m_numbers->update(); });
 }
@@ -50,6 +55,7 @@ void TextView::show(const QString &text)
     for (qsizetype begin = 0; begin <= text.size();) {
         const qsizetype found = text.indexOf(u'\n', begin);
         const qsizetype end = found < 0 ? text.size() : found;
+        // Only the text as a whole can be wrapped, so one long line decides for all.
         isLong = isLong || end - begin > longLine;
         m_lineNumbers.push_back(++number);
         while (end - begin > maxLineLength) {
@@ -58,6 +64,7 @@ void TextView::show(const QString &text)
             const qsizetype length = maxLineLength - (isPair ? 1 : 0);
             split += QStringView(text).mid(begin, length);
             split += u'\n';
+            // A part of a line that was split has no number of its own.
             m_lineNumbers.push_back(0);
             begin += length;
         }
@@ -82,6 +89,7 @@ void TextView::clear()
 int TextView::numbersWidth() const
 {
     // At least three digits, so that the text does not move between short files.
+    // Blocks and not lines: more than enough where lines were split, and the count is at hand.
     const auto digits = QString::number(std::max(blockCount(), 100)).size();
     return fontMetrics().horizontalAdvance(u'9') * static_cast<int>(digits) + 2 * numbersMargin;
 }
@@ -105,6 +113,7 @@ void TextView::paintNumbers(QPainter &painter) const
     painter.setPen(theme::preview::lineNumber);
     painter.setFont(font());
     const int lineHeight = fontMetrics().height();
+    // From the first visible one, since a text may have ten thousands of lines.
     for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
         const QRectF place = blockBoundingGeometry(block).translated(contentOffset());
         if (place.top() > m_numbers->height()) {

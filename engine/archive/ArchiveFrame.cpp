@@ -19,6 +19,7 @@ ArchiveFrame::Offsets ArchiveFrame::write(BinaryPlistWriter &plist, std::uint64_
     Offsets offsets{};
     offsets[topDictionary] = plist.position();
     plist.dictionary(4);
+    // Four keys, then their four values.
     for (const Object object : {versionKey, archiverKey, topKey, objectsKey, archiveVersion,
                                 archiverName, roots, objectList}) {
         plist.reference(object);
@@ -48,6 +49,7 @@ void ArchiveFrame::writeObjectList(BinaryPlistWriter &plist, std::uint64_t first
 void ArchiveFrame::writeClass(BinaryPlistWriter &plist, std::uint64_t name, std::uint64_t chain)
 {
     plist.dictionary(2);
+    // A class is a plain dictionary: a "$class" of its own would never end.
     plist.reference(classNameKey);
     plist.reference(classChainKey);
     plist.reference(name);

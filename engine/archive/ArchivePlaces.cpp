@@ -17,12 +17,14 @@ ArchivePlaces::OfNode ArchivePlaces::file(const tree::LUMFileItem &item)
 ArchivePlaces::OfNode ArchivePlaces::enter(const tree::LUMFileContainer &folder)
 {
     OfNode places = nodeAndValues(folder);
+    // Before the children: an archiver numbers an array before it visits the elements.
     places.subitems = take();
     return places;
 }
 
 bool ArchivePlaces::leave()
 {
+    // The array is complete before its folder is, so its class comes first.
     const bool isFirst = takeIfNew(m_arrayClass);
     takeIfNew(m_containerClass);
     return isFirst;
@@ -50,6 +52,7 @@ ArchivePlaces::OfNode ArchivePlaces::nodeAndValues(const tree::LUMFileItem &node
 
 ArchivePlaces::Uid ArchivePlaces::take()
 {
+    // UIDs of 32 bits are what other readers of the format accept.
     if (m_next == std::numeric_limits<Uid>::max()) {
         throw ArchiveFailure(ArchiveError::Kind::unsupported,
                              "the scan has too many items for a scan file");

@@ -69,6 +69,7 @@ AtomicFile::~AtomicFile()
 Result<Done, ArchiveError> AtomicFile::open()
 {
     struct stat target = {};
+    // rename() would replace a device or a FIFO without a word.
     if (m_calls.lstat(m_path.c_str(), &target) == 0 && !S_ISREG(target.st_mode) &&
         !S_ISLNK(target.st_mode)) {
         return ArchiveError{Kind::unwritable,
@@ -132,6 +133,8 @@ Result<Done, ArchiveError> AtomicFile::commit()
         discard();
         return failure("cannot write", errorNumber);
     }
+    // Atomic: readers see the old file or the new one, and a process that has the old one open
+    // keeps it.
     if (m_calls.rename(m_temporary.c_str(), m_path.c_str()) != 0) {
         const int errorNumber = errno;
         discard();
@@ -140,6 +143,7 @@ Result<Done, ArchiveError> AtomicFile::commit()
     m_temporary.clear();
     // An error of close() would mean nothing: the content is on disk already.
     m_calls.close(std::exchange(m_descriptor, -1));
+    // The name is an entry of the folder, which has to reach the disk as well.
     return flushFolder();
 }
 

@@ -41,6 +41,7 @@ BinaryPlistReader::BinaryPlistReader(std::span<const std::byte> file)
 
     const std::uint64_t trailerOffset = m_fileSize - trailerSize;
     const unsigned char *trailer = m_file + trailerOffset;
+    // Bytes 0 to 5 are unused, but for a version for sorting that readers ignore.
     m_offsetWidth = trailer[6];
     m_referenceWidth = trailer[7];
     m_objectCount = readBigEndian(trailer + 8, 8);
@@ -58,6 +59,8 @@ BinaryPlistReader::BinaryPlistReader(std::span<const std::byte> file)
                              "the file is truncated or damaged: it does not end in a trailer",
                              trailerOffset);
     }
+    // Each offset is checked when its object is read: checking all of them here would touch every
+    // page of a large file.
     if (m_topObject >= m_objectCount) {
         throw ArchiveFailure(Kind::damaged, "the top object does not exist", trailerOffset + 16);
     }
@@ -70,6 +73,7 @@ BinaryPlistReader::Object BinaryPlistReader::objectOutOfLine(const unsigned char
 {
     const unsigned char marker = *start;
     const unsigned kind = marker >> 4U;
+    // The upper half of the marker is the type, the lower one a count or a size.
     if (kind < 0x4 || kind == 0x8) {
         return singleObject(start);
     }
@@ -135,11 +139,13 @@ BinaryPlistReader::Object BinaryPlistReader::singleObject(const unsigned char *s
         }
         break;
     case 0x1:
+        // 1, 2, 4, 8 or 16 bytes.
         if (info <= 4) {
             return checked({Type::integer, content, std::uint64_t{1} << info}, 1U << info);
         }
         break;
     case 0x2:
+        // A float or a double.
         if (info == 2 || info == 3) {
             return checked({Type::real, content, std::uint64_t{1} << info}, 1U << info);
         }
@@ -200,6 +206,7 @@ std::u16string BinaryPlistReader::utf16(const Object &object) const
 {
     std::u16string text(static_cast<std::size_t>(object.count), u'\0');
     const unsigned char *next = object.content;
+    // Unit by unit: the text is big-endian, and need not be aligned in the file.
     for (char16_t &unit : text) {
         unit = static_cast<char16_t>(next[0] << 8U | next[1]);
         next += 2;
@@ -209,6 +216,7 @@ std::u16string BinaryPlistReader::utf16(const Object &object) const
 
 bool BinaryPlistReader::isString(const Object &object, std::string_view ascii) const noexcept
 {
+    // Decides most comparisons: the names looked for differ in length.
     if (object.count != ascii.size()) {
         return false;
     }

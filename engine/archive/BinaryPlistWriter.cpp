@@ -35,6 +35,7 @@ void BinaryPlistWriter::integer(std::uint64_t number)
     // Readers take integers of 1, 2 and 4 bytes as unsigned, but those of 8 bytes as signed.
     if ((number >> 63U) != 0) {
         bigEndian(0x14, 1);
+        // As 16 bytes, which are signed as well, the number stays positive.
         bigEndian(0, 8);
         bigEndian(number, 8);
         return;
@@ -47,6 +48,7 @@ void BinaryPlistWriter::integer(std::uint64_t number)
 void BinaryPlistWriter::signedInteger(std::int64_t number)
 {
     if (number < 0) {
+        // Only integers of eight bytes are signed, so a small negative one takes as many.
         eightBytes(0x13, static_cast<std::uint64_t>(number));
     } else {
         integer(static_cast<std::uint64_t>(number));
@@ -79,6 +81,7 @@ void BinaryPlistWriter::finish(std::uint64_t objectCount, std::uint64_t topObjec
 void BinaryPlistWriter::copy(std::span<const std::byte> bytes)
 {
     while (!bytes.empty()) {
+        // Writing in large pieces: a system call for each number would take most of the time.
         if (m_used == bufferSize) {
             flush();
         }

@@ -11,6 +11,7 @@ namespace tessaly::archive {
 
 FileCalls &FileCalls::system() noexcept
 {
+    // Has no state, so all threads share one.
     static FileCalls calls;
     return calls;
 }
@@ -57,6 +58,7 @@ int FileCalls::rename(const char *from, const char *to)
 
 int FileCalls::renameToFree(const char *from, const char *to)
 {
+    // rename() alone would replace a file that another process has put there.
     const int answer = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
     // EINVAL: the file system does not know the flag (NFS, older FUSE). ENOSYS: a sandbox does not
     // allow the call.
@@ -64,10 +66,13 @@ int FileCalls::renameToFree(const char *from, const char *to)
         return answer;
     }
     struct stat status = {};
+    // Not atomic: a file that appears between the two calls is replaced. Nothing better is there
+    // without the flag.
     if (::lstat(to, &status) == 0) {
         errno = EEXIST;
         return -1;
     }
+    // Any other error of lstat() does not tell whether the target is free.
     return errno == ENOENT ? ::rename(from, to) : -1;
 }
 

@@ -13,6 +13,7 @@ namespace {
 Timestamp timestampOf(const statx_timestamp &time)
 {
     using namespace std::chrono;
+    // Archived dates count from 2001, the system's from 1970.
     const sys_seconds reference = sys_days{2001y / January / 1};
     const seconds sinceReference = seconds(time.tv_sec) - reference.time_since_epoch();
     constexpr double nanosecondsOfSecond = 1e9;
@@ -23,6 +24,7 @@ Timestamp timestampOf(const statx_timestamp &time)
 
 std::optional<Timestamp> creationDateOf(const struct statx &file)
 {
+    // Whatever else lies at the path is not a scan file.
     if (!S_ISREG(file.stx_mode)) {
         return std::nullopt;
     }

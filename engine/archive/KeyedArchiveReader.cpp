@@ -13,6 +13,7 @@ namespace {
 
 using Kind = ArchiveError::Kind;
 
+// The format's only version so far.
 constexpr std::uint64_t archiveVersion = 100000;
 
 enum WrapperKey : std::size_t { classKey, elementsKey, stringKey, timeKey };
@@ -39,10 +40,13 @@ KeyedArchiveReader::KeyedArchiveReader(std::span<const std::byte> file)
         throw ArchiveFailure(Kind::notAnArchive, "a property list, but not an archive",
                              m_plist.offsetOf(top));
     }
+    // Before anything else: settings of other programs are property lists, too, and must not be
+    // reported as damaged archives.
     const std::optional<Reference> archiver = find(top, "$archiver");
     if (!archiver || !m_plist.isString(m_plist.object(*archiver), "NSKeyedArchiver")) {
         throw ArchiveFailure(Kind::notAnArchive, "a property list, but not a keyed archive");
     }
+    // Layouts may differ between versions, so nothing further is read of an unknown one.
     const Object version = require(top, "$version", Type::integer);
     const BinaryPlistReader::Integer number = m_plist.integer(version);
     if (number.negative || number.bits != archiveVersion) {
@@ -59,6 +63,8 @@ KeyedArchiveReader::KeyedArchiveReader(std::span<const std::byte> file)
 
 KeyedArchiveReader::Object KeyedArchiveReader::inlineObject(Reference value) const
 {
+    // Archivers put plain numbers in the place of a UID. A plain "$null" there means the same as
+    // UID 0.
     const Object object = m_plist.object(value);
     return isNullMarker(object) ? Object{} : object;
 }
@@ -67,9 +73,11 @@ KeyedArchiveReader::Object KeyedArchiveReader::inlineObject(Reference value) con
 KeyedArchiveReader::Fields KeyedArchiveReader::unusualFields(const Object &instance,
                                                              NameMatcher &keys) const
 {
+    // Positions are narrow numbers, of which the last one stands for "missing".
     if (instance.type != Type::dictionary || instance.count >= Fields::missing) {
         fail(Kind::damaged, "an instance is not a dictionary", instance);
     }
+    // Spent before the entries are read, so that a false count costs nothing.
     spend(instance.count);
     return {m_plist, instance, positions(instance, keys)};
 }
@@ -92,6 +100,8 @@ KeyedArchiveReader::Fields::Positions KeyedArchiveReader::positions(const Object
 /// objects and not once for each instance.
 std::size_t KeyedArchiveReader::keyIndex(Reference key, NameMatcher &keys) const
 {
+    // One answer for each slot, without chains: a collision only means that the name is compared
+    // again.
     NameMatcher::Answer &answer = keys.recent(key);
     if (!answer.answers(key)) {
         answer = {key, matchName(m_plist.object(key), keys)};
@@ -106,6 +116,7 @@ std::size_t KeyedArchiveReader::classIndexOf(Uid classUid, NameMatcher &classes)
         return answer.index;
     }
 
+    // Only sound answers are cached: each failure below throws before the assignment at the end.
     const Object description = classDescription(classUid);
     const std::optional<Reference> name = find(description, "$classname");
     if (!name || !m_plist.object(*name).isString()) {
@@ -117,7 +128,10 @@ std::size_t KeyedArchiveReader::classIndexOf(Uid classUid, NameMatcher &classes)
     if (const std::optional<Reference> chain = find(description, "$classes");
         chain && index == classes.none()) {
         const Object names = m_plist.object(*chain);
+        // The chain only helps with unknown classes. One that is damaged makes the class unknown,
+        // and the archive stays readable.
         if (names.type == Type::array) {
+            // Each class may have a long chain, and each instance a class of its own.
             spend(names.count);
             for (std::uint64_t i = 0; i < names.count && index == classes.none(); ++i) {
                 index = matchName(m_plist.object(m_plist.element(names, i)), classes);
@@ -131,6 +145,8 @@ std::size_t KeyedArchiveReader::classIndexOf(Uid classUid, NameMatcher &classes)
 std::string KeyedArchiveReader::className(Reference classValue) const
 {
     constexpr std::size_t maxLength = 100; // it is for a message, and a file may claim any
+    // An error is being reported already. A missing name leaves its text empty instead of raising a
+    // second one.
     const Object name = m_plist.object(
         find(classDescription(uid(classValue, "\"$class\"")), "$classname").value_or(0));
     return name.isString() ? tree::printableText(this->name(name).substr(0, maxLength)) : "";
@@ -139,6 +155,7 @@ std::string KeyedArchiveReader::className(Reference classValue) const
 KeyedArchiveReader::Object KeyedArchiveReader::classDescription(Uid classUid) const
 {
     const Object description = object(classUid);
+    // A UID may lead to any object of the file, also to a string.
     if (description.type != Type::dictionary) {
         fail(Kind::damaged, "\"$class\" does not describe a class", description);
     }
@@ -163,6 +180,7 @@ KeyedArchiveReader::Object KeyedArchiveReader::rootArray() const
 /// Which of the classes of lists, texts and dates an instance has.
 std::size_t KeyedArchiveReader::wrapperClass(const Fields &wrapper) const
 {
+    // Without a class it is none of the wrappers, and the caller says so in terms of the value.
     const std::optional<Reference> classValue = wrapper[classKey];
     return classValue ? classIndex(*classValue, m_wrapperClasses) : m_wrapperClasses.none();
 }
@@ -175,10 +193,13 @@ KeyedArchiveReader::Object KeyedArchiveReader::elementsOf(const Object &instance
     }
     const Fields wrapper = fields(instance, m_wrapperKeys);
     const std::size_t index = wrapperClass(wrapper);
+    // The class decides, not the key: sets store their members under "NS.objects", too, and have no
+    // order.
     if (index != arrayClass && index != mutableArrayClass) {
         fail(Kind::damaged, std::string(what) + " is not an array", instance);
     }
     const std::optional<Reference> elements = wrapper[elementsKey];
+    // The elements are a plain array inside of the instance, not a UID.
     const Object list = elements ? m_plist.object(*elements) : Object{};
     if (list.type != Type::array) {
         fail(Kind::damaged, std::string(what) + " has no \"NS.objects\"", instance);
@@ -192,6 +213,8 @@ KeyedArchiveReader::Object KeyedArchiveReader::unwrapped(const Object &wrapper,
     if (wrapper.type == Type::dictionary) {
         const Fields fields = this->fields(wrapper, m_wrapperKeys);
         const std::size_t index = wrapperClass(fields);
+        // Immutable strings usually stand in "$objects" as they are. Mutable ones are wrapped, and
+        // so is the text "$null".
         if ((index == stringClass || index == mutableStringClass) && fields[stringKey]) {
             const Object string = m_plist.object(*fields[stringKey]);
             if (string.isString()) {
@@ -204,7 +227,9 @@ KeyedArchiveReader::Object KeyedArchiveReader::unwrapped(const Object &wrapper,
 
 std::string KeyedArchiveReader::name(const Object &string) const
 {
+    // The string is copied, and a hostile file may refer to a long one a million times.
     spendText(string);
+    // Bytes that are not valid UTF-8 are escaped in UTF-16, which ASCII strings never need.
     if (string.type == Type::utf16String) {
         return tree::nameFromEscaped(m_plist.utf16(string));
     }
@@ -218,6 +243,7 @@ std::u16string KeyedArchiveReader::text(const Object &string) const
         return m_plist.utf16(string);
     }
     const std::string_view ascii = m_plist.ascii(string);
+    // Widened byte by byte, which is right for ASCII only. ascii() has checked that.
     return {ascii.begin(), ascii.end()};
 }
 
@@ -229,6 +255,7 @@ std::optional<std::uint64_t> KeyedArchiveReader::unsignedNumber(Reference value,
     case Type::null:
         return std::nullopt;
     case Type::integer: {
+        // A negative size would turn into one of exabytes.
         const BinaryPlistReader::Integer number = m_plist.integer(object);
         if (number.negative) {
             fail(Kind::damaged, std::string(what) + " is negative", object);
@@ -240,6 +267,7 @@ std::optional<std::uint64_t> KeyedArchiveReader::unsignedNumber(Reference value,
         if (!(number >= 0 && number < 0x1p64)) { // also refuses NaN
             fail(Kind::damaged, std::string(what) + " is out of range", object);
         }
+        // Safe now: converting a double that is out of range would be undefined.
         return static_cast<std::uint64_t>(number);
     }
     default:
@@ -264,6 +292,7 @@ std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view
                            ? static_cast<double>(static_cast<std::int64_t>(seconds.bits))
                            : static_cast<double>(seconds.bits);
             }
+            // A real and a date have the same content. From here on both take the same path.
             object.type = object.type == Type::real ? Type::date : object.type;
         }
     }
@@ -271,6 +300,7 @@ std::optional<double> KeyedArchiveReader::date(Reference value, std::string_view
         fail(Kind::damaged, std::string(what) + " is not a date", object);
     }
     const double seconds = m_plist.real(object);
+    // Comparisons with NaN are all false, so a sort by date would lose its order.
     if (!std::isfinite(seconds)) {
         fail(Kind::damaged, std::string(what) + " is not a point in time", object);
     }
@@ -307,12 +337,15 @@ KeyedArchiveReader::Object KeyedArchiveReader::require(const Object &dictionary,
 std::size_t KeyedArchiveReader::matchName(const Object &string, const NameMatcher &names) const
 {
     std::size_t i = 0;
+    // Linear: there are eight names at most, and isString() compares lengths first.
     while (i < names.m_names.size() && !m_plist.isString(string, names.m_names[i])) {
         ++i;
     }
     return i;
 }
 
+// The failures are here, out of line: the header's functions run for every node, and inline code
+// that builds messages would make them large.
 void KeyedArchiveReader::failUid(std::uint64_t number)
 {
     throw ArchiveFailure(Kind::damaged,
@@ -326,6 +359,7 @@ void KeyedArchiveReader::failNoUid(Reference value, std::string_view what) const
 
 void KeyedArchiveReader::spendText(const Object &string) const
 {
+    // Compared before subtracting: the unsigned budget would wrap around.
     if (string.count > m_textBudget) {
         fail(Kind::damaged, "the archive's texts are shared beyond measure", string);
     }

@@ -45,6 +45,8 @@ public:
 
     void write(Uid root)
     {
+        // The numbers of all objects are known before the first byte, so each is written once and
+        // in order.
         const ArchiveFrame::Offsets frame = ArchiveFrame::write(m_plist, numberOf(root));
         std::copy(frame.begin(), frame.end(), m_offsets.begin());
         for (const auto &[name, index] : m_archive.m_names) {
@@ -59,6 +61,7 @@ public:
             begin(m_firstUid + i);
             m_plist.uid(static_cast<std::uint32_t>(i));
         }
+        // Last but with a low number: numbers are places in the offset table, not in the file.
         begin(ArchiveFrame::objectList);
         ArchiveFrame::writeObjectList(m_plist, m_firstObject, m_uidCount);
         assert(m_nextInner == m_offsets.size());
@@ -87,6 +90,8 @@ private:
     {
         beginWrapper(firstName + timeKey);
         const std::uint64_t inner = referToInner();
+        // The reference to the class completes the dictionary, and the inner object may only begin
+        // after that.
         writeClassOf(dateClass);
         begin(inner);
         m_plist.real(date.seconds);
@@ -168,6 +173,7 @@ private:
 
 KeyedArchiveWriter::KeyedArchiveWriter() : m_objects(1)
 {
+    // Gets number 0, which timeKey relies on. The classes below rely on their order, too.
     (void)nameOf("NS.time");
     (void)classNamed("NSMutableArray", {"NSArray", "NSObject"});
     (void)classNamed("NSDate", {"NSObject"});
@@ -207,8 +213,10 @@ void KeyedArchiveWriter::instance(Uid place, Class instanceClass, std::span<cons
     assert(isSound(fields));
     const std::size_t firstField = m_fields.size();
     for (const Field &field : fields) {
+        // All fields lie in one vector, since records are many and small.
         m_fields.push_back({nameOf(field.key), field.value});
     }
+    // Into a place that was reserved before, so that objects can refer to one another in cycles.
     fill(place, Instance{instanceClass, indexOf(fields.size()), firstField});
     addClassOnce(instanceClass);
 }
@@ -233,6 +241,7 @@ KeyedArchiveWriter::Uid KeyedArchiveWriter::string(std::string_view name)
         return place;
     }
     const std::size_t first = m_textBytes.size();
+    // Copied, as the caller's text may end before finish().
     m_textBytes.insert(m_textBytes.end(), name.begin(), name.end());
     return add(Text{first, name.size()});
 }
@@ -260,6 +269,8 @@ Result<Done, ArchiveError> KeyedArchiveWriter::finish(Uid root, ByteSink &sink) 
 
 KeyedArchiveWriter::Uid KeyedArchiveWriter::add(Object object)
 {
+    // UIDs have 32 bits. So many objects would not fit into memory on most machines, so no error of
+    // its own.
     if (m_objects.size() > std::numeric_limits<std::uint32_t>::max()) {
         throw std::bad_alloc();
     }

@@ -117,6 +117,7 @@ std::size_t acquireGuard(const void *start, std::size_t byteCount)
         const auto address = reinterpret_cast<std::uintptr_t>(start);
         guards[i].wasTruncated.store(false);
         guards[i].end.store(address + byteCount);
+        // The start last: the signal handler takes a guard with a start for complete.
         guards[i].start.store(address);
         return i;
     }
@@ -172,6 +173,7 @@ Result<MappedFile, ArchiveError> MappedFile::open(const std::string &path)
     installHandler();
     const std::span bytes(static_cast<const std::byte *>(memory),
                           static_cast<std::size_t>(status.st_size));
+    // Without a guard a file that is cut would end the program by SIGBUS, so it is refused.
     const std::size_t guard = acquireGuard(memory, bytes.size());
     if (guard == noGuard) {
         munmap(memory, bytes.size());

@@ -55,6 +55,7 @@ private:
             return object.count != 0;
         case Type::integer: {
             const BinaryPlistReader::Integer number = m_plist.integer(object);
+            // PlistValue takes the signed type where the number fits.
             return number.negative ? PlistValue(static_cast<std::int64_t>(number.bits))
                                    : PlistValue(number.bits);
         }
@@ -63,6 +64,7 @@ private:
         case Type::date:
             return PlistDate{m_plist.real(object)};
         case Type::data: {
+            // Before the copy, since a hostile file may refer to the same bytes again and again.
             spend(object.count);
             const auto bytes = std::as_bytes(std::span(m_plist.bytes(object)));
             return PlistData(bytes.begin(), bytes.end());
@@ -137,6 +139,7 @@ private:
 
     void enter(Reference reference, const Object &container)
     {
+        // Linear: there are at most maxPlistDepth open containers.
         if (std::find(m_open.begin(), m_open.end(), reference) != m_open.end()) {
             fail("a container holds itself", container);
         }
@@ -172,6 +175,7 @@ std::uint64_t objectCount(const PlistValue &value, std::size_t depth = 1)
     if (array == nullptr && dictionary == nullptr) {
         return 1;
     }
+    // Refused when written, so that no file is written that cannot be read.
     if (depth > maxPlistDepth) {
         throw tooDeep();
     }
@@ -245,6 +249,7 @@ private:
         for (const PlistValue &element : array) {
             m_references.push_back(writeValue(element));
         }
+        // Only now: the elements have written objects of their own.
         const Reference reference = beginObject();
         m_plist.array(array.size());
         takeReferences(first);
@@ -255,6 +260,7 @@ private:
     {
         const std::size_t first = m_references.size();
         for (const auto &[key, value] : dictionary) {
+            // The keys first, then the values: a dictionary lists them in this order.
             m_references.push_back(writeContent(key));
         }
         for (const auto &[key, value] : dictionary) {

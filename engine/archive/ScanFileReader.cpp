@@ -54,6 +54,7 @@ private:
             m_archive.fail(Kind::damaged, "the root is not a folder", instance.object);
         }
         const tree::NodeArena::StoredName name = readName(instance);
+        // The tree's root exists already, so it is filled and not made.
         root.setStoredName(name);
         root.setItemSize(readSize(instance));
         recordDetails(root, instance, 0);
@@ -63,6 +64,7 @@ private:
     void readBelow()
     {
         while (!m_levels.empty()) {
+            // Invalid after open(), which may move the levels: it comes last.
             Level &level = m_levels.back();
             if (level.next == level.children.count) {
                 m_levels.pop_back();
@@ -94,6 +96,8 @@ private:
     Instance readInstance(Uid uid)
     {
         const KeyedArchiveReader::Object object = m_archive.object(uid);
+        // An array may hold "$null" in other archives. Here it would be a node without name and
+        // size.
         if (object.type == Type::null) {
             m_archive.fail(Kind::damaged, "there is nothing where a node should be", object);
         }
@@ -113,6 +117,7 @@ private:
         }
         instance.nodeClass = static_cast<NodeClass>(m_archive.classIndex(*classValue, m_classes));
         if (instance.nodeClass == unknownClass) {
+            // Not skipped: a tree with nodes left out would have wrong totals.
             m_archive.fail(Kind::unsupported, "unknown class " + m_archive.className(*classValue),
                            object);
         }
@@ -122,6 +127,7 @@ private:
     tree::NodeArena::StoredName readName(const Instance &instance)
     {
         const auto value = instance.fields[nameKey];
+        // Archivers leave out values that are nil, so a missing name is a node without one.
         if (!value) {
             return nullptr;
         }
@@ -129,6 +135,7 @@ private:
         if (string.type == Type::null) {
             return nullptr;
         }
+        // Short names are cheap to copy, and the arena finds recent ones itself.
         if (string.count > longName) {
             return readLongName(string);
         }
@@ -159,6 +166,7 @@ private:
     std::uint64_t readSize(const Instance &instance)
     {
         const auto value = instance.fields[sizeKey];
+        // Without a value the size is 0, which keyed unarchivers answer for a missing number.
         return value ? m_archive.unsignedNumber(*value, "\"itemSize\"").value_or(0) : 0;
     }
 
@@ -166,6 +174,7 @@ private:
     {
         const auto value = instance.fields[subitemsKey];
         const auto children = value ? m_archive.array(*value, "\"subitems\"") : std::nullopt;
+        // A folder without children needs no level.
         if (children && children->count > 0) {
             m_levels.push_back({&folder, uid, *children});
         }
@@ -179,6 +188,8 @@ private:
         ScanFileDetails::Node said;
         said.hasSize = instance.fields[sizeKey].has_value();
         if (const auto parent = instance.fields[parentKey]) {
+            // The tree has the parents that follow from the lists. What the file says is only kept
+            // for checking tools.
             said.parent = parentSaid(*parent, enclosing);
         }
         if (const auto value = instance.fields[nameKey]; value && node.hasItemName()) {
@@ -244,6 +255,7 @@ ScanFileDetails::Node ScanFileDetails::usual(const tree::LUMFileItem &node)
 void ScanFileDetails::record(const tree::LUMFileItem &node, Node said)
 {
     if (!said.hasSize || said.name || said.parent != usual(node).parent) {
+        // Only what differs is stored: in a file of ours that is nothing, of a million nodes.
         m_unusual.insert_or_assign(&node, std::move(said));
     }
 }
@@ -256,6 +268,7 @@ readScanArchive(std::span<const std::byte> archive, ScanFileDetails *details)
             return ScanArchiveReader(archive, details).read();
         });
     } catch (const std::length_error &) {
+        // Thrown by the arena, which stores a name's length in 32 bits.
         return ArchiveError{Kind::unsupported, "a name of 4 GiB or more", {}};
     }
 }

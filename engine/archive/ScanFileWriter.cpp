@@ -53,6 +53,7 @@ static_assert(!fixedStrings.back().empty());
 /// width of references depends on the number of objects and stands in the first dictionary already;
 /// and a sink cannot go back.
 struct Counter {
+    // The same class assigns the places in both walks, so the two cannot differ.
     ArchivePlaces order;
     std::uint64_t folderCount = 0;
     std::uint64_t nameByteCount = 0;
@@ -69,10 +70,12 @@ struct Counter {
         ++folderCount;
         order.enter(folder);
     }
+    // A folder's end takes places, too: those of the classes that follow the first folder.
     void leave(const tree::LUMFileContainer & /*folder*/) { order.leave(); }
 
     [[nodiscard]] std::uint64_t objectCount() const noexcept
     {
+        // Twice the places: each archived object, and the UID by which others refer to it.
         return fixedObjectCount + 2 * std::uint64_t{order.count()} + folderCount;
     }
 
@@ -81,13 +84,16 @@ struct Counter {
     /// is cheaper than a walk that encodes every name twice.
     [[nodiscard]] std::uint64_t maxSize(unsigned referenceWidth) const noexcept
     {
+        // Room for the header, the frame and the fixed strings.
         constexpr std::uint64_t fixed = 1024;
         constexpr std::uint64_t maxCounterBytes = 9;
         constexpr std::uint64_t maxSizeObjectBytes = 17;
         constexpr std::uint64_t maxUidBytes = 5;
+        // A node's dictionary with its references, the counters of its name, and its size.
         const std::uint64_t node =
             1 + 6 * referenceWidth + 2 * maxCounterBytes + maxSizeObjectBytes + referenceWidth;
         const std::uint64_t folder = 4 * referenceWidth + 2 + 4 * referenceWidth + maxCounterBytes;
+        // Twice the bytes of names: each byte becomes at most one unit of UTF-16.
         return fixed + nodeCount * node + folderCount * folder + 2 * nameByteCount +
                order.count() * (maxUidBytes + referenceWidth);
     }
@@ -109,6 +115,8 @@ public:
           m_objectCount(counted.objectCount()),
           m_offsetWidth(BinaryPlistWriter::widthFor(
               counted.maxSize(BinaryPlistWriter::widthFor(m_objectCount)))),
+          // The offset table comes last in a file, and the sink takes no holes. So the offsets are
+          // kept in memory, as narrow as they will be written.
           m_fixedOffsets(fixedObjectCount, m_offsetWidth),
           m_objectOffsets(m_uidCount, m_offsetWidth),
           m_listOffsets(counted.folderCount, m_offsetWidth),
@@ -119,6 +127,7 @@ public:
     void begin()
     {
         writeFixedObjects();
+        // Place 0 is "$null". Readers take the UID 0 for "no object".
         beginObject(0);
         m_plist.name(ArchiveFrame::nullMarker);
     }
@@ -130,6 +139,8 @@ public:
         const ArchivePlaces::OfNode places = m_order.file(item);
         m_children.push_back(places.node);
         beginObject(places.node);
+        // In a property list all keys of a dictionary come first, then all values in the same
+        // order.
         m_plist.dictionary(3);
         m_plist.reference(itemNameKey);
         m_plist.reference(itemSizeKey);
@@ -146,6 +157,7 @@ public:
     void enter(const tree::LUMFileContainer &folder)
     {
         const ArchivePlaces::OfNode places = m_order.enter(folder);
+        // Of the root it is "$null".
         const Uid parent = m_open.empty() ? 0 : m_open.back().node;
         m_children.push_back(places.node);
         beginObject(places.node);
@@ -170,11 +182,15 @@ public:
         m_plist.reference(ArchiveFrame::classKey);
         m_plist.reference(m_firstList + m_listCount);
         uidReference(m_classes.arrayClass());
+        // All open folders share m_children: the children of an inner folder lie behind those of
+        // the outer ones, and are removed when it ends. A vector for each folder would be a million
+        // allocations.
         m_open.push_back({places.node, m_listCount++, m_children.size()});
     }
 
     void leave(const tree::LUMFileContainer & /*folder*/)
     {
+        // The list has no place in "$objects". It is a value inside of the archived array.
         const OpenFolder folder = m_open.back();
         m_open.pop_back();
         m_listOffsets.set(folder.list, m_plist.position());
@@ -183,6 +199,8 @@ public:
             uidReference(m_children[i]);
         }
         m_children.resize(folder.firstChild);
+        // A class follows the contents of its first instance. The first folder to end is also the
+        // first array to be complete.
         if (m_order.leave()) {
             writeClass(m_classes.arrayClass(), mutableArrayClassName, arrayChain);
             writeClass(m_classes.containerClass(), containerClassName, containerChain);
@@ -197,8 +215,11 @@ public:
             m_plist.uid(uid);
         }
         m_fixedOffsets.set(ArchiveFrame::objectList, m_plist.position());
+        // "$objects" itself, after all UIDs: its references are consecutive numbers and need no
+        // table.
         ArchiveFrame::writeObjectList(m_plist, firstObject, m_uidCount);
 
+        // The four runs in the order of their numbers.
         const std::uint64_t tableOffset = m_plist.position();
         m_plist.offsets(m_fixedOffsets.packed());
         m_plist.offsets(m_objectOffsets.packed());
@@ -226,6 +247,7 @@ private:
 
     void writeValues(const tree::LUMFileItem &node, const ArchivePlaces::OfNode &places)
     {
+        // A plain string "$null" would read as no name, so such a name is an instance of its own.
         if (places.wrapsName) {
             beginObject(places.name);
             m_plist.dictionary(2);
@@ -237,9 +259,11 @@ private:
             beginObject(places.name);
             m_plist.name(node.itemName());
         }
+        // Between the name and the size, where the first walk has given it its place.
         if (places.addsStringClass) {
             writeClass(m_classes.stringClass(), mutableStringClassName, stringChain);
         }
+        // A size of 0 is one shared object, written with the first node that has it.
         if (places.addsSize) {
             beginObject(places.size);
             m_plist.integer(node.itemSize());
@@ -254,11 +278,13 @@ private:
 
     void writeFixedObjects()
     {
+        // The root is visited first, right after "$null".
         constexpr Uid rootPlace = 1;
         const ArchiveFrame::Offsets offsets = ArchiveFrame::write(m_plist, m_firstUid + rootPlace);
         for (std::size_t i = 0; i < offsets.size(); ++i) {
             m_fixedOffsets.set(i, offsets[i]);
         }
+        // The chains let other readers fall back on a superclass that they know.
         writeChain(itemChain, {itemClassName, objectClassName});
         writeChain(containerChain, {containerClassName, itemClassName, objectClassName});
         writeChain(arrayChain, {mutableArrayClassName, arrayClassName, objectClassName});
@@ -299,6 +325,8 @@ private:
 Result<Done, ArchiveError> writeScanArchive(const tree::LUMFileContainer &root, ByteSink &sink)
 {
     return resultOf<Done>("not enough memory to write the scan", [&] {
+        // Two walks take less than a list of all objects in memory would, and the tree cannot
+        // change in between: it is finished.
         Counter counter;
         tree::walkTree(root, counter);
         Emitter emitter(counter, sink);
@@ -318,6 +346,7 @@ Result<Done, ArchiveError> writeScanFile(const tree::LUMFileContainer &root,
     if (auto opened = file.open(); !opened) {
         return opened;
     }
+    // After an error the destructor removes the temporary file, and the target stays as it was.
     if (auto written = writeScanArchive(root, file); !written) {
         return written;
     }

@@ -13,6 +13,7 @@ namespace {
 using namespace std::chrono;
 
 constexpr sys_seconds reference = sys_days{2001y / January / 1};
+// A scan file may have any number for a date.
 constexpr sys_seconds earliest = sys_days{-9999y / January / 1};
 constexpr sys_seconds latest = sys_days{10000y / January / 1} - 1s;
 
@@ -37,6 +38,7 @@ sys_seconds Timestamp::systemTime() const noexcept
 std::string Timestamp::description() const
 {
     const sys_seconds time = systemTime();
+    // floor() and not a cast, which would round dates before 1970 up to the next day.
     const auto day = floor<days>(time);
     const year_month_day date(day);
     const hh_mm_ss clock(time - day);

@@ -38,6 +38,7 @@ Decoded decodeUtf8(std::string_view bytes) noexcept
         return {lead, 1};
     }
     const std::size_t byteCount = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    // 0xC0 and 0xC1 begin overlong forms only, and from 0xF5 on all values are too large.
     if (lead < 0xC2 || lead > 0xF4 || bytes.size() < byteCount) {
         return invalid;
     }
@@ -48,6 +49,7 @@ Decoded decodeUtf8(std::string_view bytes) noexcept
         }
         codePoint = codePoint << 6U | (byteAt(i) & 0x3FU);
     }
+    // An overlong form would not come back as the same bytes.
     constexpr char32_t minCodePoint[] = {0, 0, 0x80, 0x800, 0x10000};
     if (codePoint < minCodePoint[byteCount] || codePoint > 0x10FFFF || isSurrogate(codePoint)) {
         return invalid;

@@ -19,12 +19,14 @@ std::string cleanPath(std::string_view path)
 {
     std::string clean(withoutEndingSlashes(path));
     const auto isDoubled = [](char a, char b) { return a == '/' && b == '/'; };
+    // "." and ".." stay: ".." after a link leads to another folder than the text says.
     clean.erase(std::unique(clean.begin(), clean.end(), isDoubled), clean.end());
     return clean;
 }
 
 std::string parentPath(std::string_view path)
 {
+    // std::filesystem::path names "/a" as the folder above "/a/".
     const std::size_t slash = withoutEndingSlashes(path).rfind('/');
     return slash == std::string_view::npos
                ? std::string()
@@ -40,6 +42,7 @@ std::string containingFolder(std::string_view path)
 std::string fileName(std::string_view path)
 {
     path = withoutEndingSlashes(path);
+    // Without a slash rfind() is npos, and npos + 1 is 0: all of the path.
     return std::string(path == "/" ? path : path.substr(path.rfind('/') + 1));
 }
 

@@ -26,11 +26,13 @@ LUMFileItem::LUMFileItem(Kind kind, NodeArena::StoredName itemName, std::uint64_
 
 void LUMFileItem::setItemName(NodeArena &arena, std::string_view itemName)
 {
+    // The old name stays in the arena, which frees nothing singly.
     m_itemName = arena.storeName(itemName);
 }
 
 std::string LUMFileItem::buildString(SizeNumber byteCount)
 {
+    // Kept on purpose (see docs/conventions.md): a number that reads as -1 has no size.
     return byteCount.asInt32() == -1 ? "--" : sizeText(byteCount.value());
 }
 

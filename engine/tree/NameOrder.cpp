@@ -29,6 +29,7 @@ std::strong_ordering compareByCodeUnits(std::string_view a, std::string_view b)
     const bool aEnds = place == a.size();
     const bool bEnds = place == b.size();
     if ((aEnds || isAsciiByte(a[place])) && (bEnds || isAsciiByte(b[place]))) {
+        // A name comes before every longer one that begins with it.
         if (aEnds || bEnds) {
             return a.size() <=> b.size();
         }

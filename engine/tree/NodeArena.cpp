@@ -55,6 +55,7 @@ NodeArena::StoredName NodeArena::storeName(std::string_view name)
     // No chains: each place holds one name, and a collision costs a second copy and no time.
     const std::uint64_t hash = quickHash(name);
     RecentName &recent = m_recentNames[hash >> (64U - recentNameBits)];
+    // The names are compared as well: the hash leaves out the middle of a long name.
     if (recent.hash != hash || recent.name == nullptr || nameBytes(recent.name) != name) {
         recent = {hash, copyName(name)};
     }
@@ -70,6 +71,7 @@ NodeArena::StoredName NodeArena::copyName(std::string_view name)
     for (std::size_t rest = name.size(); rest >= 0x80U; rest >>= 7U) {
         ++prefixLength;
     }
+    // One block for both, so that a node needs a single pointer and no length.
     auto *stored = static_cast<unsigned char *>(m_names.take(prefixLength + name.size()));
     unsigned char *next = stored;
     std::size_t rest = name.size();
@@ -85,6 +87,7 @@ NodeArena::StoredName NodeArena::copyName(std::string_view name)
 
 void NodeArena::forgetRecentNames() noexcept
 {
+    // clear() would keep the memory.
     std::vector<RecentName>().swap(m_recentNames);
 }
 
@@ -101,6 +104,7 @@ void NodeArena::Chunks::addChunk(std::size_t atLeast)
         m_chunks.empty() ? minChunkBytes : std::min(m_chunks.back().byteCount * 2, maxChunkBytes);
     const std::size_t byteCount =
         (std::max(doubled, atLeast) + minChunkBytes - 1) / minChunkBytes * minChunkBytes;
+    // Small trees get no huge pages, of which they would fill a part only.
     const bool isLarge = m_byteCount >= maxChunkBytes * 2 - minChunkBytes;
     m_chunks.reserve(m_chunks.size() + 1); // so that push_back() cannot throw and leak the memory
     // From the system and not from the heap: freed chunks go back at once, and pages that are never

@@ -5,6 +5,7 @@ namespace tessaly::tree {
 ScanTree::ScanTree()
 {
     const ArenaLease arena = leaseArena();
+    // A node as any other, so that it is freed with the rest.
     m_root = &arena->make<LUMFileContainer>();
 }
 
@@ -13,7 +14,9 @@ ScanTree::ArenaLease ScanTree::leaseArena()
     const std::lock_guard lock(m_mutex);
     NodeArena *arena = nullptr;
     if (m_free.empty()) {
+        // A deque, whose elements stay where they are: leases point to them.
         arena = &m_arenas.emplace_back();
+        // Now, so that returnArena() needs no memory: it runs in destructors.
         m_free.reserve(m_arenas.size());
     } else {
         arena = m_free.back();

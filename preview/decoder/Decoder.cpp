@@ -27,6 +27,7 @@ DecoderReply problem(DecoderProblem what)
 QImage canvasOf(QSize size, bool hasAlpha, const DecoderRequest &request,
                 const scan::FileDescriptor &pixels)
 {
+    // The memory has been allocated for the requested size, and its length is sealed.
     const bool fits = size.width() <= request.width && size.height() <= request.height;
     return fits && pixels.isOpen() && !size.isEmpty() ? SharedPixels::canvas(pixels, size, hasAlpha)
                                                       : QImage();
@@ -41,7 +42,9 @@ DecoderReply withImage(DecoderReply reply, const QImage &image, const DecoderReq
         return problem(DecoderProblem::unreadable);
     }
     QPainter painter(&canvas);
+    // Copies transparent pixels, too, instead of blending them with what is there.
     painter.setCompositionMode(QPainter::CompositionMode_Source);
+    // QPainter converts the format, as decoders return any.
     painter.drawImage(0, 0, image);
     reply.width = image.width();
     reply.height = image.height();
@@ -67,6 +70,7 @@ DecoderReply replyOf(const DecodedImage &decoded, const DecoderRequest &request,
 Decoder::Decoder(scan::FileDescriptor file, MessageSocket socket)
     : m_descriptor(std::move(file)), m_socket(std::move(socket))
 {
+    // By the number: the sandbox does not let a decoder open a path of the user's.
     m_file.open(m_descriptor.number(), QIODevice::ReadOnly);
 }
 
@@ -75,6 +79,7 @@ void Decoder::run()
     for (;;) {
         std::vector<scan::FileDescriptor> descriptors;
         const auto request = m_socket.receive<DecoderRequest>(&descriptors);
+        // The program has closed its end, or sends what this decoder does not understand.
         if (!request || descriptors.size() > 1) {
             return;
         }
@@ -123,6 +128,7 @@ DecoderReply Decoder::openDocument()
         return problem(found);
     }
     DecoderReply reply;
+    // The true number is told, the sizes only of as many pages as a message has room for.
     reply.pageCount = m_document.pageCount();
     const int shown = std::min(reply.pageCount, DecoderReply::maxPageCount);
     for (int page = 0; page < shown; ++page) {
@@ -147,6 +153,7 @@ DecoderReply Decoder::page(const DecoderRequest &request, const scan::FileDescri
 
 DecoderReply Decoder::frame(const DecoderRequest &request, const scan::FileDescriptor &pixels)
 {
+    // Kept between requests, since the formats that move are decoded from one frame to the next.
     if (!m_frames) {
         m_frames = std::make_unique<ImageFrames>(m_file);
     }

@@ -41,6 +41,7 @@ sigset_t childSignal()
 /// Drops what libraries print about a file.
 void silence()
 {
+    // A file could fill the log by its errors.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     const scan::FileDescriptor nothing(open("/dev/null", O_WRONLY | O_CLOEXEC));
     if (nothing.isOpen()) {
@@ -55,9 +56,11 @@ DecoderServer::DecoderServer(MessageSocket socket) : m_socket(std::move(socket))
 {
     // glibc reserves 64 MB of address space for each arena, and address space is limited.
     mallopt(M_ARENA_MAX, 1);
+    // Here already, since a limit is passed on to the decoders by fork().
     Sandbox::limitMemory();
     m_sandbox.emplace();
     const sigset_t signalSet = childSignal();
+    // Blocked, or the default action would drop the signal before signalfd() can report it.
     sigprocmask(SIG_BLOCK, &signalSet, nullptr);
     m_childSignals = scan::FileDescriptor(signalfd(-1, &signalSet, SFD_CLOEXEC | SFD_NONBLOCK));
 }
@@ -66,28 +69,35 @@ DecoderServer::~DecoderServer()
 {
     for (const Child &child : m_children) {
         kill(child.process, SIGKILL);
+        // Does not block for long: after SIGKILL a process ends.
         waitpid(child.process, nullptr, 0);
     }
 }
 
 void DecoderServer::run()
 {
+    // The list is built for each round, as children come and end.
     for (;;) {
         std::vector<pollfd> watched{{m_socket.number(), POLLIN, 0},
                                     {m_childSignals.number(), POLLIN, 0}};
         for (const Child &child : m_children) {
+            // Only the hang-up: the messages are for the decoder, which reads from the same socket.
             watched.push_back({child.socket.number(), POLLRDHUP, 0});
         }
+        // The time limit is when the next library is loaded ahead.
         const int ready = poll(watched.data(), watched.size(), msUntilLoading());
         if (ready == 0) {
             loadMore();
         }
         for (std::size_t i = 0; i < m_children.size(); ++i) {
             if (watched[i + 2].revents != 0) {
+                // It is removed once SIGCHLD tells that it has ended, so its number cannot be used
+                // for another process before.
                 kill(m_children[i].process, SIGKILL);
             }
         }
         if (watched[1].revents != 0) {
+            // After the kills: the indexes above are those of the polled list.
             removeEndedChildren();
         }
         if (watched[0].revents != 0 && !takeTask()) {
@@ -105,6 +115,7 @@ bool DecoderServer::takeTask()
     }
     switch (task->content) {
     case DecoderTask::Content::drawing:
+        // Before the fork, not in the decoder: what is loaded here is shared by all decoders.
         loadFonts();
         loadImageFormats(); // for images inside
         break;
@@ -123,9 +134,11 @@ bool DecoderServer::takeTask()
 void DecoderServer::startDecoder(scan::FileDescriptor file, MessageSocket socket)
 {
     const pid_t server = getpid();
+    // Without exec(), so that the decoder has all loaded libraries at once.
     const pid_t process = fork();
     if (process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // The signal only comes for a parent that ends after prctl().
         if (getppid() != server) {
             _exit(0); // the server has been killed before
         }
@@ -139,6 +152,7 @@ void DecoderServer::startDecoder(scan::FileDescriptor file, MessageSocket socket
 
 void DecoderServer::becomeDecoder(scan::FileDescriptor file, MessageSocket socket)
 {
+    // A decoder that a file has taken over must not reach the server or other decoders.
     m_socket.close();
     m_childSignals.close();
     for (Child &child : m_children) {
@@ -147,6 +161,7 @@ void DecoderServer::becomeDecoder(scan::FileDescriptor file, MessageSocket socke
     const sigset_t signalSet = childSignal();
     sigprocmask(SIG_UNBLOCK, &signalSet, nullptr);
     silence();
+    // Last, since opening /dev/null is forbidden from then on.
     m_sandbox->enter();
     {
         Decoder decoder(std::move(file), std::move(socket));
@@ -173,10 +188,12 @@ void DecoderServer::loadFonts()
     if (m_application) {
         return;
     }
+    // Static: QGuiApplication keeps references to both.
     static int argumentCount = 1;
     static std::array<char, 16> name{"preview-decoder"};
     static std::array<char *, 2> arguments{name.data(), nullptr};
     m_application = std::make_unique<QGuiApplication>(argumentCount, arguments.data());
+    // Measuring a letter makes Qt read the font database now, and not in each decoder.
     static_cast<void>(QFontMetrics(QGuiApplication::font()).horizontalAdvance(u'a'));
 }
 
@@ -205,6 +222,7 @@ void DecoderServer::loadDocuments()
     m_document = std::make_unique<PdfReader>();
     m_document->open(m_sample);
     QImage paper(9, 9, QImage::Format_RGB32);
+    // Drawn, since the library looks for fonts only when it needs one.
     m_document->drawPage(0, paper);
 }
 

@@ -60,6 +60,7 @@ bool hasSeveralScans(QIODevice &device)
             if (frame.size() < 6 || (marker != 0xC0 && marker != 0xC1)) {
                 return true;
             }
+            // A baseline file has one scan if that scan has all components.
             components = byteAt(frame, 5);
         } else if (marker == startOfScan) {
             const QByteArray scan = device.read(1);
@@ -95,6 +96,7 @@ std::unique_ptr<QImageReader> readerOf(QIODevice &device, const QByteArray &form
 {
     device.seek(0);
     auto reader = std::make_unique<QImageReader>(&device, format);
+    // With it a reader would try the other formats as well, drawings among them.
     reader->setAutoDetectImageFormat(false);
     return reader;
 }
@@ -176,6 +178,7 @@ QSize sizeToDraw(QSize nominal, QSize bounds, std::uint64_t work)
 DecodedImage decodeImage(QIODevice &device, QSize bounds)
 {
     DecodedImage decoded;
+    // The header first: a file of a few bytes may claim an image of gigabytes.
     const ImageHeader header = headerOf(device);
     if (header.format.isEmpty()) {
         decoded.problem = DecoderProblem::unreadable;
@@ -192,6 +195,7 @@ DecodedImage decodeImage(QIODevice &device, QSize bounds)
     const QSize room = header.isTurned ? bounds.transposed() : bounds;
     if (header.size.isValid() &&
         (header.size.width() > room.width() || header.size.height() > room.height())) {
+        // The reader scales before it turns the image, so the room is turned the other way.
         reader->setScaledSize(sizeWithin(header.size, room));
     }
     QImage image = reader->read();
@@ -215,6 +219,7 @@ DecodedImage decodeImage(QIODevice &device, QSize bounds)
 DecodedImage decodeSvg(QIODevice &device, QSize bounds)
 {
     DecodedImage decoded;
+    // Qt's renderer would open files that a drawing refers to, and has no limits.
     const auto drawing = filteredSvg(device);
     QSvgRenderer renderer;
     if (!drawing || !renderer.load(drawing->source)) {
@@ -223,6 +228,7 @@ DecodedImage decodeSvg(QIODevice &device, QSize bounds)
     }
     const QSize nominal = renderer.defaultSize().expandedTo(QSize(1, 1));
     QImage image(sizeToDraw(nominal, bounds, drawing->work), QImage::Format_ARGB32_Premultiplied);
+    // A new image has undefined pixels.
     image.fill(Qt::transparent);
     QPainter painter(&image);
     renderer.render(&painter, QRectF(image.rect()));
@@ -249,6 +255,8 @@ ImageFrames::Frame ImageFrames::next()
 {
     Frame frame;
     frame.image = m_reader->read();
+    // Not every format tells its number of frames. The end shows as a failure, and the animation
+    // starts over.
     if (frame.image.isNull()) {
         restart();
         frame.image = m_reader->read();

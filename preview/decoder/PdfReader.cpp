@@ -13,11 +13,13 @@ PdfReader::~PdfReader() = default;
 DecoderProblem PdfReader::open(QIODevice &device)
 {
     m_document = std::make_unique<QPdfDocument>();
+    // From a device the document is loaded at once, within this call.
     m_document->load(&device);
     if (m_document->status() == QPdfDocument::Status::Ready && pageCount() > 0) {
         return DecoderProblem::none;
     }
     const bool isLocked = m_document->error() == QPdfDocument::Error::IncorrectPassword;
+    // After the error was asked for. A document that failed keeps what it has read.
     m_document.reset();
     return isLocked ? DecoderProblem::locked : DecoderProblem::unreadable;
 }
@@ -37,6 +39,7 @@ bool PdfReader::drawPage(int page, QImage &paper) const
     if (!m_document || paper.isNull()) {
         return false;
     }
+    // The library returns an image of its own, so the page is copied once.
     const QImage drawn = m_document->render(page, paper.size());
     if (drawn.isNull()) {
         return false;

@@ -35,6 +35,7 @@ constexpr bool isSanitized = false;
 
 void setLimit(__rlimit_resource_t resource, rlim_t maxValue)
 {
+    // The hard limit as well, or the process could raise the soft one again.
     const rlimit limit{maxValue, maxValue};
     setrlimit(resource, &limit);
 }
@@ -60,6 +61,7 @@ bool forbidOtherFiles(const std::vector<std::string> &readableFolders)
     if (version < 1) {
         return false;
     }
+    // A kernel refuses rules with rights that it does not know, so they depend on its version.
     const landlock_ruleset_attr handled{knownAccess(version)};
     const scan::FileDescriptor rules(
         static_cast<int>(syscall(SYS_landlock_create_ruleset, &handled, sizeof handled, 0)));
@@ -68,6 +70,7 @@ bool forbidOtherFiles(const std::vector<std::string> &readableFolders)
     }
     for (const std::string &path : readableFolders) {
         const scan::FileDescriptor folder(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        // A folder that does not exist on this system needs no rule.
         if (folder.isOpen()) {
             const landlock_path_beneath_attr rule{
                 LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR, folder.number()};
@@ -167,6 +170,7 @@ bool allow(scmp_filter_ctx filter, int call)
 /// Calls that are harmless with some arguments only.
 bool allowInPart(scmp_filter_ctx filter)
 {
+    // Libraries may start threads, but not processes.
     constexpr scmp_datum_t thread = CLONE_THREAD;
     return seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(clone), 1,
                             SCMP_A0(SCMP_CMP_MASKED_EQ, thread, thread)) == 0 &&
@@ -181,6 +185,8 @@ bool allowInPart(scmp_filter_ctx filter)
 /// The filter as the kernel wants it.
 std::vector<sock_filter> compiled(scmp_filter_ctx filter)
 {
+    // The library writes a filter to a descriptor only. It is made before any decoder exists, since
+    // inside of the sandbox there is no memfd_create().
     const scan::FileDescriptor memory(memfd_create("tessaly-filter", MFD_CLOEXEC));
     if (!memory.isOpen() || seccomp_export_bpf(filter, memory.number()) != 0) {
         return {};
@@ -195,6 +201,7 @@ std::vector<sock_filter> compiled(scmp_filter_ctx filter)
 /// processor is unknown to it: an incomplete one would stop every decoder.
 std::vector<sock_filter> filterOfCalls(bool mayOpenFiles)
 {
+    // An error and not a signal: libraries probe for calls and manage without them.
     const scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ERRNO(EPERM));
     if (filter == nullptr) {
         return {};
@@ -204,6 +211,7 @@ std::vector<sock_filter> filterOfCalls(bool mayOpenFiles)
         isComplete = isComplete && allow(filter, call);
     }
     if (mayOpenFiles) {
+        // seccomp cannot see paths, so opening is allowed only where Landlock restricts it.
         isComplete = isComplete && allow(filter, SCMP_SYS(open)) && allow(filter, SCMP_SYS(openat));
     }
     std::vector<sock_filter> program = isComplete ? compiled(filter) : std::vector<sock_filter>();
@@ -215,6 +223,7 @@ std::vector<sock_filter> filterOfCalls(bool mayOpenFiles)
 
 void Sandbox::limitMemory()
 {
+    // A core dump would hold the user's file, and take seconds on a slow disk.
     setLimit(RLIMIT_CORE, 0);
     if (!isSanitized) {
         setLimit(RLIMIT_AS, maxMemoryBytes);
@@ -233,7 +242,9 @@ void Sandbox::enter() const
     if (isSanitized) {
         return;
     }
+    // Where neither Landlock nor seccomp works, at least no file can be written.
     setLimit(RLIMIT_FSIZE, 0);
+    // The kernel demands this of an ordinary user before both Landlock and seccomp.
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     const std::vector<sock_filter> &calls =
         forbidOtherFiles(m_readableFolders) ? m_callsWithFiles : m_callsWithoutFiles;

@@ -38,6 +38,8 @@ public:
                 return std::nullopt;
             }
         }
+        // A drawing that breaks off is refused, although Qt would draw its beginning: the count of
+        // its work is not complete.
         const std::uint64_t work = m_reader.hasError() ? maxWork + 1 : workOf(0);
         return work <= maxWork ? std::optional(FilteredSvg{std::move(m_copy), work}) : std::nullopt;
     }
@@ -63,6 +65,7 @@ private:
             m_writer.writeEndElement();
             return true;
         case QXmlStreamReader::Characters:
+            // Qt matches every rule of a style sheet with every element.
             m_styleLength += m_isStyle ? m_reader.text().size() : 0;
             m_writer.writeCharacters(m_reader.text().toString());
             return m_styleLength <= maxStyleLength;
@@ -73,6 +76,7 @@ private:
 
     bool copyElement()
     {
+        // The renderer recurses, and would overflow its stack.
         if (m_open.size() >= maxDepth) {
             return false;
         }
@@ -87,6 +91,7 @@ private:
             m_parts[parent].usedParts.push_back(part);
             m_partsOfId.insert(id.toString(), part);
         }
+        // Elements without an id belong to the part around them: nothing can refer to them alone.
         m_open.push_back(part);
         m_isStyle = m_reader.name() == "style"_L1;
 
@@ -103,6 +108,8 @@ private:
                 copyAttribute(attribute);
                 continue;
             }
+            // Only references inside the drawing. All other targets are left out: files and
+            // addresses.
             if (attribute.value().startsWith(u'#')) {
                 m_parts[part].usedIds.push_back(attribute.value().mid(1).toString());
                 copyAttribute(attribute);
@@ -131,6 +138,8 @@ private:
         image.setData(QByteArray::fromBase64(url.mid(comma + 1).toLatin1()));
         image.open(QIODevice::ReadOnly);
         const QByteArray format = QImageReader::imageFormat(&image);
+        // By the content: the type in the address may be a lie, and an SVG image could nest
+        // drawings.
         if (format != "png" && format != "jpeg" && format != "gif") {
             return false;
         }
@@ -138,6 +147,7 @@ private:
         if (!size.isValid()) {
             return false;
         }
+        // The renderer decodes each image whole, at full size.
         m_imageBytes += qint64{size.width()} * size.height() * 4;
         return m_imageBytes <= maxImageBytes;
     }
@@ -149,6 +159,7 @@ private:
         std::vector<std::size_t> path{root};
         while (!path.empty()) {
             Part &part = m_parts[path.back()];
+            // Depth first with an explicit stack: open, on the path, done.
             if (part.visit == Part::Visit::open) {
                 part.visit = Part::Visit::running;
                 for (const QString &id : part.usedIds) {
@@ -170,6 +181,8 @@ private:
                 part.visit = Part::Visit::done;
                 part.total = part.work;
                 for (const std::size_t used : part.usedParts) {
+                    // Capped, since a chain of parts that use the next one twice doubles at each
+                    // step and would overflow.
                     part.total = std::min(part.total + m_parts[used].total, maxWork + 1);
                 }
             }

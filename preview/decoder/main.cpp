@@ -15,11 +15,14 @@ int main()
     constexpr int socketNumber = 3;
     int type = 0;
     socklen_t length = sizeof type;
+    // Somebody may start it by hand, from a terminal.
     if (getsockopt(socketNumber, SOL_SOCKET, SO_TYPE, &type, &length) != 0 ||
         type != SOCK_SEQPACKET) {
         std::fputs("This program is a part of Tessaly, which starts it for previews.\n", stderr);
         return 2;
     }
+    // Libraries of the program may hold descriptors without FD_CLOEXEC, which a hostile file must
+    // not reach.
     closefrom(socketNumber + 1);
     DecoderServer server{MessageSocket(scan::FileDescriptor(socketNumber))};
     server.run();

@@ -31,11 +31,14 @@ QVariantMap ApplicationObject::platformDataOfThisStart()
 void ApplicationObject::Activate(const QVariantMap &platformData)
 {
     const QString token = platformData.value(activationToken).toString();
+    // Wayland desktops send the token, X11 ones the id. Some send both, and then the token is the
+    // newer protocol's.
     m_activated((token.isEmpty() ? platformData.value(startupId).toString() : token).toUtf8());
 }
 
 void ApplicationObject::Open(const QStringList & /*uris*/, const QVariantMap &platformData)
 {
+    // The interface has to be complete, or the desktop's call ends in an error.
     Activate(platformData);
 }
 

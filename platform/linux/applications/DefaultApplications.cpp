@@ -18,6 +18,8 @@ struct KnownProgram {
     std::string_view id;
 };
 
+// Ids change between releases of a desktop, so several of them may stand for one program. The newer
+// one comes first.
 constexpr KnownProgram settingsPrograms[] = {
     {"GNOME"sv, "org.gnome.Settings.desktop"sv},
     {"GNOME"sv, "gnome-control-center.desktop"sv},
@@ -87,6 +89,7 @@ bool isPanel(const DesktopEntry &entry)
 
 std::optional<DesktopEntry> settingsProgram(const DesktopEntries &entries)
 {
+    // The table first: by the category alone many tools call themselves settings.
     if (auto known = knownProgram(settingsPrograms, entries)) {
         return known;
     }
@@ -130,6 +133,7 @@ std::optional<DesktopEntry> findApplication(DefaultApplication wanted,
     case DefaultApplication::settings:
         return settingsProgram(entries);
     case DefaultApplication::diskUtility:
+        // Only by the table: no category tells disk utilities from cleaners and benchmarks.
         return knownProgram(diskUtilities, entries);
     case DefaultApplication::fileManager:
         break;

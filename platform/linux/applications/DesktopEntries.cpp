@@ -68,6 +68,7 @@ std::optional<DesktopEntry> DesktopEntries::program(const std::string &id) const
     if (path == m_paths.end()) {
         return std::nullopt;
     }
+    // Read when it is asked for, and not kept: most questions need a few of hundreds.
     auto file = KeyFile::read(path->second);
     if (!file) {
         return std::nullopt;
@@ -122,6 +123,7 @@ std::optional<DesktopEntry> DesktopEntries::defaultProgram(const std::string &mi
         if (!entry.hasMimeType(mimeType) || removed.contains(entry.id())) {
             continue;
         }
+        // Nobody has chosen a program, so the category is the best guess.
         if (preferredCategory.empty() || entry.hasCategory(preferredCategory)) {
             return std::move(entry);
         }

@@ -31,9 +31,12 @@ bool DesktopEntry::hasMimeType(std::string_view type) const
 
 bool DesktopEntry::isShownIn(const std::vector<std::string> &desktops) const
 {
+    // Not the same as "Hidden", which means deleted: an entry that is not displayed may be a
+    // default program.
     const bool isDisplayed = !flag("NoDisplay");
     // The first of the desktop's names that is mentioned decides.
     for (const std::string &desktop : desktops) {
+        // XDG_CURRENT_DESKTOP may have several names, the most specific first.
         if (listContains("OnlyShowIn", desktop)) {
             return isDisplayed;
         }
@@ -52,6 +55,7 @@ bool DesktopEntry::canStart(const DesktopPlaces &places) const
     }
     const std::vector<std::string> words = command();
     const std::string required = text("TryExec");
+    // Entries remain when a program is removed by hand, so the program itself is looked for, too.
     return !words.empty() && places.hasProgram(words.front()) &&
            (required.empty() || places.hasProgram(required));
 }

@@ -19,6 +19,7 @@ std::vector<std::string> listIn(const char *variable, const char *usual)
     std::istringstream text(value == nullptr ? usual : value);
     std::vector<std::string> items;
     for (std::string item; std::getline(text, item, ':');) {
+        // An empty part of PATH means the current folder, in which no program is looked for.
         if (!item.empty()) {
             items.push_back(item);
         }

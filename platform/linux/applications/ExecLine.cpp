@@ -23,6 +23,8 @@ public:
                 readField();
             } else {
                 // Outside quotes these have no defined meaning without a shell.
+                // A line that breaks the rules is refused as a whole: running half of a command
+                // could do harm.
                 m_isValid = isFree(letter);
                 append(letter);
             }
@@ -74,6 +76,7 @@ private:
             }
             m_word += letter;
         }
+        // The closing quote is missing.
         m_isValid = false;
     }
 
@@ -85,6 +88,7 @@ private:
             append('%');
             return;
         case 'c':
+            // Into the word at hand: a name with blanks stays one argument, as no shell sees it.
             m_word += m_fields.name;
             m_hasWord = true;
             return;
@@ -95,6 +99,7 @@ private:
         case 'i':
             if (!m_fields.icon.empty()) {
                 endWord();
+                // Two arguments, as the rules have it.
                 m_words.emplace_back("--icon");
                 m_word = m_fields.icon;
                 m_hasWord = true;

@@ -13,6 +13,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(menuLog, "tessaly.menu")
 
+// The answer is not urgent: without it the window keeps its own menu.
 constexpr std::chrono::seconds busTimeout{5};
 constexpr auto registrar = "com.canonical.AppMenu.Registrar";
 
@@ -35,6 +36,7 @@ GlobalMenu::~GlobalMenu() = default;
 
 void GlobalMenu::askForMenuBar()
 {
+    // Asks the bus and not the registrar: a call to the name would start a service for it.
     m_link.call(BusLink::callOfBus("NameHasOwner", {QLatin1String(registrar)}),
                 [this](const QDBusReply<bool> &hasOwner) {
                     if (hasOwner.isValid() && hasOwner.value()) {
@@ -45,9 +47,11 @@ void GlobalMenu::askForMenuBar()
 
 void GlobalMenu::show()
 {
+    // The bus answers later, and the window may be closed by then.
     if (m_window.isNull() || m_menu.isNull()) {
         return;
     }
+    // The bar is the window's child, so it is destroyed with it.
     auto *bar = new QMenuBar(m_window);
     if (!bar->isNativeMenuBar()) { // what Qt has been told to leave alone, or a platform without
         delete bar;

@@ -18,6 +18,7 @@ constexpr std::size_t maxFileBytes = std::size_t{1} << 20U;
 
 std::string_view trimmed(std::string_view text)
 {
+    // "\r" comes from files that were edited on other systems.
     constexpr std::string_view blanks = " \t\r";
     const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
     const std::size_t end = text.find_last_not_of(blanks) + 1;
@@ -53,6 +54,7 @@ std::vector<std::string> partsOf(std::string_view value, bool isList)
 {
     std::vector<std::string> parts(1);
     for (std::size_t i = 0; i < value.size(); ++i) {
+        // An Exec line has escapes of its own behind these, with letters that are left alone here.
         if (value[i] == '\\' && i + 1 < value.size() && isEscape(value[i + 1])) {
             ++i;
             parts.back() += unescaped(value[i]);
@@ -74,11 +76,13 @@ KeyFile KeyFile::parse(std::string_view text)
     while (!text.empty()) {
         const std::string_view line = trimmed(text.substr(0, text.find('\n')));
         text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+        // The first one, since values may have more of them.
         const std::size_t equals = line.find('=');
         if (line.starts_with('#')) {
             continue;
         }
         if (line.starts_with('[') && line.ends_with(']')) {
+            // A group that stands twice is continued.
             group = &file.m_groups[std::string(line.substr(1, line.size() - 2))];
         } else if (group != nullptr && equals != std::string_view::npos) {
             (*group)[std::string(trimmed(line.substr(0, equals)))] =
@@ -109,6 +113,7 @@ std::string KeyFile::text(const std::string &group, const std::string &key) cons
 std::vector<std::string> KeyFile::list(const std::string &group, const std::string &key) const
 {
     std::vector<std::string> parts = partsOf(rawValue(group, key), true);
+    // A list usually ends with a semicolon, which begins an empty part.
     std::erase(parts, std::string());
     return parts;
 }

@@ -19,6 +19,7 @@ namespace {
 Q_LOGGING_CATEGORY(launcherLog, "tessaly.launcher")
 
 /// The names are those that the menu and the screens ask for, on every system.
+/// These names are kept on purpose (see docs/conventions.md), although no such file exists here.
 std::optional<DefaultApplication> applicationNamed(std::string_view name)
 {
     if (name == "Finder.app") {
@@ -68,6 +69,8 @@ void LinuxApplicationLauncher::launchApplication(std::string_view name)
 void LinuxApplicationLauncher::askWhetherInstalled(std::string_view name,
                                                    std::function<void(bool isInstalled)> answer)
 {
+    // The places are read from the environment here: only the main thread may, since it alone
+    // changes it.
     BackgroundWork::start([wanted = applicationNamed(name), answer = std::move(answer),
                            post = m_work.poster(), places = DesktopPlaces::ofEnvironment()] {
         const bool isInstalled = wanted && findApplication(*wanted, DesktopEntries(places));
@@ -80,6 +83,7 @@ bool LinuxApplicationLauncher::startByItself(const std::vector<std::string> &wor
 {
     QStringList arguments;
     for (const std::string &word : words) {
+        // Decoded as file names, since QProcess encodes them the same way.
         arguments.append(QFile::decodeName(word.c_str()));
     }
     // Detached: it must not end with this program, nor be waited for by it.

@@ -35,6 +35,7 @@ bool isWebScheme(const QString &scheme)
 /// The path of a link into the store ends in the program's number there, with or without "id".
 bool isStoreLink(const QUrl &url)
 {
+    // Static, since an expression is compiled at its first use.
     static const QRegularExpression end(QStringLiteral("(^|/)(id)?[0-9]+/?$"));
     return url.scheme() == QLatin1String("macappstore") && end.match(url.path()).hasMatch();
 }
@@ -42,6 +43,7 @@ bool isStoreLink(const QUrl &url)
 /// In a sandbox the desktop chooses the program, from those that can not be seen from inside.
 bool isSandboxed()
 {
+    // Both put these there in every sandbox of theirs.
     return access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP") != nullptr;
 }
 
@@ -87,6 +89,7 @@ void LinuxUrlOpener::canOpenUrl(std::string_view url, std::function<void(bool)> 
 /// Reads the desktop's files on another thread.
 void LinuxUrlOpener::lookForProgram(const QUrl &url, std::function<void(bool)> answer) const
 {
+    // Read here, on the main thread: the environment may not be read on others.
     const bool hasBrowserVariable = !qEnvironmentVariableIsEmpty("BROWSER");
     BackgroundWork::start([scheme = url.scheme(), answer = std::move(answer), hasBrowserVariable,
                            post = m_work.poster(), places = DesktopPlaces::ofEnvironment()] {
@@ -109,6 +112,8 @@ std::optional<QUrl> LinuxUrlOpener::openedUrl(std::string_view url)
         page.setPath(QLatin1String(programId));
         return page;
     }
+    // A list of schemes and not all of them: "file:" or a scheme of some program could start
+    // anything.
     const bool isOpened = isWebScheme(asked.scheme()) ? !asked.host().isEmpty()
                                                       : asked.scheme() == QLatin1String("mailto") &&
                                                             !asked.path().isEmpty();

@@ -46,6 +46,7 @@ void FileManagerCaller::call(Method method, const QString &url, const std::funct
         return;
     }
     m_waiting.push_back({method, url, failed});
+    // Only the first call opens the connection. The others wait for the same answer.
     if (m_waiting.size() == 1) {
         m_link.open([this](const QString &problem) { finishLooking(problem); }, m_timeout);
     }
@@ -70,8 +71,12 @@ void FileManagerCaller::send(const Call &call)
 {
     QDBusMessage message =
         QDBusMessage::createMethodCall(service, servicePath, service, methodName(call.method));
+    // The interface wants one. Without it the file manager decides whether its window comes to the
+    // front.
     const QString noStartupId;
     message << QStringList{call.url} << noStartupId;
+    // The bus starts the service on demand, so an error or a timeout means that there is no file
+    // manager of this interface.
     const auto replied = [failed = call.failed](const QDBusMessage &reply) {
         if (reply.type() != QDBusMessage::ReplyMessage) {
             qCInfo(fileManagerLog) << "no file manager:" << reply.errorMessage();

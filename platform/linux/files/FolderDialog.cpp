@@ -89,6 +89,7 @@ void FolderDialog::makeWidgets(const std::string &confirmTitle)
     m_places->setObjectName(u"places"_s);
     m_places->setAccessibleName(tr("Places"));
     m_places->setFixedWidth(placesWidth);
+    // For Return, which a list passes on to the dialog.
     m_places->installEventFilter(this);
     connect(m_places, &QListWidget::itemClicked, this, &FolderDialog::enter);
 
@@ -149,6 +150,8 @@ void FolderDialog::makePlaces()
         newItem(icons.standardIcon(QStyle::SP_DirHomeIcon), tr("Home").toStdString(), home));
     m_places->addItem(
         newItem(icons.standardIcon(QStyle::SP_ComputerIcon), tr("Computer").toStdString(), "/"));
+    // QStandardPaths returns the home folder for a place that the user has not set up, so that one
+    // is left out.
     for (const Place place :
          {Place::DesktopLocation, Place::DocumentsLocation, Place::DownloadLocation,
           Place::MusicLocation, Place::PicturesLocation, Place::MoviesLocation}) {
@@ -189,6 +192,7 @@ void FolderDialog::showFolder(const std::string &path)
     }
     m_message->setText(tr("Looking into “%1”…").arg(shownText(tree::fileName(m_folder))));
     m_isReading = true;
+    // In another process: a folder on a server that does not answer would block this one.
     m_lister.list(m_folder);
 }
 
@@ -221,7 +225,9 @@ void FolderDialog::addFolders(const std::vector<std::string> &names)
     const QIcon icon = style()->standardIcon(QStyle::SP_DirIcon);
     for (const std::string &name : names) {
         QListWidgetItem *item = newItem(icon, name, tree::joinPath(m_folder, name));
+        // Items are sorted as they come. They appear while the folder is still being read.
         m_folders->addItem(item);
+        // Hidden and not left out: the check box then works without reading the folder again.
         item->setHidden(name.starts_with('.') && !m_showHidden->isChecked());
     }
 }
@@ -272,6 +278,8 @@ void FolderDialog::accept()
     m_checked = path;
     m_isReading = false;
     m_message->setText(tr("Looking for “%1”…").arg(shownText(path)));
+    // The path is checked by opening it as a folder. The dialog stays usable, and another choice
+    // takes the check back.
     m_check.list(path);
 }
 
@@ -285,6 +293,8 @@ void FolderDialog::showPath(const std::string &path)
 /// What the line says, as an absolute path.
 std::string FolderDialog::typedPath() const
 {
+    // Unless it was edited, the bytes themselves are used: a line edit is not made for every byte
+    // that a name can have.
     if (!m_path->isModified() && m_path->text() == textOfName(m_shownPath)) {
         return m_shownPath;
     }
@@ -292,6 +302,8 @@ std::string FolderDialog::typedPath() const
     if (text.starts_with('/')) {
         return text;
     }
+    // As shells and file managers read it. "~name" needs the password database, and is a relative
+    // path here.
     if (text == "~" || text.starts_with("~/")) {
         return homeFolder() + text.substr(1);
     }

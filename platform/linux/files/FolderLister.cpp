@@ -28,7 +28,10 @@ FolderLister::~FolderLister() = default;
 
 void FolderLister::list(const std::string &path)
 {
+    // The child of the folder before may hang. It is killed, and its answers are not read.
     stop();
+    // A process and not a thread: one that hangs in the kernel can be abandoned without holding up
+    // our end.
     m_process = std::make_unique<ProbeProcess>(m_program, ProbeProcess::folders, path);
     m_notifier = std::make_unique<QSocketNotifier>(m_process->answer(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &FolderLister::take);
@@ -82,16 +85,19 @@ void FolderLister::takeWords()
             continue;
         }
         ++m_statusCount;
+        // The words come from our own probe, and anything that is not a number counts as no error.
         const int error = std::atoi(word.c_str());
         if (error != 0) {
             Q_EMIT failed(error);
         } else if (m_statusCount == 1) {
             Q_EMIT opened();
         }
+        // A slot has called stop() or list().
         if (m_process.get() != process) {
             return;
         }
     }
+    // All names of a piece in one signal: a signal for each would be slow with a million of them.
     if (!names.empty()) {
         Q_EMIT found(names);
     }

@@ -42,6 +42,8 @@ constexpr int sectionMargin = 12;
 constexpr int sectionSpacing = 6;
 constexpr int titleGap = 14;
 
+// Qt writes "::" of a namespace as "--" in a selector. Every label has a transparent border, so
+// that the ring of the focus moves no text.
 QString informationStyleSheet()
 {
     using namespace theme::information;
@@ -64,6 +66,8 @@ QString informationStyleSheet()
 /// The icon of the item, smooth at every scale.
 class IconLabel final : public QLabel {
 public:
+    // Painted from the icon and not set as a pixmap: a pixmap would be blurred after the window
+    // moves to a screen with another scale.
     explicit IconLabel(QIcon icon) : m_icon(std::move(icon)) { setFixedWidth(iconSize + 2); }
 
     [[nodiscard]] QSize sizeHint() const override { return {iconSize + 2, iconSize + 2}; }
@@ -84,9 +88,12 @@ QString textOf(const std::string &bytes)
     return QString::fromStdString(tree::printableText(bytes));
 }
 
+// From what is known already: QMimeDatabase would open the file itself, on the main thread, and a
+// file system that does not answer would block the window.
 QMimeType mimeTypeOf(const ItemInformation &item)
 {
     const QMimeDatabase types;
+    // Only regular files are told by name and content. A folder named "photo.png" is not an image.
     switch (item.mode & S_IFMT) {
     case S_IFDIR:
         return types.mimeTypeForName(u"inode/directory"_s);
@@ -103,6 +110,7 @@ QMimeType mimeTypeOf(const ItemInformation &item)
     default:
         break;
     }
+    // Without the content, which may not be readable, the name alone decides.
     const QString name = textOf(tree::fileName(item.path));
     return item.beginning
                ? types.mimeTypeForFileNameAndData(name, QByteArray::fromStdString(*item.beginning))
@@ -113,6 +121,7 @@ QString kindOf(const ItemInformation &item)
 {
     QString kind = mimeTypeOf(item).comment();
     if (!kind.isEmpty()) {
+        // The database's texts begin in lower case, as parts of a sentence.
         kind[0] = kind[0].toUpper();
     }
     return kind;
@@ -128,6 +137,8 @@ QIcon iconOf(const ItemInformation &item, const QStyle &style)
     } else if (S_ISLNK(item.mode)) {
         standard = QStyle::SP_FileLinkIcon;
     }
+    // Themes have few icons of single types and most of the generic ones. Without any theme, as on
+    // a bare X server, the style's own icon is left.
     const QIcon ownIcon = QIcon::fromTheme(type.iconName());
     const QIcon icon = ownIcon.isNull() ? QIcon::fromTheme(type.genericIconName()) : ownIcon;
     return icon.isNull() ? style.standardIcon(standard) : icon;
@@ -136,12 +147,15 @@ QIcon iconOf(const ItemInformation &item, const QStyle &style)
 /// The number by which tr() chooses the plural form; larger ones have the form of the largest.
 int formFor(std::uint64_t count)
 {
+    // tr() takes an int. A cast of a larger number could come out negative, or as 1.
     return static_cast<int>(std::min<std::uint64_t>(count, std::numeric_limits<int>::max()));
 }
 
 QString byteCountText(std::uint64_t byteCount)
 {
     const QString size = QString::fromStdString(tree::sizeText(static_cast<double>(byteCount)));
+    // The singular is a text of its own: in English no translation is loaded, and without one tr()
+    // returns the same text for every number.
     return byteCount == 1 ? InformationWindow::tr("%1 (1 byte)").arg(size)
                           : InformationWindow::tr("%1 (%2 bytes)", nullptr, formFor(byteCount))
                                 .arg(size, QLocale().toString(byteCount));
@@ -158,6 +172,7 @@ QString entryCountText(const std::optional<std::uint64_t> &count)
 }
 
 /// What three bits of permissions allow, in words.
+/// Callers shift the bits of the owner and the group to those of the others.
 QString allowedText(mode_t bits, bool isFolder)
 {
     QStringList words;
@@ -184,6 +199,8 @@ QString modeText(mode_t mode)
     }
     const auto mark = [&](mode_t bit, int place, QChar letter) {
         if ((mode & bit) != 0) {
+            // As ls prints it: a capital letter says that the bit is set and that nobody can
+            // execute.
             text[place] = text[place] == u'-' ? letter.toUpper() : letter;
         }
     };
@@ -200,12 +217,14 @@ InformationWindow::InformationWindow(const ItemInformation &item, const DateText
     setAttribute(Qt::WA_QuitOnClose, false); // the program ends with its main window
     setWindowTitle(tr("Information about “%1”").arg(textOf(tree::fileName(item.path))));
     setStyleSheet(informationStyleSheet());
+    // A QDialog closes on Escape, but not on Ctrl+W.
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(sectionSpacing);
     addHeader(item, *column);
+    // After an error the mode, the dates and the owner are zeros, which would look like facts.
     if (item.error != 0) {
         addProblem(item, *column);
     } else {
@@ -215,6 +234,8 @@ InformationWindow::InformationWindow(const ItemInformation &item, const DateText
     }
     column->addStretch();
     alignCaptions();
+    // A width of our own: the labels' size hints have room for whole paths, which may be wider than
+    // the screen.
     resize(usualWidth, sizeHint().height());
 }
 
@@ -223,12 +244,14 @@ void InformationWindow::addHeader(const ItemInformation &item, QVBoxLayout &colu
     auto *name = new MiddleElidedLabel(textOf(tree::fileName(item.path)));
     name->setObjectName(u"name"_s);
     QFont large = name->font();
+    // Relative, since the desktop's font may be of any size.
     large.setPointSizeF(large.pointSizeF() * 1.3);
     large.setBold(true);
     name->setFont(large);
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(0);
+    // The stretches keep the name and the kind in the middle of the icon's height.
     texts->addStretch();
     texts->addWidget(name);
     if (item.error == 0) {
@@ -241,6 +264,7 @@ void InformationWindow::addHeader(const ItemInformation &item, QVBoxLayout &colu
     auto *header = new QHBoxLayout;
     header->setSpacing(titleGap);
     header->addWidget(new IconLabel(iconOf(item, *style())));
+    // The texts take the width that the icon leaves, so that a long name is elided there.
     header->addLayout(texts, 1);
     column.addLayout(header);
 }
@@ -248,6 +272,8 @@ void InformationWindow::addHeader(const ItemInformation &item, QVBoxLayout &colu
 void InformationWindow::addGeneral(const ItemInformation &item, QVBoxLayout &column)
 {
     QFormLayout &rows = addSection(tr("General"), column);
+    // A folder has no size here: its own bytes say nothing about its content, and the content would
+    // have to be scanned.
     if (S_ISDIR(item.mode)) {
         addRow(rows, u"contains"_s, tr("Contains"), entryCountText(item.entryCount));
     } else if (S_ISLNK(item.mode)) {
@@ -267,6 +293,7 @@ void InformationWindow::addDates(const ItemInformation &item, const DateTexts &d
         return QString::fromStdString(dates.text(time, DateStyle::longer, DateStyle::shortest));
     };
     QFormLayout &rows = addSection(tr("Dates"), column);
+    // Not every file system records it, and a row without a value would raise questions.
     if (item.created) {
         addRow(rows, u"created"_s, tr("Created"), textOf(*item.created));
     }
@@ -276,6 +303,7 @@ void InformationWindow::addDates(const ItemInformation &item, const DateTexts &d
 
 void InformationWindow::addPermissions(const ItemInformation &item, QVBoxLayout &column)
 {
+    // The kernel keeps three groups of three bits, the owner's on top.
     constexpr unsigned ownerShift = 6;
     constexpr unsigned groupShift = 3;
     const bool isFolder = S_ISDIR(item.mode);
@@ -297,6 +325,8 @@ void InformationWindow::addPermissions(const ItemInformation &item, QVBoxLayout 
 void InformationWindow::addProblem(const ItemInformation &item, QVBoxLayout &column)
 {
     QString text;
+    // The two usual reasons in words of our own. The system's text says less, but covers every
+    // other error.
     switch (item.error) {
     case ENOENT:
     case ENOTDIR:
@@ -311,11 +341,14 @@ void InformationWindow::addProblem(const ItemInformation &item, QVBoxLayout &col
     }
     auto *problem = new QLabel(text);
     problem->setObjectName(u"problem"_s);
+    // It can be selected, since error texts are looked up elsewhere.
     problem->setTextFormat(Qt::PlainText);
     problem->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    // Texts of the system have any length.
     problem->setWordWrap(true);
     column.addSpacing(sectionSpacing);
     column.addWidget(problem);
+    // The path is known without asking the system, and may show what is wrong.
     addRow(addSection(tr("General"), column), u"where"_s, tr("Where"),
            textOf(tree::parentPath(item.path)));
 }
@@ -331,9 +364,12 @@ QFormLayout &InformationWindow::addSection(const QString &title, QVBoxLayout &co
 
     auto *section = new QFrame;
     section->setObjectName(u"section"_s);
+    // The heading is a label of its own. Without this name a screen reader would announce the frame
+    // without a title.
     section->setAccessibleName(title);
     auto *rows = new QFormLayout(section);
     rows->setContentsMargins(sectionMargin, sectionMargin, sectionMargin, sectionMargin);
+    // Some styles keep fields at their size hints, and elided values would have no room to grow.
     rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     column.addWidget(section);
     return *rows;
@@ -347,7 +383,9 @@ void InformationWindow::addRow(QFormLayout &rows, const QString &objectName, con
     captionLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *valueLabel = new MiddleElidedLabel(value);
     valueLabel->setObjectName(objectName);
+    // The value can have the focus, and would be read without its caption.
     valueLabel->setAccessibleDescription(caption);
+    // Accessibility takes the value's name from its buddy.
     captionLabel->setBuddy(valueLabel);
     rows.addRow(captionLabel, valueLabel);
     m_captions.append(captionLabel);
@@ -355,8 +393,11 @@ void InformationWindow::addRow(QFormLayout &rows, const QString &objectName, con
 
 void InformationWindow::alignCaptions()
 {
+    // Each section is a form layout of its own, so their columns of captions would have different
+    // widths.
     int widest = 0;
     for (const QLabel *caption : m_captions) {
+        // A style sheet applies at the first show. Before that the size hint lacks the border.
         caption->ensurePolished();
         widest = std::max(widest, caption->sizeHint().width());
     }

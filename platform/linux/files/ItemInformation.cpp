@@ -24,12 +24,14 @@ constexpr std::size_t beginningByteCount = std::size_t{16} << 10U;
 
 std::chrono::sys_seconds timeOf(const statx_timestamp &time)
 {
+    // The window shows no fractions of a second.
     return std::chrono::sys_seconds(std::chrono::seconds(time.tv_sec));
 }
 
 std::string targetOf(const std::string &path)
 {
     std::array<char, PATH_MAX> target{};
+    // Does not add a null byte, so the length counts.
     const ssize_t length = readlink(path.c_str(), target.data(), target.size());
     return {target.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
 }
@@ -49,6 +51,7 @@ std::optional<std::uint64_t> entryCountOf(const std::string &path)
     while (listing.next() != nullptr) {
         ++count;
     }
+    // A number that stops at an error would look like a fact.
     return listing.error() == 0 ? std::optional(count) : std::nullopt;
 }
 
@@ -75,6 +78,7 @@ std::string accountName(id_t id, char *Entry::*name, Find find)
     Entry entry{};
     Entry *found = nullptr;
     std::vector<char> buffer(1024);
+    // A group may have thousands of members, which all have to fit into the buffer.
     while (find(id, &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
            buffer.size() < maxEntryBytes) {
         buffer.resize(buffer.size() * 2);
@@ -110,6 +114,7 @@ ItemInformation ItemInformation::of(const std::string &path)
     } else if (S_ISLNK(item.mode)) {
         item.target = targetOf(path);
         struct stat target = {};
+        // stat() follows the link, and all others behind it.
         item.isTargetThere = stat(path.c_str(), &target) == 0;
     } else if (S_ISREG(item.mode)) {
         item.beginning = beginningOf(path);

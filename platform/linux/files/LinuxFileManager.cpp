@@ -66,6 +66,7 @@ void LinuxFileManager::showInformation(std::string_view path)
 
 bool LinuxFileManager::openWithDefaultApplication(const std::string &url)
 {
+    // Encoded, so that bytes of a path that are not UTF-8 stay as they are.
     return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
 }
 
@@ -98,6 +99,7 @@ void LinuxFileManager::show(std::string_view path, Method method,
 void LinuxFileManager::callFileManager(const std::string &url, Method method,
                                        std::function<void()> fallback)
 {
+    // The bus is asked on its own thread, so the fallback is posted back to this one.
     m_caller.post([method, url, fallback = std::move(fallback),
                    post = m_work.poster()](FileManagerCaller &caller) {
         caller.call(method, QString::fromStdString(url), [fallback, post] { post(fallback); });
@@ -121,6 +123,7 @@ void LinuxFileManager::showOwnWindow(const std::string &path)
 
 void LinuxFileManager::openWindow(const ItemInformation &item)
 {
+    // Closed windows delete themselves. Their entries are removed here, at the next opening.
     std::erase_if(m_windows, [](const auto &before) { return before.second.isNull(); });
     auto *window = new InformationWindow(item, m_dates);
     window->setAttribute(Qt::WA_DeleteOnClose); // QPointer tells when it was closed

@@ -20,6 +20,8 @@ std::unique_ptr<PreviewPanels> panelsOf(const std::string &modulePath, SettingsS
 {
     // Never unloaded: Qt keeps metatypes and plugins of its code until the process ends.
     QLibrary module(QFile::decodeName(QByteArray::fromStdString(modulePath)));
+    // Loaded at run time and not linked: the libraries for documents and media would delay every
+    // start of the program.
     const auto make = reinterpret_cast<MakePreviewPanels>(module.resolve(makePreviewPanelsName));
     if (make == nullptr) {
         qCCritical(previewLog, "There are no previews: %s", qUtf8Printable(module.errorString()));
@@ -45,11 +47,13 @@ std::string LoadedPreviewPanels::modulePathOfProgram()
 
 bool LoadedPreviewPanels::sharedPreviewPanelExists() const
 {
+    // Without loading the module: there is no panel before somebody asks for one.
     return m_panels != nullptr && m_panels->sharedPreviewPanelExists();
 }
 
 PreviewPanel &LoadedPreviewPanels::sharedPreviewPanel()
 {
+    // A module that cannot be loaded is not tried again: its stand-in stays.
     if (m_panels == nullptr) {
         m_panels = panelsOf(m_modulePath, m_settings);
         m_panels->setController(m_controller); // it was set before there was a panel

@@ -41,6 +41,7 @@ std::string handleOf(const std::string &path)
 {
     alignas(file_handle) std::array<char, sizeof(file_handle) + MAX_HANDLE_SZ> memory{};
     auto *handle = reinterpret_cast<file_handle *>(memory.data());
+    // Tells the kernel how much room there is. It answers with the length.
     handle->handle_bytes = MAX_HANDLE_SZ;
     int mount = 0;
     if (name_to_handle_at(AT_FDCWD, path.c_str(), handle, &mount, AT_SYMLINK_FOLLOW) != 0) {
@@ -48,6 +49,7 @@ std::string handleOf(const std::string &path)
     }
     const std::string_view bytes(memory.data() + offsetof(file_handle, f_handle),
                                  handle->handle_bytes);
+    // The type belongs to the handle: the same bytes mean something else with another one.
     return std::to_string(handle->handle_type).append(":").append(bytes);
 }
 
@@ -55,6 +57,7 @@ std::string handleOf(const std::string &path)
 
 std::optional<FolderIdentity> folderIdentity(const std::string &path)
 {
+    // The calls below would look at the path up to there, which is another folder.
     if (path.find('\0') != std::string::npos) {
         return std::nullopt;
     }
@@ -80,6 +83,7 @@ FolderIdentity folderIdentity(const struct statx &folder, const struct statfs &f
         std::memcpy(&number, &fileSystem.f_fsid, sizeof number);
         identity.emplace("volume", std::to_string(number));
     }
+    // Numbers that change at each mount would make every bookmark unusable.
     if (!renumbersFiles(type)) {
         identity.emplace("inode", std::to_string(folder.stx_ino));
         if (!handle.empty()) {
@@ -96,6 +100,8 @@ FolderIdentity folderIdentity(const struct statx &folder, const struct statfs &f
 
 bool isSameFolder(const FolderIdentity &recorded, const FolderIdentity &present)
 {
+    // Properties that were not recorded do not count: an older version or kernel may have known
+    // fewer.
     return recorded.contains(typeProperty) &&
            std::includes(present.begin(), present.end(), recorded.begin(), recorded.end());
 }

@@ -40,6 +40,8 @@ LinuxDocumentsFolder::LinuxDocumentsFolder(std::string_view path) : m_path(tree:
 
 std::string LinuxDocumentsFolder::path()
 {
+    // At each call: the folder may have been deleted while the program runs. Errors are only
+    // logged, since writing a file there fails as well.
     if (const std::error_code error = makePrivateFolder(m_path)) {
         qCWarning(documentsLog, "cannot make the folder %s: %s",
                   tree::printableText(m_path).c_str(), error.message().c_str());

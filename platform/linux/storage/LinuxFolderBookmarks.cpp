@@ -66,6 +66,7 @@ std::optional<FolderBookmarks::Data> encoded(const Bookmark &bookmark)
 {
     archive::PlistDictionary identity;
     for (const auto &[name, value] : bookmark.identity) {
+        // Also data: a file handle is binary.
         identity.emplace(name, dataOf(value));
     }
     archive::PlistDictionary content;
@@ -117,12 +118,14 @@ std::optional<FolderBookmarks::Data> LinuxFolderBookmarks::makeBookmark(std::str
 {
     const auto path = pathOfFileUrl(url);
     auto identity = path ? folderIdentity(*path) : std::nullopt;
+    // A folder that cannot be looked at has no identity, and a bookmark of it would never resolve.
     return identity ? encoded({*path, std::move(*identity)}) : std::nullopt;
 }
 
 std::optional<std::string> LinuxFolderBookmarks::resolve(std::span<const std::byte> data)
 {
     const auto bookmark = decoded(data);
+    // A relative path would lead to another folder each time the program starts elsewhere.
     if (!bookmark || !bookmark->path.starts_with('/')) {
         return std::nullopt;
     }
@@ -139,6 +142,8 @@ bool LinuxFolderBookmarks::startAccess(std::string_view url)
         return false;
     }
     const std::lock_guard lock(m_mutex);
+    // Counted, since several scans may use the same folder. On Linux nothing has to be opened:
+    // permissions are checked at each access.
     ++m_accesses.try_emplace(std::string(url), 0).first->second;
     return true;
 }
@@ -148,6 +153,7 @@ void LinuxFolderBookmarks::stopAccess(std::string_view url)
     const std::lock_guard lock(m_mutex);
     const auto access = m_accesses.find(url);
     if (access == m_accesses.end()) {
+        // A mistake of ours, which must not make the count negative.
         qCWarning(bookmarksLog, "access to %s was stopped, but not started",
                   tree::printableText(url).c_str());
     } else if (--access->second == 0) {

@@ -20,6 +20,8 @@ Q_LOGGING_CATEGORY(settingsLog, "tessaly.settings")
 /// Without the fraction, and the nearest one when it is past an end; 0 when it is not a number.
 std::int64_t integerOf(double real) noexcept
 {
+    // The largest integer, 2^63 − 1, is not a double, but 2^63 is. Converting a double out of range
+    // is undefined, so the ends are checked first.
     constexpr double pastLast = 0x1p63;
     if (std::isnan(real)) {
         return 0;
@@ -37,6 +39,7 @@ std::int64_t integerOf(const archive::PlistValue &value) noexcept
     if (const auto *number = value.as<std::int64_t>()) {
         return *number;
     }
+    // A value only has this type if it does not fit into the signed one.
     if (value.as<std::uint64_t>() != nullptr) { // one past the end of the others
         return std::numeric_limits<std::int64_t>::max();
     }
@@ -58,6 +61,8 @@ LinuxSettingsStore::LinuxSettingsStore(std::string path, archive::FileCalls &cal
                                        std::chrono::milliseconds timeout)
     : m_file(std::move(path), calls, timeout)
 {
+    // Temporary files of instances that were killed while they wrote. Those of running ones are
+    // locked, and stay.
     archive::AtomicFile::removeLeftovers(m_file.folderOfFile(), calls);
     const std::lock_guard lock(m_fileMutex);
     readStored();
@@ -65,6 +70,8 @@ LinuxSettingsStore::LinuxSettingsStore(std::string path, archive::FileCalls &cal
 
 LinuxSettingsStore::~LinuxSettingsStore()
 {
+    // Without changes flush() would only read the file. No lock is needed: no other thread may use
+    // an object that is being destroyed.
     if (!m_changes.empty()) {
         LinuxSettingsStore::flush(); // by name: no virtual call in a destructor
     }
@@ -106,17 +113,22 @@ void LinuxSettingsStore::setInteger(std::string_view key, std::int64_t value)
 void LinuxSettingsStore::setDefault(std::string_view key, std::int64_t value)
 {
     const std::lock_guard lock(m_mutex);
+    // Any value that is visible counts, also one of another type: the user may have stored it with
+    // a later version.
     if (find(key) != nullptr) {
         return;
     }
     const bool isRemoved = m_changes.contains(key); // so the value that is stored does not count
     Change &change = newChange(key);
     change.value.emplace(value);
+    // An explicit removal came before, so this value replaces what is stored, and does not give way
+    // to it.
     change.isDefault = !isRemoved;
 }
 
 void LinuxSettingsStore::setText(std::string_view key, std::string_view value)
 {
+    // Copied before the lock is taken, as in setData(): readers on other threads wait less.
     std::string text(value);
     const std::lock_guard lock(m_mutex);
     newChange(key).value.emplace(std::move(text));
@@ -132,6 +144,7 @@ void LinuxSettingsStore::setData(std::string_view key, std::span<const std::byte
 void LinuxSettingsStore::remove(std::string_view key)
 {
     const std::lock_guard lock(m_mutex);
+    // Removing what is not there is not a change, and flush() would rewrite the file for it.
     if (find(key) != nullptr) {
         newChange(key);
     }
@@ -140,6 +153,7 @@ void LinuxSettingsStore::remove(std::string_view key)
 bool LinuxSettingsStore::flush()
 {
     const std::lock_guard lock(m_fileMutex);
+    // Nothing may escape: the destructor calls this, and an exception there ends the program.
     try {
         const Changes changes = pendingChanges();
         if (changes.empty()) {
@@ -152,6 +166,7 @@ bool LinuxSettingsStore::flush()
             warn(stored.error());
             return false;
         }
+        // So that the same failure is logged again if it comes back after a success.
         m_lastWarning.clear();
         return true;
     } catch (const std::bad_alloc &) {
@@ -164,6 +179,7 @@ bool LinuxSettingsStore::flush()
 /// the value is used.
 const archive::PlistValue *LinuxSettingsStore::find(std::string_view key) const
 {
+    // A pending change hides what is stored, except for a default, which only fills a gap.
     const auto stored = m_stored.find(key);
     const auto change = m_changes.find(key);
     if (change != m_changes.end() && !(change->second.isDefault && stored != m_stored.end())) {
@@ -186,6 +202,8 @@ LinuxSettingsStore::Change &LinuxSettingsStore::newChange(std::string_view key)
     Change &change = m_changes[std::string(key)];
     change.value.reset();
     change.isDefault = false;
+    // A new number also for the same value: a flush that is under way must not take this change for
+    // the one that it has just stored.
     change.number = ++m_changeCount;
     return change;
 }
@@ -200,8 +218,11 @@ LinuxSettingsStore::Changes LinuxSettingsStore::pendingChanges() const
 void LinuxSettingsStore::adopt(archive::PlistDictionary stored, const Changes &flushed)
 {
     const std::lock_guard lock(m_mutex);
+    // Swapped and not assigned: the old values are destroyed with the argument, after the lock is
+    // released.
     m_stored.swap(stored);
     for (const auto &[key, change] : flushed) {
+        // Always found: changes are only removed here, and m_fileMutex keeps two flushes apart.
         const auto pending = m_changes.find(key);
         if (pending->second.number == change.number) { // else it was changed again meanwhile
             m_changes.erase(pending);
@@ -234,6 +255,8 @@ void LinuxSettingsStore::readStored()
         return;
     }
     m_lastWarning.clear();
+    // Without a file the values known so far stay: it may have been deleted by mistake, and the
+    // next flush writes them again.
     if (content.value()) {
         adopt(std::move(*content.value()), {});
     }
@@ -250,10 +273,12 @@ SettingsFile::Result<archive::Done> LinuxSettingsStore::store(const Changes &cha
     if (!content) {
         return content.error();
     }
+    // When the file was deleted, what this process knows is the best copy left.
     archive::PlistValue top(content.value() ? std::move(*content.value()) : known());
     // Into what the file holds now, so that no change of another process is lost.
     auto &merged = *top.as<archive::PlistDictionary>();
     for (const auto &[key, change] : changes) {
+        // Decided only now, under the lock: another instance may have stored a value meanwhile.
         if (change.isDefault) {
             merged.try_emplace(key, *change.value);
         } else if (change.value) {
@@ -265,6 +290,7 @@ SettingsFile::Result<archive::Done> LinuxSettingsStore::store(const Changes &cha
     if (auto written = m_file.write(top); !written) {
         return written;
     }
+    // Only once the file is on disk. After a failure the changes stay pending, for the next flush.
     adopt(std::move(merged), changes);
     return archive::Done{};
 }
@@ -283,6 +309,7 @@ SettingsFile::Result<SettingsFile::Content> LinuxSettingsStore::readOrSetAside()
     if (content || !SettingsFile::isDamage(content.error())) {
         return content;
     }
+    // Kept and not deleted: a person can still rescue values from it.
     const auto newName = m_file.setAside();
     if (!newName) {
         return newName.error();

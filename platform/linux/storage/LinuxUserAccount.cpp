@@ -26,6 +26,7 @@ std::string LinuxUserAccount::homeFolder() const
 
 std::string LinuxUserAccount::usersFolder() const
 {
+    // The usual place on Linux. Homes elsewhere are told by homeFolder().
     return "/home";
 }
 

@@ -10,6 +10,7 @@ namespace tessaly {
 
 std::optional<PasswordEntry> PasswordEntry::ofThisUser()
 {
+    // sysconf(_SC_GETPW_R_SIZE_MAX) is only a hint, and may be too small for entries from a server.
     constexpr std::size_t enoughForAnyEntry = std::size_t{64} << 10U;
     std::vector<char> texts(enoughForAnyEntry);
     passwd entry = {};
@@ -19,6 +20,7 @@ std::optional<PasswordEntry> PasswordEntry::ofThisUser()
         found == nullptr) {
         return std::nullopt;
     }
+    // Copied here: the entry points into `texts`.
     return PasswordEntry{found->pw_name, found->pw_dir};
 }
 

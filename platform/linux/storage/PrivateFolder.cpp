@@ -12,6 +12,7 @@ namespace {
 
 std::error_code makeOne(const std::string &path)
 {
+    // Tried first and looked at afterwards: another process may make the same folder in between.
     if (mkdir(path.c_str(), S_IRWXU) == 0) {
         return {};
     }
@@ -19,6 +20,7 @@ std::error_code makeOne(const std::string &path)
         return {errno, std::system_category()};
     }
     struct stat status = {};
+    // stat() and not lstat(): a link to a folder is one as well.
     if (stat(path.c_str(), &status) != 0) {
         return {errno, std::system_category()};
     }

@@ -32,6 +32,7 @@ std::string utcNow()
 {
     const std::time_t now = std::time(nullptr);
     std::tm parts = {};
+    // UTC, so that names sort by time across changes of the clock for summer.
     gmtime_r(&now, &parts);
     std::array<char, 32> text{};
     return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%dT%H%M%SZ", &parts)};
@@ -69,6 +70,8 @@ SettingsFile::Result<SettingsFile::Lock> SettingsFile::lock()
     if (const std::error_code error = makePrivateFolder(folder())) {
         return unwritable("cannot make the folder of", error.value());
     }
+    // A file of its own: the settings file is replaced by a rename, and a lock would stay with the
+    // old one.
     const std::string path = m_path + ".lock";
     const int descriptor = archive::retried(
         [&] { return m_calls.open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600); });
@@ -91,6 +94,7 @@ SettingsFile::Result<SettingsFile::Lock> SettingsFile::lock()
             m_hasTimedOut = true;
             return unwritable("cannot lock", EWOULDBLOCK);
         }
+        // Short, since a holder replaces one file and is done.
         std::this_thread::sleep_for(timeBetweenLockTries);
     }
     m_hasTimedOut = false;
@@ -103,6 +107,8 @@ SettingsFile::Result<SettingsFile::Content> SettingsFile::read()
     const int descriptor = archive::retried(
         [&] { return m_calls.open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0); });
     if (descriptor < 0) {
+        // The first start has no file. Everything else is an error: a new file in place of one that
+        // only cannot be read now would lose it.
         return errno == ENOENT ? SettingsFile::Result<Content>(Content()) : unreadable(errno);
     }
     const auto bytes = bytesOf(descriptor);
@@ -159,6 +165,7 @@ SettingsFile::Result<std::string> SettingsFile::setAside()
 {
     const std::string target = linkTarget();
     const std::string firstName = target + ".damaged-" + utcNow();
+    // Damaged files are kept side by side: an older one may be the better one.
     for (int attempt = 1; attempt <= nameAttempts; ++attempt) {
         std::string name = attempt == 1 ? firstName : firstName + '-' + std::to_string(attempt);
         // An empty file reserves the name first, since rename() would replace a file of that name.
@@ -175,6 +182,7 @@ SettingsFile::Result<std::string> SettingsFile::setAside()
         if (m_calls.rename(target.c_str(), name.c_str()) == 0) {
             return name;
         }
+        // Kept, since unlink() may change it.
         const int errorNumber = errno;
         m_calls.unlink(name.c_str());
         return unwritable("cannot set aside", errorNumber);

@@ -15,6 +15,7 @@ namespace {
 /// The path without slashes at its end; nothing when it is not absolute.
 std::optional<std::string> absolutePath(const char *path)
 {
+    // The base directory rules say to ignore relative paths.
     if (path == nullptr || *path != '/') {
         return std::nullopt;
     }
@@ -36,6 +37,7 @@ std::string folder(const char *variable, const char *insideHome)
 std::vector<std::string> searched(std::string first, const char *variable, const char *usual)
 {
     const char *value = std::getenv(variable);
+    // A variable without a single absolute path counts as unset.
     for (const char *list : {value == nullptr ? "" : value, usual}) {
         std::vector<std::string> folders{first};
         std::istringstream items(list);
@@ -76,6 +78,7 @@ std::vector<std::string> XdgFolders::dataSearch()
 std::string XdgFolders::home()
 {
     const std::string home = LinuxUserAccount().homeFolder();
+    // Else "/" + "/.config" would begin with two slashes.
     return home == "/" ? "" : home;
 }
 
