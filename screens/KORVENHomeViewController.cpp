@@ -102,7 +102,7 @@ void KORVENHomeViewController::startLoading()
 
 bool KORVENHomeViewController::checkSetupMode()
 {
-    const auto bookmark = services().settings.data(settingsKey::homeFolder);
+    const auto bookmark = services().settings.data(settings_key::homeFolder);
     // A bookmark that does not resolve, since the folder is no longer there, counts as none.
     m_homeFolder = bookmark ? services().bookmarks.resolve(*bookmark) : std::nullopt;
     return !m_homeFolder;
@@ -143,7 +143,7 @@ void KORVENHomeViewController::folderWasChosen(const std::string &folder)
         setupAlert();
         return;
     }
-    storeBookmark(*url, settingsKey::homeFolder, services().bookmarks, services().settings);
+    storeBookmark(*url, settings_key::homeFolder, services().bookmarks, services().settings);
     m_homeFolder = url;
     showResultsPage();
     // The bookmark is resolved again as the next start will do it. If it could not be stored, there

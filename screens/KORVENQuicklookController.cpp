@@ -85,7 +85,7 @@ KORVENQuicklookController::KORVENQuicklookController() : m_services(services())
 KORVENQuicklookController::KORVENQuicklookController(const Services &services,
                                                      FolderLister listFolder)
     : m_services(services), m_listFolder(std::move(listFolder)),
-      m_home(opened(settingsKey::homeFolder))
+      m_home(opened(settings_key::homeFolder))
 {
     m_services.previewPanels.setController(this);
 }
@@ -101,10 +101,10 @@ KORVENQuicklookController::~KORVENQuicklookController()
 }
 
 KORVENQuicklookController::GrantedFolder
-KORVENQuicklookController::opened(std::string_view settingsKey) const
+KORVENQuicklookController::opened(std::string_view settings_key) const
 {
     GrantedFolder folder;
-    if (const auto data = m_services.settings.data(settingsKey)) {
+    if (const auto data = m_services.settings.data(settings_key)) {
         folder.url = m_services.bookmarks.resolve(*data);
         folder.hasAccess = folder.url && m_services.bookmarks.startAccess(*folder.url);
     }

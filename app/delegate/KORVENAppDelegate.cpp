@@ -77,12 +77,12 @@ void KORVENAppDelegate::readPreferences()
         std::int32_t defaultValue;
     };
     const Preference preferences[] = {
-        {settingsKey::hiddenItem, m_hiddenItem, 0},
-        {settingsKey::largeFile, m_largeFile, 4},
-        {settingsKey::showNotification, m_showNotification, 1},
-        {settingsKey::notificationSound, m_notificationSound, 1},
-        {settingsKey::diskGraphColor, m_diskGraph, 1},
-        {settingsKey::folderGraphColor, m_folderGraph, 1},
+        {settings_key::hiddenItem, m_hiddenItem, 0},
+        {settings_key::largeFile, m_largeFile, 4},
+        {settings_key::showNotification, m_showNotification, 1},
+        {settings_key::notificationSound, m_notificationSound, 1},
+        {settings_key::diskGraphColor, m_diskGraph, 1},
+        {settings_key::folderGraphColor, m_folderGraph, 1},
     };
     SettingsStore &settings = m_services.settings;
     // Key by key, each stored before it is read: another process may have stored some of them, and

@@ -5,7 +5,7 @@
 /// The names under which the program keeps its settings, but for those of the preview, which is a
 /// module of its own. A bookmark of a scanned folder has no name
 /// of its own: it is kept under the scan's key.
-namespace tessaly::settingsKey {
+namespace tessaly::settings_key {
 
 // The six preferences (see KORVENAppDelegate), integers.
 inline constexpr std::string_view hiddenItem = "hiddenItemPreference";
@@ -27,4 +27,4 @@ inline constexpr std::string_view rateRunCount = "KORVENRate_run_count";
 inline constexpr std::string_view windowPlacement = "windowPlacement";
 inline constexpr std::string_view frameForNonFullScreenMode = "frameForNonFullScreenMode";
 
-} // namespace tessaly::settingsKey
+} // namespace tessaly::settings_key

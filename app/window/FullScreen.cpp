@@ -162,7 +162,7 @@ void FullScreen::setFrameForNonFullScreenMode(const QRectF &frame)
 std::vector<std::string>
 FullScreen::restorableStateKeyPaths(std::vector<std::string> superclassPaths)
 {
-    superclassPaths.emplace_back(settingsKey::frameForNonFullScreenMode);
+    superclassPaths.emplace_back(settings_key::frameForNonFullScreenMode);
     return superclassPaths;
 }
 
@@ -180,7 +180,7 @@ void FullScreen::rememberPlacement(const QRect &frame)
 void FullScreen::invalidateRestorableState() const
 {
     m_settings.setData(
-        settingsKey::frameForNonFullScreenMode,
+        settings_key::frameForNonFullScreenMode,
         std::as_bytes(std::span(m_placementBefore.constData(),
                                 static_cast<std::size_t>(m_placementBefore.size()))));
     m_settings.flush(); // so that it is there after a kill
@@ -188,7 +188,7 @@ void FullScreen::invalidateRestorableState() const
 
 void FullScreen::restoreState()
 {
-    const auto stored = m_settings.data(settingsKey::frameForNonFullScreenMode);
+    const auto stored = m_settings.data(settings_key::frameForNonFullScreenMode);
     if (!stored) {
         return;
     }
@@ -199,7 +199,7 @@ void FullScreen::restoreState()
         setFrameForNonFullScreenMode(placement->frame);
     }
     // Bytes that are no placement are removed as well, or they would be tried at every start.
-    m_settings.remove(settingsKey::frameForNonFullScreenMode);
+    m_settings.remove(settings_key::frameForNonFullScreenMode);
 }
 
 void FullScreen::animate(const QRectF &start, const QRectF &centre, double secondsToCentre,
@@ -261,7 +261,7 @@ void FullScreen::returnToWindow()
     m_window->setConstrainingToScreenSuspended(false);
     m_state = State::windowed;
     updateMargin();
-    m_settings.remove(settingsKey::frameForNonFullScreenMode);
+    m_settings.remove(settings_key::frameForNonFullScreenMode);
     m_settings.flush(); // a kill from here on leaves the window where it is then
 }
 

@@ -50,7 +50,7 @@ void HomeFolderGrant::removeHomeFolder()
 void HomeFolderGrant::store(const std::string &url) const
 {
     // Stored before anyone is told: the alert ends the program.
-    storeBookmark(url, settingsKey::homeFolder, m_services.bookmarks, m_services.settings);
+    storeBookmark(url, settings_key::homeFolder, m_services.bookmarks, m_services.settings);
     m_changed();
 }
 

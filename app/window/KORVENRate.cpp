@@ -22,20 +22,20 @@ constexpr std::int32_t answeredCount = 9;
 KORVENRate::KORVENRate(std::string appId, SettingsStore &settings, UrlOpener &urls, Ask ask)
     : m_appName(QString::fromUtf8(programName())), m_appId(std::move(appId)), m_settings(settings),
       m_urls(urls), m_ask(std::move(ask)),
-      m_runCount(static_cast<std::int32_t>(settings.integer(settingsKey::rateRunCount)))
+      m_runCount(static_cast<std::int32_t>(settings.integer(settings_key::rateRunCount)))
 {
     // No flush in here: writing to the disk would delay the window. The controller flushes once the
     // content has been painted.
-    const bool isSameVersion = m_settings.text(settingsKey::rateVersion) == programVersion();
+    const bool isSameVersion = m_settings.text(settings_key::rateVersion) == programVersion();
     // The count stops at 9, which is also what an answer sets. A number above it, from whatever
     // source, stays as it is.
     if (isSameVersion && m_runCount <= lastCount) {
         ++m_runCount;
-        m_settings.setInteger(settingsKey::rateRunCount, m_runCount);
+        m_settings.setInteger(settings_key::rateRunCount, m_runCount);
     } else if (!isSameVersion) {
         m_runCount = 0;
-        m_settings.setInteger(settingsKey::rateRunCount, 0);
-        m_settings.setText(settingsKey::rateVersion, programVersion());
+        m_settings.setInteger(settings_key::rateRunCount, 0);
+        m_settings.setText(settings_key::rateVersion, programVersion());
     }
 }
 
@@ -87,7 +87,7 @@ void KORVENRate::doRateAndReview() const
 
 void KORVENRate::setRunCount(std::int32_t count)
 {
-    m_settings.setInteger(settingsKey::rateRunCount, count);
+    m_settings.setInteger(settings_key::rateRunCount, count);
     m_settings.flush();
     m_runCount = count;
 }

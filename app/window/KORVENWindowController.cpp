@@ -276,7 +276,7 @@ void KORVENWindowController::scanHomeClicked()
     hvc().scanButtonPressed();
 }
 
-void KORVENWindowController::refreshTables()
+void KORVENWindowController::refreshTables() const
 {
     // Both, whichever is shown: the hidden one would otherwise come back with the rows of the old
     // preference.
@@ -284,7 +284,7 @@ void KORVENWindowController::refreshTables()
     avc().refreshTable();
 }
 
-void KORVENWindowController::refreshTable()
+void KORVENWindowController::refreshTable() const
 {
     dvc().refreshTable();
 }
@@ -418,7 +418,8 @@ bool KORVENWindowController::keyDown(const QKeyEvent &event)
     return true;
 }
 
-bool KORVENWindowController::shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed)
+bool KORVENWindowController::shouldTypeSelectForEvent(const QKeyEvent &event,
+                                                      const QString &typed) const
 {
     return avc().shouldTypeSelectForEvent(event, typed);
 }
@@ -481,7 +482,7 @@ void KORVENWindowController::restoreWindow()
     if (std::exchange(m_hasPlace, true)) {
         return;
     }
-    const auto stored = m_services.settings.data(settingsKey::windowPlacement);
+    const auto stored = m_services.settings.data(settings_key::windowPlacement);
     if (stored) {
         m_mainWindow->restorePlacement(QByteArray(reinterpret_cast<const char *>(stored->data()),
                                                   static_cast<qsizetype>(stored->size())));
@@ -495,7 +496,7 @@ void KORVENWindowController::storeWindow()
 {
     const QByteArray placement = m_mainWindow->placement();
     SettingsStore &settings = m_services.settings;
-    settings.setData(settingsKey::windowPlacement,
+    settings.setData(settings_key::windowPlacement,
                      std::as_bytes(std::span(placement.constData(),
                                              static_cast<std::size_t>(placement.size()))));
     settings.flush();

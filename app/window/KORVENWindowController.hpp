@@ -87,9 +87,9 @@ public:
     void scanHomeClicked();
 
     /// Rebuilds the rows of the scan screens after a preference that they depend on has changed.
-    void refreshTables();
+    void refreshTables() const;
     /// The same for the drives.
-    void refreshTable();
+    void refreshTable() const;
 
     /// Tells the user to wait until the running scan has ended.
     void scanRunningAlert();
@@ -121,7 +121,7 @@ public:
     bool keyDown(const QKeyEvent &event);
     /// Handles each key that is typed in the sidebar: the space bar shows or closes the preview
     /// panel. Returns whether the key may select a row, which is always true.
-    bool shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed);
+    bool shouldTypeSelectForEvent(const QKeyEvent &event, const QString &typed) const;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

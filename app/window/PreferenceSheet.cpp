@@ -188,14 +188,14 @@ void PreferenceSheet::keep(std::string_view key, void (KORVENAppDelegate::*set)(
 
 void PreferenceSheet::hiddenItemMatrixChanged()
 {
-    keep(settingsKey::hiddenItem, &KORVENAppDelegate::setHiddenItemPreference,
+    keep(settings_key::hiddenItem, &KORVENAppDelegate::setHiddenItemPreference,
          m_hiddenItemMatrix->checkedId());
     Q_EMIT resultRowsChanged();
 }
 
 void PreferenceSheet::largeFileMatrixChanged()
 {
-    keep(settingsKey::largeFile, &KORVENAppDelegate::setLargeFilePreference,
+    keep(settings_key::largeFile, &KORVENAppDelegate::setLargeFilePreference,
          m_largeFileMatrix->checkedId());
     Q_EMIT resultRowsChanged();
 }
@@ -205,26 +205,26 @@ void PreferenceSheet::showNotificationChecked()
     const bool isOn = m_showNotification->isChecked();
     // Its state stays, so that the choice comes back with the notifications.
     m_notificationSound->setEnabled(isOn);
-    keep(settingsKey::showNotification, &KORVENAppDelegate::setShowNotificationPreference,
+    keep(settings_key::showNotification, &KORVENAppDelegate::setShowNotificationPreference,
          isOn ? 1 : 0);
 }
 
 void PreferenceSheet::notificationSoundChecked()
 {
-    keep(settingsKey::notificationSound, &KORVENAppDelegate::setNotificationSoundPreference,
+    keep(settings_key::notificationSound, &KORVENAppDelegate::setNotificationSoundPreference,
          m_notificationSound->isChecked() ? 1 : 0);
 }
 
 void PreferenceSheet::diskGraphColorChecked()
 {
-    keep(settingsKey::diskGraphColor, &KORVENAppDelegate::setDiskGraphColorPreference,
+    keep(settings_key::diskGraphColor, &KORVENAppDelegate::setDiskGraphColorPreference,
          m_diskGraph->isChecked() ? 1 : 0);
     Q_EMIT driveRowsChanged();
 }
 
 void PreferenceSheet::folderGraphColorChecked()
 {
-    keep(settingsKey::folderGraphColor, &KORVENAppDelegate::setFolderGraphColorPreference,
+    keep(settings_key::folderGraphColor, &KORVENAppDelegate::setFolderGraphColorPreference,
          m_folderGraph->isChecked() ? 1 : 0);
     Q_EMIT resultRowsChanged();
 }

@@ -110,6 +110,53 @@ void prepareWidgets(const QtSessionBus &bus, std::chrono::milliseconds accessibi
     bus.connectAccessibility(accessibilityTimeout);
 }
 
+/// Shows the window until the program ends. Requires: this is the only instance.
+/// Returns: the exit status.
+int runWindow(QApplication &application, LinuxDocumentsFolder &documents, SingleInstance &instance)
+{
+    LinuxServices desktop;
+    const Services services = desktop.with(documents);
+    KORVENAppDelegate delegate(services);
+    // What killed runs have left. As the only instance, this cannot remove the file of another one;
+    // running writers hold a lock anyway.
+    archive::AtomicFile::removeLeftovers(documents.path());
+
+    auto controller = std::make_unique<KORVENWindowController>(services);
+    delegate.setWindowController(controller.get());
+    std::optional<GlobalMenu> globalMenu;
+    controller->showWindow([&] {
+        // Runs once the empty window has been painted: fonts and icons took a good part of the time
+        // until then.
+        applyFont(application);
+        application.setWindowIcon(applicationIcon());
+        controller->awakeFromNib();
+        delegate.applicationDidFinishLaunching();
+        // Last: it needs the menu, and a window that is on the screen.
+        globalMenu.emplace(controller->mainWindow(), controller->applicationMenu(),
+                           QApplication::applicationDisplayName(), sessionBusAddress());
+    });
+    // Only now is there a window to show; the event loop below delivers the requests.
+    instance.setActivated([&controller] { bringToFront(controller->mainWindow()); });
+    QApplication::setQuitOnLastWindowClosed(
+        KORVENAppDelegate::applicationShouldTerminateAfterLastWindowClosed());
+    const int status = QApplication::exec();
+    delegate.applicationWillTerminate();
+    // In this order: first nothing leads to the window any more, then what the user has changed is
+    // stored, and only then may something take long. The watchdog requires that all that has to be
+    // stored is stored before it.
+    instance.setActivated({});
+    delegate.setWindowController(nullptr);
+    desktop.settings.flush();
+    const ShutdownWatchdog watch(endTimeout, status, [&instance] { instance.release(); });
+    controller.reset(); // ends scans, and keeps what they have completed
+    desktop.settings.flush();
+    if (!waitForUnmounts(unmountTimeout)) {
+        instance.release();
+        std::_Exit(status); // their threads use the services, which must not be destroyed
+    }
+    return status;
+}
+
 } // namespace
 
 int main(int argumentCount, char **arguments)
@@ -156,45 +203,5 @@ int main(int argumentCount, char **arguments)
     // Not earlier: a second start shows no widget, and would wait for an accessibility bus in vain.
     prepareWidgets(qtSessionBus, QtSessionBus::usualAccessibilityTimeout);
 
-    LinuxServices desktop;
-    const Services services = desktop.with(documents);
-    KORVENAppDelegate delegate(services);
-    // What killed runs have left. As the only instance, this cannot remove the file of another one;
-    // running writers hold a lock anyway.
-    archive::AtomicFile::removeLeftovers(documents.path());
-
-    auto controller = std::make_unique<KORVENWindowController>(services);
-    delegate.setWindowController(controller.get());
-    std::optional<GlobalMenu> globalMenu;
-    controller->showWindow([&] {
-        // Runs once the empty window has been painted: fonts and icons took a good part of the time
-        // until then.
-        applyFont(application);
-        application.setWindowIcon(applicationIcon());
-        controller->awakeFromNib();
-        delegate.applicationDidFinishLaunching();
-        // Last: it needs the menu, and a window that is on the screen.
-        globalMenu.emplace(controller->mainWindow(), controller->applicationMenu(),
-                           QApplication::applicationDisplayName(), sessionBusAddress());
-    });
-    // Only now is there a window to show; the event loop below delivers the requests.
-    instance.setActivated([&controller] { bringToFront(controller->mainWindow()); });
-    QApplication::setQuitOnLastWindowClosed(
-        KORVENAppDelegate::applicationShouldTerminateAfterLastWindowClosed());
-    const int status = QApplication::exec();
-    delegate.applicationWillTerminate();
-    // In this order: first nothing leads to the window any more, then what the user has changed is
-    // stored, and only then may something take long. The watchdog requires that all that has to be
-    // stored is stored before it.
-    instance.setActivated({});
-    delegate.setWindowController(nullptr);
-    desktop.settings.flush();
-    const ShutdownWatchdog watch(endTimeout, status, [&instance] { instance.release(); });
-    controller.reset(); // ends scans, and keeps what they have completed
-    desktop.settings.flush();
-    if (!waitForUnmounts(unmountTimeout)) {
-        instance.release();
-        std::_Exit(status); // their threads use the services, which must not be destroyed
-    }
-    return status;
+    return runWindow(application, documents, instance);
 }

@@ -23,7 +23,7 @@ std::string sessionBusAddress()
     }
     const std::string folder = variable("XDG_RUNTIME_DIR");
     if (folder.empty()) {
-        return folder;
+        return {};
     }
     // An address takes a few bytes as they are; all others, such as blanks and commas, as "%XX".
     const QByteArray path = QByteArray::fromStdString(folder + "/bus");
