@@ -101,10 +101,10 @@ KORVENQuicklookController::~KORVENQuicklookController()
 }
 
 KORVENQuicklookController::GrantedFolder
-KORVENQuicklookController::opened(std::string_view settings_key) const
+KORVENQuicklookController::opened(std::string_view settingsKey) const
 {
     GrantedFolder folder;
-    if (const auto data = m_services.settings.data(settings_key)) {
+    if (const auto data = m_services.settings.data(settingsKey)) {
         folder.url = m_services.bookmarks.resolve(*data);
         folder.hasAccess = folder.url && m_services.bookmarks.startAccess(*folder.url);
     }

@@ -90,7 +90,7 @@ private:
                                        FolderLister listFolder = previewFolderEntries);
 
     /// The folder of the bookmark under a key of the settings, and access to it.
-    [[nodiscard]] GrantedFolder opened(std::string_view settings_key) const;
+    [[nodiscard]] GrantedFolder opened(std::string_view settingsKey) const;
     void close(GrantedFolder &folder) const;
 
     /// Makes the list of the files in m_savedPath.
