@@ -1,5 +1,5 @@
 # Read by ctest: adds the suites of one test program (see TestSuites.cmake), which sets
-# TESSALY_SUITES_PROGRAM, _NAME, _LABEL and _RESULTS.
+# TESSALY_SUITES_PROGRAM, _NAME, _LABEL, _ONE_BY_ONE and _RESULTS.
 
 if(NOT EXISTS "${TESSALY_SUITES_PROGRAM}")
     # A test that cannot be run fails; ./test --only leaves it out.
@@ -23,4 +23,7 @@ foreach(suite IN LISTS suites)
     add_test("${suite}" "${TESSALY_SUITES_PROGRAM}" "--gtest_filter=${suite}.*"
         "--gtest_output=xml:${TESSALY_SUITES_RESULTS}/${file}.xml")
     set_tests_properties("${suite}" PROPERTIES LABELS "${TESSALY_SUITES_LABEL}")
+    if(TESSALY_SUITES_ONE_BY_ONE)
+        set_tests_properties("${suite}" PROPERTIES RESOURCE_LOCK ${TESSALY_SUITES_NAME})
+    endif()
 endforeach()
