@@ -77,7 +77,7 @@ Result<Done, ArchiveError> AtomicFile::open()
                                 ": not a regular file",
                             {}};
     }
-    // O_EXCL: never a file or link that somebody else has put there.
+    // O_EXCL: never a file or link that another process has put there.
     for (int attempt = 0; attempt < nameAttempts; ++attempt) {
         std::string name = tree::joinPath(m_folder, temporaryName());
         m_descriptor = retried([&] {

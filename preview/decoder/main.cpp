@@ -15,7 +15,7 @@ int main()
     constexpr int socketNumber = 3;
     int type = 0;
     socklen_t length = sizeof type;
-    // Somebody may start it by hand, from a terminal.
+    // It may be started by hand, from a terminal.
     if (getsockopt(socketNumber, SOL_SOCKET, SO_TYPE, &type, &length) != 0 ||
         type != SOCK_SEQPACKET) {
         std::fputs("This program is a part of Tessaly, which starts it for previews.\n", stderr);

@@ -47,7 +47,7 @@ std::string LoadedPreviewPanels::modulePathOfProgram()
 
 bool LoadedPreviewPanels::sharedPreviewPanelExists() const
 {
-    // Without loading the module: there is no panel before somebody asks for one.
+    // Without loading the module: there is no panel before one is asked for.
     return m_panels != nullptr && m_panels->sharedPreviewPanelExists();
 }
 

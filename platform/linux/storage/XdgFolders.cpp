@@ -33,7 +33,7 @@ std::string folder(const char *variable, const char *insideHome)
 }
 
 /// The first folder, and those that the variable lists, or else the usual ones. Relative paths are
-/// ignored, as the specification has it.
+/// ignored, as the XDG Base Directory rules say.
 std::vector<std::string> searched(std::string first, const char *variable, const char *usual)
 {
     const char *value = std::getenv(variable);
